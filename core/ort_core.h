@@ -1,0 +1,297 @@
+// ort_core.h: the host runtime as the reader and the CSS engine use it. Hosts need core/ort.h only.
+//
+// Every function that takes memory raises ORT_E_NO_MEMORY and never returns null. "Raises" is a
+// jump to the nearest ort_protect, so callers keep no owning C++ objects on the stack.
+#ifndef ORT_CORE_H
+#define ORT_CORE_H
+
+#include <type_traits>
+
+#include "core/ort.h"
+
+// ---- Protected calls (error.cpp) ----------------------------------------------------------------
+
+// Runs body() in a frame; true when it returned, false when it raised. The error is then pending:
+// see ort_rethrow, ort_warning(core, -1), ort_error_code. body is a lambda that captures by
+// reference; variables that it changes must not be locals of a function that itself called setjmp,
+// which no caller does.
+template <class Body> bool ort_protected(ort_core *core, Body &&body) {
+  using Plain = std::remove_reference_t<Body>;
+  return ort_protect(
+             core, [](void *argument) { (*static_cast<Plain *>(argument))(); },
+             const_cast<void *>(static_cast<const void *>(&body))) == 0;
+}
+
+// ---- Errors (error.cpp) -------------------------------------------------------------------------
+
+// One row of an error table. Rows are in ascending order of code.
+struct ort_errtab_entry {
+  int32_t parameters;
+  int32_t code;
+  const char *text;   // "$1" to "$4" stand for the parameters
+  const char *second; // reserved, null
+};
+
+constexpr int ORT_ERRTABS = 16;
+
+// Makes a table known to the core under a number from 1 to ORT_ERRTABS - 1 (0 is the runtime's
+// own). The table must be constant. Registering the same table again does nothing.
+void ort_register_errtab(ort_core *core, int number, const ort_errtab_entry *table, int count);
+
+// The row of a code in any registered table, or null.
+const ort_errtab_entry *ort_find_error(const ort_core *core, int code);
+
+// Raises code with up to four text parameters (null counts as ""). Code -1 raises the pending error
+// again.
+ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1, const char *p2,
+                            const char *p3, const char *p4);
+
+// The same; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
+// every parameter, is passed through as UTF-8 with control bytes escaped (\n, \t, \xNN), ill-formed
+// bytes shown as \xNN, and cut at a character boundary to ORT_LIMIT_MESSAGE_PARAMETER bytes.
+ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
+                                  const char *p2, const char *p3, const char *p4);
+
+// Reports a warning to the message sink and returns. Code -1 reports the pending error.
+void ort_warning(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
+                 const char *p4);
+
+// Composes the pending error without raising it.
+void ort_set_errmsg(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
+                    const char *p4);
+
+// Appends the text of code to the pending error, whose code stays.
+void ort_push2_errmsg(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
+                      const char *p4);
+
+// Raises the pending error.
+ORT_NORETURN void ort_rethrow(ort_core *core);
+
+// Raises ORT_E_INTERNAL. source names the file.
+ORT_NORETURN void ort_internal_error(ort_core *core, const char *source, int line);
+
+// Formats one value into a text of any length ("%a", "%s" a text; "%d" int; "%g" double; literal
+// text around it). The core keeps the last 16 results, so several can be used at once. Raises for
+// lack of memory.
+const char *ort_errprintf(ort_core *core, const char *format, ...);
+
+// ---- Memory (memory.cpp) ------------------------------------------------------------------------
+
+// Blocks are aligned to 8 bytes. tag must be a string literal. A size of 0 gives a valid block.
+void *ort_malloc(ort_core *core, size_t size, const char *tag);
+void *ort_calloc(ort_core *core, size_t count, size_t size,
+                 const char *tag); // zeroed; raises on overflow too
+void *ort_realloc(ort_core *core, void *block, size_t size,
+                  const char *tag);         // null block: ort_malloc
+void ort_free(ort_core *core, void *block); // null is allowed
+
+template <class T> T *ort_new_array(ort_core *core, size_t count, const char *tag) { // zeroed
+  static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
+  return static_cast<T *>(ort_calloc(core, count, sizeof(T), tag));
+}
+
+// Zeroed record.
+template <class T> T *ort_new(ort_core *core, const char *tag) {
+  return ort_new_array<T>(core, 1, tag);
+}
+
+char *ort_strdup(ort_core *core, const char *text);
+char *ort_strndup(ort_core *core, const char *text, size_t length,
+                  const char *tag); // length bytes and a NUL
+
+constexpr int ORT_DUP_PLAIN = 2048;   // owned by the caller, freed with ort_free
+constexpr int ORT_DUP_TEMPORARY = 32; // owned by the core until ort_free_tmp or ort_core_delete
+char *ort_strdup_ext(ort_core *core, const char *text, int flags, const char *tag);
+
+// A temporary block, owned by the core: freed with ort_free_tmp, or by ort_core_delete when an
+// error skipped that.
+void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag);
+void ort_free_tmp(ort_core *core, void *block); // constant time; null is allowed
+
+// ---- Vectors (vector.cpp) -----------------------------------------------------------------------
+
+// How a container treats its items. reclaim prepares a new item (null: zero it), release frees what
+// it owns (null: nothing).
+struct ort_item_desc {
+  size_t item_size;
+  void (*reclaim)(void *item);
+  void (*release)(ort_core *core, void *item);
+};
+
+// capacity and increment may be 0; the vector grows geometrically. Items move when it grows: keep
+// indexes, not pointers.
+ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
+                     size_t increment);
+void ort_vtr_delete(ort_vtr *vector); // releases the items; null is allowed
+void *ort_vtr_push(ort_vtr *vector);  // the new item, reclaimed
+void ort_vtr_pop(ort_vtr *vector);    // releases the top item; the vector must not be empty
+void *ort_vtr_top(const ort_vtr *vector);
+void ort_vtr_resize(ort_vtr *vector,
+                    size_t count); // releases or reclaims the difference; keeps the storage
+void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *)); // stable
+
+template <class T> T &ort_item(const ort_vtr *vector, size_t i) {
+  return *static_cast<T *>(ort_vtr_at(vector, i));
+}
+template <class T> T &ort_top(const ort_vtr *vector) {
+  return *static_cast<T *>(ort_vtr_top(vector));
+}
+template <class T> void ort_push(ort_vtr *vector, T value) {
+  *static_cast<T *>(ort_vtr_push(vector)) = value;
+}
+
+// Stable sort of count items, ascending; descending is not 0 for the reverse. Uses a temporary
+// block for long arrays.
+void ort_qsort_sc(ort_core *core, void *base, size_t count, size_t item_size,
+                  int (*compare)(const void *, const void *), int descending);
+
+// ---- Handle vectors (handle_vector.cpp) ---------------------------------------------------------
+
+// Items keep their index until released; released slots are reused, in constant time.
+struct ort_hvtr;
+ort_hvtr *ort_hvtr_new(ort_core *core, const ort_item_desc *descriptor);
+void ort_hvtr_delete(ort_hvtr *handles);         // null is allowed
+size_t ort_hvtr_reclaim_item(ort_hvtr *handles); // index of a new item, reclaimed
+void ort_hvtr_release_item(ort_hvtr *handles, size_t i);
+bool ort_hvtr_check_idx(const ort_hvtr *handles, size_t i); // i is in use
+size_t ort_hvtr_size(const ort_hvtr *handles);              // slots, used or not
+void *ort_hvtr_at(const ort_hvtr *handles, size_t i);
+
+// ---- Byte strings (bytes.cpp) -------------------------------------------------------------------
+
+void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
+void ort_bs_append_text(ort_bs *bs, const char *text);
+void ort_bs_append_byte(ort_bs *bs, char byte);
+void ort_bs_shorten(ort_bs *bs,
+                    size_t length); // cut to length bytes; length must not exceed the string's
+
+// ---- Bits (bits.cpp) ----------------------------------------------------------------------------
+
+// Cleared bits in one block, freed with ort_free. Bit i is bit i % 8 of byte i / 8.
+unsigned char *ort_bitarr_new(ort_core *core, size_t bits);
+void ort_setbit(unsigned char *array, size_t bit);
+bool ort_getbit(const unsigned char *array, size_t bit);
+void ort_purge_bitarr(unsigned char *array,
+                      size_t bits); // clears the first bits bits, whole bytes at the end included
+
+// ---- Text (ctype.cpp, text.cpp, keywords.cpp) ---------------------------------------------------
+
+enum : unsigned char { ORT_SPACE = 1, ORT_DIGIT = 2, ORT_UPPER = 4, ORT_LOWER = 8 };
+extern const unsigned char ort_ctype[256]; // bytes above 127 belong to no class
+
+inline bool ort_isspace(char c) {
+  return (ort_ctype[static_cast<unsigned char>(c)] & ORT_SPACE) != 0;
+}
+inline bool ort_isdigit(char c) {
+  return (ort_ctype[static_cast<unsigned char>(c)] & ORT_DIGIT) != 0;
+}
+inline bool ort_isupper(char c) {
+  return (ort_ctype[static_cast<unsigned char>(c)] & ORT_UPPER) != 0;
+}
+inline bool ort_isalpha(char c) {
+  return (ort_ctype[static_cast<unsigned char>(c)] & (ORT_UPPER | ORT_LOWER)) != 0;
+}
+
+int ort_strcmp(const char *a, const char *b);               // bytes, unsigned
+int ort_stricmp_a(const char *a, const char *b);            // letters A-Z as a-z
+int ort_strincmp_a(const char *a, const char *b, size_t n); // the same over at most n bytes
+
+// Keyword list: ended by an entry whose text is null.
+struct ort_keyword {
+  const char *text;
+  int code;
+};
+constexpr int ORT_NO_KEYCODE = INT32_MIN;                       // "not found"
+int ort_get_keycode(const char *text, const ort_keyword *list); // first exact match
+int ort_get_keycode_ci(const char *text,
+                       const ort_keyword *list); // first match without regard to ASCII case
+const char *ort_get_keyword(int code,
+                            const ort_keyword *list); // first text with this code; null: none
+
+// mode 0: one digit d as the byte 17 * d; 1: two digits as a byte; -1: the digit itself. A byte
+// that is no hexadecimal digit counts as 0; nothing behind a NUL is read.
+int ort_hex2bin_a(const char *text, int mode);
+uint32_t ort_get_be_ulong3(const unsigned char *bytes);
+
+// Lower-case hexadecimal text of count bytes with separator between them; flags as of
+// ort_strdup_ext.
+char *ort_str2hexstr(ort_core *core, const void *bytes, size_t count, const char *separator,
+                     int flags, const char *tag);
+
+// Decodes base64 (RFC 4648): skips white space, stops at "=", ignores other foreign bytes, needs no
+// padding. Stores a new block in *buffer (freed with ort_free; never null) and returns its length.
+// *buffer is null if it raises.
+size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsigned char **buffer);
+
+// ---- Log (log.cpp) ------------------------------------------------------------------------------
+
+// Formats: %a document text (escaped like a message parameter, never cut; null is ""), %s plain
+// text, %d int, %ld long, %g double, %p pointer, %c, %X, each with an optional width ("%02ld",
+// "%*s", "%06X"). Locale-independent.
+void ort_logg(ort_core *core, const char *format, ...);
+void ort_logg_cond(ort_core *core, int level, int log_class, const char *format, ...);
+void ort_logg_unitext(ort_core *core, const char *text, int reserved1, int reserved2,
+                      int quoted); // quoted: in "..."
+
+// Shortest "%g"-like text of a double with 6 significant digits, as C's "%g" in the "C" locale.
+// buffer holds 32 bytes; returns the length.
+size_t ort_format_g(char *buffer, double value);
+
+// ---- Files (file.cpp) ---------------------------------------------------------------------------
+
+const char *ort_fname(const ort_file *file); // as given when it was opened; never null
+
+// ---- Encodings (encoding.cpp) -------------------------------------------------------------------
+
+// Number of a single-byte encoding ("iso8859-2"), stored also in *number; -9 when unknown. flags
+// must be 0.
+int ort_get_encoding(ort_core *core, const char *name, int32_t *number, int flags);
+// Its 256 codes of 16 bits (0xFFFF: the byte is not used). Owned by the core.
+const uint16_t *ort_get_encoding_vector(ort_core *core, int32_t number);
+
+// ---- Geometry (matrix.cpp, arc.cpp) -------------------------------------------------------------
+
+// Maps (x, y) to (a x + c y + e, b x + d y + f). M * N: first M, then N.
+struct ort_matrix {
+  double a, b, c, d, e, f;
+};
+struct ort_vector {
+  double x, y;
+};
+void ort_translation_matrix(ort_matrix *m, double tx, double ty);
+void ort_scale_matrix(ort_matrix *m, double sx, double sy);
+void ort_rotation_matrix(ort_matrix *m, double degrees);
+void ort_skew_matrix(ort_core *core, ort_matrix *m, double alpha,
+                     double beta);                            // [1, tan alpha, tan beta, 1, 0, 0]
+void ort_multiply_matrix(const ort_matrix *m, ort_matrix *n); // n = m * n
+ort_vector ort_get_vector(const ort_matrix *m, double x, double y); // null m: identity
+
+// Cubic approximation of the elliptical arc of SVG 1.1, 8.3.8 and appendix F.6, from start to end.
+// phi in radians, flags 0 or 1, radii positive (scaled up when too small). matrix, when given, is
+// applied to the result. mode is not used by this runtime. Coincident ends give no segment. Returns
+// 0, or ORT_E_ARC for operands that are not finite.
+int ort_elliarc_to_bezier(ort_bezier_list *list, const ort_matrix *matrix, ort_vector start,
+                          ort_vector end, double rx, double ry, double phi, int large_arc,
+                          int sweep, int mode);
+
+// ---- Digests and virtual files (digest.cpp, virtual_file.cpp) -----------------------------------
+
+struct ort_md5 {
+  alignas(8) unsigned char state[128]; // the crypto library's context
+};
+void ort_MD5_Init(ort_md5 *md5);
+void ort_MD5_Update(ort_md5 *md5, const void *bytes, size_t length);
+void ort_MD5_Final(unsigned char digest[16], ort_md5 *md5);
+
+// Makes a virtual file with one reference. options must hold "deletedata": the buffer (from
+// ort_malloc) then belongs to the file from the moment that this function returns. The name is
+// copied and must not exist yet.
+void ort__create_pvf(ort_core *core, const char *name, void *buffer, size_t length,
+                     const char *options);
+// "exists": 1.0 or 0.0; "size": its bytes.
+double ort__info_pvf(ort_core *core, const char *name, const char *keyword);
+void ort__addref_pvf(ort_core *core, const char *name); // one more reference to an existing file
+void ort__delete_pvf(ort_core *core,
+                     const char *name); // one reference less; the last one deletes. Absent: nothing
+
+#endif

@@ -1,0 +1,86 @@
+// css.h: a CSS 2.1 engine that knows nothing of SVG.
+//
+// A reader makes one css_parser per document, feeds it style sheets with css_parse, and asks css_get_rules once for each
+// element, in document order, while it builds the tree. The engine learns about declarations and elements through nine
+// callbacks. Every function may raise ORT_E_NO_MEMORY and passes on what a callback raises; the parser stays valid and
+// deletable whatever was raised.
+#ifndef CSS_H
+#define CSS_H
+
+#include "core/ort_core.h"
+#include "css/css_context.h"
+
+struct css_parser;
+struct css_selector;
+
+// Name number that stands for "any name" in a query and "no such name" in an answer.
+constexpr int16_t CSS_NO_NID = -1;
+
+// The nine callbacks. user is the pointer given to css_parser_new. Nodes are opaque to the engine.
+struct css_callbacks {
+  // Number of an element name (0 to the highest element id), or -1 for a name that no element can have.
+  int16_t (*get_elem_nid)(void *user, const char *name);
+  // Parses a declaration's value ("!important" included when it was written). Returns the value, which the engine hands
+  // back in rules, or null for a declaration to be dropped. A shorthand calls css_add_value for each of its longhands
+  // and returns null.
+  void *(*get_prop)(void *user, const char *name, const char *value);
+  // Text of an element's attribute, or null when it has none.
+  const char *(*get_attr_value)(void *user, void *node, int16_t attr_nid);
+  bool (*check_class)(void *user, void *node, int16_t class_nid);
+  bool (*check_id)(void *user, void *node, int16_t id_nid);
+  // The parent if its name is elem_nid (-1: any), else null. The outermost element has none.
+  void *(*get_ancest)(void *user, void *node, int16_t elem_nid);
+  void *(*get_parent)(void *user, void *node, int16_t elem_nid);
+  // The nearest preceding sibling element named elem_nid (-1: the preceding one, whatever its name), or null.
+  void *(*get_siblng)(void *user, void *node, int16_t elem_nid);
+  // An @font-face rule was met.
+  void (*at_fontface)(void *user);
+};
+
+// The declarations that one rule gives to the elements it matches, in the order in which they are to be applied.
+struct css_decl_block {
+  int32_t decl_count;
+  void **decl_values;      // what get_prop or css_add_value handed over; never null
+  const char **decl_texts; // the declarations as written, for the log
+};
+
+struct css_rule {
+  css_selector *selector;
+  css_decl_block *decls;
+};
+
+// Makes an engine. context may be null and is not owned. max_elem_nid is the highest number that get_elem_nid returns.
+css_parser *css_parser_new(ort_core *core, void *user, const css_context *context, const css_callbacks *callbacks,
+                           int max_elem_nid);
+
+// Prepares a new engine; called once after css_parser_new. Registers the engine's error table with the core.
+void css_parser_init(css_parser *css);
+
+void css_parser_delete(css_parser *css); // null is allowed
+
+// Parses one style sheet and adds its rules behind those already known. Malformed parts are dropped as CSS 2.1, 4.2
+// says. Imported sheets (@import) are read through the context and stand before the rest of the sheet.
+void css_parse(css_parser *css, const char *text);
+
+// For get_prop: adds the value of one longhand of the shorthand being parsed.
+void css_add_value(css_parser *css, const char *name, void *value);
+
+// Reads the sheet that href names under the context's policy. Returns its text in UTF-8 (freed with ort_free), or null
+// after a warning when it is refused or cannot be read.
+char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context, int log_level);
+
+// Numbers of the names that selectors use; -1 when no selector does. For attributes: when no selector tests it.
+int16_t css_get_attr_nid(const css_parser *css, const char *name);
+int16_t css_get_class_nid(const css_parser *css, const char *name);
+int16_t css_get_id_nid(const css_parser *css, const char *name);
+
+// The rules that match an element, by decreasing precedence: important declarations first, then by specificity, then by
+// order. Null or empty when none matches. The vector of css_rule pointers is the engine's and valid until the next call.
+// Elements must be asked for in document order, each once; an element without parent starts a new document.
+ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
+
+// Writes a selector to the log as "\t\t\t\tselector: TEXT\n", or appends its text to a byte string.
+void css_logg_sel(css_parser *css, const css_selector *selector);
+void css_append_selector(const css_parser *css, const css_selector *selector, ort_bs *bs);
+
+#endif
