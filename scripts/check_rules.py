@@ -1,0 +1,94 @@
+#!/usr/bin/env python3
+"""House rules that no compiler checks; see CONTRIBUTING.md. Prints FILE:LINE: RULE for each breach."""
+import os
+import re
+import subprocess
+import sys
+
+MAX_LINES = 650
+ROOMS = ("core", "css", "svg", "svg/tables", "tools", "tests", "bench", "fuzz")
+MAY_INCLUDE = {  # room: rooms whose headers its files include
+    "core": {"core"},
+    "css": {"core", "css"},
+    "svg/tables": {"core", "svg", "svg/tables"},
+    "svg": {"core", "css", "svg", "svg/tables"},
+}
+SOURCE = (".cpp", ".h", ".c")
+TEXT = SOURCE + (".md", ".py", ".sh", ".svg", ".txt", ".json", ".in")
+
+MARKS = re.compile(r"\b(" + "|".join(("TO" + "DO", "FIX" + "ME", "XX" + "X", "HA" + "CK")) + r")\b")
+JUMPS = re.compile(r"\b(sig)?(setjmp|longjmp)\b")
+OWNERS = re.compile(r"\bstd::(w?string|vector|deque|list|map|set|unordered_\w+|function|any|optional<std::"
+                    r"|(unique|shared|weak)_ptr|make_(unique|shared)|(lock|scoped|unique)_(guard|lock)|i?o?f?stream)\b")
+LOCALE = re.compile(r"\b(strto(d|f|ld)|atof|setlocale|isalpha|isspace|isdigit|toupper|tolower)\s*\(")
+LITERALS = re.compile(r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|//[^\n]*|/\*.*?\*/', re.S)
+
+
+def main():
+    breaches = [breach for path in files() for breach in check(path)]
+    print("\n".join(breaches), end="\n" if breaches else "")
+    return 1 if breaches else 0
+
+
+def files():
+    """Every text file of the project, tracked or new; outside of git, every one but the build."""
+    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"],
+                            capture_output=True, text=True)
+    if listed.returncode == 0:
+        paths = listed.stdout.splitlines()
+    else:
+        paths = [os.path.relpath(os.path.join(folder, name)) for folder, _, names in os.walk(".")
+                 for name in names if not folder.startswith("./build")]
+    named = ("dev", "CMakeLists.txt", ".ci/run")
+    return sorted(p for p in paths if (p.endswith(TEXT) or p in named) and os.path.isfile(p))
+
+
+def check(path):
+    with open(path, encoding="utf-8", errors="replace") as file:
+        text = file.read()
+    lines = text.split("\n")
+    room = os.path.dirname(path)
+    if path.endswith(SOURCE):
+        if len(lines) - 1 > MAX_LINES:
+            yield f"{path}:{len(lines) - 1}: longer than {MAX_LINES} lines"
+        yield from check_includes(path, room, lines)
+        yield from check_code(path, room, text)
+    if text and not text.endswith("\n"):
+        yield f"{path}:{len(lines)}: no line end at the end of the file"
+    for number, line in enumerate(lines, 1):
+        if MARKS.search(line):
+            yield f"{path}:{number}: unfinished work is no comment"
+        if line != line.rstrip():
+            yield f"{path}:{number}: blanks at the end of the line"
+        if "\t" in line and path.endswith(SOURCE):
+            yield f"{path}:{number}: tab in a source file"
+
+
+def check_includes(path, room, lines):
+    for number, line in enumerate(lines, 1):
+        found = re.match(r'\s*#\s*include\s*"([^"]*)"', line)
+        if not found:
+            continue
+        target = os.path.dirname(found[1])
+        if target not in ROOMS and not target.startswith("tests/"):
+            yield f"{path}:{number}: include is not written from the root"
+        elif room in MAY_INCLUDE and target not in MAY_INCLUDE[room]:
+            yield f"{path}:{number}: {room}/ must not know {target}/"
+
+
+def check_code(path, room, text):
+    """Rules for the library's code; comments and literals are blanked, line numbers stay."""
+    if room not in MAY_INCLUDE:
+        return
+    code = LITERALS.sub(lambda m: re.sub(r"[^\n]", " ", m[0]), text)
+    for number, line in enumerate(code.split("\n"), 1):
+        if JUMPS.search(line) and path != "core/error.cpp" and "#include" not in line:
+            yield f"{path}:{number}: jumps belong to core/error.cpp; open frames with ort_protect"
+        if OWNERS.search(line):
+            yield f"{path}:{number}: an owning object would be lost when an error is raised"
+        if LOCALE.search(line):
+            yield f"{path}:{number}: result depends on the locale"
+
+
+if __name__ == "__main__":
+    sys.exit(main())
