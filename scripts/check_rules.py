@@ -2,7 +2,6 @@
 """House rules that no compiler checks; see CONTRIBUTING.md. Prints FILE:LINE: RULE for each breach."""
 import os
 import re
-import subprocess
 import sys
 
 MAX_LINES = 650
@@ -31,16 +30,12 @@ def main():
 
 
 def files():
-    """Every text file of the project, tracked or new; outside of git, every one but the build."""
-    listed = subprocess.run(["git", "ls-files", "-co", "--exclude-standard"],
-                            capture_output=True, text=True)
-    if listed.returncode == 0:
-        paths = listed.stdout.splitlines()
-    else:
-        paths = [os.path.relpath(os.path.join(folder, name)) for folder, _, names in os.walk(".")
-                 for name in names if not folder.startswith("./build")]
-    named = ("dev", "CMakeLists.txt", ".ci/run")
-    return sorted(p for p in paths if (p.endswith(TEXT) or p in named) and os.path.isfile(p))
+    """Every text file of the project, but those of the build."""
+    for folder, folders, names in os.walk("."):
+        folders[:] = sorted(name for name in folders if name not in (".git", "build", "__pycache__"))
+        for path in (os.path.relpath(os.path.join(folder, name)) for name in sorted(names)):
+            if path.endswith(TEXT) or path in ("dev", "CMakeLists.txt", ".ci/run"):
+                yield path
 
 
 def check(path):
