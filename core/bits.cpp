@@ -1,0 +1,20 @@
+// bits.cpp: bit arrays. The reader calls it; making one may raise ORT_E_NO_MEMORY.
+#include <string.h>
+
+#include "core/ort_core.h"
+
+static size_t bytes_for(size_t bits) { return bits / 8 + (bits % 8 != 0); }
+
+unsigned char *ort_bitarr_new(ort_core *core, size_t bits) {
+  return ort_new_array<unsigned char>(core, bytes_for(bits), "ort_bitarr_new");
+}
+
+void ort_setbit(unsigned char *array, size_t bit) {
+  array[bit / 8] = static_cast<unsigned char>(array[bit / 8] | 1U << bit % 8);
+}
+
+bool ort_getbit(const unsigned char *array, size_t bit) {
+  return (array[bit / 8] >> bit % 8 & 1U) != 0;
+}
+
+void ort_purge_bitarr(unsigned char *array, size_t bits) { memset(array, 0, bytes_for(bits)); }

@@ -1,0 +1,25 @@
+// core.cpp: makes and deletes cores. Hosts call it; nothing here raises.
+#include <stdlib.h>
+#include <string.h>
+
+#include "core/ort_state.h"
+
+void ort_options_init(ort_options *options) { memset(options, 0, sizeof *options); }
+
+ort_core *ort_core_new(const ort_options *options) {
+  ort_core *core = static_cast<ort_core *>(calloc(1, sizeof(ort_core)));
+  if (!core) return nullptr;
+  if (options) core->options = *options;
+  if (core->options.memory_budget == 0) core->options.memory_budget = ORT_LIMIT_MEMORY;
+  if (core->options.inflate_budget == 0) core->options.inflate_budget = ORT_LIMIT_INFLATED;
+  return core;
+}
+
+void ort_core_delete(ort_core *core) {
+  if (!core) return;
+  ort_pvf_delete_all(core);
+  for (uint16_t *codes : core->encodings) free(codes);
+  for (const ort_printed &printed : core->printed) free(printed.text);
+  ort_memory_delete(core);
+  free(core);
+}

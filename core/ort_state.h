@@ -1,0 +1,124 @@
+// ort_state.h: what a core is made of. For the files of core/ and the tests' support only.
+#ifndef ORT_STATE_H
+#define ORT_STATE_H
+
+#include <stdarg.h>
+
+#include "core/ort_core.h"
+
+// ---- Memory (memory.cpp) ------------------------------------------------------------------------
+
+struct ort_temporary; // links in front of a temporary block
+
+// A literal's address and the number of its tag. Literals with equal texts share a number.
+struct ort_tag_slot {
+  const char *literal;
+  uint32_t tag;
+};
+
+struct ort_memory {
+  ort_statistics statistics;
+  uint64_t own_bytes; // of ort_own_realloc; in the budget, not in the statistics
+
+  ort_tag_count *tags; // by number
+  uint32_t *tag_order; // numbers in ascending order of tag text
+  uint32_t tag_count, tag_capacity;
+  ort_tag_slot *slots; // hash table by literal, linear probing
+  uint32_t slot_count, slot_capacity;
+
+  ort_temporary *temporaries; // the newest first
+};
+
+// As ort_malloc, but null when memory is short: for allocation hooks of C libraries, which no raise
+// may cross.
+void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
+
+// Memory for the core's own tables, which no host has to free: resizes block from old_size to size
+// bytes; null: memory is short. It counts for the budget and for fail_at, not as a live block. Size
+// 0 frees and gives null.
+void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size);
+
+// Number of temporary blocks now alive.
+size_t ort_count_temporaries(const ort_core *core);
+
+ORT_NORETURN void ort_raise_no_memory(ort_core *core);
+
+void ort_memory_delete(ort_core *core); // temporary blocks and tag tables
+
+// ---- Formatting (format.cpp) --------------------------------------------------------------------
+
+// Where formatted text goes. put takes a piece that ends at a character boundary; it may raise.
+struct ort_out {
+  void (*put)(ort_out *out, const char *bytes, size_t length);
+};
+
+void ort_put_text(ort_out *out, const char *text);
+
+// Puts UTF-8 text with control characters and ill-formed bytes escaped, and cut to at most limit
+// bytes before a whole character or escape. Escaping an escaped text changes nothing.
+void ort_put_escaped(ort_out *out, const char *text, size_t limit);
+
+// Puts the values as format says; the conversions are those of ort_logg.
+void ort_put_format(ort_out *out, const char *format, va_list values);
+
+// ---- Errors (error.cpp) -------------------------------------------------------------------------
+
+constexpr size_t ORT_MESSAGE_SIZE = 12 * ORT_LIMIT_MESSAGE_PARAMETER;
+constexpr size_t ORT_PRINTED_TEXTS = 16;
+
+struct ort_frame; // an open ort_protect
+
+struct ort_message {
+  ort_out out;
+  size_t length;
+  char text[ORT_MESSAGE_SIZE];
+};
+
+struct ort_errors {
+  ort_frame *frame; // innermost
+  const ort_errtab_entry *tables[ORT_ERRTABS];
+  size_t table_sizes[ORT_ERRTABS];
+  int code; // of the pending error; 0: none yet
+  ort_message message;
+};
+
+// One result of ort_errprintf.
+struct ort_printed {
+  char *text;
+  size_t length, capacity;
+};
+
+// ---- Files (file.cpp, virtual_file.cpp) ---------------------------------------------------------
+
+struct ort_pvf;
+
+// All virtual files, by name and in order of creation.
+struct ort_pvf_table {
+  ort_pvf **buckets; // chains by hash; as many as order has places
+  ort_pvf **order;   // deleted ones leave holes (null)
+  size_t count, order_used, capacity;
+};
+
+ort_core *ort_file_core(const ort_file *file);
+
+// Opens memory that belongs to a virtual file; ort_fclose gives the file back by ort_pvf_close.
+ort_file *ort_fopen_pvf(ort_core *core, const char *name, const void *bytes, size_t length,
+                        ort_pvf *owner);
+void ort_pvf_close(ort_core *core, ort_pvf *file);
+void ort_pvf_delete_all(ort_core *core);
+
+// ---- The core -----------------------------------------------------------------------------------
+
+constexpr int ORT_ENCODINGS = 17; // by number of the ISO 8859 part
+
+struct ort_core {
+  ort_options options;
+  ort_memory memory;
+  ort_errors errors;
+  ort_printed printed[ORT_PRINTED_TEXTS];
+  unsigned next_printed;
+  uint16_t *encodings[ORT_ENCODINGS];
+  mutable ort_pvf_table files; // a query may close the holes
+};
+
+#endif

@@ -1,0 +1,97 @@
+#include "tests/support/accounting_core.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#include "core/ort_state.h"
+
+static void record_message(void *user, ort_severity severity, int code, const char *text) {
+  static_cast<AccountingCore *>(user)->messages.push_back({severity, code, text});
+}
+
+static void record_log(void *user, const char *text, size_t length) {
+  static_cast<AccountingCore *>(user)->log.append(text, length);
+}
+
+AccountingCore::AccountingCore(const ort_options &options) {
+  ort_options own = options;
+  own.message = record_message;
+  own.log = record_log;
+  own.message_user = own.log_user = this;
+  core_ = ort_core_new(&own);
+}
+
+AccountingCore::~AccountingCore() {
+  EXPECT_EQ(live_blocks(), "");
+  if (!temporaries_allowed_) {
+    EXPECT_EQ(ort_count_temporaries(core_), 0U) << "temporary blocks";
+  }
+  ort_core_delete(core_);
+}
+
+ort_options AccountingCore::defaults() {
+  ort_options options;
+  ort_options_init(&options);
+  return options;
+}
+
+ort_options AccountingCore::with_log(int level, int log_class) {
+  ort_options options = defaults();
+  options.log_levels[log_class] = static_cast<unsigned char>(level);
+  return options;
+}
+
+std::string AccountingCore::live_blocks() const {
+  std::vector<ort_tag_count> counts(ort_get_tag_counts(core_, nullptr, 0));
+  ort_get_tag_counts(core_, counts.data(), counts.size());
+  ort_statistics statistics;
+  ort_get_statistics(core_, &statistics);
+  if (statistics.live_blocks == ort_count_temporaries(core_)) return "";
+  std::string text;
+  for (const ort_tag_count &count : counts) {
+    if (count.blocks == 0) continue;
+    text += std::string(count.tag) + ": " + std::to_string(count.blocks) + " blocks, " +
+            std::to_string(count.bytes) + " bytes\n";
+  }
+  return text;
+}
+
+uint64_t AccountingCore::allocations() const {
+  ort_statistics statistics;
+  ort_get_statistics(core_, &statistics);
+  return statistics.allocations;
+}
+
+void allocation_sweep(const std::function<bool(AccountingCore &)> &body,
+                      const ort_options &options) {
+  uint64_t failures = 0;
+  for (uint64_t at = 1;; ++at) {
+    for (const int on : {0, 1}) {
+      ort_options failing = options;
+      failing.fail_at = at;
+      failing.fail_on = on;
+      AccountingCore core(failing);
+      core.allow_temporaries();
+      const bool succeeded = body(core);
+      if (core.allocations() < at) {
+        EXPECT_TRUE(succeeded) << "without a failure: " << ort_error_text(core);
+        EXPECT_GT(failures, 0U) << "the sweep failed no allocation";
+        return;
+      }
+      ++failures;
+      const bool reported = std::any_of(core.messages.begin(), core.messages.end(),
+                                        [](const Message &m) { return m.code == ORT_E_NO_MEMORY; });
+      if (succeeded ? !reported : ort_error_code(core) != ORT_E_NO_MEMORY) {
+        ADD_FAILURE() << "allocation " << at << (on ? " and all later ones" : "")
+                      << " failed, but body " << (succeeded ? "succeeded" : "raised: ")
+                      << (succeeded ? "" : ort_error_text(core));
+        return;
+      }
+      if (core.live_blocks() != "") {
+        ADD_FAILURE() << "allocation " << at << (on ? " and all later ones" : "")
+                      << " failed, and blocks stay alive";
+        return; // the core's destructor lists them
+      }
+    }
+  }
+}
