@@ -1,9 +1,10 @@
 // css.h: a CSS 2.1 engine that knows nothing of SVG.
 //
-// A reader makes one css_parser per document, feeds it style sheets with css_parse, and asks css_get_rules once for each
-// element, in document order, while it builds the tree. The engine learns about declarations and elements through nine
-// callbacks. Every function may raise ORT_E_NO_MEMORY and passes on what a callback raises; the parser stays valid and
-// deletable whatever was raised.
+// A reader makes one css_parser per document, feeds it style sheets with css_parse, and asks
+// css_get_rules once for each element, in document order, while it builds the tree. The engine
+// learns about declarations and elements through nine callbacks. Every function may raise
+// ORT_E_NO_MEMORY and passes on what a callback raises; the parser stays valid and deletable
+// whatever was raised.
 #ifndef CSS_H
 #define CSS_H
 
@@ -18,11 +19,13 @@ constexpr int16_t CSS_NO_NID = -1;
 
 // The nine callbacks. user is the pointer given to css_parser_new. Nodes are opaque to the engine.
 struct css_callbacks {
-  // Number of an element name (0 to the highest element id), or -1 for a name that no element can have.
+  // Number of an element name (0 to the highest element id), or -1 for a name that no element can
+  // have.
   int16_t (*get_elem_nid)(void *user, const char *name);
-  // Parses a declaration's value ("!important" included when it was written). Returns the value, which the engine hands
-  // back in rules, or null for a declaration to be dropped. A shorthand calls css_add_value for each of its longhands
-  // and returns null.
+  // Parses a declaration's value: as written, without surrounding blanks, a comment being a blank,
+  // and ending in " !important" when that was written in any form. Returns the value, which the
+  // engine hands back in rules, or null for a declaration to be dropped. A shorthand calls
+  // css_add_value for each of its longhands and returns null.
   void *(*get_prop)(void *user, const char *name, const char *value);
   // Text of an element's attribute, or null when it has none.
   const char *(*get_attr_value)(void *user, void *node, int16_t attr_nid);
@@ -31,17 +34,19 @@ struct css_callbacks {
   // The parent if its name is elem_nid (-1: any), else null. The outermost element has none.
   void *(*get_ancest)(void *user, void *node, int16_t elem_nid);
   void *(*get_parent)(void *user, void *node, int16_t elem_nid);
-  // The nearest preceding sibling element named elem_nid (-1: the preceding one, whatever its name), or null.
+  // The nearest preceding sibling element named elem_nid (-1: the preceding one, whatever its
+  // name), or null.
   void *(*get_siblng)(void *user, void *node, int16_t elem_nid);
   // An @font-face rule was met.
   void (*at_fontface)(void *user);
 };
 
-// The declarations that one rule gives to the elements it matches, in the order in which they are to be applied.
+// The declarations that one rule gives to the elements it matches, in the order in which they are
+// to be applied.
 struct css_decl_block {
   int32_t decl_count;
   void **decl_values;      // what get_prop or css_add_value handed over; never null
-  const char **decl_texts; // the declarations as written, for the log
+  const char **decl_texts; // the text given to get_prop for each, for the log
 };
 
 struct css_rule {
@@ -49,34 +54,55 @@ struct css_rule {
   css_decl_block *decls;
 };
 
-// Makes an engine. context may be null and is not owned. max_elem_nid is the highest number that get_elem_nid returns.
-css_parser *css_parser_new(ort_core *core, void *user, const css_context *context, const css_callbacks *callbacks,
-                           int max_elem_nid);
+// Makes an engine. context may be null and is not owned. max_elem_nid is the highest number that
+// get_elem_nid returns.
+css_parser *css_parser_new(ort_core *core, void *user, const css_context *context,
+                           const css_callbacks *callbacks, int max_elem_nid);
 
-// Prepares a new engine; called once after css_parser_new. Registers the engine's error table with the core.
+// Prepares a new engine; called once after css_parser_new. Registers the engine's error table with
+// the core.
 void css_parser_init(css_parser *css);
 
 void css_parser_delete(css_parser *css); // null is allowed
 
-// Parses one style sheet and adds its rules behind those already known. Malformed parts are dropped as CSS 2.1, 4.2
-// says. Imported sheets (@import) are read through the context and stand before the rest of the sheet.
+// Parses one style sheet and adds its rules behind those already known. Malformed parts are dropped
+// as CSS 2.1, 4.2 says. Imported sheets (@import) are read through the context and stand before the
+// rest of the sheet.
 void css_parse(css_parser *css, const char *text);
+
+// The same for a sheet that was read from href: its imports are relative to href, and it cannot
+// import itself. css_parse is this with null: imports are relative to the context's folder.
+void css_parse_sheet(css_parser *css, const char *text, const char *href);
 
 // For get_prop: adds the value of one longhand of the shorthand being parsed.
 void css_add_value(css_parser *css, const char *name, void *value);
 
-// Reads the sheet that href names under the context's policy. Returns its text in UTF-8 (freed with ort_free), or null
-// after a warning when it is refused or cannot be read.
-char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context, int log_level);
+// Reads the sheet that href names under the context's policy. Returns its text in UTF-8 (freed with
+// ort_free), or null after a warning (10200, 10201) when it is refused or cannot be read.
+char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,
+                                   int log_level);
 
-// Numbers of the names that selectors use; -1 when no selector does. For attributes: when no selector tests it.
+// Numbers of the names that selectors use; -1 when no selector does. For attributes: when no
+// selector tests it.
 int16_t css_get_attr_nid(const css_parser *css, const char *name);
 int16_t css_get_class_nid(const css_parser *css, const char *name);
 int16_t css_get_id_nid(const css_parser *css, const char *name);
 
-// The rules that match an element, by decreasing precedence: important declarations first, then by specificity, then by
-// order. Null or empty when none matches. The vector of css_rule pointers is the engine's and valid until the next call.
-// Elements must be asked for in document order, each once; an element without parent starts a new document.
+// Tells the facts about the element for which css_get_rules is called next: the numbers of its id
+// (-1: none) and of its classes, and its attributes as far as they have numbers (of several with
+// one number the first one counts). class_nids is read at once, an attribute's value must last
+// until css_get_rules returns. A reader that leaves this out is asked through check_id, check_class
+// and get_attr_value for every name in every selector, at each element.
+void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
+                     int32_t class_num);
+void css_add_subject_attr(css_parser *css, int16_t attr_nid,
+                          const char *value); // after css_set_subject
+
+// The rules that match an element, by decreasing precedence: important declarations first, then by
+// specificity, then by order, the last first. Null or empty when none matches. The vector of
+// css_rule pointers is the engine's and valid until the next call. Elements must be asked for in
+// document order, each once; an element without parent starts a new document. Sheets are parsed
+// before the first element.
 ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
 
 // Writes a selector to the log as "\t\t\t\tselector: TEXT\n", or appends its text to a byte string.

@@ -1,8 +1,9 @@
 /* svg.h: the SVG 1.1 reader as a host sees it: functions, the document tree, the value records.
  *
- * One parser reads one document. Everything that it hands out (nodes, values, texts) belongs to the parser and is valid
- * until svg_parser_delete. Functions that say "raises" leave by a non-local exit to the nearest ort_protect (core/ort.h).
- * A parser belongs to one thread at a time; the schema tables are constant and shared.
+ * One parser reads one document. Everything that it hands out (nodes, values, texts) belongs to the
+ * parser and is valid until svg_parser_delete. Functions that say "raises" leave by a non-local
+ * exit to the nearest ort_protect (core/ort.h). A parser belongs to one thread at a time; the
+ * schema tables are constant and shared.
  */
 #ifndef SVG_H
 #define SVG_H
@@ -21,8 +22,8 @@ typedef struct svg_parser svg_parser;
 
 /* What every node begins with. id tells a text node (SVG_ID_TEXT) from an element node. */
 typedef struct svg_node {
-  int16_t id;            /* element id 0 to 38 (row of svg_elem_table), SVG_ID_ROOT or SVG_ID_TEXT */
-  uint16_t flags;        /* SVG_EF_* of an element, SVG_TF_* of a text */
+  int16_t id;     /* element id 0 to 38 (row of svg_elem_table), SVG_ID_ROOT or SVG_ID_TEXT */
+  uint16_t flags; /* SVG_EF_* of an element, SVG_TF_* of a text */
   struct svg_node *next; /* next sibling, or null */
 } svg_node;
 
@@ -42,7 +43,8 @@ enum {
 /* Flags of text nodes. */
 enum { SVG_TF_LAST = 0x0001 /* last non-blank text node of its text element */ };
 
-/* What every value begins with: the 4-byte header. The record that follows is told by svg_get_record_kind(row). */
+/* What every value begins with: the 4-byte header. The record that follows is told by
+ * svg_get_record_kind(row). */
 typedef struct svg_a_node {
   int16_t row;  /* row of svg_attr_table: the attribute or property */
   uint8_t kind; /* SVG_PAINT_* in paint records */
@@ -58,7 +60,8 @@ typedef struct svg_css_attr {
 
 typedef struct svg_e_node {
   svg_node head;
-  svg_a_node **values; /* values_num values by ascending prio of their rows; null when there are none */
+  svg_a_node *
+      *values; /* values_num values by ascending prio of their rows; null when there are none */
   int32_t values_num;
   svg_node *first_child;
   int32_t level;           /* the outermost svg element has 1 */
@@ -132,7 +135,8 @@ typedef enum svg_record_kind {
 /* The record kind of a row's values; SVG_RECORD_NONE for a row outside 0 to 146. */
 ORT_API svg_record_kind svg_get_record_kind(int32_t row);
 
-/* In the records below, "align_" pads the header where the payload is aligned to 8 bytes. Keyword ids are SVG_KW_*. */
+/* In the records below, "align_" pads the header where the payload is aligned to 8 bytes. Keyword
+ * ids are SVG_KW_*. */
 
 typedef struct svg_an_keyword {
   svg_a_node head;
@@ -235,13 +239,14 @@ typedef struct svg_an_key_name_list { /* font-family */
 
 /* Transforms: what was written, or one matrix. Angles are in degrees. */
 enum {
-  SVG_TRAFO_MATRIX = 0,    /* a b c d e f: a matrix, a rotation about a point, or a list of transforms composed */
-  SVG_TRAFO_ROTATE = 1,    /* angle */
-  SVG_TRAFO_SCALE = 3,     /* s, for both axes */
-  SVG_TRAFO_SCALE_XY = 4,  /* sx sy */
-  SVG_TRAFO_SKEW_X = 5,    /* angle */
-  SVG_TRAFO_SKEW_Y = 6,    /* angle */
-  SVG_TRAFO_TRANSLATE = 7, /* tx */
+  SVG_TRAFO_MATRIX =
+      0, /* a b c d e f: a matrix, a rotation about a point, or a list of transforms composed */
+  SVG_TRAFO_ROTATE = 1,      /* angle */
+  SVG_TRAFO_SCALE = 3,       /* s, for both axes */
+  SVG_TRAFO_SCALE_XY = 4,    /* sx sy */
+  SVG_TRAFO_SKEW_X = 5,      /* angle */
+  SVG_TRAFO_SKEW_Y = 6,      /* angle */
+  SVG_TRAFO_TRANSLATE = 7,   /* tx */
   SVG_TRAFO_TRANSLATE_XY = 8 /* tx ty */
 };
 
@@ -275,9 +280,10 @@ typedef struct svg_color {
   uint32_t rgb;      /* sRGB 0x00RRGGBB */
   int32_t colortype; /* SVG_CT_* */
   char *name;        /* ICC profile or named color, or null */
-  double *comps;     /* values of the extension, or null. For SVG_CT_ICC*, SVG_CT_ICC_NAMED and SVG_CT_DEVICE_NCHANNEL
-                        comps[0] is -1 and the values follow from comps[1]. Their number follows from colortype; an
-                        N-channel list ends with SVG_CT_TERMINATOR. */
+  double *
+      comps; /* values of the extension, or null. For SVG_CT_ICC*, SVG_CT_ICC_NAMED and
+                SVG_CT_DEVICE_NCHANNEL     comps[0] is -1 and the values follow from comps[1]. Their
+                number follows from colortype; an     N-channel list ends with SVG_CT_TERMINATOR. */
 } svg_color;
 
 /* Kinds of IRIs. */
@@ -285,7 +291,8 @@ enum {
   SVG_IRI_NONE = 0, /* clip-path "none" or "inherit" */
   SVG_IRI_DATA = 1, /* embedded data */
   SVG_IRI_LINK = 2, /* "#id" */
-  SVG_IRI_NAME = 3  /* any other IRI, as text; with a null text: "none" or "inherit" of mask and the markers */
+  SVG_IRI_NAME =
+      3 /* any other IRI, as text; with a null text: "none" or "inherit" of mask and the markers */
 };
 
 /* MIME types of embedded data. */
@@ -306,7 +313,8 @@ typedef struct svg_iri {
   int32_t fallback; /* color behind a paint's IRI, 0x00RRGGBB, or -1 */
   union {
     svg_e_node *target; /* SVG_IRI_LINK: the element, or null when no element has the id */
-    char *text;         /* SVG_IRI_DATA: name of the virtual file, or null when it is empty; SVG_IRI_NAME: the IRI */
+    char *text; /* SVG_IRI_DATA: name of the virtual file, or null when it is empty; SVG_IRI_NAME:
+                   the IRI */
     void *any;
   } ref;
 } svg_iri;
@@ -326,7 +334,8 @@ enum {
   SVG_PAINT_COLOR = 5
 };
 
-/* A paint is one of the three records below, by head.kind; the kinds 0 to 2 are the header alone. */
+/* A paint is one of the three records below, by head.kind; the kinds 0 to 2 are the header alone.
+ */
 typedef struct svg_an_paint_rgb {
   svg_a_node head;
   uint32_t rgb;
@@ -425,42 +434,55 @@ typedef struct svg_attr_def {
   const svg_key_entry *keys;
   uint32_t flags; /* SVG_AF_* */
   uint32_t group; /* for the host's drawing modules */
-  const int16_t *apo; /* slot offset by element id, -1 for none; null for rows that never have a slot */
+  const int16_t
+      *apo; /* slot offset by element id, -1 for none; null for rows that never have a slot */
 } svg_attr_def;
+
+/* Text of a keyword id; "" for SVG_KW_NONE, null for a number that is no id. */
+ORT_API const char *svg_get_keyword_text(int32_t id);
+
+/* Template of the i-th row of the reader's error table, in ascending order of code, with "$1" to
+ * "$3" for its parameters; null past the end. code and parameters (their number) may be null. */
+ORT_API const char *svg_get_error_text(size_t i, int32_t *code, int32_t *parameters);
 
 /* ---- Life of a parser ---------------------------------------------------------------------------------------- */
 
-/* Makes the reader's messages (codes 10000 to 10104) known to a core. Once per core, before the first parse. */
+/* Makes the reader's messages (codes 10000 to 10104) known to a core. Once per core, before the
+ * first parse. */
 ORT_API void svg_register_errtab(ort_core *core);
 
 /* Makes a parser. Raises for lack of memory.
  * font_number: when above 0, appended to generated font names.
  * filename: name of the input in messages; not copied, must outlive the parser.
  * css_context: what style sheets may reach outside the drawing; null: nothing. Not copied.
- * language: the user's language ("en_US", "de-CH") for svg_check_system_language; not copied; may be null.
- * nottol_elements, nottol_props: names of elements and properties unknown to the schema that make a file unacceptable,
- * sorted ignoring ASCII case; not copied.
- * attr_table_out, elem_table_out: receive the schema tables (147 and 39 rows); may be null. */
+ * language: the user's language ("en_US", "de-CH") for svg_check_system_language; not copied; may
+ * be null. nottol_elements, nottol_props: names of elements and properties unknown to the schema
+ * that make a file unacceptable, sorted ignoring ASCII case; not copied. attr_table_out,
+ * elem_table_out: receive the schema tables (147 and 39 rows); may be null. */
 ORT_API svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const char *filename,
                                    const css_context *css_context, const char *language,
                                    const char *const *nottol_elements, int32_t nottol_elements_num,
                                    const char *const *nottol_props, int32_t nottol_props_num,
-                                   const svg_attr_def **attr_table_out, const svg_elem_def **elem_table_out);
+                                   const svg_attr_def **attr_table_out,
+                                   const svg_elem_def **elem_table_out);
 
-/* Reads the document from file (and through *gz, a gzip stream over it, when *gz is not null; *gz may be replaced).
- * Stores the facts (each pointer may be null): size of the outermost viewport in points (0 when it is given in percent),
- * size of the outermost viewBox (0 without), bit array of the element ids used (39 bits, bit i % 8 of byte i / 8), 1 when
- * there is a text element. Returns the outermost svg element.
- * Raises: 10009 not an SVG file, 10020/10021 refused element or property, ORT_E_XML ill-formed XML, ORT_E_READ,
- * ORT_E_GZIP, ORT_E_LIMIT, ORT_E_NO_MEMORY, 10000 to 10002 for an incomplete "data:" IRI. One call per parser. */
-ORT_API svg_e_node *svg_parse(svg_parser *parser, ort_file *file, ort_gz **gz, double *viewport_width,
-                              double *viewport_height, double *viewbox_width, double *viewbox_height,
+/* Reads the document from file (and through *gz, a gzip stream over it, when *gz is not null; *gz
+ * may be replaced). Stores the facts (each pointer may be null): size of the outermost viewport in
+ * points (0 when it is given in percent), size of the outermost viewBox (0 without), bit array of
+ * the element ids used (39 bits, bit i % 8 of byte i / 8), 1 when there is a text element. Returns
+ * the outermost svg element. Raises: 10009 not an SVG file, 10020/10021 refused element or
+ * property, ORT_E_XML ill-formed XML, ORT_E_READ, ORT_E_GZIP, ORT_E_LIMIT, ORT_E_NO_MEMORY, 10000
+ * to 10002 for an incomplete "data:" IRI. One call per parser. */
+ORT_API svg_e_node *svg_parse(svg_parser *parser, ort_file *file, ort_gz **gz,
+                              double *viewport_width, double *viewport_height,
+                              double *viewbox_width, double *viewbox_height,
                               const unsigned char **elems_used, int32_t *has_text);
 
 /* Frees the parser and all that it made, also after an error; null is allowed. */
 ORT_API void svg_parser_delete(svg_parser *parser);
 
-/* The first non-empty title, desc, and metadata child of the outermost svg; null when there is none. */
+/* The first non-empty title, desc, and metadata child of the outermost svg; null when there is
+ * none. */
 ORT_API const char *svg_get_title_text(const svg_parser *parser);
 ORT_API const char *svg_get_desc_text(const svg_parser *parser);
 ORT_API const char *svg_get_metadata(const svg_parser *parser);
@@ -475,17 +497,24 @@ typedef struct svg_limits {
 ORT_API void svg_set_limits(svg_parser *parser, const svg_limits *limits);
 
 /* Where a value came from. */
-typedef enum svg_source { SVG_SOURCE_ATTRIBUTE, SVG_SOURCE_SHEET, SVG_SOURCE_STYLE, SVG_SOURCE_DEFAULT } svg_source;
+typedef enum svg_source {
+  SVG_SOURCE_ATTRIBUTE,
+  SVG_SOURCE_SHEET,
+  SVG_SOURCE_STYLE,
+  SVG_SOURCE_DEFAULT
+} svg_source;
 
-/* Told of each value that an element gets, in the order of collection, before the element's values are sorted. selector
- * is the text of the rule's selector for SVG_SOURCE_SHEET, else null. A value may be replaced later while its element is
- * built (the translation of use); the observer is then told of the new one. The function must return. */
-typedef void (*svg_observer_fn)(void *user, const svg_e_node *element, const svg_a_node *value, svg_source source,
-                                const char *selector);
+/* Told of each value that an element gets, in the order of collection, before the element's values
+ * are sorted. selector is the text of the rule's selector for SVG_SOURCE_SHEET, else null. A value
+ * may be replaced later while its element is built (the translation of use); the observer is then
+ * told of the new one. The function must return. */
+typedef void (*svg_observer_fn)(void *user, const svg_e_node *element, const svg_a_node *value,
+                                svg_source source, const char *selector);
 ORT_API void svg_set_observer(svg_parser *parser, svg_observer_fn observer, void *user);
 
 /* Seconds that the two passes of the last svg_parse took, by the system's monotonic clock. */
-ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass, double *main_pass);
+ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass,
+                                double *main_pass);
 
 /* ---- Questions about a finished document --------------------------------------------------------------------- */
 
@@ -495,19 +524,21 @@ ORT_API svg_e_node *svg_find_name(const svg_parser *parser, const char *name);
 /* The id or name of an element, or "(empty)". */
 ORT_API const char *svg_find_href_id(const svg_parser *parser, const svg_e_node *element);
 
-/* Number of ids and names, and the i-th in ascending order of element addresses: its name, and its element in *element
- * (may be null). Null past the end. */
+/* Number of ids and names, and the i-th in ascending order of element addresses: its name, and its
+ * element in *element (may be null). Null past the end. */
 ORT_API size_t svg_get_href_count(const svg_parser *parser);
 ORT_API const char *svg_get_href(const svg_parser *parser, size_t i, svg_e_node **element);
 
-/* Links of the document whose target does not exist. Slots 0 to count - 1 hold them, some may be unused. The i-th slot's
- * name ("id" of "#id"), or null when it is unused; *iri is the link and *source the element that holds it, null when a
- * style sheet does. Both pointers may be null. */
+/* Links of the document whose target does not exist. Slots 0 to count - 1 hold them, some may be
+ * unused. The i-th slot's name ("id" of "#id"), or null when it is unused; *iri is the link and
+ * *source the element that holds it, null when a style sheet does. Both pointers may be null. */
 ORT_API size_t svg_get_unresolved_count(const svg_parser *parser);
-ORT_API const char *svg_get_unresolved(const svg_parser *parser, size_t i, const svg_iri **iri, svg_e_node **source);
+ORT_API const char *svg_get_unresolved(const svg_parser *parser, size_t i, const svg_iri **iri,
+                                       svg_e_node **source);
 
-/* 1 when an entry of the element's systemLanguage list accepts the parser's language (SVG 1.1, 5.8.5), else 0, also for
- * an element without that list. Raises for lack of memory on the first call. */
+/* 1 when an entry of the element's systemLanguage list accepts the parser's language
+ * (SVG 1.1, 5.8.5), else 0, also for an element without that list. Raises for lack of memory on the
+ * first call. */
 ORT_API int32_t svg_check_system_language(svg_parser *parser, const svg_e_node *element);
 
 /* 1 when both IRIs are of the same kind and refer to the same thing. Raises for an unknown kind. */
@@ -531,23 +562,26 @@ typedef struct svg_font {
 ORT_API size_t svg_get_font_count(const svg_parser *parser);
 ORT_API const svg_font *svg_get_font_at(const svg_parser *parser, size_t i);
 
-/* The element of the font that fits best: first exactly, then with "all" descriptors and any weight; null for none.
- * family: a name (compared byte for byte), or null to ask for the generic family (SVG_KW_serif ...).
- * weight: SVG_KW_100 to SVG_KW_900; stretch, style, variant: their keyword ids. */
-ORT_API svg_e_node *svg_get_font(const svg_parser *parser, const char *family, int32_t generic, double size,
-                                 int32_t stretch, int32_t style, int32_t variant, int32_t weight);
+/* The element of the font that fits best: first exactly, then with "all" descriptors and any
+ * weight; null for none. family: a name (compared byte for byte), or null to ask for the generic
+ * family (SVG_KW_serif ...). weight: SVG_KW_100 to SVG_KW_900; stretch, style, variant: their
+ * keyword ids. */
+ORT_API svg_e_node *svg_get_font(const svg_parser *parser, const char *family, int32_t generic,
+                                 double size, int32_t stretch, int32_t style, int32_t variant,
+                                 int32_t weight);
 
 /* The element of the first font, or null; appends its name to name when that is not null. */
 ORT_API svg_e_node *svg_get_first_font(svg_parser *parser, ort_bs *name);
 
-/* Appends a generated name that encodes the font's descriptors ("MyFont_700_italic___"). Raises for lack of memory. */
+/* Appends a generated name that encodes the font's descriptors ("MyFont_700_italic___"). Raises for
+ * lack of memory. */
 ORT_API void svg_create_fontname(svg_parser *parser, const svg_font *font, ort_bs *name);
 
 /* SVG_KW_400 for SVG_KW_normal, SVG_KW_700 for SVG_KW_bold, any other id unchanged. */
 ORT_API int32_t svg_normalize_font_weight(int32_t weight);
 
-/* Reads a Unicode range "U+41", "U+41-5A" or "U+4??" (CSS 2.1, @font-face). Returns 1 and stores the first and last
- * code, or 0 for another text. Raises for lack of memory. */
+/* Reads a Unicode range "U+41", "U+41-5A" or "U+4??" (CSS 2.1, @font-face). Returns 1 and stores
+ * the first and last code, or 0 for another text. Raises for lack of memory. */
 ORT_API int32_t svg_get_urange(ort_core *core, const char *text, uint32_t *first, uint32_t *last);
 
 /* ---- Path data ----------------------------------------------------------------------------------------------- */
@@ -555,18 +589,28 @@ ORT_API int32_t svg_get_urange(ort_core *core, const char *text, uint32_t *first
 /* Callbacks of svg_spp_parse; coordinates are absolute, with the offsets added. They may raise. */
 typedef void (*spp_moveto_fn)(void *userdata, double x, double y);
 typedef void (*spp_lineto_fn)(void *userdata, double x, double y);
-typedef void (*spp_curveto_fn)(void *userdata, double x1, double y1, double x2, double y2, double x3, double y3);
-typedef void (*spp_elliarc_fn)(void *userdata, const ort_bezier_list *curves); /* valid during the call */
+typedef void (*spp_curveto_fn)(void *userdata, double x1, double y1, double x2, double y2,
+                               double x3, double y3);
+typedef void (*spp_elliarc_fn)(void *userdata,
+                               const ort_bezier_list *curves); /* valid during the call */
 typedef void (*spp_closepath_fn)(void *userdata);
 
-/* Reads path data (SVG 1.1, 8.3) and reports its segments. Needs no document. mode is passed to the arc conversion (1).
- * Any callback may be null: that kind of segment is not reported. Raises 10100 (no moveto first), 10102 (unknown
- * command), 10104 (bad number) after the segments before the error were reported. Allocates nothing. */
-ORT_API void svg_spp_parse(ort_core *core, int32_t mode, const char *path, double x_offset, double y_offset,
-                           void *userdata, spp_closepath_fn closepath, spp_curveto_fn curveto, spp_elliarc_fn elliarc,
-                           spp_lineto_fn lineto, spp_moveto_fn moveto);
+/* Reads path data (SVG 1.1, 8.3) and reports its segments. Needs no document. mode is passed to the
+ * arc conversion (1). Any callback may be null: that kind of segment is not reported. Raises 10100
+ * (no moveto first), 10102 (unknown command), 10104 (bad number) after the segments before the
+ * error were reported. Allocates nothing. */
+ORT_API void svg_spp_parse(ort_core *core, int32_t mode, const char *path, double x_offset,
+                           double y_offset, void *userdata, spp_closepath_fn closepath,
+                           spp_curveto_fn curveto, spp_elliarc_fn elliarc, spp_lineto_fn lineto,
+                           spp_moveto_fn moveto);
 
-/* Parses the text at the scanner's position into the parser's path accumulator; for constructors of path values. */
+/* Reads path data without reporting anything. Returns 0 when it is well formed, else the code that
+ * svg_spp_parse raises for it; *offset (may be null) is then the byte at which the error is, to be
+ * shown under the text. Never raises. */
+ORT_API int32_t svg_spp_check(const char *path, size_t *offset);
+
+/* Parses the text at the scanner's position into the parser's path accumulator; for constructors of
+ * path values. */
 ORT_API void svg_pada_parse(svg_parser *parser);
 
 #ifdef __cplusplus

@@ -1,21 +1,27 @@
-// svg_parser.h: the state of one parse, shared by the reader's own files. Hosts see it as an opaque svg_parser.
+// svg_parser.h: the state of one parse, shared by the reader's own files. Hosts see it as an opaque
+// svg_parser.
 //
-// Every owned field is at any moment either null or valid, so that svg_parser_delete can free a half-built parse after
-// an error. What each subsystem offers to the others is declared in its own header beside this one.
+// Every owned field is at any moment either null or valid, so that svg_parser_delete can free a
+// half-built parse after an error. What each subsystem offers to the others is declared in its own
+// header beside this one.
 #ifndef SVG_PARSER_H
 #define SVG_PARSER_H
 
+// Expat declares its limits on entity growth only when asked for DTD support.
+#ifndef XML_DTD
+#define XML_DTD
+#endif
 #include <expat.h>
 
 #include "core/ort_core.h"
 #include "css/css.h"
 #include "svg/svg.h"
 
-constexpr int32_t SVG_NO_SKIP = INT32_MAX;  // skip_level when nothing is skipped
-constexpr int32_t SVG_NO_ELEMENT = 39;      // savelem when nothing is captured
-constexpr size_t SVG_HOOK_SLOTS = 112 / 8;  // largest slot area of any element
-constexpr size_t SVG_PADA_BUFFER = 5000;    // points gathered before a path record is completed
-constexpr int SVG_BLOCK_SIZE = 8192;        // bytes handed to Expat at a time
+constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
+constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
+constexpr size_t SVG_HOOK_SLOTS = 112 / 8; // largest slot area of any element
+constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
+constexpr int SVG_BLOCK_SIZE = 8192;       // bytes handed to Expat at a time
 
 // A namespace declaration in scope.
 struct svg_nsp_entry {
@@ -134,7 +140,8 @@ struct svg_parser {
   ort_vtr *open_elements;      // svg_open_element
   char *pi_copy;               // instruction data being split
   char *font_copy;             // font shorthand being split
-  int32_t callback_failed;     // an Expat callback raised; the error is pending until XML_Parse has returned
+  int32_t callback_failed;     // an Expat callback raised; the error is pending until XML_Parse has
+                               // returned
   svg_limits limits;
   uint64_t nodes; // built so far
   svg_observer_fn observer;

@@ -1,6 +1,7 @@
 // svg_scan.h: the scanner that splits the text of one attribute or property value into tokens.
 //
-// svg_parse_attr sets it up for each value; the constructors pull tokens. A bad token is raised with svg_err_unxtok.
+// svg_parse_attr sets it up for each value; the constructors pull tokens. A bad token is raised
+// with svg_err_unxtok.
 #ifndef SVG_SCAN_H
 #define SVG_SCAN_H
 
@@ -31,15 +32,11 @@ double svg_get_unum(svg_parser *p, uint8_t *unit);
 double svg_chk_sep_num(svg_parser *p);
 double svg_get_sep_num(svg_parser *p);
 void svg_scan_reset(svg_parser *p); // back to the start of the value; tok_pushed stays
-bool svg_is_numstart(char c);
-bool svg_is_expostart(char c);
-bool svg_is_special(char c);
+bool svg_is_special(char c);        // "(", ")" or ","
 
-// value * 10^exponent, the power as pow(10.0, exponent) gives it; 0 stays 0, no NaN results. Used by the scanner and by
-// path data.
-double svg_scale10(double value, int exponent);
+// ---- svg_errors.cpp -------------------------------------------------------------------------------------------------
 
-// svg_errors.cpp: raises the current token as unexpected, or the value as incomplete. fatal 1 ends the parse.
+// Raises the current token as unexpected, or the value as incomplete. fatal 1 ends the parse.
 ORT_NORETURN void svg_err_unxtok(svg_parser *p, int fatal);
 
 #endif

@@ -1,5 +1,5 @@
-// svg_style.h: styling. The style attribute and the font shorthand, the pass that collects style sheets, and the
-// reader's side of the CSS engine.
+// svg_style.h: styling. The style attribute and the font shorthand, the pass that collects style
+// sheets, and the reader's side of the CSS engine.
 #ifndef SVG_STYLE_H
 #define SVG_STYLE_H
 
@@ -18,10 +18,12 @@ const char *svg_css_skip_ident(const char *s);
 
 void svg_parse_style(svg_parser *p, const char *text);
 
-// Splits a font shorthand and hands each longhand to add(p, name, value), in the order weight, style, variant (as
-// written), size, family. An incomplete shorthand adds nothing.
-void svg_split_font(svg_parser *p, const char *text, void (*add)(svg_parser *p, const char *name, const char *value));
-void svg_parse_font_prop(svg_parser *p, const char *text); // adds the longhands to the element being built
+// Splits a font shorthand and hands each longhand to add(p, name, value), in the order weight,
+// style, variant (as written), size, family. An incomplete shorthand adds nothing.
+void svg_split_font(svg_parser *p, const char *text,
+                    void (*add)(svg_parser *p, const char *name, const char *value));
+void svg_parse_font_prop(svg_parser *p,
+                         const char *text); // adds the longhands to the element being built
 
 // ---- svg_sheets.cpp: the style-sheet pass ---------------------------------------------------------------------------
 

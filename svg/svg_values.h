@@ -1,5 +1,5 @@
-// svg_values.h: from the text of an attribute or property to a value node. Dispatch, and the constructors and
-// destructors that the rows of svg_attr_table name.
+// svg_values.h: from the text of an attribute or property to a value node. Dispatch, and the
+// constructors and destructors that the rows of svg_attr_table name.
 #ifndef SVG_VALUES_H
 #define SVG_VALUES_H
 
@@ -9,7 +9,8 @@
 
 constexpr uint32_t SVG_EXPAT_LINE = UINT32_MAX; // take the line from Expat
 
-// Parses text by its row; the result is new_value (null for none), which the caller takes over. A bad value is a warning.
+// Parses text by its row; the result is new_value (null for none), which the caller takes over. A
+// bad value is a warning.
 void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line);
 void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, const char *text);
 void svg_add_prop(svg_parser *p, const char *name, const char *text);

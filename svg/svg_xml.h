@@ -1,5 +1,6 @@
-// svg_xml.h: from bytes to XML events. The passes over Expat, the callbacks of the main pass, namespaces and names, and
-// the capture of title, desc and metadata. The style-sheet pass's callbacks are in svg_style.h.
+// svg_xml.h: from bytes to XML events. The passes over Expat, the callbacks of the main pass,
+// namespaces and names, and the capture of title, desc and metadata. The style-sheet pass's
+// callbacks are in svg_style.h.
 #ifndef SVG_XML_H
 #define SVG_XML_H
 
@@ -14,11 +15,11 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
 // Line of the input that Expat is at.
 long svg_xml_line(const svg_parser *p);
 
-// Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays pending, the pass is
-// stopped, and callbacks that still arrive do nothing; svg_parse_xml raises the error again.
+// Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays
+// pending, the pass is stopped, and callbacks that still arrive do nothing; svg_parse_xml raises
+// the error again.
 template <class Body> void svg_in_callback(svg_parser *p, Body &&body) {
-  if (p->callback_failed || ort_protected(p->core, body))
-    return;
+  if (p->callback_failed || ort_protected(p->core, body)) return;
   p->callback_failed = 1;
   XML_StopParser(p->xml, XML_FALSE);
 }
@@ -40,16 +41,18 @@ void svg_pop_nsp_entry(svg_parser *p);
 void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri);
 void svg_cb_namespace_end(void *parser, const XML_Char *prefix);
 
-// Splits one of Expat's names into namespace type (returned), prefix (prefix_out may be null) and local name. The texts
-// point into the name, into the namespace stack, or to a constant.
-int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **prefix_out, const char **local_out);
+// Splits one of Expat's names into namespace type (returned), prefix (prefix_out may be null) and
+// local name. The texts point into the name, into the namespace stack, or to a constant.
+int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **prefix_out,
+                            const char **local_out);
 // The schema's name of an attribute ("xlink:href").
 const char *svg_get_internal_name(int32_t type, const char *local);
 
 // ---- svg_saved.cpp: text of title, desc, metadata -------------------------------------------------------------------
 
 void svg_savelem_open(svg_parser *p, int id);
-void svg_savelem_start(svg_parser *p, const char *prefix, const char *local, const XML_Char **attrs);
+void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,
+                       const XML_Char **attrs);
 void svg_savelem_char_data(svg_parser *p, const char *s, int len);
 void svg_savelem_end(svg_parser *p, int32_t type, const char *prefix, const char *local);
 

@@ -1,0 +1,142 @@
+// svg_parse.cpp: reads one document. The driver of the two passes.
+//
+// Called once per parser by the host: first the style-sheet pass, then the sheets, then the main
+// pass that builds the tree, then the links that still wait. Raises what the passes raise, and
+// 10009 when no svg element was built.
+#include <ctime>
+#include <initializer_list>
+
+#include "svg/svg_schema.h"
+#include "svg/svg_style.h"
+#include "svg/svg_tree.h"
+#include "svg/svg_values.h"
+#include "svg/svg_xml.h"
+
+static void make_containers(svg_parser *p);
+static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
+                       int32_t *encoding);
+static void check_is_svg(svg_parser *p);
+static void resolve_links(svg_parser *p);
+static void log_fonts(svg_parser *p);
+template <class T> static void store(T *out, T value);
+
+constexpr ort_item_desc ptr_ced = {sizeof(void *), nullptr, nullptr};
+constexpr ort_item_desc bool_ced = {sizeof(int32_t), nullptr, nullptr};
+constexpr ort_item_desc nid_ced = {sizeof(int16_t), nullptr, nullptr};
+constexpr ort_item_desc an_ptr_ced = {sizeof(svg_a_node *), nullptr, nullptr};
+constexpr ort_item_desc open_element_ced = {sizeof(svg_open_element), nullptr, nullptr};
+
+svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewport_width,
+                      double *viewport_height, double *viewbox_width, double *viewbox_height,
+                      const unsigned char **elems_used, int32_t *has_text) {
+  if (p->chardata != nullptr)
+    ort_internal_error(p->core, "svg_parse", __LINE__); // a parser serves one document
+  make_containers(p);
+  int32_t encoding = 0;
+  timed_pass(p, file, gz, 1, &encoding);
+  svg_prepare_document(p);
+  timed_pass(p, file, gz, 0, &encoding);
+  check_is_svg(p);
+  resolve_links(p);
+  log_fonts(p);
+  store(viewport_width, p->viewport_width);
+  store(viewport_height, p->viewport_height);
+  store(viewbox_width, p->viewbox_width);
+  store(viewbox_height, p->viewbox_height);
+  store(elems_used, static_cast<const unsigned char *>(p->elems_used));
+  store(has_text, p->has_text);
+  return svg_as_element(p->root->first_child);
+}
+
+static void make_containers(svg_parser *p) {
+  ort_core *core = p->core;
+  for (ort_bs **text :
+       {&p->chardata, &p->tok_buf, &p->name_buf, &p->style_name_buf, &p->style_value_buf})
+    *text = ort_bs_new(core);
+  p->nsp_stack = ort_vtr_new(core, &nsp_ced, 0, 0);
+  p->prop_values = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->css_svg_stack = ort_vtr_new(core, &bool_ced, 0, 0);
+  p->class_nids = ort_vtr_new(core, &nid_ced, 0, 0);
+  p->hrefs = ort_vtr_new(core, &href_ced, 0, 0);
+  p->fonts = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->pi_items = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->ext_style_sheets = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->elem_stack = ort_vtr_new(core, &pe_ced, 0, 0);
+  p->open_elements = ort_vtr_new(core, &open_element_ced, 0, 0);
+  p->an_values = ort_vtr_new(core, &an_ptr_ced, 0, 0);
+  int32_t longest_list = 0;
+  for (const svg_elem_def &element : svg_elem_table)
+    longest_list = element.esa_count > longest_list ? element.esa_count : longest_list;
+  p->attrs_set = ort_bitarr_new(core, static_cast<size_t>(longest_list));
+  p->props_set = ort_bitarr_new(core, SVG_PROP_COUNT);
+  ort_push<int32_t>(p->css_svg_stack, 1);
+}
+
+static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
+                       int32_t *encoding) {
+  timespec begin = {};
+  timespec end = {};
+  clock_gettime(CLOCK_MONOTONIC, &begin);
+  svg_parse_xml(p, file, gz, css_pass, encoding);
+  clock_gettime(CLOCK_MONOTONIC, &end);
+  p->pass_seconds[css_pass ? 0 : 1] = static_cast<double>(end.tv_sec - begin.tv_sec) +
+                                      static_cast<double>(end.tv_nsec - begin.tv_nsec) * 1e-9;
+}
+
+// External sheets stand before the internal one, so that the document's own rules win over them.
+void svg_prepare_document(svg_parser *p) {
+  for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); i++) {
+    if (p->log_level >= 3)
+      ort_logg(p->core, "\tParsing external style sheet #%d...\n", static_cast<int>(i + 1));
+    svg_css_create_parser(p);
+    css_parse(p->css, ort_item<const char *>(p->ext_style_sheets, i));
+  }
+  if (p->style_sheet != nullptr) {
+    if (p->log_level >= 3) ort_logg(p->core, "\tParsing internal style sheet...\n");
+    svg_css_create_parser(p);
+    css_parse(p->css, ort_bs_text(p->style_sheet));
+  }
+  p->root = svg_e_node_new(p->core, SVG_ID_ROOT);
+  auto *entry = static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack));
+  entry->link = &p->root->first_child;
+  ort_push(p->open_elements, svg_open_element{p->root, nullptr});
+}
+
+static void check_is_svg(svg_parser *p) {
+  const svg_node *outermost = p->root->first_child;
+  if (outermost == nullptr || outermost->id != SVG_ELEM_svg)
+    ort_error(p->core, 10009, p->filename, nullptr, nullptr, nullptr);
+}
+
+static void resolve_links(svg_parser *p) {
+  if (ort_vtr_count(p->hrefs) == 0) return;
+  ort_vtr_sort_c(p->hrefs, svg_href_compare);
+  const bool listed = p->log_level >= 5;
+  const bool waiting = p->unres_links != nullptr && ort_hvtr_size(p->unres_links) > 0;
+  if (!listed && !waiting) return;
+  if (listed) ort_logg(p->core, "\t\tList of all ids and names:\n");
+  for (size_t i = 0; i < ort_vtr_count(p->hrefs); i++) {
+    const auto &href = ort_item<svg_href>(p->hrefs, i);
+    if (listed) ort_logg(p->core, "\t\t%p: %a\n", static_cast<void *>(href.target), href.id);
+    svg_resolve_href(p, href.id, href.target);
+  }
+  if (listed) ort_logg(p->core, "\n");
+}
+
+static void log_fonts(svg_parser *p) {
+  if (p->log_level < 3) return;
+  ort_logg(p->core, "\t\tList of all SVG fonts:\n");
+  for (size_t i = 0; i < ort_vtr_count(p->fonts); i++) {
+    const auto *font = ort_item<svg_font *>(p->fonts, i);
+    ort_logg(p->core, "\t\t[%d] %p: \"", static_cast<int>(i), static_cast<void *>(font->node));
+    ort_bs_clear(p->name_buf);
+    svg_create_fontname(p, font, p->name_buf);
+    ort_logg_unitext(p->core, ort_bs_text(p->name_buf), 0, 0, 0);
+    ort_logg(p->core, "\"\n");
+  }
+  ort_logg(p->core, "\n");
+}
+
+template <class T> static void store(T *out, T value) {
+  if (out != nullptr) *out = value;
+}
