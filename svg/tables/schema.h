@@ -1,0 +1,122 @@
+// schema.h: the tables as the reader and its hosts see them, computed from the facts of the other
+// headers.
+#ifndef SVG_TABLES_SCHEMA_H
+#define SVG_TABLES_SCHEMA_H
+
+#include "svg/tables/keywords.h"
+#include "svg/tables/slots.h"
+
+namespace svg_tables {
+
+// The number of texts in a list that null fills up.
+template <size_t Capacity> constexpr int count_texts(const char *const (&texts)[Capacity]) {
+  int count = 0;
+  for (const char *text : texts) count += text != nullptr;
+  return count;
+}
+
+// ---- Attributes ---------------------------------------------------------------------------------
+
+constexpr int KEY_TOTAL = [] {
+  int total = 0;
+  for (const attribute &row : ATTRIBUTES) total += count_texts(row.keys);
+  return total;
+}();
+
+// The keyword lists of all rows, one behind the other.
+struct key_lists {
+  svg_key_entry entries[KEY_TOTAL];
+};
+
+constexpr key_lists make_keys() {
+  key_lists lists = {};
+  svg_key_entry *entry = lists.entries;
+  for (const attribute &row : ATTRIBUTES)
+    for (int i = 0; i < count_texts(row.keys); i++) {
+      const int id = keyword_id(row.keys[i]);
+      *entry++ = {KEYWORDS[id], id};
+    }
+  return lists;
+}
+
+inline constexpr key_lists KEYS = make_keys();
+
+struct attribute_table {
+  svg_attr_def rows[SVG_ATTR_COUNT];
+};
+
+constexpr attribute_table make_attribute_table() {
+  attribute_table table = {};
+  const svg_key_entry *keys = KEYS.entries;
+  for (int i = 0; i < SVG_ATTR_COUNT; i++) {
+    const attribute &row = ATTRIBUTES[i];
+    const int key_count = count_texts(row.keys);
+    table.rows[i] = {.name = row.name,
+                     .default_text = row.default_text,
+                     .value_size = row.type.size,
+                     .anew = row.type.anew,
+                     .ctor = row.type.ctor,
+                     .dtor = row.type.dtor,
+                     .prio = row.prio,
+                     .key_count = static_cast<uint32_t>(key_count),
+                     .keys = key_count > 0 ? keys : nullptr,
+                     .flags = row.flags,
+                     .group = row.group,
+                     .apo = row.flags & SVG_AF_ATTRIBUTE ? SLOTS.offset[i] : nullptr};
+    keys += key_count;
+  }
+  return table;
+}
+
+inline constexpr attribute_table ATTRIBUTE_TABLE = make_attribute_table();
+
+// ---- Elements -----------------------------------------------------------------------------------
+
+// The required attributes of each element, as indexes into its attribute list.
+struct required_lists {
+  int16_t indexes[SVG_ELEM_COUNT][std::size(element{}.required)];
+};
+
+constexpr required_lists make_required() {
+  required_lists lists = {};
+  for (int id = 0; id < SVG_ELEM_COUNT; id++)
+    for (int i = 0; i < count_texts(ELEMENTS[id].required); i++) {
+      int16_t index = 0;
+      while (std::string_view(ELEMENTS[id].attributes[static_cast<size_t>(index)].name) !=
+             ELEMENTS[id].required[i])
+        index++;
+      lists.indexes[id][i] = index;
+    }
+  return lists;
+}
+
+inline constexpr required_lists REQUIRED = make_required();
+
+struct element_table {
+  svg_elem_def rows[SVG_ELEM_COUNT];
+};
+
+constexpr element_table make_element_table() {
+  element_table table = {};
+  for (int id = 0; id < SVG_ELEM_COUNT; id++) {
+    const element &row = ELEMENTS[id];
+    const int req_count = count_texts(row.required);
+    table.rows[id] = {.name = row.name,
+                      .beg_hook = row.beg_hook,
+                      .end_hook = row.end_hook,
+                      .esa_count = static_cast<int32_t>(row.attributes.size()),
+                      .esa_list = row.attributes.data(),
+                      .req_count = req_count,
+                      .req_list = req_count > 0 ? REQUIRED.indexes[id] : nullptr,
+                      .slot_size = SLOTS.size[id],
+                      .category = row.category,
+                      .kind = row.kind};
+  }
+  return table;
+}
+
+inline constexpr element_table ELEMENT_TABLE = make_element_table();
+
+} // namespace svg_tables
+
+#endif
