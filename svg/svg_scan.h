@@ -5,6 +5,7 @@
 #ifndef SVG_SCAN_H
 #define SVG_SCAN_H
 
+#include "svg/svg_number.h"
 #include "svg/svg_parser.h"
 
 enum {
