@@ -22,8 +22,8 @@ void svg_parse_style(svg_parser *p, const char *text);
 // style, variant (as written), size, family. An incomplete shorthand adds nothing.
 void svg_split_font(svg_parser *p, const char *text,
                     void (*add)(svg_parser *p, const char *name, const char *value));
-void svg_parse_font_prop(svg_parser *p,
-                         const char *text); // adds the longhands to the element being built
+// Adds the longhands to the element being built.
+void svg_parse_font_prop(svg_parser *p, const char *text);
 
 // ---- svg_sheets.cpp: the style-sheet pass ---------------------------------------------------------------------------
 
@@ -41,6 +41,9 @@ void svg_css_clear_sheets(svg_parser *p); // undoes what a failed style-sheet pa
 extern const css_callbacks svg_css_callbacks;
 svg_e_node *svg_css_find_parent(svg_parser *p, svg_e_node *node, int16_t nid);
 svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid);
+
+// For the element being built; css must exist. Notes the attributes that some selector tests, and
+// collects the values of the rules that match.
 void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs);
 void svg_css_apply_rules(svg_parser *p, svg_e_node *node);
 
