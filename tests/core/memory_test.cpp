@@ -1,4 +1,5 @@
 #include <cstring>
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "tests/support/accounting_core.h"
@@ -33,4 +34,114 @@ TEST(Memory, CountsPerTagMergeEqualTexts) {
   EXPECT_EQ(statistics_of(core).peak_bytes, 1010U);
   ort_reset_peak(core);
   EXPECT_EQ(statistics_of(core).peak_bytes, 0U);
+}
+
+TEST(Memory, ManyTagsStaySortedAndCounted) {
+  static char tags[1000][8];
+  AccountingCore core;
+  void *blocks[1000];
+  for (int i = 0; i < 1000; ++i) {
+    snprintf(tags[i], sizeof tags[i], "t%03d", (i * 7) % 1000);
+    blocks[i] = ort_malloc(core, 1, tags[i]);
+  }
+  std::vector<ort_tag_count> counts(1000);
+  ASSERT_EQ(ort_get_tag_counts(core, counts.data(), counts.size()), 1000U);
+  for (int i = 0; i < 1000; ++i) {
+    EXPECT_EQ(atoi(counts[static_cast<size_t>(i)].tag + 1), i);
+    EXPECT_EQ(counts[static_cast<size_t>(i)].blocks, 1U);
+  }
+  for (void *block : blocks) ort_free(core, block);
+}
+
+TEST(Memory, BudgetIsExact) {
+  ort_options options = AccountingCore::defaults();
+  options.memory_budget = 100;
+  AccountingCore core(options);
+  void *block = nullptr;
+  EXPECT_EQ(core.protect([&] { block = ort_malloc(core, 100, "test"); }), 0);
+  EXPECT_EQ(core.protect([&] { ort_malloc(core, 1, "test"); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.protect([&] { ort_realloc(core, block, 101, "test"); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.protect([&] { block = ort_realloc(core, block, 99, "test"); }), 0);
+  EXPECT_EQ(core.protect([&] { ort_errprintf(core, "%d", 1); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.protect([&] { ort_calloc(core, SIZE_MAX / 2, 3, "test"); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.protect([&] { ort_malloc(core, SIZE_MAX, "test"); }), ORT_E_NO_MEMORY);
+  ort_free(core, block);
+}
+
+TEST(Memory, ResizingKeepsBytes) {
+  AccountingCore core;
+  char *text = ort_strdup(core, "abc");
+  text = static_cast<char *>(ort_realloc(core, text, 100000, "test"));
+  EXPECT_STREQ(text, "abc");
+  EXPECT_EQ(reinterpret_cast<uintptr_t>(text) % 8, 0U);
+  ort_free(core, text);
+  ort_free(core, nullptr);
+}
+
+TEST(Memory, TemporariesAreFreedInAnyOrderOrByTheCore) {
+  AccountingCore core;
+  void *t[4];
+  for (void *&block : t) block = ort_malloc_tmp(core, 5, "test");
+  EXPECT_EQ(statistics_of(core).live_blocks, 4U);
+  for (const int i : {1, 3, 0, 2}) ort_free_tmp(core, t[i]);
+  EXPECT_EQ(statistics_of(core).live_blocks, 0U);
+  ort_strdup_ext(core, "left to the core", ORT_DUP_TEMPORARY, "test");
+  ort_malloc_tmp(core, 1000, "test");
+  core.allow_temporaries(); // the address sanitizer sees whether the core frees them
+}
+
+TEST(Memory, FailsOnDemand) {
+  for (const int on : {0, 1}) {
+    ort_options options = AccountingCore::defaults();
+    options.fail_at = 2;
+    options.fail_on = on;
+    AccountingCore core(options);
+    std::string outcome;
+    for (int i = 0; i < 4; ++i) {
+      const auto body = [&] { ort_free(core, ort_malloc(core, 1, "test")); };
+      outcome += core.protect(body) == 0 ? '+' : '-';
+    }
+    EXPECT_EQ(outcome, on ? "+---" : "+-++");
+    EXPECT_EQ(core.allocations(), 4U);
+  }
+}
+
+// ---- The tests' own support ---------------------------------------------------------------------
+
+TEST(TestSupport, AccountingCoreFailsOnLiveBlocks) {
+  static ort_core *core;
+  static void *block;
+  EXPECT_NONFATAL_FAILURE(
+      {
+        AccountingCore accounting;
+        core = accounting;
+        block = ort_malloc(core, 7, "leaker");
+        EXPECT_EQ(accounting.live_blocks(), "leaker: 1 blocks, 7 bytes\n");
+        accounting.expect_clean();
+        ort_free(core, block);
+      },
+      "leaker");
+  EXPECT_NONFATAL_FAILURE(
+      {
+        AccountingCore accounting;
+        ort_malloc_tmp(accounting, 7, "leaker");
+        accounting.expect_clean();
+        accounting.allow_temporaries();
+      },
+      "temporary");
+}
+
+static bool allocate_nothing(AccountingCore &) { return true; }
+
+static bool swallow_failure(AccountingCore &core) {
+  void *block = nullptr;
+  core.protect([&] { block = ort_malloc(core, 1, "test"); });
+  core.messages.clear();
+  ort_free(core, block);
+  return true;
+}
+
+TEST(TestSupport, SweepFailsWhenItMust) {
+  EXPECT_NONFATAL_FAILURE(allocation_sweep(allocate_nothing), "failed no allocation");
+  EXPECT_NONFATAL_FAILURE(allocation_sweep(swallow_failure), "but body succeeded");
 }

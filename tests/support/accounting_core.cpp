@@ -22,11 +22,15 @@ AccountingCore::AccountingCore(const ort_options &options) {
 }
 
 AccountingCore::~AccountingCore() {
+  expect_clean();
+  ort_core_delete(core_);
+}
+
+void AccountingCore::expect_clean() const {
   EXPECT_EQ(live_blocks(), "");
   if (!temporaries_allowed_) {
     EXPECT_EQ(ort_count_temporaries(core_), 0U) << "temporary blocks";
   }
-  ort_core_delete(core_);
 }
 
 ort_options AccountingCore::defaults() {

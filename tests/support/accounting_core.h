@@ -42,6 +42,7 @@ public:
   // Texts of the live blocks, "tag: 2 blocks, 30 bytes" each; empty when there is none.
   std::string live_blocks() const;
   uint64_t allocations() const;
+  void expect_clean() const; // as when the core goes
 
   // An error was injected on purpose: temporaries that it skipped belong to the core.
   void allow_temporaries() { temporaries_allowed_ = true; }

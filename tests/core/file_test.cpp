@@ -1,0 +1,359 @@
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <zlib.h>
+
+#include "tests/support/accounting_core.h"
+
+// ---- Plain files --------------------------------------------------------------------------------
+
+namespace {
+
+// A file in the temporary folder that goes with the object.
+class TemporaryFile {
+public:
+  explicit TemporaryFile(const std::string &bytes) : path(testing::TempDir() + "ort_XXXXXX") {
+    const int descriptor = mkstemp(path.data());
+    EXPECT_EQ(write(descriptor, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+    close(descriptor);
+  }
+  ~TemporaryFile() { unlink(path.c_str()); }
+
+  std::string path;
+};
+
+} // namespace
+
+static std::string some_bytes(size_t count) {
+  std::string bytes;
+  for (size_t i = 0; i < count; ++i) bytes += static_cast<char>(i * i / 7 + i);
+  return bytes;
+}
+
+// Reads as the reader does: blocks of 8192 bytes, the last one is where the end is.
+static std::string read_blocks(ort_file *file) {
+  std::string all;
+  for (;;) {
+    char block[8192];
+    const size_t got = ort_fread(block, 1, sizeof block, file);
+    all.append(block, got);
+    if (ort_feof(file)) return all;
+    if (got < sizeof block) return all + " and an error";
+  }
+}
+
+TEST(File, EveryLengthEndsWithALastBlock) {
+  AccountingCore core;
+  for (size_t length : {0U, 1U, 8191U, 8192U, 8193U, 16384U, 32767U, 32768U, 32769U, 65536U}) {
+    const std::string bytes = some_bytes(length);
+    const TemporaryFile disk(bytes);
+    for (ort_file *file : {ort_fopen(core, disk.path.c_str()),
+                           ort_fopen_memory(core, "memory", bytes.data(), length)}) {
+      EXPECT_EQ(ort_fsize(file), static_cast<int64_t>(length));
+      EXPECT_EQ(read_blocks(file), bytes) << length;
+      EXPECT_EQ(ort_fseek(file, 0, SEEK_SET), 0);
+      EXPECT_EQ(ort_feof(file), length == 0);
+      EXPECT_EQ(read_blocks(file), bytes) << length << " after rewinding";
+      ort_fclose(file);
+    }
+  }
+  ort_fclose(nullptr);
+}
+
+TEST(File, ReadsWholeItemsAndSeeks) {
+  AccountingCore core;
+  const std::string bytes = some_bytes(100000);
+  const TemporaryFile disk(bytes);
+  ort_file *file = ort_fopen(core, disk.path.c_str());
+  EXPECT_EQ(ort_fname(file), disk.path);
+  char item[7];
+  for (const int64_t offset : {99990, 0, 40000, 39999, 32768, 99999}) {
+    ASSERT_EQ(ort_fseek(file, offset, SEEK_SET), 0);
+    const size_t whole = offset < 99993 ? 1 : 0;
+    EXPECT_EQ(ort_fread(item, 7, 1, file), whole) << offset;
+    EXPECT_EQ(item[0], bytes[static_cast<size_t>(offset)]);
+  }
+  EXPECT_NE(ort_feof(file), 0);
+  EXPECT_EQ(ort_fseek(file, -1, SEEK_SET), -1);
+  EXPECT_EQ(ort_fseek(file, 0, SEEK_END), -1);
+  EXPECT_EQ(ort_fread(item, 0, 5, file), 0U);
+  ort_fclose(file);
+}
+
+TEST(File, PipesRewindInsideTheirWindow) {
+  int ends[2];
+  ASSERT_EQ(pipe(ends), 0);
+  ASSERT_EQ(write(ends[1], "\x1F\x8B text", 7), 7);
+  close(ends[1]);
+  AccountingCore core;
+  ort_file *file = ort_fopen(core, ("/proc/self/fd/" + std::to_string(ends[0])).c_str());
+  close(ends[0]);
+  EXPECT_EQ(ort_fsize(file), -1);
+  EXPECT_EQ(ort_is_gzip(file), 1);
+  EXPECT_EQ(read_blocks(file), "\x1F\x8B text");
+  EXPECT_EQ(ort_fseek(file, 100, SEEK_SET), -1);
+  ort_fclose(file);
+}
+
+TEST(File, RefusesWhatCannotBeRead) {
+  AccountingCore core;
+  EXPECT_EQ(core.protect([&] { ort_fopen(core, "/no/such/file"); }), ORT_E_OPEN);
+  EXPECT_STREQ(ort_error_text(core), "Cannot open file '/no/such/file': No such file or directory");
+  EXPECT_EQ(core.protect([&] { ort_fopen(core, "/tmp"); }), ORT_E_OPEN);
+  EXPECT_STREQ(ort_error_text(core), "Cannot open file '/tmp': Is a directory");
+  ort_file *file = ort_fopen(core, "/proc/self/mem"); // page 0 is not mapped
+  EXPECT_EQ(read_blocks(file), " and an error");
+  ort_fclose(file);
+  allocation_sweep([](AccountingCore &failing) {
+    return failing.protect([&] { ort_fclose(ort_fopen(failing, "/dev/null")); }) == 0;
+  });
+}
+
+// ---- gzip ---------------------------------------------------------------------------------------
+
+// One gzip member; with a header that uses every optional field of RFC 1952 when asked for.
+static std::string gzip(const std::string &bytes, bool full_header = false) {
+  z_stream stream = {};
+  deflateInit2(&stream, 9, Z_DEFLATED, MAX_WBITS + 16, 8, Z_DEFAULT_STRATEGY);
+  gz_header header = {};
+  unsigned char name[] = "name", comment[] = "comment", extra[] = {1, 2, 3};
+  header.extra = extra;
+  header.extra_len = sizeof extra;
+  header.name = name;
+  header.comment = comment;
+  header.hcrc = 1;
+  if (full_header) deflateSetHeader(&stream, &header);
+  std::string out(deflateBound(&stream, bytes.size()) + 100, '\0');
+  stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(bytes.data()));
+  stream.avail_in = static_cast<uInt>(bytes.size());
+  stream.next_out = reinterpret_cast<Bytef *>(out.data());
+  stream.avail_out = static_cast<uInt>(out.size());
+  EXPECT_EQ(deflate(&stream, Z_FINISH), Z_STREAM_END);
+  out.resize(stream.total_out);
+  deflateEnd(&stream);
+  return out;
+}
+
+// What a gzip stream holds, read in pieces of chunk bytes; an error's text in brackets at the end.
+static std::string gunzip(AccountingCore &core, const std::string &data, size_t chunk = 8192) {
+  ort_file *file = ort_fopen_memory(core, "test.svgz", data.data(), data.size());
+  ort_gz *gz = nullptr;
+  std::string all, buffer(chunk, '\0');
+  if (core.protect([&] { gz = ort_gzopen(file); }) == 0) {
+    int64_t got;
+    do {
+      got = ort_gzread(gz, buffer.data(), chunk);
+      if (got > 0) all.append(buffer, 0, static_cast<size_t>(got));
+    } while (got == static_cast<int64_t>(chunk));
+    if (got < 0) {
+      const std::string text = ort_error_text(core);
+      EXPECT_EQ(ort_gzread(gz, buffer.data(), 1), -1) << "the error stays";
+      EXPECT_EQ(ort_error_text(core), text);
+      all += "[" + text + "]";
+    }
+  } else {
+    all = "[not opened]";
+  }
+  ort_gzclose(gz);
+  ort_fclose(file);
+  return all;
+}
+
+TEST(Gzip, InflatesInChunksOfAnySize) {
+  AccountingCore core;
+  for (size_t length : {0U, 1U, 7U, 8192U, 16384U, 100000U}) {
+    const std::string bytes = some_bytes(length);
+    for (size_t chunk : {1U, 7U, 8192U, 200000U}) {
+      EXPECT_EQ(gunzip(core, gzip(bytes), chunk), bytes) << length << " by " << chunk;
+      EXPECT_EQ(gunzip(core, gzip(bytes, true), chunk), bytes) << length << " by " << chunk;
+    }
+  }
+}
+
+TEST(Gzip, ReadsMembersAndIgnoresWhatFollows) {
+  AccountingCore core;
+  const std::string a = gzip("first "), b = gzip(some_bytes(50000), true), c = gzip("");
+  const std::string bytes = "first " + some_bytes(50000) + "first ";
+  for (const std::string &tail : {std::string(), std::string(600, '\0'), std::string("garbage"),
+                                  std::string("\x1F"), std::string("\x1Fx")}) {
+    EXPECT_EQ(gunzip(core, a + b + c + a + tail), bytes);
+    EXPECT_EQ(gunzip(core, a + b + c + a + tail, 1), bytes);
+  }
+  // The signature of the second member lies across the end of the input buffer.
+  for (size_t length = 16340; length < 16400; ++length) {
+    const std::string stored = some_bytes(length);
+    std::string member = gzip(stored);
+    EXPECT_EQ(gunzip(core, member + a), stored + "first ");
+  }
+}
+
+TEST(Gzip, EveryPrefixIsTruncated) {
+  AccountingCore core;
+  const std::string bytes = some_bytes(3000), data = gzip(bytes, true);
+  for (size_t length = 0; length < data.size(); ++length) {
+    const std::string got = gunzip(core, data.substr(0, length), 100);
+    const std::string error = "[Error in compressed file 'test.svgz': unexpected end of data]";
+    ASSERT_GE(got.size(), error.size());
+    EXPECT_EQ(got.substr(got.size() - error.size()), error) << length;
+    EXPECT_EQ(bytes.compare(0, got.size() - error.size(), got, 0, got.size() - error.size()), 0);
+  }
+}
+
+TEST(Gzip, DamageIsReported) {
+  const struct {
+    int at; // from the start, or from the end when negative
+    const char *reason;
+  } cases[] = {{0, "incorrect header check"},
+               {2, "unknown compression method"},
+               {3, "unknown header flags set"},
+               {-8, "incorrect data check"},
+               {-1, "incorrect length check"}};
+  AccountingCore core;
+  const std::string good = gzip("text text text text");
+  for (const auto &c : cases) {
+    std::string data = good;
+    data[c.at < 0 ? data.size() + static_cast<size_t>(c.at) : static_cast<size_t>(c.at)] ^= '\xE0';
+    const std::string expected =
+        std::string("[Error in compressed file 'test.svgz': ") + c.reason + "]";
+    const std::string got = gunzip(core, data);
+    EXPECT_EQ(got.substr(got.find('[')), expected);
+    EXPECT_EQ(ort_error_code(core), ORT_E_GZIP);
+  }
+}
+
+TEST(Gzip, BudgetCountsAllMembers) {
+  const std::string bytes(5000, 'x'), data = gzip(bytes) + gzip(bytes);
+  ort_options options = AccountingCore::defaults();
+  options.inflate_budget = 10000;
+  AccountingCore enough(options);
+  EXPECT_EQ(gunzip(enough, data, 100), bytes + bytes);
+  options.inflate_budget = 9999;
+  AccountingCore core(options);
+  const std::string got = gunzip(core, data, 100);
+  EXPECT_EQ(got.substr(got.find('[')), "[Limit of 9999 inflated bytes exceeded]");
+  EXPECT_EQ(ort_error_code(core), ORT_E_LIMIT);
+}
+
+TEST(Gzip, SurvivesFailingAllocations) {
+  const std::string bytes = some_bytes(50000), data = gzip(bytes);
+  allocation_sweep([&](AccountingCore &core) {
+    const char *const end = data.data() + data.size();
+    ort_file *file = nullptr;
+    ort_gz *gz = nullptr;
+    const int code = core.protect([&] {
+      file = ort_fopen_memory(core, "x", data.data(), static_cast<size_t>(end - data.data()));
+      gz = ort_gzopen(file);
+      char block[8192];
+      int64_t got;
+      while ((got = ort_gzread(gz, block, sizeof block)) == sizeof block) {
+      }
+      if (got < 0) ort_rethrow(core);
+    });
+    ort_gzclose(gz);
+    ort_fclose(file);
+    return code == 0;
+  });
+}
+
+TEST(Gzip, SignatureIsTwoBytes) {
+  AccountingCore core;
+  for (const char *text : {"", "\x1F", "\x1F\x8C", "<\x8B", "\x1F\x8B"}) {
+    ort_file *file = ort_fopen_memory(core, "x", text, strlen(text));
+    char first = '\0';
+    EXPECT_EQ(ort_is_gzip(file), strcmp(text, "\x1F\x8B") == 0);
+    EXPECT_EQ(ort_fread(&first, 1, 1, file), *text ? 1U : 0U);
+    EXPECT_EQ(first, *text);
+    ort_fclose(file);
+  }
+}
+
+// ---- Virtual files ------------------------------------------------------------------------------
+
+static void create(ort_core *core, const char *name, const char *text) {
+  ort__create_pvf(core, name, ort_strdup(core, text), strlen(text), "deletedata");
+}
+
+TEST(VirtualFile, LivesWhileItIsReferenced) {
+  AccountingCore core;
+  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 0.0);
+  ort__delete_pvf(core, "a");
+  create(core, "a", "text of a");
+  create(core, "empty", "");
+  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 1.0);
+  EXPECT_EQ(ort__info_pvf(core, "a", "size"), 9.0);
+  size_t size = 7;
+  EXPECT_NE(ort_pvf_data(core, "empty", &size), nullptr);
+  EXPECT_EQ(size, 0U);
+  EXPECT_EQ(ort_pvf_data(core, "b", nullptr), nullptr);
+  EXPECT_EQ(core.protect([&] { ort__addref_pvf(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
+  EXPECT_EQ(core.protect([&] { ort_pvf_open(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
+  EXPECT_STREQ(ort_error_text(core), "No virtual file 'b'");
+
+  ort__addref_pvf(core, "a");
+  ort__delete_pvf(core, "a");
+  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 1.0);
+  ort_file *file = ort_pvf_open(core, "a");
+  ort__delete_pvf(core, "a");
+  ort__delete_pvf(core, "a");
+  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 0.0);
+  EXPECT_EQ(read_blocks(file), "text of a") << "an open file keeps its data";
+  create(core, "a", "another");
+  EXPECT_EQ(ort_fseek(file, 5, SEEK_SET), 0);
+  EXPECT_EQ(read_blocks(file), "of a");
+  ort_fclose(file);
+  EXPECT_EQ(memcmp(ort_pvf_data(core, "a", nullptr), "another", 7), 0);
+  ort__delete_pvf(core, "a");
+  ort__delete_pvf(core, "empty");
+}
+
+TEST(VirtualFile, NamesKeepTheOrderOfCreation) {
+  AccountingCore core;
+  std::vector<std::string> names;
+  const auto check = [&] {
+    ASSERT_EQ(ort_pvf_count(core), names.size());
+    for (size_t i = 0; i < names.size(); ++i) ASSERT_EQ(ort_pvf_name(core, i), names[i]);
+    ASSERT_EQ(ort_pvf_name(core, names.size()), nullptr);
+  };
+  for (int i = 0; i < 2000; ++i) {
+    names.push_back("file " + std::to_string(i));
+    create(core, names.back().c_str(), "x");
+    if (i % 3 == 0) {
+      const size_t victim = static_cast<size_t>(i) * 7 % names.size();
+      ort__delete_pvf(core, names[victim].c_str());
+      names.erase(names.begin() + static_cast<ptrdiff_t>(victim));
+    }
+    if (i % 100 == 99) check();
+  }
+  check();
+  for (const std::string &name : names) {
+    ASSERT_NE(ort_pvf_data(core, name.c_str(), nullptr), nullptr);
+    ort__delete_pvf(core, name.c_str());
+  }
+  names.clear();
+  check();
+}
+
+TEST(VirtualFile, TheBufferStaysTheCallersWhenCreationFails) {
+  allocation_sweep([](AccountingCore &core) {
+    void *buffer = nullptr;
+    const int code = core.protect([&] {
+      for (const char *name : {"a", "b", "c"}) {
+        buffer = ort_malloc(core, 3, "test");
+        ort__create_pvf(core, name, buffer, 3, "deletedata");
+        buffer = nullptr;
+      }
+      ort_fclose(ort_pvf_open(core, "b"));
+    });
+    ort_free(core, buffer);
+    for (const char *name : {"a", "b", "c"}) ort__delete_pvf(core, name);
+    return code == 0;
+  });
+}
+
+TEST(VirtualFile, TheCoreDeletesTheRest) {
+  ort_core *core = ort_core_new(nullptr);
+  create(core, "left", "to the core");
+  ort_core_delete(core); // the address sanitizer sees a leak
+}

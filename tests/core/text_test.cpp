@@ -1,0 +1,220 @@
+#include <cctype>
+#include <cstring>
+#include <gtest/gtest.h>
+
+#include "tests/support/accounting_core.h"
+
+TEST(Bytes, AppendCutAndClear) {
+  AccountingCore core;
+  ort_bs *bs = ort_bs_new(core);
+  EXPECT_STREQ(ort_bs_text(bs), "");
+  ort_bs_append(bs, "", 0);
+  ort_bs_clear(bs);
+  std::string expected;
+  for (int i = 0; i < 3000; ++i) {
+    ort_bs_append_byte(bs, static_cast<char>(i));
+    ort_bs_append_text(bs, "text");
+    expected += static_cast<char>(i);
+    expected += "text";
+  }
+  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), expected);
+  ort_bs_shorten(bs, 5);
+  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), std::string("\0text", 5));
+  EXPECT_EQ(ort_bs_text(bs)[5], '\0');
+  ort_bs_clear(bs);
+  EXPECT_STREQ(ort_bs_text(bs), "");
+  EXPECT_LT(core.allocations(), 30U);
+  EXPECT_EQ(core.protect([&] { ort_bs_append(bs, "", SIZE_MAX - 1); }), ORT_E_NO_MEMORY);
+  ort_bs_delete(bs);
+  ort_bs_delete(nullptr);
+}
+
+TEST(Bits, AreIndependent) {
+  AccountingCore core;
+  unsigned char *bits = ort_bitarr_new(core, 147);
+  for (size_t i = 0; i < 147; i += 3) ort_setbit(bits, i);
+  for (size_t i = 0; i < 147; ++i) EXPECT_EQ(ort_getbit(bits, i), i % 3 == 0) << i;
+  EXPECT_EQ(bits[0], 0x49);
+  ort_purge_bitarr(bits, 147);
+  for (size_t i = 0; i < 147; ++i) EXPECT_FALSE(ort_getbit(bits, i)) << i;
+  ort_free(core, bits);
+}
+
+TEST(Text, ClassesAreThoseOfASCII) {
+  for (int i = 0; i < 256; ++i) {
+    const char c = static_cast<char>(i);
+    EXPECT_EQ(ort_isspace(c), i < 128 && isspace(i)) << i;
+    EXPECT_EQ(ort_isdigit(c), i < 128 && isdigit(i)) << i;
+    EXPECT_EQ(ort_isupper(c), i < 128 && isupper(i)) << i;
+    EXPECT_EQ(ort_isalpha(c), i < 128 && isalpha(i)) << i;
+  }
+}
+
+TEST(Text, Comparisons) {
+  const auto sign = [](int x) { return (x > 0) - (x < 0); };
+  const struct {
+    const char *a, *b;
+    int exact, any_case, first_three;
+  } cases[] = {
+      {"", "", 0, 0, 0},          {"a", "", 1, 1, 1},        {"abc", "ABC", 1, 0, 0},
+      {"abcd", "ABCE", 1, -1, 0}, {"ab", "abc", -1, -1, -1}, {"\xC4", "\xE4", -1, -1, -1},
+      {"z", "\xE4", -1, -1, -1},  {"[", "{", -1, -1, -1},    {"_", "a", -1, -1, -1},
+      {"_", "A", 1, -1, -1},
+  };
+  for (const auto &c : cases) {
+    EXPECT_EQ(sign(ort_strcmp(c.a, c.b)), c.exact) << c.a << " " << c.b;
+    EXPECT_EQ(sign(ort_stricmp_a(c.a, c.b)), c.any_case) << c.a << " " << c.b;
+    EXPECT_EQ(sign(ort_strincmp_a(c.a, c.b, 3)), c.first_three) << c.a << " " << c.b;
+    EXPECT_EQ(sign(ort_stricmp_a(c.b, c.a)), -c.any_case) << c.a << " " << c.b;
+  }
+  EXPECT_EQ(ort_strincmp_a("a", "b", 0), 0);
+}
+
+TEST(Keywords, FirstMatchWins) {
+  static constexpr ort_keyword list[] = {
+      {"one", 1}, {"One", 2}, {"uno", 1}, {"none", -1}, {nullptr, 9}};
+  EXPECT_EQ(ort_get_keycode("One", list), 2);
+  EXPECT_EQ(ort_get_keycode_ci("ONE", list), 1);
+  EXPECT_EQ(ort_get_keycode("ONE", list), ORT_NO_KEYCODE);
+  EXPECT_EQ(ort_get_keycode("on", list), ORT_NO_KEYCODE);
+  EXPECT_STREQ(ort_get_keyword(1, list), "one");
+  EXPECT_STREQ(ort_get_keyword(-1, list), "none");
+  EXPECT_EQ(ort_get_keyword(9, list), nullptr);
+}
+
+TEST(Binary, Hexadecimal) {
+  const struct {
+    const char *text;
+    int mode, expected;
+  } cases[] = {{"f", 0, 255},  {"b", 0, 187}, {"0", 0, 0},   {"g", 0, 0}, {"7f", 1, 127},
+               {"Fx", 1, 240}, {"xF", 1, 15}, {"F", 1, 240}, {"", 1, 0},  {"C", -1, 12},
+               {"9", -1, 9},   {"?", -1, 0},  {"", -1, 0}};
+  for (const auto &c : cases) EXPECT_EQ(ort_hex2bin_a(c.text, c.mode), c.expected) << c.text;
+  const unsigned char bytes[] = {0xFF, 0x01, 0x80};
+  EXPECT_EQ(ort_get_be_ulong3(bytes), 0xFF0180U);
+  AccountingCore core;
+  char *text = ort_str2hexstr(core, bytes, 3, "", ORT_DUP_TEMPORARY, "test");
+  EXPECT_STREQ(text, "ff0180");
+  ort_free_tmp(core, text);
+  text = ort_str2hexstr(core, bytes, 3, ", ", ORT_DUP_PLAIN, "test");
+  EXPECT_STREQ(text, "ff, 01, 80");
+  ort_free(core, text);
+}
+
+TEST(Binary, Base64) {
+  const struct {
+    const char *text, *expected;
+  } cases[] = {
+      {"", ""},
+      {"Zg==", "f"},
+      {"Zm8=", "fo"},
+      {"Zm9v", "foo"},
+      {"Zm9vYg==", "foob"},
+      {"Zm9vYmE=", "fooba"},
+      {"Zm9vYmFy", "foobar"}, // RFC 4648, 10
+      {" Zm\n9v\t", "foo"},
+      {"Zm8", "fo"},
+      {"Zg", "f"},
+      {"Z", ""},
+      {"Zm9vY", "foo"},
+      {"Zm9v=YmFy", "foo"},
+      {"Z-m.9_v", "foo"},
+      {"/+8=", "\xFF\xEF"},
+      {"=", ""},
+  };
+  AccountingCore core;
+  for (const auto &c : cases) {
+    unsigned char *bytes;
+    const size_t length = ort_decode_base64(core, c.text, strlen(c.text), &bytes);
+    EXPECT_EQ(std::string(reinterpret_cast<char *>(bytes), length), c.expected) << c.text;
+    ort_free(core, bytes);
+  }
+  unsigned char *bytes;
+  EXPECT_EQ(ort_decode_base64(core, "Zm9vYmFy", 4, &bytes), 3U) << "the text ends at its length";
+  ort_free(core, bytes);
+}
+
+TEST(Binary, MD5) { // RFC 1321, A.5
+  const char *text =
+      "12345678901234567890123456789012345678901234567890123456789012345678901234567890";
+  unsigned char digest[16];
+  ort_md5 md5;
+  ort_MD5_Init(&md5);
+  ort_MD5_Update(&md5, text, 8);
+  ort_MD5_Update(&md5, text + 8, 72);
+  ort_MD5_Final(digest, &md5);
+  AccountingCore core;
+  char *hex = ort_str2hexstr(core, digest, 16, "", ORT_DUP_TEMPORARY, "test");
+  EXPECT_STREQ(hex, "57edf4a22be3c955ac49da2e2107b67a");
+  ort_free_tmp(core, hex);
+}
+
+TEST(Encoding, KnowsTheISO8859Family) {
+  const struct {
+    const char *name;
+    int number;
+  } names[] = {
+      {"iso8859-1", 1},   {"iso8859-2", 2},           {"iso8859-16", 16}, {"iso8859-12", -9},
+      {"iso8859-17", -9}, {"iso8859-0", -9},          {"iso8859-01", -9}, {"iso8859-", -9},
+      {"iso8859-1x", -9}, {"ISO8859-1", -9},          {"utf8", -9},       {"", -9},
+      {"iso8859--1", -9}, {"iso8859-99999999999", -9}};
+  AccountingCore core;
+  for (const auto &n : names) {
+    int32_t number = 0;
+    EXPECT_EQ(ort_get_encoding(core, n.name, &number, 0), n.number) << n.name;
+    EXPECT_EQ(number, n.number < 0 ? 0 : n.number) << n.name;
+  }
+  const struct {
+    int number, byte, code;
+  } codes[] = {{1, 0xE4, 0xE4},    {1, 0x80, 0x80},    {2, 0xB1, 0x0105},  {5, 0xE0, 0x0440},
+               {7, 0xE1, 0x03B1},  {11, 0xDB, 0xFFFF}, {11, 0xA1, 0x0E01}, {15, 0xA4, 0x20AC},
+               {16, 0xA5, 0x201E}, {3, 0xA5, 0xFFFF},  {8, 0xE0, 0x05D0}};
+  for (const auto &c : codes) {
+    EXPECT_EQ(ort_get_encoding_vector(core, c.number)[c.byte], c.code) << c.number << " " << c.byte;
+  }
+  for (int32_t number = 1; number <= 16; ++number) {
+    if (number == 12) continue;
+    const uint16_t *vector = ort_get_encoding_vector(core, number);
+    for (int i = 0; i < 128; ++i) ASSERT_EQ(vector[i], i) << number;
+    EXPECT_EQ(ort_get_encoding_vector(core, number), vector) << "made once";
+  }
+  EXPECT_EQ(core.protect([&] { ort_get_encoding_vector(core, 12); }), ORT_E_INTERNAL);
+  allocation_sweep([](AccountingCore &failing) {
+    return failing.protect([&] { ort_get_encoding_vector(failing, 2); }) == 0;
+  });
+}
+
+TEST(Matrix, ProductsApplyTheLeftFactorFirst) {
+  // translate(10, 20) scale(2): scale first, then translate.
+  ort_matrix scale, n;
+  ort_translation_matrix(&n, 10, 20);
+  ort_scale_matrix(&scale, 2, 3);
+  ort_multiply_matrix(&scale, &n);
+  const ort_vector p = ort_get_vector(&n, 1, 1);
+  EXPECT_EQ(p.x, 12);
+  EXPECT_EQ(p.y, 23);
+  ort_matrix m, all;
+  ort_rotation_matrix(&m, 30);
+  ort_skew_matrix(nullptr, &all, 10, 20);
+  ort_multiply_matrix(&n, &all);
+  ort_multiply_matrix(&m, &all);
+  ort_vector step = ort_get_vector(&m, 3, -4), whole = ort_get_vector(&all, 3, -4);
+  step = ort_get_vector(&n, step.x, step.y);
+  ort_skew_matrix(nullptr, &m, 10, 20);
+  step = ort_get_vector(&m, step.x, step.y);
+  EXPECT_NEAR(step.x, whole.x, 1e-12);
+  EXPECT_NEAR(step.y, whole.y, 1e-12);
+  ort_multiply_matrix(&n, &n); // both factors may be one matrix
+  EXPECT_EQ(ort_get_vector(&n, 1, 1).x, 34);
+  EXPECT_EQ(ort_get_vector(nullptr, 3, 4).y, 4);
+}
+
+TEST(Matrix, RotationAndSkewTurnTheRightWay) {
+  ort_matrix m;
+  ort_rotation_matrix(&m, 90);
+  EXPECT_NEAR(ort_get_vector(&m, 1, 0).y, 1, 1e-15);
+  EXPECT_NEAR(ort_get_vector(&m, 0, 1).x, -1, 1e-15);
+  ort_skew_matrix(nullptr, &m, 0, 45); // skewX(45)
+  EXPECT_NEAR(ort_get_vector(&m, 0, 1).x, 1, 1e-15);
+  EXPECT_EQ(ort_get_vector(&m, 1, 0).y, 0);
+}

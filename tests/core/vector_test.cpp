@@ -1,0 +1,173 @@
+#include <algorithm>
+#include <gtest/gtest.h>
+#include <random>
+
+#include "tests/support/accounting_core.h"
+
+// ---- Items that own a block ---------------------------------------------------------------------
+
+namespace {
+
+struct owner {
+  char *text;
+  int number;
+};
+
+} // namespace
+
+static void reclaim(void *item) { *static_cast<owner *>(item) = {nullptr, 17}; }
+
+static void release(ort_core *core, void *item) {
+  ort_free(core, static_cast<owner *>(item)->text);
+}
+
+static constexpr ort_item_desc owners = {sizeof(owner), reclaim, release};
+static constexpr ort_item_desc ints = {sizeof(int), nullptr, nullptr};
+
+TEST(Vector, OwnsItsItemsThroughEveryFailure) {
+  allocation_sweep([](AccountingCore &core) {
+    ort_vtr *vector = nullptr;
+    const int code = core.protect([&] {
+      vector = ort_vtr_new(core, &owners, 0, 0);
+      for (int i = 0; i < 40; ++i) {
+        owner *item = static_cast<owner *>(ort_vtr_push(vector));
+        if (item->number != 17) ort_internal_error(core, "item not reclaimed", i);
+        item->number = i;
+        item->text = ort_strdup(core, "owned");
+      }
+      ort_vtr_pop(vector);
+      ort_vtr_resize(vector, 60);
+      ort_item<owner>(vector, 59).text = ort_strdup(core, "owned");
+      ort_vtr_resize(vector, 3);
+    });
+    if (code == 0) {
+      EXPECT_EQ(ort_vtr_count(vector), 3U);
+      EXPECT_EQ(ort_top<owner>(vector).number, 2);
+    }
+    ort_vtr_delete(vector);
+    return code == 0;
+  });
+}
+
+TEST(Vector, StartsEmptyAndZeroed) {
+  AccountingCore core;
+  EXPECT_EQ(ort_vtr_count(nullptr), 0U);
+  ort_vtr *vector = ort_vtr_new(core, &ints, 100, 1);
+  EXPECT_EQ(ort_vtr_count(vector), 0U);
+  ort_push(vector, 7);
+  const uint64_t before = core.allocations();
+  ort_vtr_resize(vector, 100);
+  EXPECT_EQ(ort_item<int>(vector, 99), 0);
+  ort_vtr_resize(vector, 0);
+  ort_vtr_resize(vector, 50);
+  EXPECT_EQ(ort_item<int>(vector, 0), 0) << "a used item must be cleared";
+  EXPECT_EQ(core.allocations(), before) << "the storage is kept";
+  ort_vtr_delete(vector);
+  ort_vtr_delete(nullptr);
+}
+
+TEST(Vector, GrowsGeometrically) {
+  AccountingCore core;
+  ort_vtr *vector = ort_vtr_new(core, &ints, 0, 1);
+  for (int i = 0; i < 100000; ++i) ort_push(vector, i);
+  EXPECT_LT(core.allocations(), 40U);
+  EXPECT_EQ(ort_item<int>(vector, 77777), 77777);
+  EXPECT_EQ(core.protect([&] { ort_vtr_resize(vector, SIZE_MAX / 3); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(ort_vtr_count(vector), 100000U);
+  ort_vtr_delete(vector);
+}
+
+// ---- Sorting ------------------------------------------------------------------------------------
+
+namespace {
+
+struct entry { // longer than one part of a swap
+  int key, place;
+  char filler[70];
+};
+
+} // namespace
+
+static int by_key(const void *a, const void *b) {
+  return static_cast<const entry *>(a)->key - static_cast<const entry *>(b)->key;
+}
+
+TEST(Sort, IsStableInBothDirections) {
+  AccountingCore core;
+  std::mt19937 random(1);
+  for (size_t count : {0U, 1U, 2U, 11U, 12U, 13U, 24U, 25U, 100U, 1000U, 4099U}) {
+    for (const int descending : {0, 1}) {
+      std::vector<entry> items(count);
+      for (size_t i = 0; i < count; ++i) {
+        items[i] = {static_cast<int>(random() % 20), static_cast<int>(i), {}};
+      }
+      std::vector<entry> expected = items;
+      std::stable_sort(expected.begin(), expected.end(), [&](const entry &a, const entry &b) {
+        return descending ? a.key > b.key : a.key < b.key;
+      });
+      ort_qsort_sc(core, items.data(), count, sizeof(entry), by_key, descending);
+      for (size_t i = 0; i < count; ++i) {
+        ASSERT_EQ(items[i].key, expected[i].key) << count << " items, at " << i;
+        ASSERT_EQ(items[i].place, expected[i].place) << count << " items, at " << i;
+      }
+    }
+  }
+}
+
+static int by_value(const void *a, const void *b) {
+  return *static_cast<const int *>(a) - *static_cast<const int *>(b);
+}
+
+TEST(Sort, VectorOfShortLengthNeedsNoMemory) {
+  AccountingCore core;
+  ort_vtr *vector = ort_vtr_new(core, &ints, 0, 0);
+  for (int value : {3, 1, 2}) ort_push(vector, value);
+  const uint64_t before = core.allocations();
+  ort_vtr_sort_c(vector, by_value);
+  EXPECT_EQ(core.allocations(), before);
+  for (size_t i = 0; i < 3; ++i) EXPECT_EQ(ort_item<int>(vector, i), static_cast<int>(i) + 1);
+  ort_vtr_delete(vector);
+}
+
+// ---- Handle vectors -----------------------------------------------------------------------------
+
+TEST(HandleVector, KeepsIndexesAndReusesSlots) {
+  AccountingCore core;
+  ort_hvtr *handles = ort_hvtr_new(core, &owners);
+  for (size_t i = 0; i < 100; ++i) {
+    ASSERT_EQ(ort_hvtr_reclaim_item(handles), i);
+    owner *item = static_cast<owner *>(ort_hvtr_at(handles, i));
+    EXPECT_EQ(item->number, 17);
+    *item = {ort_strdup(core, "owned"), static_cast<int>(i)};
+  }
+  for (size_t i : {50U, 0U, 99U}) ort_hvtr_release_item(handles, i);
+  EXPECT_FALSE(ort_hvtr_check_idx(handles, 50));
+  EXPECT_FALSE(ort_hvtr_check_idx(handles, 100));
+  EXPECT_FALSE(ort_hvtr_check_idx(handles, SIZE_MAX));
+  EXPECT_EQ(static_cast<owner *>(ort_hvtr_at(handles, 98))->number, 98);
+  std::vector<size_t> reused;
+  for (int i = 0; i < 4; ++i) reused.push_back(ort_hvtr_reclaim_item(handles));
+  std::sort(reused.begin(), reused.end());
+  EXPECT_EQ(reused, (std::vector<size_t>{0, 50, 99, 100}));
+  EXPECT_EQ(static_cast<owner *>(ort_hvtr_at(handles, 50))->number, 17);
+  EXPECT_EQ(ort_hvtr_size(handles), 101U);
+  ort_hvtr_release_item(handles, 1);
+  EXPECT_EQ(core.protect([&] { ort_hvtr_release_item(handles, 1); }), ORT_E_INTERNAL);
+  ort_hvtr_delete(handles); // releases what is still in use
+  ort_hvtr_delete(nullptr);
+}
+
+TEST(HandleVector, SurvivesFailingAllocations) {
+  allocation_sweep([](AccountingCore &core) {
+    ort_hvtr *handles = nullptr;
+    const int code = core.protect([&] {
+      handles = ort_hvtr_new(core, &owners);
+      for (int i = 0; i < 50; ++i) {
+        const size_t index = ort_hvtr_reclaim_item(handles);
+        static_cast<owner *>(ort_hvtr_at(handles, index))->text = ort_strdup(core, "owned");
+      }
+    });
+    ort_hvtr_delete(handles);
+    return code == 0;
+  });
+}
