@@ -3,6 +3,7 @@
 #ifndef SVG_TABLES_KEYWORDS_H
 #define SVG_TABLES_KEYWORDS_H
 
+#include <algorithm>
 #include <string_view>
 
 #include "svg/svg_names.h"
@@ -46,9 +47,9 @@ inline constexpr const char *KEYWORDS[SVG_KW_COUNT] = {
 
 // SVG_KW_NONE for a text that is no keyword.
 constexpr int keyword_id(std::string_view text) {
-  for (int id = 1; id < SVG_KW_COUNT; id++)
-    if (KEYWORDS[id] == text) return id;
-  return SVG_KW_NONE;
+  const auto *found = std::lower_bound(KEYWORDS, KEYWORDS + SVG_KW_COUNT, text);
+  return found != KEYWORDS + SVG_KW_COUNT && *found == text ? static_cast<int>(found - KEYWORDS)
+                                                            : SVG_KW_NONE;
 }
 
 } // namespace svg_tables
