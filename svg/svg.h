@@ -438,6 +438,10 @@ typedef struct svg_attr_def {
       *apo; /* slot offset by element id, -1 for none; null for rows that never have a slot */
 } svg_attr_def;
 
+/* The schema tables: 147 rows of attributes and properties, 39 rows of elements. */
+ORT_API const svg_attr_def *svg_get_attr_table(void);
+ORT_API const svg_elem_def *svg_get_elem_table(void);
+
 /* Text of a keyword id; "" for SVG_KW_NONE, null for a number that is no id. */
 ORT_API const char *svg_get_keyword_text(int32_t id);
 

@@ -73,3 +73,13 @@ svg_record_kind svg_get_record_kind(int32_t row) {
              ? static_cast<svg_record_kind>(KINDS[static_cast<size_t>(row)])
              : SVG_RECORD_NONE;
 }
+
+// ---- The tables for hosts -----------------------------------------------------------------------
+
+const svg_attr_def *svg_get_attr_table() { return svg_attr_table; }
+
+const svg_elem_def *svg_get_elem_table() { return svg_elem_table; }
+
+const char *svg_get_keyword_text(int32_t id) {
+  return id >= 0 && id < SVG_KW_COUNT ? svg_keyword_texts[id] : nullptr;
+}

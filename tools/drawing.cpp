@@ -1,0 +1,107 @@
+// drawing.cpp: reads one drawing the way any host does: a core, a file, a parser, all calls that
+// may raise inside ort_protect.
+#include "tools/drawing.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+static std::vector<const char *> texts(const std::vector<std::string> &strings) {
+  std::vector<const char *> result;
+  for (const std::string &text : strings) result.push_back(text.c_str());
+  return result;
+}
+
+Drawing::Drawing(std::string path, const ReadSettings &settings)
+    : path_(std::move(path)), name_(path_ == "-" ? "standard input" : path_), settings_(settings),
+      refused_elements_(texts(settings.refused_elements)),
+      refused_properties_(texts(settings.refused_properties)) {
+  ort_options options;
+  ort_options_init(&options);
+  options.message = on_message;
+  options.message_user = this;
+  options.log = on_log;
+  options.log_levels[ORT_LOG_READER] = static_cast<unsigned char>(settings.log_level);
+  options.log_levels[ORT_LOG_LINES] = settings.log_level > 0 ? 1 : 0;
+  core_ = ort_core_new(&options);
+  if (core_ == nullptr) {
+    messages_.push_back({ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory"});
+    return;
+  }
+  if (settings.external_sheets) {
+    folder_ = !settings.style_folder.empty() ? settings.style_folder
+                                             : std::filesystem::path(path_).parent_path().string();
+    css_context_.base_folder = folder_.empty() ? "." : folder_.c_str();
+  }
+  if (path_ == "-") {
+    char block[65536];
+    for (size_t length;
+         (length = fread(block, 1, sizeof block, stdin)) > 0 && input_.size() < ORT_LIMIT_MEMORY;)
+      input_.append(block, length);
+  }
+  const auto body = [](void *drawing) { static_cast<Drawing *>(drawing)->read(); };
+  if (ort_protect(core_, body, this) != 0)
+    svg_ = nullptr;
+  else
+    note_waiting_links();
+}
+
+Drawing::~Drawing() {
+  if (core_ == nullptr) return;
+  svg_parser_delete(parser_);
+  ort_gzclose(gz_);
+  ort_fclose(file_);
+  ort_core_delete(core_);
+}
+
+// Runs inside ort_protect: no local with a destructor.
+void Drawing::read() {
+  open();
+  if (ort_is_gzip(file_)) gz_ = ort_gzopen(file_);
+  svg_register_errtab(core_);
+  parser_ =
+      svg_parser_new(core_, settings_.font_number, name_.c_str(), &css_context_,
+                     settings_.language.c_str(), refused_elements_.data(),
+                     static_cast<int32_t>(refused_elements_.size()), refused_properties_.data(),
+                     static_cast<int32_t>(refused_properties_.size()), nullptr, nullptr);
+  if (settings_.note_sources) svg_set_observer(parser_, on_value, this);
+  svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
+                   &elems_used_, &has_text_);
+}
+
+void Drawing::open() {
+  file_ = path_ == "-" ? ort_fopen_memory(core_, name_.c_str(), input_.data(), input_.size())
+                       : ort_fopen(core_, path_.c_str());
+}
+
+void Drawing::note_waiting_links() {
+  for (size_t i = 0; i < svg_get_unresolved_count(parser_); i++) {
+    const svg_iri *iri = nullptr;
+    if (const char *name = svg_get_unresolved(parser_, i, &iri, nullptr)) waiting_[iri] = name;
+  }
+}
+
+Source Drawing::source(const svg_e_node *element, const svg_a_node *value) const {
+  const auto found = sources_.find({element, value});
+  return found != sources_.end() ? found->second : Source{};
+}
+
+const char *Drawing::waiting_name(const svg_iri *iri) const {
+  const auto found = waiting_.find(iri);
+  return found != waiting_.end() ? found->second : nullptr;
+}
+
+void Drawing::on_message(void *user, ort_severity severity, int code, const char *text) {
+  static_cast<Drawing *>(user)->messages_.push_back({severity, code, text});
+}
+
+void Drawing::on_log(void *, const char *text, size_t length) { fwrite(text, 1, length, stderr); }
+
+void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,
+                       svg_source source, const char *selector) {
+  if (source == SVG_SOURCE_ATTRIBUTE) return;
+  auto *drawing = static_cast<Drawing *>(user);
+  Source noted = {source, nullptr};
+  if (selector != nullptr) noted.selector = &drawing->selectors_.try_emplace(selector).first->first;
+  drawing->sources_[{element, value}] = noted;
+}

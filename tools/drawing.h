@@ -1,0 +1,110 @@
+// drawing.h: one drawing read for the tool: its core, its parser, its messages, and where its
+// values came from.
+//
+// Made for each input by main.cpp; the printers only look at it.
+#ifndef TOOLS_DRAWING_H
+#define TOOLS_DRAWING_H
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "svg/svg.h"
+
+// What the command line says about reading.
+struct ReadSettings {
+  int log_level = 0;
+  std::string language = "en";
+  int font_number = 0;
+  std::vector<std::string> refused_elements; // sorted, ignoring ASCII case
+  std::vector<std::string> refused_properties;
+  bool external_sheets = true;
+  std::string style_folder; // "": the drawing's own
+  bool note_sources = false;
+};
+
+struct Message {
+  ort_severity severity;
+  int code;
+  std::string text;
+};
+
+// Where a value came from; selector is set for style sheets.
+struct Source {
+  svg_source kind = SVG_SOURCE_ATTRIBUTE;
+  const std::string *selector = nullptr;
+};
+
+class Drawing {
+public:
+  // Reads the drawing at once. path "-" is standard input. ok() tells whether there is a tree.
+  Drawing(std::string path, const ReadSettings &settings);
+  ~Drawing();
+  Drawing(const Drawing &) = delete;
+  Drawing &operator=(const Drawing &) = delete;
+
+  bool ok() const { return svg_ != nullptr; }
+  const std::string &name() const { return name_; }
+  const std::vector<Message> &messages() const { return messages_; }
+  ort_core *core() const { return core_; }
+  svg_parser *parser() const { return parser_; }
+  svg_e_node *svg() const { return svg_; }
+  double viewport_width() const { return viewport_[0]; }
+  double viewport_height() const { return viewport_[1]; }
+  double viewbox_width() const { return viewbox_[0]; }
+  double viewbox_height() const { return viewbox_[1]; }
+  bool has_text() const { return has_text_ != 0; }
+  bool uses(int element_id) const {
+    return (elems_used_[element_id / 8] >> (element_id % 8) & 1) != 0;
+  }
+
+  Source source(const svg_e_node *element, const svg_a_node *value) const;
+
+  // Id that an unresolved link waits for, or null.
+  const char *waiting_name(const svg_iri *iri) const;
+
+private:
+  struct ValueOfElement {
+    const svg_e_node *element;
+    const svg_a_node *value;
+    bool operator==(const ValueOfElement &) const = default;
+  };
+  struct Hash {
+    size_t operator()(const ValueOfElement &key) const {
+      return std::hash<const void *>()(key.element) * 31 + std::hash<const void *>()(key.value);
+    }
+  };
+
+  void read();
+  void open();
+  void note_waiting_links();
+  static void on_message(void *user, ort_severity severity, int code, const char *text);
+  static void on_log(void *user, const char *text, size_t length);
+  static void on_value(void *user, const svg_e_node *element, const svg_a_node *value,
+                       svg_source source, const char *selector);
+
+  std::string path_;
+  std::string name_;
+  std::string folder_;
+  std::string input_; // of standard input
+  const ReadSettings &settings_;
+  std::vector<const char *> refused_elements_;
+  std::vector<const char *> refused_properties_;
+  css_context css_context_ = {};
+  std::vector<Message> messages_;
+  ort_core *core_ = nullptr;
+  svg_parser *parser_ = nullptr;
+  ort_file *file_ = nullptr;
+  ort_gz *gz_ = nullptr;
+  svg_e_node *svg_ = nullptr;
+  double viewport_[2] = {};
+  double viewbox_[2] = {};
+  const unsigned char *elems_used_ = nullptr;
+  int32_t has_text_ = 0;
+  std::unordered_map<ValueOfElement, Source, Hash> sources_; // of values that are no attributes
+  std::unordered_map<std::string, int> selectors_; // each text once; the keys are what sources name
+  std::unordered_map<const svg_iri *, const char *> waiting_;
+};
+
+#endif

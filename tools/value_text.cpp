@@ -1,0 +1,244 @@
+// value_text.cpp: values as a person would write them, for the text tree and for --explain.
+#include "tools/value_text.h"
+
+#include <charconv>
+#include <cmath>
+#include <cstdio>
+
+#include "tools/schema.h"
+
+static std::string unum_text(double value, int unit);
+static std::string keyword_or(int key, const std::string &otherwise);
+static std::string unums_text(int32_t count, const double *values, const uint8_t *units, bool full);
+static std::string trafo_text(const svg_an_trafo *trafo);
+static std::string paint_text(const Drawing &drawing, const svg_a_node *value);
+static std::string color_text(const svg_color &color);
+static std::string iri_text(const Drawing &drawing, const svg_iri &iri);
+static std::string funciri_text(const Drawing &drawing, const svg_iri &iri);
+static std::string families_text(const svg_an_key_name_list *list);
+static std::string path_text(const svg_an_path_data *path, bool full);
+
+template <class Record> static const Record *as(const svg_a_node *value) {
+  return reinterpret_cast<const Record *>(value);
+}
+
+// Items of a list that are shown unless the whole is wanted.
+constexpr int32_t shown_items = 12;
+
+std::string number_text(double value) {
+  char buffer[32];
+  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
+}
+
+const char *unit_text(int unit) {
+  static constexpr const char *texts[] = {"",   "deg", "grad", "rad", "em", "ex", "px",
+                                          "in", "cm",  "mm",   "pt",  "pc", "%"};
+  return texts[unit];
+}
+
+std::string rgb_text(uint32_t rgb) {
+  char buffer[16];
+  snprintf(buffer, sizeof buffer, "#%06x", rgb & 0xFFFFFFu);
+  return buffer;
+}
+
+std::string quoted(std::string_view text) {
+  std::string result = "\"";
+  for (const char c : text) {
+    switch (c) {
+    case '\n': result += "\\n"; break;
+    case '\t': result += "\\t"; break;
+    case '\r': result += "\\r"; break;
+    case '"':
+    case '\\': result += '\\'; [[fallthrough]];
+    default: result += c;
+    }
+  }
+  return result + '"';
+}
+
+// Lists: the items that are shown, and how many are not.
+template <class Item>
+static std::string list_text(int32_t count, const char *separator, bool full, Item item) {
+  std::string result;
+  const int32_t shown = full || count <= shown_items ? count : shown_items;
+  for (int32_t i = 0; i < shown; i++) {
+    if (i > 0) result += separator;
+    result += item(i);
+  }
+  if (shown < count) result += separator + ("... (" + std::to_string(count) + " in all)");
+  return result;
+}
+
+std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full) {
+  switch (svg_get_record_kind(value->row)) {
+  case SVG_RECORD_NONE: break;
+  case SVG_RECORD_KEYWORD: return svg_get_keyword_text(as<svg_an_keyword>(value)->key);
+  case SVG_RECORD_NUMBER: return number_text(as<svg_an_number>(value)->value);
+  case SVG_RECORD_UNUM: return unum_text(as<svg_an_unum>(value)->value, value->unit);
+  case SVG_RECORD_KEY_NUMBER: {
+    const auto *record = as<svg_an_key_number>(value);
+    return keyword_or(record->key, number_text(record->value));
+  }
+  case SVG_RECORD_KEY_UNUM: {
+    const auto *record = as<svg_an_key_unum>(value);
+    return keyword_or(record->key, record->key != 0 ? "" : unum_text(record->value, value->unit));
+  }
+  case SVG_RECORD_ASPECT: {
+    const auto *record = as<svg_an_aspect>(value);
+    return std::string(record->defer ? "defer " : "") + svg_get_keyword_text(record->align) +
+           (record->meet ? "" : " slice");
+  }
+  case SVG_RECORD_VIEWBOX: {
+    const auto *record = as<svg_an_viewbox>(value);
+    return number_text(record->min_x) + ' ' + number_text(record->min_y) + ' ' +
+           number_text(record->width) + ' ' + number_text(record->height);
+  }
+  case SVG_RECORD_CLIP: {
+    const auto *record = as<svg_an_clip>(value);
+    if (record->key != SVG_KW_rect) return svg_get_keyword_text(record->key);
+    return "rect(" +
+           list_text(4, ", ", true, [&](int32_t i) { return number_text(record->rect[i]); }) + ')';
+  }
+  case SVG_RECORD_STRING: return quoted(as<svg_an_string>(value)->text);
+  case SVG_RECORD_NAME_LIST: {
+    const auto *record = as<svg_an_name_list>(value);
+    return list_text(record->count, ", ", full,
+                     [&](int32_t i) { return std::string(record->names[i]); });
+  }
+  case SVG_RECORD_NUM_LIST: {
+    const auto *record = as<svg_an_num_list>(value);
+    return list_text(record->count, " ", full,
+                     [&](int32_t i) { return number_text(record->values[i]); });
+  }
+  case SVG_RECORD_KEY_LIST: {
+    const auto *record = as<svg_an_key_list>(value);
+    return list_text(record->count, " ", full,
+                     [&](int32_t i) { return std::string(svg_get_keyword_text(record->keys[i])); });
+  }
+  case SVG_RECORD_UNUM_LIST: {
+    const auto *record = as<svg_an_unum_list>(value);
+    return unums_text(record->count, record->values, record->units, full);
+  }
+  case SVG_RECORD_KEY_UNUM_LIST: {
+    const auto *record = as<svg_an_key_unum_list>(value);
+    return keyword_or(record->key, unums_text(record->count, record->values, record->units, full));
+  }
+  case SVG_RECORD_TRAFO: return trafo_text(as<svg_an_trafo>(value));
+  case SVG_RECORD_COLOR: return rgb_text(as<svg_an_color>(value)->rgb);
+  case SVG_RECORD_PAINT: return paint_text(drawing, value);
+  case SVG_RECORD_IRI:
+    return value->row < SVG_PROP_COUNT ? funciri_text(drawing, as<svg_an_iri>(value)->iri)
+                                       : iri_text(drawing, as<svg_an_iri>(value)->iri);
+  case SVG_RECORD_COLOR_PROFILE: {
+    const auto *record = as<svg_an_color_profile>(value);
+    return record->name != nullptr ? quoted(record->name) : svg_get_keyword_text(record->keyword);
+  }
+  case SVG_RECORD_KEY_NAME_LIST: return families_text(as<svg_an_key_name_list>(value));
+  case SVG_RECORD_PATH_DATA: return path_text(as<svg_an_path_data>(value), full);
+  }
+  return "";
+}
+
+static std::string unum_text(double value, int unit) {
+  return number_text(value) + unit_text(unit);
+}
+
+static std::string keyword_or(int key, const std::string &otherwise) {
+  return key != 0 ? svg_get_keyword_text(key) : otherwise;
+}
+
+static std::string unums_text(int32_t count, const double *values, const uint8_t *units,
+                              bool full) {
+  return list_text(count, " ", full, [&](int32_t i) { return unum_text(values[i], units[i]); });
+}
+
+static std::string trafo_text(const svg_an_trafo *trafo) {
+  struct Form {
+    const char *function;
+    int numbers;
+  };
+  static constexpr Form forms[] = {{"matrix", 6}, {"rotate", 1},    {"", 0},
+                                   {"scale", 1},  {"scale", 2},     {"skewX", 1},
+                                   {"skewY", 1},  {"translate", 1}, {"translate", 2}};
+  const Form &form = forms[trafo->type];
+  return std::string(form.function) + '(' +
+         list_text(form.numbers, " ", true,
+                   [&](int32_t i) { return number_text(trafo->numbers[i]); }) +
+         ')';
+}
+
+static std::string paint_text(const Drawing &drawing, const svg_a_node *value) {
+  switch (value->kind) {
+  case SVG_PAINT_INHERIT: return "inherit";
+  case SVG_PAINT_CURRENTCOLOR: return "currentColor";
+  case SVG_PAINT_RGB: return rgb_text(as<svg_an_paint_rgb>(value)->rgb);
+  case SVG_PAINT_IRI: {
+    const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
+    return funciri_text(drawing, iri) +
+           (iri.fallback >= 0 ? ' ' + rgb_text(static_cast<uint32_t>(iri.fallback)) : "");
+  }
+  case SVG_PAINT_COLOR: return color_text(as<svg_an_paint_color>(value)->color);
+  default: return "none";
+  }
+}
+
+static std::string color_text(const svg_color &color) {
+  std::string result = rgb_text(color.rgb) + ' ' + color_space_name(color.colortype) + '(';
+  if (color.name != nullptr) result += color.name;
+  const ColorValues values = color_values(color);
+  for (int i = 0; i < values.count; i++)
+    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(values.first[i]);
+  return result + ')';
+}
+
+static std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
+  switch (iri.kind) {
+  case SVG_IRI_LINK:
+    if (iri.ref.target != nullptr)
+      return std::string("#") + svg_find_href_id(drawing.parser(), iri.ref.target);
+    if (const char *name = drawing.waiting_name(&iri))
+      return std::string("#") + name + " (no such element)";
+    return "# (no such element)";
+  case SVG_IRI_DATA: {
+    size_t size = 0;
+    if (iri.ref.text == nullptr || ort_pvf_data(drawing.core(), iri.ref.text, &size) == nullptr)
+      return "data: (empty)";
+    return std::string("data: ") + mime_text(iri.mime) + ", " + std::to_string(size) + " bytes";
+  }
+  case SVG_IRI_NAME: return iri.ref.text != nullptr ? iri.ref.text : "none";
+  default: return "none";
+  }
+}
+
+static std::string funciri_text(const Drawing &drawing, const svg_iri &iri) {
+  const bool none =
+      iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && iri.ref.text == nullptr);
+  return none ? "none" : "url(" + iri_text(drawing, iri) + ')';
+}
+
+static std::string families_text(const svg_an_key_name_list *list) {
+  return list_text(list->count, ", ", true, [&](int32_t i) {
+    return list->keys[i] != 0 ? std::string(svg_get_keyword_text(list->keys[i]))
+                              : quoted(list->names[i]);
+  });
+}
+
+static std::string path_text(const svg_an_path_data *path, bool full) {
+  static constexpr const char *commands[] = {"", "M", "L", "C", "Z"};
+  std::string result;
+  int32_t shown = 0;
+  for (size_t i = 0; i < ort_vtr_count(path->segments); i++) {
+    const auto *record = static_cast<const svg_pada *>(ort_vtr_at(path->segments, i));
+    result += (result.empty() ? "" : " ") + std::string(commands[record->type]);
+    for (int k = 0; k < record->count && (full || shown < shown_items); k++, shown++)
+      result +=
+          ' ' + number_text(record->points[2 * k]) + ',' + number_text(record->points[2 * k + 1]);
+    if (!full && shown >= shown_items) {
+      result += " ...";
+      break;
+    }
+  }
+  return result + (result.empty() ? "(" : " (") + std::to_string(path->vertices) +
+         (path->vertices == 1 ? " vertex)" : " vertices)");
+}
