@@ -111,6 +111,11 @@ static int next_token(svg_parser *p, bool numbers) {
   return p->tok_type;
 }
 
+int32_t svg_ctok_as_key(svg_parser *p) {
+  if (p->tok_type != SVG_TOK_KEYWORD) svg_err_unxtok(p, 0);
+  return p->tok_key;
+}
+
 // ---- Numbers ------------------------------------------------------------------------------------
 
 int svg_try_unumtok(svg_parser *p) {

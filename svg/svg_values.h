@@ -5,6 +5,11 @@
 
 #include "svg/svg_parser.h"
 
+// The record of a value node.
+template <class Record> Record *svg_record(svg_a_node *node) {
+  return reinterpret_cast<Record *>(node);
+}
+
 // ---- svg_attr.cpp: dispatch -----------------------------------------------------------------------------------------
 
 constexpr uint32_t SVG_EXPAT_LINE = UINT32_MAX; // take the line from Expat

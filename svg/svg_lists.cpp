@@ -1,0 +1,149 @@
+// svg_lists.cpp: constructors and destructors of lists: numbers, numbers with unit, keywords,
+// names.
+//
+// Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. A list is read
+// twice, so that a bad one costs no memory and a good one exactly what it needs. Bad text is raised
+// with svg_err_unxtok; raises for lack of memory.
+#include "svg/svg_scan.h"
+#include "svg/svg_values.h"
+
+static void read_unums(svg_parser *p, const char *tag, int32_t *count, double **values,
+                       uint8_t **units);
+static void read_name(svg_parser *p);
+
+static bool at_item(const svg_parser *p) { return p->tok_type != SVG_TOK_END; }
+
+static bool at_keyword(const svg_parser *p) { return p->tok_type == SVG_TOK_KEYWORD; }
+
+// Reads tokens while more says that the current one begins an item, hands each to item with its
+// index, and skips one comma behind each. Returns the number of items.
+template <class Item>
+static int32_t for_each_item(svg_parser *p, bool (*more)(const svg_parser *p), Item item) {
+  int32_t count = 0;
+  for (svg_ntok(p); more(p); count++) {
+    item(count);
+    if (svg_ntok(p) == SVG_TOK_COMMA) svg_ntok(p);
+  }
+  return count;
+}
+
+// ---- Numbers ------------------------------------------------------------------------------------
+
+void svg_ctor_an_num_list(svg_parser *p, svg_a_node *node) {
+  auto *list = svg_record<svg_an_num_list>(node);
+  const int32_t count = for_each_item(p, at_item, [=](int32_t) { svg_ctok_as_num(p); });
+  if (count == 0) return;
+  list->values = ort_new_array<double>(p->core, static_cast<size_t>(count), "svg_ctor_an_num_list");
+  list->count = count;
+  svg_scan_reset(p);
+  for_each_item(p, at_item, [=](int32_t i) { list->values[i] = svg_ctok_as_num(p); });
+}
+
+void svg_ctor_an_num_optnum(svg_parser *p, svg_a_node *node) {
+  svg_ctor_an_num_list(p, node);
+  const int32_t count = svg_record<svg_an_num_list>(node)->count;
+  if (count < 1 || count > 2) ort_internal_error(p->core, "svg_parse", __LINE__);
+}
+
+void svg_dtor_an_num_list(ort_core *core, svg_a_node *node) {
+  ort_free(core, svg_record<svg_an_num_list>(node)->values);
+}
+
+void svg_ctor_an_unum_list(svg_parser *p, svg_a_node *node) {
+  auto *list = svg_record<svg_an_unum_list>(node);
+  read_unums(p, "svg_ctor_an_unum_list", &list->count, &list->values, &list->units);
+}
+
+void svg_ctor_an_unum_plus(svg_parser *p, svg_a_node *node) {
+  svg_ctor_an_unum_list(p, node);
+  if (svg_record<svg_an_unum_list>(node)->count == 0)
+    ort_internal_error(p->core, "svg_parse", __LINE__);
+}
+
+void svg_dtor_an_unum_list(ort_core *core, svg_a_node *node) {
+  ort_free(core, svg_record<svg_an_unum_list>(node)->values);
+  ort_free(core, svg_record<svg_an_unum_list>(node)->units);
+}
+
+void svg_ctor_an_key_unum_list(svg_parser *p, svg_a_node *node) {
+  auto *list = svg_record<svg_an_key_unum_list>(node);
+  if (svg_ntok(p) == SVG_TOK_KEYWORD) {
+    list->key = p->tok_key;
+    return;
+  }
+  p->tok_pushed = 1; // the list begins with it
+  read_unums(p, "svg_ctor_an_key_unum_list", &list->count, &list->values, &list->units);
+}
+
+void svg_dtor_an_key_unum_list(ort_core *core, svg_a_node *node) {
+  ort_free(core, svg_record<svg_an_key_unum_list>(node)->values);
+  ort_free(core, svg_record<svg_an_key_unum_list>(node)->units);
+}
+
+static void read_unums(svg_parser *p, const char *tag, int32_t *count, double **values,
+                       uint8_t **units) {
+  uint8_t unit;
+  const int32_t items = for_each_item(p, at_item, [&](int32_t) { svg_ctok_as_unum(p, &unit); });
+  if (items == 0) return;
+  *values = ort_new_array<double>(p->core, static_cast<size_t>(items), tag);
+  *units = ort_new_array<uint8_t>(p->core, static_cast<size_t>(items), tag);
+  *count = items;
+  svg_scan_reset(p);
+  for_each_item(p, at_item, [=](int32_t i) { (*values)[i] = svg_ctok_as_unum(p, &(*units)[i]); });
+}
+
+// ---- Keywords -----------------------------------------------------------------------------------
+
+// The first token that is no keyword ends the list without an error.
+void svg_ctor_an_key_list(svg_parser *p, svg_a_node *node) {
+  auto *list = svg_record<svg_an_key_list>(node);
+  const int32_t count = for_each_item(p, at_keyword, [](int32_t) {});
+  if (count == 0) return;
+  list->keys = ort_new_array<int32_t>(p->core, static_cast<size_t>(count), "svg_ctor_an_key_list");
+  list->count = count;
+  svg_scan_reset(p);
+  for_each_item(p, at_keyword, [=](int32_t i) { list->keys[i] = p->tok_key; });
+}
+
+void svg_dtor_an_key_list(ort_core *core, svg_a_node *node) {
+  ort_free(core, svg_record<svg_an_key_list>(node)->keys);
+}
+
+// ---- Names --------------------------------------------------------------------------------------
+
+void svg_ctor_an_name_list(svg_parser *p, svg_a_node *node) {
+  auto *list = svg_record<svg_an_name_list>(node);
+  int32_t count = 1;
+  while (svg_ntok_nonum(p) != SVG_TOK_END)
+    if (p->tok_type == SVG_TOK_COMMA) count++;
+  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t\t%2d names: ", count);
+  list->names = ort_new_array<char *>(p->core, static_cast<size_t>(count), "svg_ctor_an_name_list");
+  list->count = count;
+
+  svg_scan_reset(p);
+  for (int32_t i = 0; i < count; i++) {
+    svg_ntok_nonum(p);
+    read_name(p);
+    list->names[i] = ort_strdup(p->core, ort_bs_text(p->name_buf));
+    if (p->log_level >= 6) ort_logg(p->core, "%s\"%a\"", i == 0 ? "" : " ", list->names[i]);
+  }
+  if (p->log_level >= 6) ort_logg(p->core, "\n");
+}
+
+// Joins the words from the current token up to a comma or the end in name_buf.
+static void read_name(svg_parser *p) {
+  if (p->tok_type != SVG_TOK_STRING) svg_err_unxtok(p, 0);
+  ort_bs_clear(p->name_buf);
+  ort_bs_append_text(p->name_buf, p->tok_text);
+  while (svg_ntok_nonum(p) == SVG_TOK_STRING) {
+    ort_bs_append_byte(p->name_buf, ' ');
+    ort_bs_append_text(p->name_buf, p->tok_text);
+  }
+  if (p->tok_type != SVG_TOK_COMMA && p->tok_type != SVG_TOK_END) svg_err_unxtok(p, 0);
+}
+
+void svg_dtor_an_name_list(ort_core *core, svg_a_node *node) {
+  auto *list = svg_record<svg_an_name_list>(node);
+  for (int32_t i = 0; i < list->count; i++) ort_free(core, list->names[i]);
+  ort_free(core, list->names);
+}
