@@ -63,13 +63,10 @@ static constexpr bool named(const Constants &constants, const Items &items, Text
   return true;
 }
 
-#define ELEMENT(name)                                                                              \
-  constant { SVG_ELEM_##name, #name }
-#define PROPERTY(name)                                                                             \
-  constant { SVG_PROP_##name, #name }
-#define KEYWORD(name)                                                                              \
-  constant { SVG_KW_##name, #name }
 // clang-format off
+#define ELEMENT(name)  constant{SVG_ELEM_##name, #name}
+#define PROPERTY(name) constant{SVG_PROP_##name, #name}
+#define KEYWORD(name)  constant{SVG_KW_##name, #name}
 static constexpr constant ELEMENT_CONSTANTS[] = {
   ELEMENT(a), ELEMENT(circle), ELEMENT(clipPath), ELEMENT(color_profile), ELEMENT(defs),
   ELEMENT(desc), ELEMENT(ellipse), ELEMENT(font), ELEMENT(font_face), ELEMENT(font_face_src),
