@@ -175,7 +175,7 @@ static void unlink_file(ort_core *core, ort_pvf *file) {
   while (*link != file) link = &(*link)->next;
   *link = file->next;
   table.order[file->place] = nullptr;
-  if (--table.count == 0) table.order_used = 0;
+  --table.count;
 }
 
 static void free_file(ort_core *core, ort_pvf *file) {

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <random>
 #include <unistd.h>
 #include <zlib.h>
 
@@ -52,6 +53,7 @@ TEST(File, EveryLengthEndsWithALastBlock) {
     for (ort_file *file : {ort_fopen(core, disk.path.c_str()),
                            ort_fopen_memory(core, "memory", bytes.data(), length)}) {
       EXPECT_EQ(ort_fsize(file), static_cast<int64_t>(length));
+      EXPECT_EQ(ort_is_gzip(file), 0);
       EXPECT_EQ(read_blocks(file), bytes) << length;
       EXPECT_EQ(ort_fseek(file, 0, SEEK_SET), 0);
       EXPECT_EQ(ort_feof(file), length == 0);
@@ -105,6 +107,10 @@ TEST(File, RefusesWhatCannotBeRead) {
   EXPECT_STREQ(ort_error_text(core), "Cannot open file '/tmp': Is a directory");
   ort_file *file = ort_fopen(core, "/proc/self/mem"); // page 0 is not mapped
   EXPECT_EQ(read_blocks(file), " and an error");
+  ort_gz *gz = ort_gzopen(file);
+  EXPECT_EQ(ort_gzread(gz, &gz, 1), -1);
+  EXPECT_EQ(ort_error_code(core), ORT_E_READ);
+  ort_gzclose(gz);
   ort_fclose(file);
   allocation_sweep([](AccountingCore &failing) {
     return failing.protect([&] { ort_fclose(ort_fopen(failing, "/dev/null")); }) == 0;
@@ -182,10 +188,12 @@ TEST(Gzip, ReadsMembersAndIgnoresWhatFollows) {
     EXPECT_EQ(gunzip(core, a + b + c + a + tail, 1), bytes);
   }
   // The signature of the second member lies across the end of the input buffer.
-  for (size_t length = 16340; length < 16400; ++length) {
-    const std::string stored = some_bytes(length);
-    std::string member = gzip(stored);
-    EXPECT_EQ(gunzip(core, member + a), stored + "first ");
+  std::mt19937 random(1);
+  std::string noise;
+  while (noise.size() < 32780) noise += static_cast<char>(random());
+  for (size_t length = 32700; length < noise.size(); ++length) {
+    const std::string stored = noise.substr(0, length);
+    EXPECT_EQ(gunzip(core, gzip(stored) + a), stored + "first ");
   }
 }
 
@@ -239,11 +247,10 @@ TEST(Gzip, BudgetCountsAllMembers) {
 TEST(Gzip, SurvivesFailingAllocations) {
   const std::string bytes = some_bytes(50000), data = gzip(bytes);
   allocation_sweep([&](AccountingCore &core) {
-    const char *const end = data.data() + data.size();
     ort_file *file = nullptr;
     ort_gz *gz = nullptr;
     const int code = core.protect([&] {
-      file = ort_fopen_memory(core, "x", data.data(), static_cast<size_t>(end - data.data()));
+      file = ort_fopen_memory(core, "x", data.data(), data.size());
       gz = ort_gzopen(file);
       char block[8192];
       int64_t got;
@@ -255,18 +262,6 @@ TEST(Gzip, SurvivesFailingAllocations) {
     ort_fclose(file);
     return code == 0;
   });
-}
-
-TEST(Gzip, SignatureIsTwoBytes) {
-  AccountingCore core;
-  for (const char *text : {"", "\x1F", "\x1F\x8C", "<\x8B", "\x1F\x8B"}) {
-    ort_file *file = ort_fopen_memory(core, "x", text, strlen(text));
-    char first = '\0';
-    EXPECT_EQ(ort_is_gzip(file), strcmp(text, "\x1F\x8B") == 0);
-    EXPECT_EQ(ort_fread(&first, 1, 1, file), *text ? 1U : 0U);
-    EXPECT_EQ(first, *text);
-    ort_fclose(file);
-  }
 }
 
 // ---- Virtual files ------------------------------------------------------------------------------

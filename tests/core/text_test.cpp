@@ -13,13 +13,12 @@ TEST(Bytes, AppendCutAndClear) {
   std::string expected;
   for (int i = 0; i < 3000; ++i) {
     ort_bs_append_byte(bs, static_cast<char>(i));
-    ort_bs_append_text(bs, "text");
     expected += static_cast<char>(i);
-    expected += "text";
   }
-  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), expected);
+  ort_bs_append_text(bs, "text");
+  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), expected + "text");
   ort_bs_shorten(bs, 5);
-  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), std::string("\0text", 5));
+  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), std::string("\0\1\2\3\4", 5));
   EXPECT_EQ(ort_bs_text(bs)[5], '\0');
   ort_bs_clear(bs);
   EXPECT_STREQ(ort_bs_text(bs), "");
