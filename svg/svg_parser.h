@@ -21,6 +21,7 @@ constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
 constexpr size_t SVG_HOOK_SLOTS = 112 / 8; // largest slot area of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
+constexpr size_t SVG_NO_LINK = SIZE_MAX;   // end of a chain of waiting links
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes handed to Expat at a time
 
 // A namespace declaration in scope.
@@ -47,6 +48,7 @@ struct svg_unres_link {
   char *id;
   svg_iri *iri;
   svg_e_node *source; // null for a link in a style sheet
+  size_t previous;    // slot of the link that came before it with the same id, or SVG_NO_LINK
 };
 
 struct svg_name_index; // svg_links.cpp
@@ -135,7 +137,7 @@ struct svg_parser {
 
   // Beside the fields above, which later drawing modules know by name:
   svg_name_index *href_index;  // id -> hrefs
-  svg_name_index *unres_index; // id -> first waiting link
+  svg_name_index *unres_index; // id -> waiting links
   int64_t value_link;          // slot of the waiting link made by the value being parsed, or -1
   ort_vtr *open_elements;      // svg_open_element
   char *pi_copy;               // instruction data being split
