@@ -8,6 +8,12 @@
 
 #include "svg/svg_tree.h"
 
+// An item of unres_links.
+struct waiting_link : svg_unres_link {
+  size_t previous; // slot of the link made before it with the same id, or NO_LINK
+};
+constexpr size_t NO_LINK = SIZE_MAX;
+
 // The waiting links of one name: a chain from the last one made back to the first.
 struct waiting_links {
   char *id; // that of the last link
@@ -29,7 +35,7 @@ struct svg_name_index {
   size_t count;
 };
 
-static svg_unres_link *link_at(const svg_parser *p, size_t slot);
+static waiting_link *link_at(const svg_parser *p, size_t slot);
 static void reserve_entry(svg_parser *p, svg_name_index **index);
 static name_entry *find_entry(const svg_parser *p, const svg_name_index *index, const char *name);
 static name_entry *find_place(const svg_name_index *index, const char *name, uint64_t hash);
@@ -45,13 +51,13 @@ static void svg_href_release(ort_core *core, void *item) {
 
 const ort_item_desc href_ced = {sizeof(svg_href), svg_href_reclaim, svg_href_release};
 
-static void svg_unres_link_reclaim(void *item) { *static_cast<svg_unres_link *>(item) = {}; }
+static void svg_unres_link_reclaim(void *item) { *static_cast<waiting_link *>(item) = {}; }
 
 static void svg_unres_link_release(ort_core *core, void *item) {
-  ort_free(core, static_cast<svg_unres_link *>(item)->id);
+  ort_free(core, static_cast<waiting_link *>(item)->id);
 }
 
-static const ort_item_desc unres_link_ced = {sizeof(svg_unres_link), svg_unres_link_reclaim,
+static const ort_item_desc unres_link_ced = {sizeof(waiting_link), svg_unres_link_reclaim,
                                              svg_unres_link_release};
 
 // ---- Targets ------------------------------------------------------------------------------------
@@ -122,7 +128,7 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   if (p->unres_links == nullptr) p->unres_links = ort_hvtr_new(p->core, &unres_link_ced);
   reserve_entry(p, &p->unres_index);
   const size_t slot = ort_hvtr_reclaim_item(p->unres_links);
-  svg_unres_link *link = link_at(p, slot);
+  waiting_link *link = link_at(p, slot);
   link->id = ort_strdup(p->core, id);
   link->iri = iri;
   link->source = p->cur_enode;
@@ -130,7 +136,7 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   const uint64_t hash = hash_name(p, id);
   name_entry *entry = find_place(p->unres_index, id, hash);
   const bool first = entry->waiting.id == nullptr;
-  link->previous = first ? SVG_NO_LINK : entry->waiting.last;
+  link->previous = first ? NO_LINK : entry->waiting.last;
   *entry = {.hash = hash, .waiting = {link->id, slot}};
   if (first) p->unres_index->count++;
   p->value_link = static_cast<int64_t>(slot);
@@ -144,16 +150,16 @@ void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   size_t slot = entry->waiting.last;
   remove_entry(p->unres_index, entry);
 
-  size_t first = SVG_NO_LINK; // the chain, turned around
-  while (slot != SVG_NO_LINK) {
-    svg_unres_link *link = link_at(p, slot);
+  size_t first = NO_LINK; // the chain, turned around
+  while (slot != NO_LINK) {
+    waiting_link *link = link_at(p, slot);
     const size_t previous = link->previous;
     link->previous = first;
     first = slot;
     slot = previous;
   }
-  for (slot = first; slot != SVG_NO_LINK;) {
-    const svg_unres_link *link = link_at(p, slot);
+  for (slot = first; slot != NO_LINK;) {
+    const waiting_link *link = link_at(p, slot);
     if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[reference \"%a\" resolved]\n", id);
     link->iri->ref.target = target;
     if (link->source != nullptr) svg_set_elem_flag(p, link->source, target);
@@ -168,9 +174,9 @@ void svg_drop_value_link(svg_parser *p) {
   if (p->value_link < 0) return;
   const auto slot = static_cast<size_t>(p->value_link);
   p->value_link = -1;
-  const svg_unres_link *link = link_at(p, slot);
+  const waiting_link *link = link_at(p, slot);
   name_entry *entry = find_entry(p, p->unres_index, link->id);
-  if (link->previous == SVG_NO_LINK)
+  if (link->previous == NO_LINK)
     remove_entry(p->unres_index, entry);
   else
     entry->waiting = {link_at(p, link->previous)->id, link->previous};
@@ -193,7 +199,7 @@ size_t svg_get_unresolved_count(const svg_parser *p) {
 const char *svg_get_unresolved(const svg_parser *p, size_t i, const svg_iri **iri,
                                svg_e_node **source) {
   if (i >= svg_get_unresolved_count(p) || !ort_hvtr_check_idx(p->unres_links, i)) return nullptr;
-  const svg_unres_link *link = link_at(p, i);
+  const waiting_link *link = link_at(p, i);
   if (iri != nullptr) *iri = link->iri;
   if (source != nullptr) *source = link->source;
   return link->id;
@@ -209,8 +215,8 @@ void svg_clear_links(svg_parser *p) {
   p->value_link = -1;
 }
 
-static svg_unres_link *link_at(const svg_parser *p, size_t slot) {
-  return static_cast<svg_unres_link *>(ort_hvtr_at(p->unres_links, slot));
+static waiting_link *link_at(const svg_parser *p, size_t slot) {
+  return static_cast<waiting_link *>(ort_hvtr_at(p->unres_links, slot));
 }
 
 // ---- Indexes ------------------------------------------------------------------------------------

@@ -21,7 +21,6 @@ constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
 constexpr size_t SVG_HOOK_SLOTS = 112 / 8; // largest slot area of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
-constexpr size_t SVG_NO_LINK = SIZE_MAX;   // end of a chain of waiting links
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes handed to Expat at a time
 
 // A namespace declaration in scope.
@@ -48,7 +47,6 @@ struct svg_unres_link {
   char *id;
   svg_iri *iri;
   svg_e_node *source; // null for a link in a style sheet
-  size_t previous;    // slot of the link that came before it with the same id, or SVG_NO_LINK
 };
 
 struct svg_name_index; // svg_links.cpp
@@ -124,7 +122,7 @@ struct svg_parser {
   ort_vtr *an_values; // svg_a_node *, not owned
   svg_a_node *hook_slots[SVG_HOOK_SLOTS];
   ort_vtr *hrefs;        // svg_href
-  ort_hvtr *unres_links; // svg_unres_link
+  ort_hvtr *unres_links; // svg_unres_link, and what svg_links.cpp keeps behind each
   svg_a_node *new_value;
   svg_font *font_face;
   ort_vtr *fonts; // svg_font *, owned
