@@ -1,0 +1,49 @@
+// reader.h: drawings read for a test, and their values as text.
+#ifndef TESTS_SUPPORT_READER_H
+#define TESTS_SUPPORT_READER_H
+
+#include <string>
+
+#include "svg/svg.h"
+#include "tests/support/accounting_core.h"
+
+// A drawing read under its own accounting core, until the object goes.
+class Document {
+public:
+  explicit Document(const std::string &text,
+                    const ort_options &options = AccountingCore::defaults());
+  ~Document();
+  Document(const Document &) = delete;
+  Document &operator=(const Document &) = delete;
+
+  // Texts of all messages, a line each.
+  std::string messages() const;
+
+  // The element with an id or name; the test fails when there is none.
+  svg_e_node *find(const char *name) const;
+
+  // The values of an element under one attribute or property name, in their order, as value_text
+  // writes them with "; " between; "-" when there are none.
+  std::string values(const svg_e_node *element, const char *name) const;
+
+  AccountingCore core;
+  svg_parser *parser = nullptr;
+  svg_e_node *svg = nullptr; // the outermost element; null when the parse failed
+  int code = 0;              // of the error that ended the parse
+};
+
+// One pass over a drawing, for allocation_sweep: made, parsed, deleted. True when nothing was
+// raised.
+bool read_once(AccountingCore &core, const std::string &text);
+
+// The fields of a record, in their order: numbers, keyword texts, texts in '...', colors as
+// #rrggbb;
+// "()" for an empty list. A link is "#" and the target's name, "#?" while it has none. A path is
+// its vertices and its records, with the letters M, L, C and Z.
+std::string value_text(const svg_parser *parser, const svg_a_node *value);
+
+// Reads ELEMENT with ATTRIBUTE="text" inside of an svg element. Its messages, or when there are
+// none, the values of the attribute. Messages lose the position behind the last comma.
+std::string value_of(const char *element, const char *attribute, const std::string &text);
+
+#endif
