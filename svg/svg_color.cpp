@@ -85,17 +85,15 @@ void svg_ctor_an_color(svg_parser *p, svg_a_node *node) {
   svg_ntok_nonum(p);
   svg_get_color(p, &color);
   drop_extension(p->core, &color);
-  reinterpret_cast<svg_an_color *>(node)->rgb = color.rgb;
+  svg_record<svg_an_color>(node)->rgb = color.rgb;
 }
 
 svg_a_node *svg_anew_an_paint(svg_parser *p) {
-  const int token = svg_ntok_nonum(p);
-  if (token == SVG_TOK_STRING) return new_color_paint(p);
-  expect(p, token, SVG_TOK_KEYWORD);
-  switch (p->tok_key) {
+  if (svg_ntok_nonum(p) == SVG_TOK_STRING) return new_color_paint(p);
+  switch (svg_ctok_as_key(p)) {
   case SVG_KW_url: {
     svg_a_node *node = new_paint(p, SVG_PAINT_IRI, sizeof(svg_an_paint_iri));
-    svg_init_iri(&reinterpret_cast<svg_an_paint_iri *>(node)->iri);
+    svg_init_iri(&svg_record<svg_an_paint_iri>(node)->iri);
     return node;
   }
   case SVG_KW_currentColor: return new_paint(p, SVG_PAINT_CURRENTCOLOR, sizeof(svg_a_node));
@@ -106,7 +104,7 @@ svg_a_node *svg_anew_an_paint(svg_parser *p) {
 
 void svg_ctor_an_paint(svg_parser *p, svg_a_node *node) {
   if (node->kind != SVG_PAINT_IRI) return;
-  svg_iri *iri = &reinterpret_cast<svg_an_paint_iri *>(node)->iri;
+  svg_iri *iri = &svg_record<svg_an_paint_iri>(node)->iri;
   svg_get_funciri(p, iri);
   if (svg_ntok_nonum(p) == SVG_TOK_END) return;
   svg_color fallback;
@@ -118,9 +116,9 @@ void svg_ctor_an_paint(svg_parser *p, svg_a_node *node) {
 
 void svg_dtor_an_paint(ort_core *core, svg_a_node *node) {
   if (node->kind == SVG_PAINT_IRI)
-    svg_dtor_iri(core, &reinterpret_cast<svg_an_paint_iri *>(node)->iri);
+    svg_dtor_iri(core, &svg_record<svg_an_paint_iri>(node)->iri);
   else if (node->kind == SVG_PAINT_COLOR)
-    drop_extension(core, &reinterpret_cast<svg_an_paint_color *>(node)->color);
+    drop_extension(core, &svg_record<svg_an_paint_color>(node)->color);
 }
 
 static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count) {
@@ -292,7 +290,7 @@ static svg_a_node *new_color_paint(svg_parser *p) {
   svg_a_node *node = nullptr;
   if (!svg_get_color(p, &color)) {
     node = new_paint(p, SVG_PAINT_RGB, sizeof(svg_an_paint_rgb));
-    reinterpret_cast<svg_an_paint_rgb *>(node)->rgb = color.rgb;
+    svg_record<svg_an_paint_rgb>(node)->rgb = color.rgb;
     return node;
   }
   // Until the node exists nobody else owns the extension.
@@ -301,6 +299,6 @@ static svg_a_node *new_color_paint(svg_parser *p) {
     drop_extension(p->core, &color);
     ort_rethrow(p->core);
   }
-  reinterpret_cast<svg_an_paint_color *>(node)->color = color;
+  svg_record<svg_an_paint_color>(node)->color = color;
   return node;
 }

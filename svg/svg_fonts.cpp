@@ -72,7 +72,7 @@ svg_font *svg_font_new(svg_parser *p, svg_e_node *node) {
 }
 
 void svg_ctor_an_font_family(svg_parser *p, svg_a_node *node) {
-  auto *list = reinterpret_cast<svg_an_key_name_list *>(node);
+  auto *list = svg_record<svg_an_key_name_list>(node);
   const int32_t count = count_families(p);
   if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%d font families detected]\n", count);
   const auto size = static_cast<size_t>(count);
@@ -123,7 +123,7 @@ int32_t svg_get_family_name(svg_parser *p) {
 }
 
 void svg_dtor_an_key_name_list(ort_core *core, svg_a_node *node) {
-  auto *list = reinterpret_cast<svg_an_key_name_list *>(node);
+  auto *list = svg_record<svg_an_key_name_list>(node);
   ort_free(core, list->keys);
   if (list->names == nullptr) return;
   for (int32_t i = 0; i < list->count; i++) ort_free(core, list->names[i]);

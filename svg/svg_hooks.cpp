@@ -146,7 +146,7 @@ static svg_a_node *&slot(svg_parser *p, const svg_e_node *node, int row) {
 }
 
 template <class Record> static Record *slot_value(svg_parser *p, const svg_e_node *node, int row) {
-  return reinterpret_cast<Record *>(slot(p, node, row));
+  return svg_record<Record>(slot(p, node, row));
 }
 
 static double slot_number(svg_parser *p, const svg_e_node *node, int row) {

@@ -96,28 +96,28 @@ void svg_dtor_iri(ort_core *core, svg_iri *iri) {
 
 // xlink:href: the whole text as written, without the tokens.
 void svg_ctor_an_iri(svg_parser *p, svg_a_node *node) {
-  svg_iri *iri = &reinterpret_cast<svg_an_iri *>(node)->iri;
+  svg_iri *iri = &svg_record<svg_an_iri>(node)->iri;
   svg_init_iri(iri);
   svg_get_iri(p, iri, p->scan_start, p->scan_start + strlen(p->scan_start));
 }
 
 void svg_ctor_an_clip_path(svg_parser *p, svg_a_node *node) {
-  svg_iri *iri = &reinterpret_cast<svg_an_iri *>(node)->iri;
+  svg_iri *iri = &svg_record<svg_an_iri>(node)->iri;
   if (!get_optional_funciri(p, iri)) iri->kind = SVG_IRI_NONE;
 }
 
 // Markers and masks do not tell "none" from "inherit": both are an IRI without text.
 void svg_ctor_an_funciri_none_inh(svg_parser *p, svg_a_node *node) {
-  get_optional_funciri(p, &reinterpret_cast<svg_an_iri *>(node)->iri);
+  get_optional_funciri(p, &svg_record<svg_an_iri>(node)->iri);
 }
 
 void svg_dtor_an_iri(ort_core *core, svg_a_node *node) {
-  svg_dtor_iri(core, &reinterpret_cast<svg_an_iri *>(node)->iri);
+  svg_dtor_iri(core, &svg_record<svg_an_iri>(node)->iri);
 }
 
 // A FuncIRI is not understood here: its "url" is taken for the name of a profile.
 void svg_ctor_an_color_profile(svg_parser *p, svg_a_node *node) {
-  auto *profile = reinterpret_cast<svg_an_color_profile *>(node);
+  auto *profile = svg_record<svg_an_color_profile>(node);
   profile->keyword = SVG_KW_auto;
   profile->name = nullptr;
   svg_init_iri(&profile->iri);
@@ -132,7 +132,7 @@ void svg_ctor_an_color_profile(svg_parser *p, svg_a_node *node) {
 }
 
 void svg_dtor_an_key_name_iri(ort_core *core, svg_a_node *node) {
-  auto *profile = reinterpret_cast<svg_an_color_profile *>(node);
+  auto *profile = svg_record<svg_an_color_profile>(node);
   ort_free(core, profile->name);
   svg_dtor_iri(core, &profile->iri);
 }
@@ -140,8 +140,8 @@ void svg_dtor_an_key_name_iri(ort_core *core, svg_a_node *node) {
 // A keyword of the value's list: url with its IRI (true), or another.
 static bool get_optional_funciri(svg_parser *p, svg_iri *iri) {
   svg_init_iri(iri);
-  if (svg_ntok_nonum(p) != SVG_TOK_KEYWORD) svg_err_unxtok(p, 0);
-  if (p->tok_key != SVG_KW_url) return false;
+  svg_ntok_nonum(p);
+  if (svg_ctok_as_key(p) != SVG_KW_url) return false;
   svg_get_funciri(p, iri);
   return true;
 }

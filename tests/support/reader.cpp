@@ -72,6 +72,12 @@ std::string value_of(const char *element, const char *attribute, const std::stri
   return messages.substr(0, messages.rfind(", in file"));
 }
 
+void expect_values(std::initializer_list<ValueCase> cases) {
+  for (const ValueCase &c : cases)
+    EXPECT_EQ(value_of(c.element, c.attribute, c.text), c.expected)
+        << c.element << ' ' << c.attribute << "=\"" << c.text << '"';
+}
+
 // ---- Values -------------------------------------------------------------------------------------
 
 template <class Record> static const Record *as(const svg_a_node *value) {
@@ -124,7 +130,7 @@ static std::string iri_text(const svg_parser *parser, const svg_iri &iri) {
 }
 
 static std::string color_text(const svg_color &color) {
-  static constexpr int counts[] = {1, 3, 4, 0, 1, 3, 4, 3, 0, 0, 0};
+  static constexpr int counts[] = {1, 3, 4, 0, 1, 3, 4, 3, 0, 1, 0};
   const int type = color.colortype;
   std::string result = rgb(color.rgb) + " type " + number(type);
   if (color.name != nullptr) result += std::string(" '") + color.name + "'";
