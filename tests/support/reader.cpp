@@ -7,25 +7,30 @@
 
 // ---- Reading ------------------------------------------------------------------------------------
 
-static int parse(AccountingCore &core, const std::string &text, svg_parser **parser,
-                 svg_e_node **svg) {
+static int parse(AccountingCore &core, const std::string &text, void (*configure)(svg_parser *),
+                 svg_parser **parser, svg_e_node **svg) {
   const char *bytes = text.data();
   const size_t length = text.size();
   ort_file *file = nullptr;
+  ort_gz *gz = nullptr;
   const int code = core.protect([&] {
     svg_register_errtab(core);
     file = ort_fopen_memory(core, "test.svg", bytes, length);
     *parser = svg_parser_new(core, 0, "test.svg", nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr,
                              nullptr);
-    ort_gz *gz = nullptr;
+    if (configure != nullptr) configure(*parser);
+    if (ort_is_gzip(file)) gz = ort_gzopen(file);
     *svg = svg_parse(*parser, file, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
   });
+  ort_gzclose(gz);
   ort_fclose(file);
   return code;
 }
 
-Document::Document(const std::string &text, const ort_options &options) : core(options) {
-  code = parse(core, text, &parser, &svg);
+Document::Document(const std::string &text, const ort_options &options,
+                   void (*configure)(svg_parser *))
+    : core(options) {
+  code = parse(core, text, configure, &parser, &svg);
 }
 
 Document::~Document() { svg_parser_delete(parser); }
@@ -33,7 +38,7 @@ Document::~Document() { svg_parser_delete(parser); }
 bool read_once(AccountingCore &core, const std::string &text) {
   svg_parser *parser = nullptr;
   svg_e_node *svg = nullptr;
-  const int code = parse(core, text, &parser, &svg);
+  const int code = parse(core, text, nullptr, &parser, &svg);
   svg_parser_delete(parser);
   return code == 0;
 }

@@ -2,16 +2,19 @@
 #ifndef TESTS_SUPPORT_READER_H
 #define TESTS_SUPPORT_READER_H
 
+#include <initializer_list>
 #include <string>
 
 #include "svg/svg.h"
 #include "tests/support/accounting_core.h"
 
-// A drawing read under its own accounting core, until the object goes.
+// A drawing, plain or gzip, read under its own accounting core, until the object goes. configure is
+// given the new parser.
 class Document {
 public:
   explicit Document(const std::string &text,
-                    const ort_options &options = AccountingCore::defaults());
+                    const ort_options &options = AccountingCore::defaults(),
+                    void (*configure)(svg_parser *parser) = nullptr);
   ~Document();
   Document(const Document &) = delete;
   Document &operator=(const Document &) = delete;
@@ -45,5 +48,11 @@ std::string value_text(const svg_parser *parser, const svg_a_node *value);
 // Reads ELEMENT with ATTRIBUTE="text" inside of an svg element. Its messages, or when there are
 // none, the values of the attribute. Messages lose the position behind the last comma.
 std::string value_of(const char *element, const char *attribute, const std::string &text);
+
+struct ValueCase {
+  const char *element, *attribute, *text;
+  const char *expected; // by value_of
+};
+void expect_values(std::initializer_list<ValueCase> cases);
 
 #endif

@@ -1,0 +1,166 @@
+// The tree that a document becomes: what is built, skipped and linked, and the life of a parser.
+#include <gtest/gtest.h>
+
+#include "svg/svg_parser.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+// "g(rect 'text' a())": elements, and texts in quotes.
+std::string outline(const svg_e_node *element) {
+  std::string result = svg_get_elem_table()[element->head.id].name;
+  result += '(';
+  for (svg_node *child = element->first_child; child != nullptr; child = child->next) {
+    if (result.back() != '(') result += ' ';
+    if (const svg_e_node *below = svg_as_element(child))
+      result += outline(below);
+    else
+      result += std::string("'") + svg_as_text(child)->text + "'";
+  }
+  return result + ')';
+}
+
+TEST(Tree, BuildsSupportedElementsAndSkipsOthersWhole) {
+  const std::pair<const char *, const char *> cases[] = {
+      {"<rect/> <g><g/></g>", "svg(rect() ' ' g(g()))"},
+      {"<foo>a<rect/>b<foo/>c</foo><rect/>", "svg('' '' '' rect())"},
+      {"<text>a<x:b xmlns:x='urn:x'>skipped</x:b>c</text>", "svg(text('a' '' 'c'))"},
+      {"<style>rect{}</style><rect/>", "svg('' rect())"},
+      {"<a xmlns='urn:x'><rect xmlns='http://www.w3.org/2000/svg'/></a><g/>", "svg(g())"},
+      {"<l:a xmlns:l='http://www.w3.org/1999/xlink'/><v:g xmlns:v='http://www.w3.org/2000/svg'/>",
+       "svg(g())"},
+      {"<text>x&lt;<![CDATA[<y>]]><!-- c -->z</text>", "svg(text('x<<y>z'))"},
+      {"<g xmlns=''><rect/></g>", "svg(g(rect()))"},
+      {"<RECT/><svg:rect xmlns:svg='urn:y'/>", "svg()"},
+  };
+  for (const auto &[content, expected] : cases) {
+    const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + std::string(content) +
+                            "</svg>");
+    ASSERT_EQ(document.messages(), "") << content;
+    EXPECT_EQ(outline(document.svg), expected) << content;
+  }
+}
+
+TEST(Tree, AttributesAreKnownByNamespaceAndName) {
+  const Document document(
+      "<svg xmlns='http://www.w3.org/2000/svg' xmlns:k='http://www.w3.org/1999/xlink' "
+      "xmlns:o='urn:o'>"
+      "<use id='a' k:href='#b' xml:space='preserve' o:x='5' o:fill='red' o:style='stroke:blue'/>"
+      "<g xml:id='b'/><rect id='c' x='1' width='7' nix='0' FILL='#0f0'/></svg>");
+  EXPECT_EQ(document.values(document.find("a"), "xlink:href"), "#b");
+  EXPECT_EQ(document.values(document.find("a"), "xml:space"), "preserve");
+  EXPECT_EQ(document.values(document.find("a"), "x"), "-");
+  EXPECT_EQ(document.values(document.find("a"), "fill"),
+            "#ff0000"); // a foreign name counts by its local part
+  EXPECT_EQ(document.values(document.find("a"), "stroke"), "-");
+  EXPECT_EQ(document.values(document.find("c"), "fill"), "#00ff00");
+  EXPECT_EQ(document.values(document.find("c"), "x"), "1");
+}
+
+TEST(Tree, ValuesAreSortedByPriorityAndElseKeepTheirOrder) {
+  const Document document(
+      "<svg><style>rect{fill:blue}</style><rect id='a' clip-path='none' stroke='red' fill='red' "
+      "stroke-dasharray='1' mask='none' style='fill:lime' width='3'/><g id='empty'/></svg>");
+  std::string order;
+  const svg_e_node *rect = document.find("a");
+  for (int32_t i = 0; i < rect->values_num; i++)
+    order += std::string(svg_get_attr_table()[rect->values[i]->row].name) + ' ';
+  EXPECT_EQ(order, "mask width stroke-dasharray stroke fill fill fill clip-path ");
+  EXPECT_EQ(document.values(rect, "fill"), "#ff0000; #0000ff; #00ff00");
+  EXPECT_EQ(document.find("empty")->values, nullptr);
+  EXPECT_EQ(document.find("empty")->prev, rect);
+}
+
+TEST(Tree, RefusedNamesEndTheParse) {
+  static const char *const names[] = {"blink", "filter"};
+  const std::string text = "<svg><g Filter='x'/><rect filter='none'/><BLINK/></svg>";
+  const Document elements(text, AccountingCore::defaults(), [](svg_parser *p) {
+    p->nottol_elements = names;
+    p->nottol_elements_num = 2;
+  });
+  EXPECT_EQ(elements.code, 10020);
+  EXPECT_EQ(elements.messages(), "File 'test.svg' contains unsupported element 'BLINK'\n");
+  const Document properties(text, AccountingCore::defaults(), [](svg_parser *p) {
+    p->nottol_props = names;
+    p->nottol_props_num = 2;
+  });
+  EXPECT_EQ(properties.code, 10021);
+  EXPECT_EQ(properties.messages(), "File 'test.svg' contains unsupported property 'Filter'\n");
+}
+
+TEST(Tree, LimitsOfNodesAndDepth) {
+  static constexpr struct {
+    svg_limits limits;
+    const char *message;
+  } cases[] = {{{4, 3, 0, 0}, ""},
+               {{3, 0, 0, 0}, "Limit of 3 nodes exceeded\n"},
+               {{0, 2, 0, 0}, "Limit of 2 nested elements exceeded\n"}};
+  static const svg_limits *limits;
+  for (const auto &[tried, message] : cases) {
+    limits = &tried;
+    EXPECT_EQ(Document("<svg><g><g/><g/></g></svg>", AccountingCore::defaults(),
+                       [](svg_parser *p) { svg_set_limits(p, limits); })
+                  .messages(),
+              message);
+  }
+}
+
+TEST(Tree, DepthAndWidthCostNoStack) {
+  const int count = 200000;
+  std::string deep = "<svg>";
+  std::string wide = "<svg>";
+  for (int i = 0; i < count; i++) {
+    deep += "<g>";
+    wide += "<g/>";
+  }
+  for (int i = 0; i < count; i++) deep += "</g>";
+  EXPECT_NE(Document(deep + "</svg>").svg, nullptr);
+  EXPECT_NE(Document(wide + "</svg>").svg, nullptr);
+}
+
+TEST(Tree, AParserThatNeverParsedIsOneBlock) {
+  AccountingCore core;
+  core.protect([&] {
+    svg_parser *parser = svg_parser_new(core, 0, nullptr, nullptr, nullptr, nullptr, 0, nullptr, 0,
+                                        nullptr, nullptr);
+    EXPECT_EQ(svg_get_title_text(parser), nullptr);
+    EXPECT_EQ(svg_find_name(parser, "a"), nullptr);
+    EXPECT_STREQ(svg_find_href_id(parser, nullptr), "(empty)");
+    svg_parser_delete(parser);
+    svg_parser_delete(nullptr);
+  });
+}
+
+TEST(Tree, EchoesTheDocumentIntoTheLog) {
+  const Document document("<svg a='1'>\n<g>x</g><g/></svg>", AccountingCore::with_log(4));
+  EXPECT_NE(document.core.log.find("[01]<svg a=\"1\""), std::string::npos) << document.core.log;
+  EXPECT_NE(document.core.log.find("[02]  <g>\n"), std::string::npos) << document.core.log;
+  EXPECT_NE(document.core.log.find("[02]  </g>\n"), std::string::npos) << document.core.log;
+  EXPECT_NE(document.core.log.find("[02]  <g/>\n"), std::string::npos) << document.core.log;
+}
+
+// Everything that a document can make, with bad values between: any allocation may fail.
+TEST(Tree, AllocationSweep) {
+  const std::string text =
+      "<?xml-stylesheet type='text/css' href='nix.css'?><svg xmlns='http://www.w3.org/2000/svg' "
+      "xmlns:k='http://www.w3.org/1999/xlink' width='1cm' viewBox='0 0 1 1' class='a b' "
+      "id='s'><title>t</title>"
+      "<metadata><x:y xmlns:x='urn:x' z='1'>m</x:y></metadata>"
+      "<style>.a > rect { fill: url(#late) red; stroke: #12 } rect[x] { font: bold 12px Arial "
+      "!important }</style>"
+      "<rect class='c' x='1' width='2px' fill='url(#late) none' stroke='red icc-color(p, 1)' "
+      "style='font:1px x;x:y'/>"
+      "<use k:href='#s' x='1' transform='scale(2)'/><image k:href='data:image/png;base64,AAAA' "
+      "width='x'/>"
+      "<path d='M0 0 L1 1 A1 2 3 0 1 5 5z'/><path d='M0 0 C1'/><polygon points='1,2 3,4'/>"
+      "<linearGradient id='late' xml:id='two'><stop stop-color='blue' "
+      "offset='1%'/></linearGradient>"
+      "<font id='f'><font-face font-family=\"'A b', serif\" font-size='10, 12'/></font>"
+      "<text systemLanguage='de, en' dx='1 2' text-decoration='underline' font-family='x, "
+      "y'>z<tspan/></text></svg>";
+  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); });
+  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); },
+                   AccountingCore::with_log(6));
+}
+
+} // namespace

@@ -1,0 +1,141 @@
+// The passes over Expat: what is accepted, what is refused with which message, and the restarts.
+#include <gtest/gtest.h>
+
+#include <zlib.h>
+
+#include "svg/svg_parser.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+struct Input {
+  const char *name;
+  std::string bytes;
+  std::string messages; // a line each
+};
+
+const std::string svg_start = "<svg xmlns='http://www.w3.org/2000/svg'";
+
+std::string gzipped(const std::string &text) {
+  z_stream stream = {};
+  deflateInit2(&stream, 9, Z_DEFLATED, 16 + MAX_WBITS, 8, Z_DEFAULT_STRATEGY);
+  std::string result(deflateBound(&stream, text.size()) + 32, '\0');
+  stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.data()));
+  stream.avail_in = static_cast<uInt>(text.size());
+  stream.next_out = reinterpret_cast<Bytef *>(result.data());
+  stream.avail_out = static_cast<uInt>(result.size());
+  deflate(&stream, Z_FINISH);
+  result.resize(stream.total_out);
+  deflateEnd(&stream);
+  return result;
+}
+
+std::string utf16(const std::string &text, bool big_endian) {
+  std::string result = big_endian ? "\xFE\xFF" : "\xFF\xFE";
+  for (const char c : text) result += big_endian ? std::string{'\0', c} : std::string{c, '\0'};
+  return result;
+}
+
+TEST(Xml, AcceptsAndRefuses) {
+  const std::string not_svg = "File 'test.svg' does not seem to be an SVG file\n";
+  const Input inputs[] = {
+      {"empty", "", not_svg},
+      {"no markup", "hello", not_svg},
+      {"blank", " \n ", not_svg},
+      {"binary", std::string("\x89PNG\r\n\x1A\n\0\0", 10), not_svg},
+      {"another root", "<html/>", not_svg},
+      {"svg below another element", "<g><svg/></g>", not_svg},
+      {"foreign root", "<svg xmlns='urn:x'/>", not_svg},
+      {"mark and blank lines", "\xEF\xBB\xBF\n\n" + svg_start + "/>", ""},
+      {"declaration behind blank lines", "\n<?xml version='1.0'?><svg/>",
+       "XML: XML or text declaration not at start of entity in line 2, column 0\n"},
+      {"mark", "\xEF\xBB\xBF" + svg_start + "/>", ""},
+      {"blank lines", "\n \f" + svg_start + "/>",
+       "XML: not well-formed (invalid token) in line 2, column 1\n"},
+      {"UTF-16, little endian", utf16(svg_start + "/>", false), ""},
+      {"UTF-16, big endian: the byte behind the mark is no <", utf16(svg_start + "/>", true),
+       not_svg},
+      {"no end", svg_start + "><g>", "XML: no element found in line 1, column 43\n"},
+      {"undeclared entity", svg_start + ">&nix;</svg>",
+       "XML: undefined entity in line 1, column 40\n"},
+      {"unknown encoding", "<?xml version='1.0' encoding='ISO_8859-2'?><svg/>",
+       "XML: unknown encoding in line 1, column 30\n"},
+      {"prefix without declaration", "<svg><a:b/></svg>",
+       "XML: unbound prefix in line 1, column 5\n"},
+      {"namespace error and then another one", "<svg><a:b/></svg",
+       "XML: unbound prefix in line 1, column 5\n"
+       "XML: unclosed token in line 1, column 11\n"},
+      {"declared encoding is wrong", "<?xml version='1.0' encoding='UTF-16'?><svg/>",
+       "XML: encoding specified in XML declaration is incorrect in line 1, column 30\n"},
+      {"gzip", gzipped(svg_start + "/>"), ""},
+      {"gzip, cut", gzipped(svg_start + "/>").substr(0, 30),
+       "Error in compressed file 'test.svg': unexpected end of data\n"},
+      {"gzip, members", gzipped(svg_start + ">") + gzipped("</svg>"), ""},
+  };
+  for (const Input &input : inputs)
+    EXPECT_EQ(Document(input.bytes).messages(), input.messages) << input.name;
+}
+
+TEST(Xml, DecodesTheIso8859Family) {
+  // 0xB1 is U+0105 in ISO 8859-2; 0xA4 is U+20AC in ISO 8859-15.
+  const std::pair<const char *, const char *> cases[] = {
+      {"ISO-8859-2' ?><svg id='\xB1'/>", "\xC4\x85"},
+      {"iso8859-15'?><svg id='\xA4'/>", "\xE2\x82\xAC"},
+      {"iso-88592'?><svg id='\xB1'/>", "\xC4\x85"},
+      {"ISO-8859-1'?><svg id='\xB1'/>", "\xC2\xB1"}};
+  for (const auto &[text, id] : cases) {
+    const Document document(std::string("<?xml version='1.0' encoding='") + text);
+    EXPECT_EQ(document.messages(), "") << text;
+    EXPECT_NE(document.find(id), nullptr) << text;
+  }
+}
+
+TEST(Xml, BlocksOfAnySizeGiveTheSameTree) {
+  static constexpr int sizes[] = {1, 2, 7, 8192};
+  static const int *size;
+  for (size = sizes; size < std::end(sizes); size++) {
+    const Document document(
+        "<svg fill='nix'><rect id='b' width='12'/>\xC3\xA4<text>x&amp;y</text></svg>",
+        AccountingCore::defaults(), [](svg_parser *p) { p->block_size = *size; });
+    EXPECT_EQ(document.core.messages.size(), 1u) << *size;
+    EXPECT_EQ(document.find("b")->level, 2) << *size;
+    EXPECT_STREQ(svg_as_text(document.find("b")->head.next)->text, "\xC3\xA4") << *size;
+  }
+}
+
+// The input changes between the passes: the main pass is restarted, and what its first attempt and
+// the sheets made is made again.
+TEST(Xml, RestartedMainPassStartsClean) {
+  static std::string text;
+  text = "<svg><style>rect{fill:url(#b)}</style><title>t</title><g id='b'/><font id='f'>"
+         "<font-face font-family='F'/></font><rect id='a'/><text>x</text><a.b/></svg>";
+  const auto change = [](void *, const svg_e_node *element, const svg_a_node *, svg_source,
+                         const char *) {
+    const size_t name = text.find("a.b");
+    if (element->head.id == SVG_ELEM_svg && name != std::string::npos) text[name + 1] = ':';
+  };
+  static svg_observer_fn observer;
+  observer = change;
+  const Document document(text, AccountingCore::with_log(3), [](svg_parser *p) {
+    p->block_size = 16;
+    svg_set_observer(p, observer, nullptr);
+  });
+  EXPECT_EQ(document.messages(), "XML: unbound prefix in line 1, column 140\n");
+  EXPECT_EQ(svg_get_font_count(document.parser), 1u);
+  EXPECT_EQ(document.values(document.find("a"), "fill"), "#b");
+  EXPECT_STREQ(svg_get_title_text(document.parser), "t");
+}
+
+TEST(Xml, EntityGrowthIsLimited) {
+  std::string text = "<!DOCTYPE svg [<!ENTITY a0 'aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa'>";
+  for (int i = 1; i < 10; i++) {
+    text += "<!ENTITY a" + std::to_string(i) + " '";
+    for (int k = 0; k < 10; k++) text += "&a" + std::to_string(i - 1) + ";";
+    text += "'>";
+  }
+  const Document document(text + "]><svg>&a9;</svg>");
+  EXPECT_EQ(document.code, ORT_E_XML);
+  EXPECT_NE(document.messages().find("limit on input amplification factor"), std::string::npos);
+}
+
+} // namespace
