@@ -120,7 +120,7 @@ TEST(Xml, RestartedMainPassStartsClean) {
     p->block_size = 16;
     svg_set_observer(p, observer, nullptr);
   });
-  EXPECT_EQ(document.messages(), "XML: unbound prefix in line 1, column 140\n");
+  EXPECT_EQ(document.messages(), "XML: unbound prefix in line 1, column 141\n");
   EXPECT_EQ(svg_get_font_count(document.parser), 1u);
   EXPECT_EQ(document.values(document.find("a"), "fill"), "#b");
   EXPECT_STREQ(svg_get_title_text(document.parser), "t");
