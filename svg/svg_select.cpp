@@ -167,12 +167,8 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
   ort_free_tmp(p->core, copy);
   p->css_mode = 0;
   p->prop_name = nullptr;
-  if (!done) {
-    int code = ort_error_code(p->core);
-    if (code < 10000 || code > 10006) ort_rethrow(p->core);
-    svg_drop_value_link(p);
-    svg_a_node_delete(p->core, p->new_value);
-    p->new_value = nullptr;
+  if (!done && (ort_error_code(p->core) < 10000 || ort_error_code(p->core) > 10006)) {
+    ort_rethrow(p->core);
   }
   return node;
 }

@@ -1,0 +1,273 @@
+// Style sheets: how they are found, what becomes of their declarations, which elements they reach.
+#include <gtest/gtest.h>
+
+#include "svg/svg_schema.h"
+#include "svg/svg_style.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+// A drawing read with a host that serves the sheets "red.css" and "lime.css", notes which sheets
+// are asked for, and listens to the values.
+class Drawing {
+public:
+  explicit Drawing(const std::string &text, const ort_options &options = AccountingCore::defaults())
+      : Drawing(options, text) {}
+  ~Drawing() { svg_parser_delete(parser); }
+
+  // Codes of the messages.
+  std::string codes() const {
+    std::string result;
+    for (const Message &message : core.messages) result += " " + std::to_string(message.code);
+    return result;
+  }
+
+  AccountingCore core;
+  svg_parser *parser = nullptr;
+  int code = 0;
+  std::string asked;    // names of sheets
+  std::string observed; // values of fill with their sources
+  bool compare_walks = false;
+  int walks = 0;
+
+private:
+  Drawing(const ort_options &options, const std::string &text) : core(options) {
+    const css_context context = {nullptr, read, this};
+    const char *bytes = text.data();
+    const size_t length = text.size();
+    ort_file *file = nullptr;
+    static const char *const refused[] = {"refused"};
+    code = core.protect([&] {
+      svg_register_errtab(core);
+      file = ort_fopen_memory(core, "a.svg", bytes, length);
+      parser = svg_parser_new(core, 0, "a.svg", &context, nullptr, nullptr, 0, refused, 1, nullptr,
+                              nullptr);
+      svg_set_observer(parser, observe, this);
+      ort_gz *gz = nullptr;
+      svg_parse(parser, file, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    });
+    ort_fclose(file);
+  }
+
+  static int read(void *user, const char *href, css_sheet_text *text) {
+    const std::string name = href;
+    static_cast<Drawing *>(user)->asked += name + " ";
+    const std::string sheet = name == "red.css"    ? "rect{fill:red}"
+                              : name == "lime.css" ? "rect{fill:lime}"
+                                                   : "";
+    return !sheet.empty() && css_context_append(text, sheet.data(), sheet.size());
+  }
+
+  static void observe(void *user, const svg_e_node *element, const svg_a_node *value,
+                      svg_source source, const char *selector);
+};
+
+svg_e_node *walk_to_parent(const svg_e_node *node, int16_t nid) {
+  for (svg_e_node *other = node->prev; other != nullptr; other = other->prev)
+    if (other->level == node->level - 1)
+      return nid == -1 || other->head.id == nid ? other : nullptr;
+  return nullptr;
+}
+
+svg_e_node *walk_to_sibling(const svg_e_node *node, int16_t nid) {
+  svg_e_node *other = node->prev;
+  for (; other != nullptr && other->level >= node->level; other = other->prev)
+    if (other->level == node->level && (nid == -1 || other->head.id == nid)) return other;
+  return nullptr;
+}
+
+void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *value,
+                      svg_source source, const char *selector) {
+  auto *self = static_cast<Drawing *>(user);
+  if (value->row == SVG_PROP_fill) {
+    static constexpr const char *sources[] = {"attribute", "sheet", "style", "default"};
+    self->observed += value_text(self->parser, value) + " " + sources[source] +
+                      (selector != nullptr ? " " + std::string(selector) : "") + "\n";
+  }
+  // The open elements must give what the walk over the elements built so far gives.
+  for (auto *node = const_cast<svg_e_node *>(element); node != nullptr; node = node->prev)
+    for (int16_t nid : {-1, int(SVG_ELEM_g), int(SVG_ELEM_rect), int(SVG_ELEM_svg)}) {
+      EXPECT_EQ(svg_css_find_parent(self->parser, node, nid), walk_to_parent(node, nid));
+      EXPECT_EQ(svg_css_find_sibling(self->parser, node, nid), walk_to_sibling(node, nid));
+      self->walks++;
+    }
+}
+
+} // namespace
+
+TEST(Sheets, Instructions) {
+  const struct {
+    const char *data, *asked, *codes;
+  } cases[] = {
+      {"href='red.css' type='text/css'", "red.css ", ""},
+      {"  type =\t\"text/css\"\nhref= 'red.css' ", "red.css ", ""},
+      {"type='text/css'href='a'href='red.css'", "red.css ", ""},
+      {"type='x' type='text/css' href='red.css'", "red.css ", ""},
+      {"type='text/css' href='red.css", "red.css ", ""},
+      {"type='text/css' title='a=\"b\" c' href=\"it's.css\"", "it's.css ", " 10200"},
+      {"href='red.css'", "", ""},
+      {"href='red.css' type='text/xsl'", "", ""},
+      {"href='red.css' type='text/CSS'", "", ""},
+      {"type='text/css'", "", ""},
+      {"", "", ""},
+      // Malformed: one warning, no sheet.
+      {"='text/css' href='red.css'", "", " 10003"},
+      {"href='red.css' type='text/css' alternate", "", " 10000"},
+      {"href='red.css' type='text/css' alternate ", "", " 10000"},
+      {"type='' href='red.css'", "", " 10000"},
+      {"href='red.css' type='text/css' a='", "", " 10000"},
+      {"type=text/css href='red.css'", "", " 10004"},
+      {"type 'text/css' href='red.css'", "", " 10004"},
+      {"href='red.css' type='text/css' a=", "", " 10004"},
+  };
+  for (const auto &c : cases) {
+    const Drawing drawing("<?xml-stylesheet " + std::string(c.data) + "?><svg/>");
+    EXPECT_EQ(drawing.asked, c.asked) << c.data;
+    EXPECT_EQ(drawing.codes(), c.codes) << c.data;
+  }
+  EXPECT_EQ(Drawing("<?XML-stylesheet href='red.css' type='text/css'?><svg/>").asked, "");
+  const Drawing malformed("<svg>\n<?xml-stylesheet type=text/css?></svg>");
+  EXPECT_EQ(malformed.core.messages.at(0).text,
+            "attribute 'type': unexpected token 't', in file 'a.svg', line 2, element ''");
+}
+
+TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
+  const struct {
+    const char *content, *sheet;
+  } cases[] = {
+      {"<g/>", "none"},
+      {"<style>a{}</style><g><style type='text/css'>b{}<![CDATA[c>d{}]]></style></g>",
+       "a{}b{}c>d{}"},
+      {"<style/>", ""},
+      {"<style type='text/ecmascript'>a{}</style>b<style type='TEXT/CSS'>b{}</style>", "none"},
+      {"<svg type='x'><style>a{}</style><svg><style>b{}</style></svg>"
+       "<style type='text/css'>c{}</style></svg><style>d{}</style>",
+       "c{}d{}"},
+      {"<svg type='x'><svg type='text/css'><style>a{}</style></svg></svg>", "a{}"},
+      {"<f:style xmlns:f='urn:f'>a{}</f:style><f:g xmlns:f='urn:f'><style>b{}</style></f:g>",
+       "b{}"},
+      {"<s:style xmlns:s='http://www.w3.org/2000/svg'>a{}</s:style>", "a{}"},
+      // The pass begins anew without namespaces: nothing is gathered twice.
+      {"<svg type='x'><style type='text/css'>a{}</style><style>b{}<u:u/></style></svg>", "a{}"},
+  };
+  for (const auto &c : cases) {
+    const Drawing drawing("<svg xmlns='http://www.w3.org/2000/svg'>" + std::string(c.content) +
+                          "</svg>");
+    ASSERT_EQ(drawing.code, 0) << c.content;
+    const ort_bs *sheet = drawing.parser->style_sheet;
+    EXPECT_STREQ(sheet != nullptr ? ort_bs_text(sheet) : "none", c.sheet) << c.content;
+  }
+}
+
+TEST(Sheets, ExternalSheetsComeFirstAndOnce) {
+  const Drawing drawing("<?xml-stylesheet type='text/css' href='red.css'?>"
+                        "<?xml-stylesheet type='text/css' href='lime.css'?>"
+                        "<svg><rect fill='#000001' style='fill:#000002'/>"
+                        "<style>#a{fill:blue} rect{stroke:red}</style><rect id='a'/><u:u/></svg>");
+  EXPECT_EQ(drawing.asked, "red.css lime.css red.css lime.css "); // restarted for the prefix
+  EXPECT_EQ(drawing.observed, "#000001 attribute\n#00ff00 sheet rect\n#000002 style\n"
+                              "#0000ff sheet #a\n");
+}
+
+TEST(Sheets, Declarations) {
+  const struct {
+    const char *declarations, *fill, *messages;
+  } cases[] = {
+      {"fill:red", "#ff0000", ""},
+      {"FILL:RED!important", "#ff0000", ""},
+      {"fill:url(#r)", "#r", ""},
+      {"fill:none;fill:red", "#ff0000", ""},
+      {"fill:red;fill:foo", "#ff0000",
+       "property 'fill': unexpected token 'foo', in file 'test.svg', line 0, element ''\n"},
+      {"font:foo x;fill:red", "#ff0000",
+       "property 'font-size': unexpected token 'foo', in file 'test.svg', line 0, element ''\n"},
+      // Elsewhere this ends the parse.
+      {"fill:red;mask:url(data:);stroke:blue", "#ff0000", ""},
+      {"fill:red;refused:1", "#ff0000", ""},
+  };
+  for (const auto &c : cases) {
+    const Document document("<svg><style>rect{" + std::string(c.declarations) +
+                            "}</style><rect id='r'/><rect/></svg>");
+    ASSERT_EQ(document.code, 0);
+    EXPECT_EQ(document.values(document.find("r"), "fill"), c.fill) << c.declarations;
+    EXPECT_EQ(document.messages(), c.messages) << c.declarations;
+  }
+  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").code, 10021);
+}
+
+TEST(Sheets, AValueIsSharedByAllElements) {
+  const Document document("<svg><style>rect{fill:url(#later) red}</style><rect id='a'/>"
+                          "<rect id='b'/><g id='later'/></svg>");
+  const svg_e_node *a = document.find("a"), *b = document.find("b");
+  ASSERT_EQ(a->values_num, 1);
+  EXPECT_EQ(document.values(a, "fill"), "#later #ff0000");
+  EXPECT_EQ(a->values[0], b->values[0]);
+}
+
+// The drawing's elements answer through the callbacks; selectors in general are the engine's.
+TEST(Sheets, SelectorsReachElements) {
+  const std::string drawing =
+      "<g id='g1'><rect id='r1' class='p q' x='1'/><a><circle id='c1' r='1'/></a>"
+      "<rect id='r2' class=' q'/></g><rect id='r3' xml:space='preserve'/><g id='g2' x='1'>"
+      "<foreign><rect id='never'/></foreign><circle id='c2' r='2' class='q'/></g>";
+  const struct {
+    const char *selector, *ids;
+  } cases[] = {
+      {"rect", "r1 r2 r3 "},
+      {"svg > rect", "r3 "},
+      {"g > rect", "r1 r2 "},
+      {"g circle", "c1 c2 "},
+      {"svg > g > circle", "c2 "},
+      {"a + rect", "r2 "},
+      {"g + rect, rect + g", "r3 g2 "},
+      {"rect + circle, g > a + circle", ""},
+      {"rect ~ rect", "r2 "},
+      {":first-child", "g1 r1 c1 c2 "},
+      {"rect.q", "r1 r2 "},
+      {".q.p, .q.r", "r1 "},
+      {"#r2, g#c2, #never", "r2 "},
+      {"[x]", "r1 g2 "},
+      {"[r='2'], [space=preserve], [class~=p]", "r1 r3 c2 "},
+      {"unknown, unknown rect", ""},
+      {"root, :root > :root", ""},
+  };
+  for (const auto &c : cases) {
+    const Document document("<svg xmlns='http://www.w3.org/2000/svg'><style>" +
+                            std::string(c.selector) + "{stroke:red}</style>" + drawing + "</svg>");
+    ASSERT_EQ(document.code, 0);
+    std::string ids;
+    for (const char *id : {"g1", "r1", "c1", "r2", "r3", "g2", "c2"})
+      if (document.values(document.find(id), "stroke") != "-") ids += std::string(id) + " ";
+    EXPECT_EQ(ids, c.ids) << c.selector;
+  }
+}
+
+TEST(Sheets, OpenElementsAgreeWithTheWalk) {
+  const Drawing drawing("<svg x='1'><g><g><rect x='1'/></g><unknown><g/></unknown><rect x='1'/>"
+                        "<g fill='red'><a/><rect/></g></g><rect/><g/><rect/><g><g><g x='1'/></g>"
+                        "</g><svg><rect/></svg><g fill='red'/></svg>");
+  EXPECT_GT(drawing.walks, 100);
+}
+
+TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {
+  const Drawing drawing("<?xml-stylesheet type='text/css'?><svg>"
+                        "<style type='text/css'>rect{fill:red!important;odd:1}[x]{}</style>\n"
+                        "<style>.c{}</style><rect x='1' class='c'/></svg>",
+                        AccountingCore::with_log(6));
+  for (const char *line :
+       {"[01]<?xml-stylesheet type='text/css'?>\n\t\t\t[type: text/css]\n",
+        "[01]<style type=\"text/css\" ...>\n\tFetching internal style sheet...\n",
+        "[02]<style>\n\tFetching internal style sheet...\n", "\t\t\t[fill=\"red !important\"]\n",
+        "\t\t\t[property \"odd\" unsupported]\n",
+        "\t\t\tProcess 1 CSS rules...\n\t\t\t\tselector: rect\n", "\t\t\t\tparent svg (",
+        "\t\t\t[add css property fill=\"red !important\"]\n"})
+    EXPECT_NE(drawing.core.log.find(line), std::string::npos) << line << drawing.core.log;
+}
+
+TEST(Sheets, SurviveFailingAllocations) {
+  const std::string text =
+      "<?xml-stylesheet type='text/css' href='red.css'?><svg><style>rect.c[x], g rect{fill:red "
+      "!important;font:bold 12px/1 A,serif;stroke:url(#a)}</style><g id='a'><rect x='1' class='c d'"
+      " style='fill:red;font:italic 1px x;stroke:foo'/></g></svg>";
+  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); });
+}

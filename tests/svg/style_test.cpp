@@ -1,0 +1,144 @@
+// The style attribute and the font shorthand, wherever it is written.
+#include "svg/svg_style.h"
+
+#include <gtest/gtest.h>
+
+#include "svg/svg_schema.h"
+#include "tests/support/reader.h"
+
+// All properties of the g element of a drawing by ascending name, then the codes of the messages.
+static std::string properties(const std::string &markup) {
+  const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + markup + "</svg>");
+  if (document.svg == nullptr) return document.messages();
+  const svg_e_node *g = nullptr;
+  for (svg_node *node = document.svg->first_child; node != nullptr; node = node->next)
+    g = node->id == SVG_ELEM_g ? svg_as_element(node) : g;
+  std::string result;
+  for (int row = 0; row < SVG_PROP_COUNT; row++)
+    for (int32_t i = 0; i < g->values_num; i++)
+      if (g->values[i]->row == row)
+        result += (result.empty() ? "" : "; ") + std::string(svg_attr_table[row].name) + " " +
+                  value_text(document.parser, g->values[i]);
+  for (const Message &message : document.core.messages)
+    result += " !" + std::to_string(message.code);
+  return result;
+}
+
+static std::string with_style(const std::string &style) {
+  return properties("<g style=\"" + style + "\"/>");
+}
+
+TEST(Style, Lexer) {
+  const struct {
+    const char *text;
+    size_t ident, space;
+  } cases[] = {
+      {"fill:x", 4, 0}, {"-x9_-b c", 6, 0},     {"-", 0, 0},       {"--x", 0, 0},
+      {"-1", 0, 0},     {"9a", 0, 0},           {"_", 1, 0},       {"a\xC3\xA4", 1, 0},
+      {"", 0, 0},       {" \t\n\v\f\rx", 0, 6}, {"/**/x", 0, 4},   {" /* * / */ /*/*/ x", 0, 17},
+      {"/*/x", 0, 4},   {"/ *", 0, 0},          {"/* open", 0, 7}, {"/* open *", 0, 9}};
+  for (const auto &c : cases) {
+    EXPECT_EQ(size_t(svg_css_skip_ident(c.text) - c.text), c.ident) << c.text;
+    EXPECT_EQ(size_t(svg_css_skip_wsp_c(c.text) - c.text), c.space) << c.text;
+  }
+}
+
+TEST(Style, Declarations) {
+  const struct {
+    const char *style, *expected;
+  } cases[] = {
+      {"fill:red;stroke:blue", "fill #ff0000; stroke #0000ff"},
+      {" fill red ;\n stroke\t:\tblue ;", "fill #ff0000; stroke #0000ff"},
+      {"/* c */fill/* d */:/* e */red;/**/stroke:blue;/* f", "fill #ff0000; stroke #0000ff"},
+      {"FILL:Red", "fill #ff0000"},
+      {"fill:red;fill:blue", "fill #ff0000; fill #0000ff"},
+      {"fill:;stroke:blue", "stroke #0000ff"},
+      {"fill: ;stroke:blue", "stroke #0000ff"},
+      {"unknown:1;-x:2;stroke:blue", "stroke #0000ff"},
+      {"stroke:blue;fill", "stroke #0000ff"},
+      {"stroke:blue;fill:", "stroke #0000ff"},
+      // The first thing that is no declaration ends the attribute.
+      {"fill:red;3d:x;stroke:blue", "fill #ff0000"},
+      {"fill:red;;stroke:blue", "fill #ff0000"},
+      {"", ""},
+      {" /* */ ", ""},
+      // A bad value costs one warning, and only itself.
+      {"fill:nocolor;stroke:blue;stroke-width:", "stroke #0000ff !10006"},
+      {"fill:rgb(1,2;stroke:blue", "stroke #0000ff !10002"},
+      {"fill:red/* part of the value */;stroke:blue", "stroke #0000ff !10006"},
+  };
+  for (const auto &c : cases) EXPECT_EQ(with_style(c.style), c.expected) << c.style;
+}
+
+TEST(Style, RanksBehindAttributesAndRules) {
+  EXPECT_EQ(properties("<style>g{fill:lime;stroke:lime}</style>"
+                       "<g style='fill:red' fill='blue' font='1px x'/>"),
+            "fill #0000ff; fill #00ff00; fill #ff0000; font-family 'x'; font-size 1px; "
+            "stroke #00ff00");
+  EXPECT_EQ(properties("<style>g{font-size:1px}</style><g style='font-size:2px;font:3px x'/>"),
+            "font-family 'x'; font-size 1px; font-size 2px");
+  EXPECT_EQ(properties("<style>g{font-size:1px}</style><g style='FONT:3px x;fill:red'/>"),
+            "fill #ff0000; font-family 'x'; font-size 1px");
+}
+
+TEST(Style, MessagesNameTheAttributeOnlyWithinIt) {
+  const Document document("<svg xmlns='http://www.w3.org/2000/svg'>\n"
+                          "<g style='fill:foo;font:foo x' stroke='bar'/></svg>");
+  EXPECT_EQ(document.messages(),
+            "property 'stroke': unexpected token 'bar', in file 'test.svg', line 2, element 'g'\n"
+            "attribute 'style', property 'fill': unexpected token 'foo', in file 'test.svg', "
+            "line 2, element 'g'\n"
+            "property 'font-size': unexpected token 'foo', in file 'test.svg', line 2, "
+            "element 'g'\n");
+}
+
+TEST(Font, IsSplitIntoItsLonghands) {
+  const struct {
+    const char *font, *expected;
+  } cases[] = {
+      {"bold italic 12pt/14pt Times New Roman",
+       "font-family 'Times New Roman'; font-size 12pt; font-style italic; font-weight bold"},
+      {"small-caps 700 12px A, serif",
+       "font-family 'A' serif; font-size 12px; font-variant small-caps; font-weight 700"},
+      {"normal 12px serif", "font-family serif; font-size 12px"},
+      {"normal normal normal 12px x", "font-family 'x'; font-size 12px"},
+      {" 12pt  serif ", "font-family serif; font-size 12pt"},
+      {"oblique bold normal 1px  A  B ",
+       "font-family 'A B'; font-size 1px; font-style oblique; font-weight bold"},
+      {"1px a b c d e", "font-family 'a b c d e'; font-size 1px"},
+      {"/14px serif", "font-family serif"},
+      {"caption", "font-family 'caption'"},
+      {"12pt", "font-family '12pt'"},
+      {"inherit", "font-family inherit"},
+      // A word for the size or for the family is missing.
+      {"bold italic", ""},
+      {"bold 12pt", ""},
+      {"12pt bold", ""},
+      {"normal normal", ""},
+      {"", ""},
+      {"  ", ""},
+      // Words count from the front, wherever the keywords stand.
+      {"a b c d e f", "font-family 'b c d e f' !10005"},
+      {"bold bolder 12px x", "font-family '12px x'; font-weight bold !10005"},
+      {"12px x bold", "font-family 'bold'; font-weight bold !10005"},
+  };
+  for (const auto &c : cases) {
+    const std::string font = c.font;
+    EXPECT_EQ(properties("<g font='" + font + "'/>"), c.expected) << c.font;
+    EXPECT_EQ(with_style("font:" + font), c.expected) << c.font;
+    EXPECT_EQ(properties("<style>g{font:" + font + "}</style><g/>"), c.expected) << c.font;
+  }
+}
+
+// An attribute compares without regard to case up to the first longhand that it adds.
+TEST(Font, LetterCaseOfKeywords) {
+  const std::string bold = "font-family 'x'; font-size 1px; font-weight bold";
+  const std::string cut = "font-family '1px x'; ";
+  EXPECT_EQ(properties("<g font='Normal Bold 1px x'/>"), "font-family '1px x' !10005");
+  EXPECT_EQ(properties("<g font='BOLD 1px x'/>"), bold);
+  EXPECT_EQ(properties("<g font='BOLD Italic 1px x'/>"), cut + "font-weight bold !10005");
+  EXPECT_EQ(with_style("font:BOLD 1px x"), "font-family '1px x' !10005");
+  EXPECT_EQ(with_style("FONT:BOLD 1px x"), bold);
+  EXPECT_EQ(properties("<style>g{font:BOLD Italic 1px x !Important}</style><g/>"),
+            "font-family 'x'; font-size 1px; font-style italic; font-weight bold");
+}
