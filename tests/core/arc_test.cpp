@@ -1,0 +1,161 @@
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <numbers>
+#include <random>
+
+#include "core/ort_core.h"
+
+namespace {
+
+constexpr double pi = std::numbers::pi;
+constexpr double degree = pi / 180;
+
+// An ellipse and a stretch of it, from which an arc's operands follow.
+struct Ellipse {
+  double cx, cy, rx, ry, phi, from, sweep; // angles in radians
+
+  ort_vector at(double angle) const {
+    const double x = rx * std::cos(angle), y = ry * std::sin(angle);
+    return {cx + x * std::cos(phi) - y * std::sin(phi), cy + x * std::sin(phi) + y * std::cos(phi)};
+  }
+  // The point where the ellipse is a unit circle about the origin.
+  ort_vector on_circle(double px, double py) const {
+    const double x = px - cx, y = py - cy;
+    return {(x * std::cos(phi) + y * std::sin(phi)) / rx,
+            (y * std::cos(phi) - x * std::sin(phi)) / ry};
+  }
+};
+
+int convert(const Ellipse &e, ort_bezier_list *list) {
+  return ort_elliarc_to_bezier(list, nullptr, e.at(e.from), e.at(e.from + e.sweep), e.rx, e.ry,
+                               e.phi, std::abs(e.sweep) > pi, e.sweep > 0, 1);
+}
+
+double cubic(double a, double b, double c, double d, double t) {
+  const double s = 1 - t;
+  return s * s * s * a + 3 * s * s * t * b + 3 * s * t * t * c + t * t * t * d;
+}
+
+// Every point of the curves is near the ellipse, and they run once through the stretch and nothing
+// else.
+void expect_follows(const Ellipse &e, const ort_bezier_list &list) {
+  ort_vector start = e.at(e.from);
+  double angle = e.from;
+  for (int i = 0; i < list.count; ++i) {
+    const double *s = list.segments[i];
+    for (int k = 1; k <= 64; ++k) {
+      const double x = cubic(start.x, s[0], s[2], s[4], k / 64.0);
+      const double y = cubic(start.y, s[1], s[3], s[5], k / 64.0);
+      const ort_vector p = e.on_circle(x, y);
+      ASSERT_LT(std::abs(std::hypot(p.x, p.y) - 1), 3e-4) << i << " " << k;
+      const double step = std::remainder(std::atan2(p.y, p.x) - angle, 2 * pi);
+      ASSERT_GT(step / e.sweep, 0) << i << " " << k;
+      angle += step;
+    }
+    start = {s[4], s[5]};
+  }
+  EXPECT_NEAR(angle, e.from + e.sweep, 1e-6);
+}
+
+TEST(Arc, FollowsTheEllipse) {
+  std::mt19937 random(1);
+  std::uniform_real_distribution<double> coordinate(-1000, 1000), exponent(-3, 3), turn(-pi, pi);
+  for (double degrees : {0.5, 45.0, 89.9, 90.0, 90.1, 135.0, 179.0, 181.0, 270.0, 271.0, 359.0})
+    for (double sweep : {degrees * degree, -degrees * degree})
+      for (int i = 0; i < 40; ++i) {
+        const double rx = std::pow(10, exponent(random)), ry = std::pow(10, exponent(random));
+        const Ellipse e = {0, 0, rx, ry, turn(random) * 3, turn(random), sweep};
+        ort_bezier_list list;
+        ASSERT_EQ(convert(e, &list), 0);
+        EXPECT_EQ(list.count, std::ceil(degrees / 90)) << degrees;
+        expect_follows(e, list);
+        const ort_vector end = e.at(e.from + sweep);
+        EXPECT_EQ(list.segments[list.count - 1][4], end.x);
+        EXPECT_EQ(list.segments[list.count - 1][5], end.y);
+      }
+}
+
+TEST(Arc, ScalesRadiiThatAreTooSmall) {
+  struct {
+    double rx, ry;
+    Ellipse expected;
+  } const cases[] = {
+      {1, 1, {5, 0, 5, 5, 0, pi, pi}},
+      {1e-6, 2e-6, {5, 0, 5, 10, 0, pi, pi}},
+      {5, 5, {5, 0, 5, 5, 0, pi, pi}},
+  };
+  for (const auto &c : cases)
+    for (int large : {0, 1}) {
+      ort_bezier_list list;
+      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {0, 0}, {10, 0}, c.rx, c.ry, 0, large, 1, 1),
+                0);
+      EXPECT_EQ(list.count, 2);
+      expect_follows(c.expected, list);
+    }
+}
+
+// A tiny piece of a huge circle: computed by way of the center it would lose all digits.
+TEST(Arc, KeepsPrecisionFarFromTheCenter) {
+  ort_bezier_list list;
+  ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {100, 100}, {101, 100}, 1e12, 1e12, 0, 0, 1, 1),
+            0);
+  ASSERT_EQ(list.count, 1);
+  EXPECT_NEAR(list.segments[0][0], 100 + 1 / 3.0, 1e-12);
+  EXPECT_NEAR(list.segments[0][2], 101 - 1 / 3.0, 1e-12);
+  EXPECT_NEAR(list.segments[0][1], 100, 1e-12);
+}
+
+TEST(Arc, CoincidentEndsGiveNoSegment) {
+  ort_bezier_list list;
+  EXPECT_EQ(ort_elliarc_to_bezier(&list, nullptr, {3, 4}, {3, 4}, 1, 1, 0, 1, 1, 1), 0);
+  EXPECT_EQ(list.count, 0);
+}
+
+// Whatever the operands, the result is an error or points that can be drawn, ending where they
+// should.
+TEST(Arc, GivesOnlyFinitePoints) {
+  constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+  const double lengths[] = {0, -5e-324, 1e-300, -1e-6, 1, 3e9, -1e155, 1.7e308, nan, -HUGE_VAL};
+  const double radii[] = {0, 5e-324, 1e-150, 1e-6, 1, 1e10, 1e300, 1.7e308, nan, HUGE_VAL};
+  int converted = 0;
+  for (double x0 : lengths)
+    for (double x1 : lengths)
+      for (double y1 : lengths)
+        for (double rx : radii)
+          for (double ry : radii)
+            for (double phi : {0.7, 1e300, nan, HUGE_VAL})
+              for (int flags = 0; flags < 4; ++flags) {
+                ort_bezier_list list;
+                const int result = ort_elliarc_to_bezier(&list, nullptr, {x0, 0}, {x1, y1}, rx, ry,
+                                                         phi, flags & 1, flags >> 1, 1);
+                if (result != 0 ||
+                    std::isnan(0 * x0 + 0 * x1 + 0 * y1 + 0 * rx + 0 * ry + 0 * phi)) {
+                  ASSERT_TRUE(result == ORT_E_ARC && list.count == 0);
+                  continue;
+                }
+                for (int i = 0; i < list.count; ++i)
+                  for (double value : list.segments[i]) ASSERT_TRUE(std::isfinite(value));
+                if (list.count == 0) continue;
+                ASSERT_EQ(list.segments[list.count - 1][4], x1);
+                ASSERT_EQ(list.segments[list.count - 1][5], y1);
+                ++converted;
+              }
+  EXPECT_GT(converted, 10000);
+}
+
+TEST(Arc, AppliesTheMatrix) {
+  const ort_matrix matrix = {2, 1, -1, 3, 10, 20};
+  ort_bezier_list plain, mapped;
+  ASSERT_EQ(ort_elliarc_to_bezier(&plain, nullptr, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
+  ASSERT_EQ(ort_elliarc_to_bezier(&mapped, &matrix, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
+  ASSERT_EQ(plain.count, mapped.count);
+  for (int i = 0; i < plain.count; ++i)
+    for (int k = 0; k < 6; k += 2) {
+      const double *p = plain.segments[i] + k, *m = mapped.segments[i] + k;
+      EXPECT_DOUBLE_EQ(m[0], 2 * p[0] - p[1] + 10);
+      EXPECT_DOUBLE_EQ(m[1], p[0] + 3 * p[1] + 20);
+    }
+}
+
+} // namespace
