@@ -1,0 +1,103 @@
+// Dispatch: what a bad value costs, which source a value has, who owns it when something fails.
+#include <gtest/gtest.h>
+
+#include "svg/svg_schema.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+const std::string svg_begin = "<svg xmlns='http://www.w3.org/2000/svg' "
+                              "xmlns:svg='http://www.w3.org/2000/svg' "
+                              "xmlns:xlink='http://www.w3.org/1999/xlink'>";
+
+TEST(Attr, ABadValueCostsOneWarningWithItsPosition) {
+  const Document document("<svg xmlns='http://www.w3.org/2000/svg'>\n\n"
+                          "<circle id='c' cx='abc' r='2' fill='foo' stroke='red'\n"
+                          "  style='stroke-width:x;opacity:\"a;display:none'/>"
+                          "<style>g { opacity: 50% }</style></svg>");
+  EXPECT_EQ(
+      document.messages(),
+      "property 'opacity': unexpected token '50%', in file 'test.svg', line 0, element ''\n"
+      "attribute 'cx': unexpected token 'abc', in file 'test.svg', line 3, element 'circle'\n"
+      "property 'fill': unexpected token 'foo', in file 'test.svg', line 3, element 'circle'\n"
+      "attribute 'style', property 'stroke-width': unexpected token 'x', in file 'test.svg', "
+      "line 3, element 'circle'\n"
+      "attribute 'style', property 'opacity': incomplete value, in file 'test.svg', line 3, "
+      "element 'circle'\n");
+  const svg_e_node *circle = document.find("c");
+  EXPECT_EQ(document.values(circle, "cx"), "0") << "default of a required attribute";
+  EXPECT_EQ(document.values(circle, "r"), "2");
+  EXPECT_EQ(document.values(circle, "fill"), "-");
+  EXPECT_EQ(document.values(circle, "stroke"), "#ff0000");
+  EXPECT_EQ(document.values(circle, "display"), "none");
+}
+
+TEST(Attr, ValuesKeepTheOrderOfTheirSources) {
+  const Document document(
+      svg_begin + "<style>rect { fill: #010101; stroke-dasharray: 1 } .x { fill: #020202 }</style>"
+                  "<rect id='r' class='x' style='fill:#030303;fill:#040404;mask:none' "
+                  "stroke-dasharray='2' FILL='#050505' x='1' svg:x='2' opacity=' ' "
+                  "clip-path='none' foo='1'/></svg>",
+      AccountingCore::with_log(5));
+  EXPECT_EQ(document.messages(), "");
+  const svg_e_node *rect = document.find("r");
+  EXPECT_EQ(document.values(rect, "fill"), "#050505; #020202; #030303; #040404");
+  EXPECT_EQ(document.values(rect, "stroke-dasharray"), "2; 1");
+  EXPECT_EQ(document.values(rect, "x"), "1; 2");
+  EXPECT_EQ(document.values(rect, "opacity"), "-");
+  EXPECT_EQ(rect->values[0]->row, SVG_PROP_mask);
+  for (int32_t i = 1; i < rect->values_num; i++)
+    EXPECT_GE(svg_attr_table[rect->values[i]->row].prio,
+              svg_attr_table[rect->values[i - 1]->row].prio);
+  EXPECT_NE(document.core.log.find("\t\t\t[property \"foo\" unsupported]\n"), std::string::npos);
+}
+
+TEST(Attr, TheLastOfDuplicateAttributesReachesTheHook) {
+  const Document once("<svg xmlns='http://www.w3.org/2000/svg' width='20px' height='5in'/>");
+  const Document twice("<svg xmlns='http://www.w3.org/2000/svg' "
+                       "xmlns:svg='http://www.w3.org/2000/svg' svg:width='10px' width='20px' "
+                       "height='5in' svg:height='bad'/>");
+  EXPECT_EQ(twice.values(twice.svg, "width"), "10px; 20px");
+  EXPECT_EQ(twice.values(twice.svg, "height"), "5in");
+  EXPECT_EQ(twice.parser->viewport_width, once.parser->viewport_width);
+  EXPECT_EQ(twice.parser->viewport_height, once.parser->viewport_height);
+}
+
+TEST(Attr, WhateverFailsNothingIsLost) {
+  const std::string text =
+      svg_begin +
+      "<style>g { fill: url(#late) none; stroke: url(#late) bad; font: bold 12px Arial }</style>"
+      "<g id='a' xml:id='b' class='x' svg:class='y' transform='scale(2) rotate(1)' opacity='x' "
+      "systemLanguage='en, de' svg:systemLanguage='fr,' font='bold 1em serif, Times' "
+      "font-family='a, b' mask='url(#late)' clip-path='url(#late' stroke-dasharray='1,2' "
+      "style='fill:url(#late) bad;stroke:url(#a) red;font:italic 2px x;color-profile:p'>"
+      "<path d='M0 0L1 1C1 2 3 4 5 6Z'/><polygon points='1,2 3px' svg:points='1 x'/>"
+      "<a xlink:href='#late' xlink:title='t'/><image xlink:href='data:image/png;base64,aGVsbG8='/>"
+      "<font-face font-family='F' font-size='1 2' font-weight='bold'/>"
+      "<text x='1 2' y='3 q' text-decoration='underline'>t</text></g>"
+      "<linearGradient id='late' gradientTransform='scale(1 2)'/></svg>";
+  {
+    AccountingCore core;
+    EXPECT_TRUE(read_once(core, text));
+  }
+  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); });
+  // A value that ends the parse.
+  const Document fatal(svg_begin + "<a x='1' xlink:href='#b' fill='red' transform='scale(1)'><use "
+                                   "x='1' xlink:href='data:'/></a></svg>");
+  EXPECT_EQ(fatal.code, 10000);
+  EXPECT_EQ(fatal.messages(), "attribute 'xlink:href': incomplete value, in file 'test.svg', line "
+                              "1, element 'use'\n");
+}
+
+TEST(Attr, ValuesAreLogged) {
+  const Document document(svg_begin + "<rect x='1' y='z' Fill='red' width='2' height='3'/></svg>",
+                          AccountingCore::with_log(6));
+  for (const char *line : {"\t\t\t[add attribute x=\"1\"]\n", "\t\t\t[add property Fill=\"red\"]\n",
+                           "\t\t\t[add attribute height=\"100%\"]\n"})
+    EXPECT_NE(document.core.log.find(line), std::string::npos) << line;
+  // Before a warning the log line is ended, in a class of its own.
+  ort_options options = AccountingCore::with_log(1, ORT_LOG_LINES);
+  EXPECT_EQ(Document(svg_begin + "<rect y='z'/></svg>", options).core.log, "\n");
+}
+
+} // namespace

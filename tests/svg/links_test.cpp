@@ -1,0 +1,165 @@
+// Ids, names and the links between elements.
+#include <ctime>
+#include <gtest/gtest.h>
+#include <set>
+
+#include "svg/svg_parser.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+const std::string svg_begin =
+    "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>";
+
+TEST(Links, LeadToTheFirstElementOfAName) {
+  const Document document(svg_begin +
+                          "<use id='u1' xlink:href='#a'/><use id='u2' xlink:href='#a'/>"
+                          "<use id='u3' xlink:href='#id1'/><use id='u4' xlink:href='#id2'/>"
+                          "<use id='u5' xlink:href='#p'/><use id='u6' xlink:href='#u6'/>"
+                          "<use id='u7' xlink:href='#A'/><use id='u8' xlink:href='# a'/>"
+                          "<g id='a'/><g id='a'><rect id=' a'/></g><g id='id1' xml:id='id2'/>"
+                          "<color-profile name='p'/><use id='v1' xlink:href='#a'/></svg>");
+  EXPECT_EQ(document.code, 0);
+  const struct {
+    const char *source, *target;
+  } cases[] = {{"u1", "a"},  {"u2", "a"},     {"u3", "id1"}, {"u4", "id1"}, {"u5", "p"},
+               {"u6", "u6"}, {"u7", nullptr}, {"u8", " a"},  {"v1", "a"}};
+  for (const auto &c : cases) {
+    const svg_e_node *use = document.find(c.source);
+    for (int32_t i = 0; i < use->values_num; i++) {
+      if (svg_get_record_kind(use->values[i]->row) != SVG_RECORD_IRI) continue;
+      const svg_iri &iri = reinterpret_cast<const svg_an_iri *>(use->values[i])->iri;
+      EXPECT_EQ(iri.ref.target, c.target ? document.find(c.target) : nullptr) << c.source;
+    }
+  }
+  EXPECT_EQ(document.find("a")->first_child, nullptr) << "the first of two";
+  EXPECT_EQ(document.find("id1"), document.find("id2"));
+}
+
+TEST(Links, QuestionsAboutNames) {
+  const Document document(svg_begin + "<g id='b'/><g/><g id='a' xml:id='c'/><g id='a'/></svg>");
+  const svg_parser *p = document.parser;
+  ASSERT_EQ(svg_get_href_count(p), 3U);
+  const svg_e_node *last = nullptr;
+  for (size_t i = 0; i < 3; i++) {
+    svg_e_node *element = nullptr;
+    const char *name = svg_get_href(p, i, &element);
+    EXPECT_LE(last, element);
+    EXPECT_EQ(svg_find_name(p, name), element);
+    EXPECT_EQ(svg_find_name(p, svg_find_href_id(p, element)), element);
+    last = element;
+  }
+  EXPECT_EQ(svg_get_href(p, 3, nullptr), nullptr);
+  EXPECT_EQ(svg_find_name(p, "d"), nullptr);
+  EXPECT_STREQ(svg_find_href_id(p, document.svg), "(empty)");
+  EXPECT_STREQ(svg_find_href_id(p, nullptr), "(empty)");
+  EXPECT_EQ(svg_get_unresolved_count(p), 0U);
+
+  const Document nameless(svg_begin + "</svg>");
+  EXPECT_EQ(svg_get_href_count(nameless.parser), 0U);
+  EXPECT_EQ(svg_find_name(nameless.parser, "a"), nullptr);
+  EXPECT_STREQ(svg_find_href_id(nameless.parser, nameless.svg), "(empty)");
+}
+
+// The links that wait, sorted: "SOURCE#NAME ".
+static std::string waiting(const Document &document) {
+  std::multiset<std::string> links;
+  for (size_t i = 0; i < svg_get_unresolved_count(document.parser); i++) {
+    const svg_iri *iri = nullptr;
+    svg_e_node *source = nullptr;
+    const char *name = svg_get_unresolved(document.parser, i, &iri, &source);
+    if (name == nullptr) continue;
+    EXPECT_EQ(iri->ref.target, nullptr) << name;
+    const char *holder = source != nullptr ? svg_find_href_id(document.parser, source) : "sheet";
+    links.insert(std::string(holder) + '#' + name + ' ');
+  }
+  std::string result;
+  for (const std::string &link : links) result += link;
+  return result;
+}
+
+// A dropped value takes its link along, whichever of the links of its name it is.
+TEST(Links, WaitWhileTheirValueLives) {
+  for (const bool defined : {false, true}) {
+    const Document document(
+        svg_begin +
+        "<style>.x { fill: url(#t) bad; mask: url(#t) }</style>"
+        "<g id='g1' fill='url(#t) bad'/><g id='g2' fill='url(#t) red' stroke='url(#t) bad'/>"
+        "<g id='g3' fill='url(#t)' style='stroke:url(#none) bad' stroke='url(#t)'/>"
+        "<g id='g4' class='x' mask='url(#none)'/>" +
+        (defined ? "<linearGradient id='t'/>" : "") + "</svg>");
+    EXPECT_EQ(waiting(document), defined ? "g4#none " : "g2#t g3#t g3#t g4#none sheet#t ");
+    const char *target = defined ? "#t" : "#?";
+    EXPECT_EQ(document.values(document.find("g1"), "fill"), "-");
+    EXPECT_EQ(document.values(document.find("g2"), "fill"), target + std::string(" #ff0000"));
+    EXPECT_EQ(document.values(document.find("g3"), "stroke"), target);
+    EXPECT_EQ(document.values(document.find("g4"), "mask"), "#?; " + std::string(target));
+  }
+  const Document document(svg_begin + "</svg>");
+  EXPECT_EQ(svg_get_unresolved(document.parser, 0, nullptr, nullptr), nullptr);
+}
+
+TEST(Links, PassTheNeedOfABoundingBox) {
+  const std::string targets = "<linearGradient id='grad'/><clipPath id='clip'/><g id='plain'/>";
+  const std::string sources = "<g id='s1' fill='url(#grad)'/><g id='s2' clip-path='url(#clip)'/>"
+                              "<g id='s3' fill='url(#plain)'/><use id='s4' xlink:href='#clip' "
+                              "width='1' height='1'/>";
+  const uint16_t both = SVG_EF_NEEDS_BBOX | SVG_EF_NEEDS_BBOX2;
+  const struct {
+    const char *source;
+    uint16_t forward, backward;
+  } cases[] = {
+      {"s1", SVG_EF_NEEDS_BBOX, SVG_EF_NEEDS_BBOX},
+      {"s2", both, both},
+      {"s3", 0, 0},
+      {"s4", both, 0}, // a link back from xlink:href passes nothing
+  };
+  const Document forward(svg_begin + sources + targets + "</svg>");
+  const Document backward(svg_begin + targets + sources + "</svg>");
+  for (const auto &c : cases) {
+    EXPECT_EQ(forward.find(c.source)->head.flags & both, c.forward) << c.source;
+    EXPECT_EQ(backward.find(c.source)->head.flags & both, c.backward) << c.source;
+  }
+}
+
+TEST(Links, AreLogged) {
+  const Document document(svg_begin + "<use xlink:href='#a'/><g id='a'/></svg>",
+                          AccountingCore::with_log(5));
+  const char *lines[] = {"[search for id \"a\"]\n",
+                         "[id not found]\n",
+                         "[link reference \"#a\" not found]\n",
+                         "[add unresolved reference \"#a\"]\n",
+                         "[add target \"a\" (",
+                         "[reference \"a\" resolved]\n",
+                         "\t\tList of all ids and names:\n"};
+  size_t at = 0;
+  for (const char *line : lines) {
+    at = document.core.log.find(line, at);
+    ASSERT_NE(at, std::string::npos) << line;
+  }
+}
+
+// Four times the elements may take about four times as long; a scan over names or links would take
+// sixteen times. Every value with a bad fallback gives its link up in the middle of a long chain.
+TEST(Links, TakeTimeInProportionToTheirNumber) {
+  const auto seconds = [](int count) {
+    std::string text = svg_begin;
+    for (int i = 0; i < count; i++) {
+      const std::string n = std::to_string(i);
+      text +=
+          "<use id='u" + n + "' xlink:href='#g" + n + "' fill='url(#all)' stroke='url(#all) x'/>";
+    }
+    for (int i = 0; i < count; i++) text += "<g id='g" + std::to_string(i) + "'/>";
+    const clock_t start = clock();
+    const Document document(text + "<linearGradient id='all'/></svg>");
+    const double elapsed = double(clock() - start) / CLOCKS_PER_SEC;
+    EXPECT_EQ(document.values(document.find("u7"), "xlink:href"), "#g7");
+    EXPECT_EQ(waiting(document), "");
+    EXPECT_EQ(document.values(document.find("u7"), "fill"), "#all");
+    return elapsed;
+  };
+  seconds(1000);
+  EXPECT_LT(seconds(32000), 9 * seconds(8000));
+}
+
+} // namespace
