@@ -1,0 +1,143 @@
+// bench.cpp: prints the table of ./dev bench: how long each contender takes over each row of
+// documents, how much memory the reader keeps, and how its time grows.
+//
+// Paths of real drawings are read from standard input, a line each: FOLDER/PACKAGE/REST. Every time
+// is a median over rounds in which all contenders take turns; every ratio is the median of the
+// ratios within the rounds, so that a machine that is slow for a while does no harm.
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <map>
+#include <sstream>
+
+#include "bench/bench.h"
+
+namespace {
+
+constexpr int ROUNDS = 9;
+constexpr double SHORTEST = 0.03; // seconds of a measurement; shorter rows are read repeatedly
+constexpr int DOUBLINGS = 3;
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
+double seconds(const Contender &contender, const Documents &documents, int repeat = 1) {
+  const auto begin = std::chrono::steady_clock::now();
+  for (int i = 0; i < repeat; ++i) contender.read(documents);
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begin;
+  return taken.count() / repeat;
+}
+
+double bytes_of(const Documents &documents) {
+  double bytes = 0;
+  for (const std::string &document : documents) bytes += static_cast<double>(document.size());
+  return bytes;
+}
+
+// ---- Rows ---------------------------------------------------------------------------------------
+
+struct Times {
+  double median[CONTENDERS], ratio[CONTENDERS];
+};
+
+Times measure_times(const Documents &documents) {
+  const int repeat = static_cast<int>(SHORTEST / seconds(contenders[ONE_PASS], documents)) + 1;
+  std::vector<double> taken[CONTENDERS], ratios[CONTENDERS];
+  for (int round = 0; round < ROUNDS; ++round)
+    for (int i = 0; i < CONTENDERS; ++i) {
+      taken[i].push_back(seconds(contenders[i], documents, repeat));
+      ratios[i].push_back(taken[i].back() / taken[ONE_PASS].back());
+    }
+  Times times;
+  for (int i = 0; i < CONTENDERS; ++i) {
+    times.median[i] = median(taken[i]);
+    times.ratio[i] = median(ratios[i]);
+  }
+  return times;
+}
+
+Times print_row(const std::string &name, const Documents &documents) {
+  const double bytes = bytes_of(documents);
+  const Memory memory = measure_memory(documents);
+  const Times times = measure_times(documents);
+  std::printf("%-37s%7zu%8.2f", name.c_str(), documents.size(), bytes * 1e-6);
+  for (int i = 0; i < CONTENDERS; ++i)
+    std::printf("%11.2f%6.2f", times.median[i] * 1e3, times.ratio[i]);
+  std::printf("%9.2f%7.2f", memory.kept / bytes, memory.peak / bytes);
+  std::fflush(stdout);
+  return times;
+}
+
+// How many times longer the reader takes over the second document.
+double cost_ratio(const Documents &first, const Documents &second) {
+  std::vector<double> ratios;
+  for (int round = 0; round < ROUNDS; ++round) {
+    const double begin = seconds(contenders[READER], first);
+    ratios.push_back(seconds(contenders[READER], second) / begin);
+  }
+  return median(ratios);
+}
+
+// The power of the size with which the reader's time grows.
+double growth(const Family &family) {
+  const Documents small = {family.generate(family.size >> DOUBLINGS)};
+  const Documents large = {family.generate(family.size)};
+  return std::log(cost_ratio(small, large)) / std::log(bytes_of(large) / bytes_of(small));
+}
+
+// The drawings of each package that the reader and one pass of Expat accept.
+std::map<std::string, Documents> read_corpus() {
+  std::map<std::string, Documents> packages;
+  for (std::string path; std::getline(std::cin, path);) {
+    std::ifstream file(path, std::ios::binary);
+    Documents drawing{{std::istreambuf_iterator<char>(file), {}}};
+    if (!contenders[ONE_PASS].read(drawing) || !contenders[READER].read(drawing)) continue;
+    std::istringstream parts(path);
+    std::string part;
+    for (int i = 0; i < 3; ++i) std::getline(parts, part, '/'); // build/corpus/PACKAGE
+    packages[part].push_back(std::move(drawing[0]));
+  }
+  return packages;
+}
+
+} // namespace
+
+// Arguments choose the rows whose name contains one of them.
+int main(int count, char **arguments) {
+  const auto chosen = [&](const char *name) {
+    return count == 1 || std::any_of(arguments + 1, arguments + count, [&](const char *part) {
+             return std::strstr(name, part) != nullptr;
+           });
+  };
+  std::printf("%-37s%7s%8s", "", "files", "MB");
+  for (const Contender &contender : contenders) std::printf("%17s", contender.name);
+  std::printf("%9s%7s%8s\n%-52s", "kept", "peak", "growth", "");
+  for (int i = 0; i < CONTENDERS; ++i) std::printf("%11s%6s", "ms", "ratio");
+  std::printf("%16s\n", "per byte");
+
+  for (const auto &[package, drawings] : read_corpus())
+    if (chosen(package.c_str())) {
+      print_row(package, drawings);
+      std::printf("\n");
+    }
+  for (const Family &family : families)
+    if (chosen(family.name)) {
+      print_row(family.name, {family.generate(family.size)});
+      std::printf("%8.2f\n", growth(family));
+    }
+  if (const char *name = "1000 icons of 1 KB"; chosen(name)) {
+    const Times times = print_row(name, Documents(1000, icon_document()));
+    std::printf("\n%-37s%.1f us\n", "One icon costs over two passes",
+                (times.median[READER] - times.median[TWO_PASSES]) * 1e3);
+  }
+  if (const char *name = "Twice the rules cost a factor of"; chosen(name))
+    std::printf("%-37s%.2f\n", name,
+                cost_ratio({styled_document(50000, 200)}, {styled_document(50000, 400)}));
+}
