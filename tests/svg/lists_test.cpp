@@ -35,7 +35,7 @@ TEST(Lists, TakeWhatTheyCanHold) {
       {"g", "systemLanguage", "'a, b' \"\" c", "'a, b  c'"},
       {"g", "systemLanguage", "en,", "attribute 'systemLanguage': incomplete value"},
       {"g", "systemLanguage", "en,,fr", "attribute 'systemLanguage': unexpected token ','"},
-      {"g", "systemLanguage", "en (fr)", "attribute 'systemLanguage': unexpected token '('"},
+      {"g", "systemLanguage", "en )", "attribute 'systemLanguage': unexpected token ')'"},
       {"hkern", "u1", "5,700", "'5' '700'"},
   });
 }
