@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Reads real drawings from Debian packages with svgtree and sums up what happened; see ./dev corpus.
 
-Every drawing is read by a process of its own, built with the sanitizers: a crash, a leak or a hang
-belongs to one file. The number of elements in each tree is compared with count_elements.py.
+svgtree is built with the sanitizers and reads a batch of drawings at a time; after a crash, a leak or
+a hang the batch is read again one by one, so that the fault belongs to one drawing. The number of
+elements in each tree is compared with count_elements.py.
 """
 import argparse
 import collections
@@ -17,9 +18,15 @@ from count_elements import SUPPORTED, Unreadable, count_elements
 
 PACKAGES = ("breeze-icon-theme", "librsvg2-tests", "openclipart-svg", "papirus-icon-theme")
 SAMPLE_PER_PACKAGE = 850
-SECONDS_PER_FILE = 60
+LISTED_PER_PACKAGE = 200
+BATCH = 40
+SECONDS = 120
 FOLDER = "build/corpus"
 TOOL = "build/svgtree"
+FIRST_LINE = re.compile(rf"^({FOLDER}/.*): (?:viewport|embedded)", re.M)
+ELEMENT_LINE = re.compile(r"^ *(?:\[\d+\] )?(?:" + "|".join(SUPPORTED) + r")(?: #| \[|$)", re.M)
+
+MESSAGE = re.compile(rf"^({FOLDER}/.*?): (warning|error) (\d+): (.*)$", re.M)
 
 Result = collections.namedtuple("Result", "path fault error warnings elements expected unreadable")
 
@@ -28,14 +35,21 @@ def main():
     arguments = argparse.ArgumentParser(prog="./dev corpus", description=__doc__.splitlines()[0])
     arguments.add_argument("--all", action="store_true",
                            help=f"every drawing, not {SAMPLE_PER_PACKAGE} of each package")
-    everything = arguments.parse_args().all
-    paths = [path for package in PACKAGES for path in choose(drawings(package), everything)]
+    arguments.add_argument("--list", action="store_true",
+                           help=f"print {LISTED_PER_PACKAGE} paths of each package, read nothing")
+    options = arguments.parse_args()
+    number = LISTED_PER_PACKAGE if options.list else None if options.all else SAMPLE_PER_PACKAGE
+    paths = [path for package in PACKAGES for path in choose(drawings(package), number)]
+    if options.list:
+        print("\n".join(paths))
+        return 0
     started = time.monotonic()
+    batches = [paths[i:i + BATCH] for i in range(0, len(paths), BATCH)]
     with multiprocessing.Pool() as pool:
         results = []
-        for result in pool.imap_unordered(read, paths, chunksize=8):
-            results.append(result)
-            if sys.stderr.isatty() and len(results) % 100 == 0:
+        for batch in pool.imap(read, batches):
+            results += batch
+            if sys.stderr.isatty():
                 print(f"\r{len(results)} of {len(paths)}", end=" ", file=sys.stderr, flush=True)
     return summary(results, time.monotonic() - started)
 
@@ -64,39 +78,52 @@ def unpack(package, folder):
     os.rename(partial, folder)
 
 
-def choose(paths, everything):
-    """All paths, or a sample that is spread evenly over them and the same every time."""
-    if everything or len(paths) <= SAMPLE_PER_PACKAGE:
+def choose(paths, number):
+    """All paths, or a sample of them that is spread evenly over them and the same every time."""
+    if number is None or len(paths) <= number:
         return paths
-    return [paths[i * len(paths) // SAMPLE_PER_PACKAGE] for i in range(SAMPLE_PER_PACKAGE)]
+    return [paths[i * len(paths) // number] for i in range(number)]
 
 
-def read(path):
-    try:
-        run = subprocess.run([TOOL, path], capture_output=True, timeout=SECONDS_PER_FILE)
-    except subprocess.TimeoutExpired:
-        return Result(path, f"hangs for {SECONDS_PER_FILE} seconds", None, [], None, None, None)
-    messages = run.stderr.decode("utf-8", "replace")
-    found = re.findall(r"^" + re.escape(path) + r": (warning|error) (\d+): (.*)$", messages, re.M)
-    warnings = [int(code) for kind, code, _ in found if kind == "warning"]
-    errors = [f"{code} {text}" for kind, code, text in found if kind == "error"]
+def read(paths):
+    """One Result for each drawing."""
     fault = None
-    if run.returncode not in (0, 1) or "Sanitizer" in messages or "runtime error" in messages:
-        fault = f"exit status {run.returncode}\n{messages}"
-    elif (run.returncode == 1) != (len(errors) == 1):
-        fault = f"exit status {run.returncode} with {len(errors)} errors"
+    try:
+        run = subprocess.run([TOOL, *paths], capture_output=True, timeout=SECONDS)
+        output, messages = (text.decode("utf-8", "replace") for text in (run.stdout, run.stderr))
+        if run.returncode not in (0, 1) or "Sanitizer" in messages or "runtime error" in messages:
+            fault = f"exit status {run.returncode}\n{messages}"
+    except subprocess.TimeoutExpired:
+        output = messages = ""
+        fault = f"hangs for {SECONDS} seconds"
+    if fault and len(paths) > 1:
+        return [result for path in paths for result in read([path])]
+
+    parts = FIRST_LINE.split(output)
+    trees = dict(zip(parts[1::2], parts[2::2]))
+    errors, warnings = {}, collections.defaultdict(list)
+    for path, kind, code, text in MESSAGE.findall(messages):
+        if kind == "warning":
+            warnings[path].append(int(code))
+        else:
+            errors[path] = f"{code} {text}"
+    return [compare(path, fault, errors.get(path), warnings[path], trees.get(path)) for path in paths]
+
+
+def compare(path, fault, error, warnings, tree):
+    if not fault and (tree is None) == (error is None):
+        fault = "neither a tree nor an error" if tree is None else "both a tree and an error"
     expected = unreadable = None
     try:
         expected = count_elements(path)
-    except Unreadable as error:
-        unreadable = str(error)
-    return Result(path, fault, errors[0] if errors else None, warnings,
-                  count_in_tree(run.stdout.decode("utf-8", "replace")), expected, unreadable)
+    except Unreadable as problem:
+        unreadable = str(problem)
+    return Result(path, fault, error, warnings, count_in_tree(tree or ""), expected, unreadable)
 
 
 def count_in_tree(text):
-    """Number of elements in the tree that svgtree prints: one line each, beginning with its name."""
-    return sum(line.split(None, 1)[0] in SUPPORTED for line in text.splitlines() if line.strip())
+    """Number of elements in a tree that svgtree printed: one line each, beginning with the name."""
+    return len(ELEMENT_LINE.findall(text))
 
 
 def summary(results, seconds):

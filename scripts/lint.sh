@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# All static checks, cheapest first; called by ./dev lint after a release build, in the root.
+# All static checks, cheapest first; called in the root by ./dev lint.
 set -euo pipefail
 
 mapfile -t sources < <(find core css svg tools tests bench fuzz \
