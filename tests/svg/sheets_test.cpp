@@ -80,7 +80,8 @@ void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *v
                       svg_source source, const char *selector) {
   auto *self = static_cast<Drawing *>(user);
   if (value->row == SVG_PROP_fill) {
-    static constexpr const char *sources[] = {"attribute", "sheet", "style", "default"};
+    static constexpr const char *sources[] = {"attribute", "sheet", "style", "default",
+                                              "important"};
     self->observed += value_text(self->parser, value) + " " + sources[source] +
                       (selector != nullptr ? " " + std::string(selector) : "") + "\n";
   }
