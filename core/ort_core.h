@@ -85,6 +85,10 @@ void *ort_realloc(ort_core *core, void *block, size_t size,
                   const char *tag);         // null block: ort_malloc
 void ort_free(ort_core *core, void *block); // null is allowed
 
+// As ort_malloc, but null when memory is short: for allocation hooks of C libraries, which no raise
+// may cross.
+void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
+
 template <class T> T *ort_new_array(ort_core *core, size_t count, const char *tag) { // zeroed
   static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
   return static_cast<T *>(ort_calloc(core, count, sizeof(T), tag));

@@ -6,6 +6,36 @@
 
 #include "core/ort_core.h"
 
+// ---- Small blocks (chunks.cpp) ------------------------------------------------------------------
+
+constexpr uint32_t ORT_MAX_TAGS = 1U << 13;
+constexpr size_t ORT_SMALL_GRAINS = 64; // of 8 bytes: the largest block that goes into a chunk
+
+// What is known of a block.
+struct ort_label {
+  size_t size;  // as requested
+  uint32_t tag; // number below ORT_MAX_TAGS
+};
+
+struct ort_chunk;
+
+struct ort_chunks {
+  ort_chunk *room[ORT_SMALL_GRAINS + 1]; // by size in grains: chunks with free blocks
+  ort_chunk **table;                     // all chunks, by address
+  size_t count, capacity;
+};
+
+// A block for a size from 1 to 8 * ORT_SMALL_GRAINS, aligned to 8 bytes; null: memory is short.
+void *ort_chunks_take(ort_chunks *chunks, ort_label label);
+
+// The label of a block. False, and label is unchanged, when the block is not from a chunk.
+bool ort_chunks_find(const ort_chunks *chunks, const void *block, ort_label *label);
+
+// The same, and takes the block back.
+bool ort_chunks_give(ort_chunks *chunks, void *block, ort_label *label);
+
+void ort_chunks_delete(ort_chunks *chunks);
+
 // ---- Memory (memory.cpp) ------------------------------------------------------------------------
 
 struct ort_temporary; // links in front of a temporary block
@@ -27,11 +57,8 @@ struct ort_memory {
   uint32_t slot_count, slot_capacity;
 
   ort_temporary *temporaries; // the newest first
+  ort_chunks chunks;
 };
-
-// As ort_malloc, but null when memory is short: for allocation hooks of C libraries, which no raise
-// may cross.
-void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
 
 // Memory for the core's own tables, which no host has to free: resizes block from old_size to size
 // bytes; null: memory is short. It counts for the budget and for fail_at, not as a live block. Size

@@ -62,10 +62,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
 }
 
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
-  const char *name = ort_get_keyword(encoding, svg_xp_encodings);
-  p->xml = p->no_namespaces ? XML_ParserCreate(name) : XML_ParserCreateNS(name, '*');
-  if (p->xml == nullptr)
-    ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS", nullptr, nullptr, nullptr);
+  svg_expat_create(p, ort_get_keyword(encoding, svg_xp_encodings));
   XML_SetUserData(p->xml, p);
   XML_SetUnknownEncodingHandler(p->xml, svg_cb_encoding_handler, p);
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(p->xml, p->limits.entity_factor);
@@ -96,8 +93,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
                             ? "\n------------------------- CSS rules --------------------------\n"
                             : "\n------------------------- SVG file ---------------------------\n");
     banner_due = false;
-    const XML_Status status = XML_Parse(p->xml, block, length, last);
-    if (p->callback_failed) ort_rethrow(p->core);
+    const XML_Status status = svg_expat_parse(p, block, length, last);
     if (status == XML_STATUS_OK) continue;
     const XML_Error code = XML_GetErrorCode(p->xml);
     ort_set_errmsg(

@@ -15,6 +15,11 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
 // Line of the input that Expat is at.
 long svg_xml_line(const svg_parser *p);
 
+// svg_expat.cpp: Expat under the core's memory. Both raise for lack of memory, and again what a
+// callback raised.
+void svg_expat_create(svg_parser *p, const char *encoding);
+XML_Status svg_expat_parse(svg_parser *p, const char *bytes, int length, bool last);
+
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays
 // pending, the pass is stopped, and callbacks that still arrive do nothing; svg_parse_xml raises
 // the error again.
