@@ -193,15 +193,11 @@ int32_t svg_get_urange(ort_core *, const char *text, uint32_t *first, uint32_t *
   return 1;
 }
 
-// One more than the commas. The first token has been read with keywords, which makes no difference
-// here.
+// One more than the commas.
 static int32_t count_families(svg_parser *p) {
-  const int32_t key_count = p->key_count;
   int32_t count = 1;
-  p->key_count = 0;
   for (int token = svg_ntok_nonum(p); token != SVG_TOK_END; token = svg_ntok_nonum(p))
     if (token == SVG_TOK_COMMA) count++;
-  p->key_count = key_count;
   return count;
 }
 

@@ -170,7 +170,6 @@ static void get_link(svg_parser *p, svg_iri *iri, const char *id, size_t length)
 // base64.
 static void get_data(svg_parser *p, svg_iri *iri, const char *text, const char *end) {
   const auto length = static_cast<size_t>(end - text);
-  if (length == 0) incomplete(p, 1);
   iri->kind = SVG_IRI_DATA;
   iri->mime = get_mime(text, end);
   iri->ref.text = nullptr;

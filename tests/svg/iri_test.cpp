@@ -1,0 +1,194 @@
+// IRIs: links, other names, embedded data as virtual files, color profiles.
+#include <gtest/gtest.h>
+
+#include "tests/support/reader.h"
+
+constexpr const char *OPEN =
+    "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>";
+
+// The value of an attribute of an element that comes behind the targets g1, "g1'" and "a b"; or the
+// message.
+static std::string read(const std::string &attribute, const std::string &text) {
+  const Document document(std::string(OPEN) +
+                          "<g id='g1'/><g id=\"g1'\"/><g id='a b'/><use id='u' " + attribute +
+                          "=\"" + text + "\"/></svg>");
+  return document.messages() +
+         (document.svg ? document.values(document.find("u"), attribute.c_str()) : "");
+}
+
+TEST(Iri, BareAndFunctionalForms) {
+  const struct {
+    const char *attribute, *text, *expected;
+  } cases[] = {
+      {"xlink:href", "#g1", "#g1"},
+      {"xlink:href", "#a b", "#a b"},
+      {"xlink:href", "# g1", "#?"},
+      {"xlink:href", "#", "#?"},
+      {"xlink:href", " #g1", "' #g1'"},
+      {"xlink:href", "url(#g1)", "'url(#g1)'"},
+      {"xlink:href", "dat:,", "'dat:,'"},
+      {"xlink:href", "DATA:image/png,QUJD", "'DATA:image/png,QUJD'"},
+      {"clip-path", "url(#g1)", "#g1"},
+      {"clip-path", "url (&quot;#g1&quot;)", "#g1"},
+      {"clip-path", "URL('#g1') ignored", "#g1"},
+      {"clip-path", "url(#g1')", "#g1'"},
+      {"clip-path", "url(a,b 'c)", "'a,b 'c'"},
+      {"clip-path", "url( #g1)", "' #g1'"},
+      {"clip-path", "url()", "''"},
+      {"clip-path", "none", "none"},
+      {"clip-path", "inherit", "none"},
+      {"mask", "none", "''"},
+      {"marker-mid", "inherit", "''"},
+      {"color-profile", "myprofile", "none 'myprofile'"},
+      {"color-profile", "sRGB", "sRGB"},
+      {"color-profile", "url(#g1)", "none 'url'"},
+  };
+  for (const auto &[attribute, text, expected] : cases)
+    EXPECT_EQ(read(attribute, text), expected) << text;
+}
+
+TEST(Iri, BadForms) {
+  const struct {
+    const char *text, *message;
+  } cases[] = {
+      {"#g1", "unexpected token '#g1'"},        {"url", "incomplete value"},
+      {"url #g1", "unexpected token '#g1'"},    {"url(#g1", "incomplete value"},
+      {"url('#g1)", "incomplete value"},        {"url('#g1'", "incomplete value"},
+      {"url('#g1' )", "unexpected token ' )'"}, {"url(", "incomplete value"},
+      {"url(')", "incomplete value"},
+  };
+  for (const auto &[text, message] : cases)
+    EXPECT_EQ(value_of("g", "mask", text), std::string("property 'mask': ") + message) << text;
+  EXPECT_EQ(value_of("g", "color-profile", "(x"), "property 'color-profile': unexpected token '('");
+}
+
+TEST(Iri, EmbeddedData) {
+  const struct {
+    const char *text;
+    int mime;
+    const char *type, *bytes;
+  } cases[] = {
+      {"data:image/png;base64,QUJD", SVG_MIME_PNG, "PNG", "ABC"},
+      {"data:image/gif;x,QUJD", SVG_MIME_GIF, "GIF", "ABC"},
+      {"data:image/jpeg;base64, Q U&#10;J", SVG_MIME_JPEG, "JPEG", "AB"},
+      {"data:image/svg+xml;charset=x;base64,QUI=QUI=", SVG_MIME_SVG, "SVG+XML", "AB"},
+      {"data:image/tiff;base64,=", SVG_MIME_TIFF, "TIFF", ""},
+      {"data:text/css;base64,QUJD", SVG_MIME_CSS, "CSS", "ABC"},
+      {"data:image/png,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
+      {"data:image/pngx;base64,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
+      {"data:Image/png;base64,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
+      {"data:,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
+  };
+  for (const auto &[text, mime, type, bytes] : cases) {
+    const Document document(std::string(OPEN) + "<image id='i' xlink:href='" + text + "'/></svg>");
+    ASSERT_EQ(ort_pvf_count(document.core), 1U) << text;
+    const std::string name = ort_pvf_name(document.core, 0);
+    EXPECT_EQ(name.find_first_not_of("0123456789abcdef"), 32U) << name;
+    EXPECT_EQ(name.substr(32), " (" + std::string(type) + " file embedded in SVG)");
+    EXPECT_EQ(document.values(document.find("i"), "xlink:href"),
+              "data " + std::to_string(mime) + " '" + name + "'");
+    size_t size = 0;
+    const auto *data =
+        reinterpret_cast<const char *>(ort_pvf_data(document.core, name.c_str(), &size));
+    EXPECT_EQ(std::string(data, size), bytes) << text;
+  }
+  EXPECT_EQ(read("xlink:href", "data:image/png;base64,"), "data 2 ''");
+}
+
+// The file goes with the last record that names it, and not with a value that is dropped.
+TEST(Iri, RecordsShareTheFileOfEqualData) {
+  const std::string text =
+      std::string(OPEN) +
+      "<image xlink:href='data:image/png;base64,QUJD'/>"
+      "<g fill='url(data:image/png;base64,QUJD)' stroke='url(data:image/png;base64,QUJD) none'/>"
+      "<g stroke='url(data:image/png;base64,QQ==) none'/><g "
+      "mask='url(data:image/png;base64,QUJE)'/></svg>";
+  Document document(text);
+  EXPECT_EQ(document.core.messages.size(), 2U);
+  ASSERT_EQ(ort_pvf_count(document.core), 2U);
+  EXPECT_STRNE(ort_pvf_name(document.core, 0), ort_pvf_name(document.core, 1));
+  const Document other(text); // another parser, other names
+  EXPECT_STRNE(ort_pvf_name(document.core, 0), ort_pvf_name(other.core, 0));
+
+  svg_parser_delete(document.parser);
+  document.parser = nullptr;
+  EXPECT_EQ(ort_pvf_count(document.core), 0U);
+}
+
+TEST(Iri, DataWithoutDataEndTheParse) {
+  const struct {
+    const char *text, *message;
+    int code;
+  } cases[] = {
+      {"xlink:href='data:'", "attribute 'xlink:href': incomplete value,", 10000},
+      {"xlink:href='data:image/png;base64'", "attribute 'xlink:href': incomplete value,", 10000},
+      {"fill='url(data:),x'", "property 'fill': incomplete value,", 10001},
+      {"mask='url(data:image/png),x'", "property 'mask': incomplete value,", 10001},
+      {"style='fill:url(data:)'", "attribute 'style', property 'fill': incomplete value,", 10002},
+  };
+  for (const auto &[text, message, code] : cases) {
+    const Document document(std::string(OPEN) + "<use " + text + "/><g id='later'/></svg>");
+    EXPECT_EQ(document.code, code);
+    EXPECT_EQ(document.messages(),
+              std::string(message) + " in file 'test.svg', line 1, element 'use'\n");
+  }
+  const Document document(
+      std::string(OPEN) +
+      "<style>use { fill: url(data:); stroke: red }</style><use id='u'/></svg>");
+  EXPECT_EQ(document.code, 0);
+  EXPECT_EQ(document.values(document.find("u"), "fill") +
+                document.values(document.find("u"), "stroke"),
+            "-#ff0000");
+}
+
+TEST(Iri, DroppedValueTakesItsLinkAlong) {
+  const Document document(std::string(OPEN) +
+                          "<style>use { fill: url(#g) none }</style><use stroke='url(#g) none'/>"
+                          "<use id='u' mask='url(#g)'/><mask id='g'/></svg>");
+  EXPECT_EQ(document.values(document.find("u"), "mask"), "#g");
+  EXPECT_EQ(svg_get_unresolved_count(document.parser), 1U); // one slot, free again
+  EXPECT_EQ(svg_get_unresolved(document.parser, 0, nullptr, nullptr), nullptr);
+}
+
+TEST(Iri, EqualIrisReferToTheSame) {
+  AccountingCore core;
+  svg_e_node node = {};
+  char text[] = "a", copy[] = "a";
+  const svg_iri link = {SVG_IRI_LINK, SVG_MIME_NOT_DATA, -1, {.target = &node}};
+  const svg_iri other_link = {SVG_IRI_LINK, SVG_MIME_NOT_DATA, 0xff, {.target = &node}};
+  const svg_iri name = {SVG_IRI_NAME, SVG_MIME_NOT_DATA, -1, {.text = text}};
+  const svg_iri other_name = {SVG_IRI_NAME, SVG_MIME_NOT_DATA, -1, {.text = copy}};
+  const svg_iri data = {SVG_IRI_DATA, SVG_MIME_PNG, -1, {.text = text}};
+  const svg_iri none = {};
+  EXPECT_EQ(svg_equal_iri(core, &link, &other_link), 1);
+  EXPECT_EQ(svg_equal_iri(core, &name, &other_name), 0);
+  EXPECT_EQ(svg_equal_iri(core, &name, &data), 0);
+  EXPECT_EQ(svg_equal_iri(core, &data, &data), 1);
+  EXPECT_EQ(core.protect([&] { svg_equal_iri(core, &none, &none); }), ORT_E_INTERNAL);
+}
+
+TEST(Iri, Log) {
+  const Document document(std::string(OPEN) +
+                              "<g id='a' fill='url(#a)' mask='url(#b)' clip-path='url(c)'/>"
+                              "<image xlink:href='data:image/png;base64,QQ'/></svg>",
+                          AccountingCore::with_log(5));
+  const std::string name = ort_pvf_name(document.core, 0);
+  for (const std::string &line :
+       {std::string("\t\t\t[link reference \"#a\" found]\n"),
+        std::string("\t\t\t[link reference \"#b\" not found]\n"),
+        std::string("\t\t\t[iri name: \"c\"]\n"),
+        "\t\t\t[iri data: \"" + name + "\"]\n\t\t\t[create virtual file]\n"})
+    EXPECT_NE(document.core.log.find(line), std::string::npos) << line;
+}
+
+TEST(Iri, LackOfMemoryLeavesNothingBehind) {
+  allocation_sweep([](AccountingCore &core) {
+    const bool done = read_once(
+        core, std::string(OPEN) + "<g id='a' fill='url(#a)' mask='url(#b)' color-profile='c'/>"
+                                  "<image xlink:href='data:image/png;base64,QQ'/><image "
+                                  "xlink:href='data:image/png;base64,QQ'/>"
+                                  "<image xlink:href='x.png'/></svg>");
+    EXPECT_EQ(ort_pvf_count(core), 0U);
+    return done;
+  });
+}
