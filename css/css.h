@@ -89,14 +89,13 @@ int16_t css_get_class_nid(const css_parser *css, const char *name);
 int16_t css_get_id_nid(const css_parser *css, const char *name);
 
 // Tells the facts about the element for which css_get_rules is called next: the numbers of its id
-// (-1: none) and of its classes, and its attributes as far as they have numbers (of several with
+// (-1: none) and of its classes, then its attributes as far as they have numbers (of several with
 // one number the first one counts). class_nids is read at once, an attribute's value must last
 // until css_get_rules returns. A reader that leaves this out is asked through check_id, check_class
 // and get_attr_value for every name in every selector, at each element.
 void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
                      int32_t class_num);
-void css_add_subject_attr(css_parser *css, int16_t attr_nid,
-                          const char *value); // after css_set_subject
+void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
 
 // The rules that match an element, by decreasing precedence: important declarations first, then by
 // specificity, then by order, the last first. Null or empty when none matches. The vector of

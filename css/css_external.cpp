@@ -1,0 +1,274 @@
+// css_external.cpp: reads the sheets that documents name, under the policy of the host's
+// css_context, and turns them into UTF-8. Called by readers (xml-stylesheet) and by the sheet
+// parser (@import).
+//
+// Nothing is opened but what the context allows; a refusal is a warning. Raises ORT_E_NO_MEMORY and
+// what a host's read function raises; file and converter are closed then.
+#include <errno.h>
+#include <fcntl.h>
+#include <iconv.h>
+#include <limits.h>
+#include <stdlib.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <string_view>
+
+#include "css/css_engine.h"
+
+struct css_sheet_text {
+  ort_core *core;
+  ort_bs *bytes;
+  bool too_long;
+  bool no_memory;
+};
+
+namespace {
+struct reading {
+  ort_core *core;
+  const char *href;
+  const css_context *context;
+  css_sheet_text sheet;
+  int file; // -1: none
+  ort_bs *text;
+  iconv_t converter; // NO_CONVERTER: none
+  char *result;
+};
+
+const iconv_t NO_CONVERTER = reinterpret_cast<iconv_t>(-1);
+constexpr const char TOO_LONG[] = "it is too long";
+constexpr const char REPLACEMENT[] = "\xEF\xBF\xBD"; // U+FFFD
+
+constexpr ort_errtab_entry ERRORS[] = {
+    {2, CSS_E_REFUSED, "Style sheet '$1' refused: $2", nullptr},
+    {2, CSS_E_UNREADABLE, "Style sheet '$1' cannot be read: $2", nullptr},
+    {1, CSS_E_CYCLE, "Style sheet '$1' imports itself", nullptr},
+    {2, CSS_E_ENCODING, "Style sheet '$1': unknown encoding '$2'", nullptr},
+    {2, CSS_E_NAMES, "Selectors use more than $1 different $2 names", nullptr},
+};
+
+bool read_bytes(reading *r);
+bool read_from_host(reading *r);
+bool read_from_folder(reading *r);
+bool get_local_name(const char *href, char *name, size_t size);
+bool open_beneath(reading *r, const char *folder, const char *name);
+bool fail(reading *r, int code, const char *reason);
+const char *describe(int error);
+void decode(reading *r);
+size_t find_encoding(std::string_view bytes, char *name, size_t size);
+void convert(reading *r, char *bytes, size_t length, size_t unit);
+void append_without_nul(ort_bs *text, std::string_view bytes);
+} // namespace
+
+void css_register_errtab(ort_core *core) {
+  ort_register_errtab(core, 9, ERRORS, static_cast<int>(std::size(ERRORS)));
+}
+
+char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,
+                                   int log_level) {
+  css_register_errtab(core);
+  if (log_level >= 3) ort_logg(core, "\tFetching external style sheet \"%a\"...\n", href);
+  reading r = {core, href,    context,      {core, nullptr, false, false},
+               -1,   nullptr, NO_CONVERTER, nullptr};
+  bool done = ort_protected(core, [&r] {
+    r.sheet.bytes = ort_bs_new(r.core);
+    r.text = ort_bs_new(r.core);
+    if (!read_bytes(&r)) return;
+    decode(&r);
+    r.result = ort_strndup(r.core, ort_bs_text(r.text), ort_bs_length(r.text),
+                           "css_read_external_stylesheet");
+  });
+  if (r.file >= 0) close(r.file);
+  if (r.converter != NO_CONVERTER) iconv_close(r.converter);
+  ort_bs_delete(r.sheet.bytes);
+  ort_bs_delete(r.text);
+  if (!done) ort_rethrow(core);
+  return r.result;
+}
+
+int css_context_append(css_sheet_text *text, const void *bytes, size_t length) {
+  if (text->no_memory || text->too_long) return 0;
+  text->too_long = length > ORT_LIMIT_STYLE_SHEET - ort_bs_length(text->bytes);
+  if (text->too_long) return 0;
+  text->no_memory = !ort_protected(text->core, [&] { ort_bs_append(text->bytes, bytes, length); });
+  return !text->no_memory;
+}
+
+namespace {
+bool read_bytes(reading *r) {
+  if (!r->context || (!r->context->read && !r->context->base_folder))
+    return fail(r, CSS_E_REFUSED, "external style sheets are not allowed");
+  return r->context->read ? read_from_host(r) : read_from_folder(r);
+}
+
+bool read_from_host(reading *r) {
+  bool allowed = r->context->read(r->context->user, r->href, &r->sheet) != 0;
+  if (r->sheet.no_memory) ort_error(r->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
+  if (r->sheet.too_long) return fail(r, CSS_E_REFUSED, TOO_LONG);
+  return allowed || fail(r, CSS_E_REFUSED, "not allowed by the host");
+}
+
+bool read_from_folder(reading *r) {
+  char name[PATH_MAX];
+  if (!get_local_name(r->href, name, sizeof name))
+    return fail(r, CSS_E_REFUSED,
+                "not the relative name of a file below the folder of style sheets");
+  if (!open_beneath(r, r->context->base_folder, name)) return false;
+  for (;;) {
+    char buffer[16384];
+    ssize_t length = read(r->file, buffer, sizeof buffer);
+    if (length == 0) return true;
+    if (length < 0 && errno == EINTR) continue;
+    if (length < 0) return fail(r, CSS_E_UNREADABLE, describe(errno));
+    if (static_cast<size_t>(length) > ORT_LIMIT_STYLE_SHEET - ort_bs_length(r->sheet.bytes))
+      return fail(r, CSS_E_REFUSED, TOO_LONG);
+    ort_bs_append(r->sheet.bytes, buffer, static_cast<size_t>(length));
+  }
+}
+
+// The file name that a relative reference stands for (RFC 3986, 4.2), without query and fragment.
+// Returns false for everything else, and for names that could mean something above or outside of a
+// folder.
+bool get_local_name(const char *href, char *name, size_t size) {
+  std::string_view path = href;
+  path = path.substr(0, path.find_first_of("?#"));
+  size_t colon = path.find(':');
+  if (path.empty() || path[0] == '/' || colon < path.find('/')) return false;
+
+  size_t length = 0;
+  for (size_t i = 0; i < path.size(); ++i) {
+    if (length + 1 >= size) return false;
+    auto is_hex = [&path](size_t k) {
+      return k < path.size() &&
+             (ort_isdigit(path[k]) || (ort_isalpha(path[k]) && (path[k] | 32) <= 'f'));
+    };
+    name[length] = path[i];
+    if (path[i] == '%' && is_hex(i + 1) && is_hex(i + 2)) {
+      name[length] = static_cast<char>(ort_hex2bin_a(&path[i + 1], 1));
+      i += 2;
+    }
+    if (name[length] == '\0' || name[length] == '\\') return false;
+    ++length;
+  }
+  name[length] = '\0';
+
+  if (name[0] == '/') return false;
+  for (const char *at = name;; ++at) {
+    size_t segment = strcspn(at, "/");
+    if (segment == 2 && at[0] == '.' && at[1] == '.') return false;
+    at += segment;
+    if (!*at) return true;
+  }
+}
+
+// Opens the file for r. Links are followed only within the folder: what is opened is the resolved
+// name, and it must still be that file afterwards.
+bool open_beneath(reading *r, const char *folder, const char *name) {
+  char base[PATH_MAX], path[2 * PATH_MAX], real[PATH_MAX], again[PATH_MAX];
+  if (!realpath(folder, base)) return fail(r, CSS_E_UNREADABLE, describe(errno));
+  size_t length = strcmp(base, "/") == 0 ? 0 : strlen(base);
+  memcpy(path, base, length);
+  path[length] = '/';
+  memcpy(path + length + 1, name, strlen(name) + 1);
+  if (!realpath(path, real)) return fail(r, CSS_E_UNREADABLE, describe(errno));
+  if (strncmp(real, base, length) != 0 || real[length] != '/')
+    return fail(r, CSS_E_REFUSED, "it leads out of the folder of style sheets");
+
+  struct stat opened, named;
+  if (stat(real, &named) == 0 && !S_ISREG(named.st_mode))
+    return fail(r, CSS_E_REFUSED, "not a file");
+  r->file = open(real, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  if (r->file < 0) return fail(r, CSS_E_UNREADABLE, describe(errno));
+  bool same = fstat(r->file, &opened) == 0 && realpath(real, again) && strcmp(real, again) == 0 &&
+              stat(real, &named) == 0 && named.st_dev == opened.st_dev &&
+              named.st_ino == opened.st_ino;
+  return (same && S_ISREG(opened.st_mode)) ||
+         fail(r, CSS_E_REFUSED, "it changed while it was opened");
+}
+
+bool fail(reading *r, int code, const char *reason) {
+  ort_warning(r->core, code, r->href, reason, nullptr, nullptr);
+  return false;
+}
+
+const char *describe(int error) {
+  switch (error) {
+  case ENOENT:
+  case ENOTDIR: return "no such file";
+  case EACCES: return "permission denied";
+  case ENAMETOOLONG: return "the name is too long";
+  case ELOOP: return "too many links";
+  default: return "error reading it";
+  }
+}
+
+// CSS 2.1, 4.4: a byte-order mark, then "@charset", then UTF-8.
+void decode(reading *r) {
+  char *bytes = const_cast<char *>(ort_bs_text(r->sheet.bytes));
+  size_t length = ort_bs_length(r->sheet.bytes);
+  char encoding[40];
+  size_t mark = find_encoding({bytes, length}, encoding, sizeof encoding);
+  r->converter = iconv_open("UTF-8", encoding);
+  if (r->converter == NO_CONVERTER) {
+    ort_warning(r->core, CSS_E_ENCODING, r->href, encoding, nullptr, nullptr);
+    r->converter = iconv_open("UTF-8", "UTF-8");
+  }
+  if (r->converter == NO_CONVERTER)
+    ort_error(r->core, ORT_E_CALL_FAILED, "iconv_open", nullptr, nullptr, nullptr);
+  convert(r, bytes + mark, length - mark, mark == 2 ? 2 : 1);
+}
+
+// Stores the encoding's name; returns the length of the byte-order mark.
+size_t find_encoding(std::string_view bytes, char *name, size_t size) {
+  constexpr std::string_view utf8_mark = "\xEF\xBB\xBF", be_mark = "\xFE\xFF", le_mark = "\xFF\xFE",
+                             charset = "@charset \"";
+  std::string_view found = "UTF-8";
+  size_t mark = 0;
+  if (bytes.starts_with(utf8_mark)) {
+    mark = utf8_mark.size();
+  } else if (bytes.starts_with(be_mark) || bytes.starts_with(le_mark)) {
+    mark = be_mark.size();
+    found = bytes.starts_with(be_mark) ? "UTF-16BE" : "UTF-16LE";
+  } else if (bytes.starts_with(charset)) {
+    std::string_view label = bytes.substr(charset.size(), size);
+    size_t end = label.find("\";");
+    bool plain = end < size && end > 0;
+    for (size_t i = 0; plain && i < end; ++i)
+      plain = ort_isalpha(label[i]) || ort_isdigit(label[i]) || strchr("-_.:", label[i]);
+    // What could be read so far is not in two-byte characters, whatever it says.
+    if (plain && ort_strincmp_a(label.data(), "utf-16", 6) != 0) found = label.substr(0, end);
+  }
+  memcpy(name, found.data(), found.size());
+  name[found.size()] = '\0';
+  return mark;
+}
+
+// Appends the bytes to r->text in UTF-8. unit is the number of bytes that a malformed character
+// costs.
+void convert(reading *r, char *bytes, size_t length, size_t unit) {
+  bool flushed = false;
+  while (!flushed) {
+    char buffer[4096], *to = buffer;
+    size_t room = sizeof buffer;
+    flushed = length == 0;
+    size_t result = iconv(r->converter, flushed ? nullptr : &bytes, &length, &to, &room);
+    int error = errno;
+    append_without_nul(r->text, {buffer, sizeof buffer - room});
+    if (result != SIZE_MAX || error == E2BIG || flushed) continue;
+    ort_bs_append_text(r->text, REPLACEMENT);
+    size_t skipped = error == EINVAL || length < unit ? length : unit; // EINVAL: cut at the end
+    bytes += skipped;
+    length -= skipped;
+  }
+}
+
+void append_without_nul(ort_bs *text, std::string_view bytes) {
+  for (;;) {
+    size_t nul = bytes.find('\0');
+    ort_bs_append(text, bytes.data(), nul < bytes.size() ? nul : bytes.size());
+    if (nul >= bytes.size()) return;
+    ort_bs_append_text(text, REPLACEMENT);
+    bytes.remove_prefix(nul + 1);
+  }
+}
+} // namespace

@@ -1,0 +1,262 @@
+// css_match.cpp: finds the rules that match an element. Called by readers, once per element in
+// document order.
+//
+// Nothing is searched: as elements open and close, each selector that others continue keeps note of
+// the open elements and of the earlier siblings that it matches, so that a combinator is one
+// comparison. Frames, one per open element, list the notes to be taken back. The cost of an element
+// is that of the selectors in the buckets of its facts. Raises ORT_E_NO_MEMORY; what was noted then
+// can still be taken back.
+#include <initializer_list>
+
+#include "css/css_engine.h"
+
+namespace {
+struct subject {
+  css_parser *css;
+  void *node;
+  int16_t elem_nid;
+  bool has_parent;
+};
+
+void gather_facts(css_parser *css, void *node);
+void add_fact(css_parser *css, css_word *word, const char *value);
+css_word *get_word(const css_parser *css, css_table table, int32_t nid);
+void close_frames(css_parser *css, void *parent);
+void close_frame(css_parser *css, bool before_sibling);
+void open_frame(css_parser *css, void *node);
+void note(css_selector *selector, css_place place, size_t depth);
+void match_bucket(const subject &element, css_selector *selector);
+bool match(const subject &element, const css_selector &selector);
+bool match_left(const css_parser *css, const css_selector &selector);
+bool match_test(const subject &element, const css_test &test);
+bool match_value(const css_test &test);
+bool has_item(const char *list, const char *item, size_t length);
+void add_rules(css_parser *css);
+} // namespace
+
+void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
+                     int32_t class_num) {
+  ort_vtr_resize(css->subject, 0);
+  ++css->serial;
+  css->subject_node = node;
+  if (css_word *word = get_word(css, CSS_IDS, id_nid)) add_fact(css, word, nullptr);
+  for (int32_t i = 0; i < class_num; ++i) {
+    if (css_word *word = get_word(css, CSS_CLASSES, class_nids[i])) add_fact(css, word, nullptr);
+  }
+}
+
+void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value) {
+  if (css_word *word = get_word(css, CSS_ATTRS, attr_nid)) add_fact(css, word, value);
+}
+
+ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid) {
+  void *parent = css->callbacks.get_parent(css->user, node, CSS_NO_NID);
+  if (css->subject_node != node) gather_facts(css, node);
+  css->subject_node = nullptr;
+  close_frames(css, parent);
+
+  ort_vtr_resize(css->matched, 0);
+  subject element = {css, node, elem_nid, parent != nullptr};
+  match_bucket(element, css->universal);
+  if (elem_nid >= 0 && elem_nid <= css->max_elem_nid)
+    match_bucket(element, css->elem_buckets[elem_nid]);
+  for (size_t i = 0; i < ort_vtr_count(css->subject); ++i) {
+    const css_word *word = ort_item<css_word *>(css->subject, i);
+    match_bucket(element, word->bucket);
+    if (!word->value) continue;
+    css_name *pair = css_find(css, CSS_PAIRS, css_pair_key(word, word->value, word->value_length));
+    if (pair) match_bucket(element, static_cast<css_word *>(pair)->bucket);
+  }
+  open_frame(css, node);
+  add_rules(css);
+  return css->result;
+}
+
+void css_enter_bucket(css_selector *selector) {
+  selector->link = selector->bucket;
+  selector->next = *selector->bucket;
+  if (selector->next) selector->next->link = &selector->next;
+  *selector->bucket = selector;
+}
+
+void css_end_document(css_parser *css) { close_frames(css, nullptr); }
+
+namespace {
+void gather_facts(css_parser *css, void *node) {
+  css_set_subject(css, node, CSS_NO_NID, nullptr, 0);
+  const css_callbacks &ask = css->callbacks;
+  for (css_table table : {CSS_IDS, CSS_CLASSES, CSS_ATTRS}) {
+    for (int32_t i = 0; i < static_cast<int32_t>(ort_vtr_count(css->words[table])); ++i) {
+      int16_t nid = static_cast<int16_t>(i);
+      const char *value = table == CSS_ATTRS ? ask.get_attr_value(css->user, node, nid) : nullptr;
+      bool has = table == CSS_ATTRS     ? value != nullptr
+                 : table == CSS_CLASSES ? ask.check_class(css->user, node, nid)
+                                        : ask.check_id(css->user, node, nid);
+      if (has) add_fact(css, get_word(css, table, nid), value);
+    }
+  }
+}
+
+void add_fact(css_parser *css, css_word *word, const char *value) {
+  if (word->mark == css->serial) return;
+  ort_push(css->subject, word);
+  word->mark = css->serial;
+  word->value = value;
+  word->value_length = value ? strlen(value) : 0;
+}
+
+css_word *get_word(const css_parser *css, css_table table, int32_t nid) {
+  const ort_vtr *words = css->words[table];
+  return nid >= 0 && static_cast<size_t>(nid) < ort_vtr_count(words)
+             ? ort_item<css_word *>(words, static_cast<size_t>(nid))
+             : nullptr;
+}
+
+// Closes the elements that ended before the element with this parent. The last one closed on its
+// level is its preceding sibling.
+void close_frames(css_parser *css, void *parent) {
+  for (size_t depth = ort_vtr_count(css->frames); depth > 0; --depth) {
+    if (parent && ort_item<css_frame>(css->frames, depth - 1).node == parent) return;
+    close_frame(css,
+                parent && depth > 1 && ort_item<css_frame>(css->frames, depth - 2).node == parent);
+  }
+}
+
+void close_frame(css_parser *css, bool before_sibling) {
+  size_t first = ort_top<css_frame>(css->frames).first, kept = first;
+  size_t count = ort_vtr_count(css->traces);
+  ort_vtr_pop(css->frames);
+  size_t depth = ort_vtr_count(css->frames);
+  for (size_t i = first; i < count; ++i) {
+    const auto &trace = ort_item<css_trace>(css->traces, i);
+    note(trace.selector, trace.place, trace.previous);
+  }
+  // What the closed element matched is now what an earlier child of its parent matched.
+  for (size_t i = first; before_sibling && i < count; ++i) {
+    const auto [selector, previous, place] = ort_item<css_trace>(css->traces, i);
+    if (place != CSS_OPEN_ELEMENT) continue;
+    selector->adjacent = css->serial;
+    size_t earlier = selector->noted[CSS_EARLIER_SIBLING];
+    if (!selector->preceding || earlier == depth) continue;
+    ort_item<css_trace>(css->traces, kept++) = {selector, earlier, CSS_EARLIER_SIBLING};
+    note(selector, CSS_EARLIER_SIBLING, depth);
+  }
+  ort_vtr_resize(css->traces, kept);
+}
+
+// Notes what the new element matches, for its descendants and later siblings.
+void open_frame(css_parser *css, void *node) {
+  ort_push(css->frames, css_frame{node, ort_vtr_count(css->traces)});
+  size_t depth = ort_vtr_count(css->frames);
+  for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
+    auto *selector = ort_item<css_selector *>(css->matched, i);
+    size_t open = selector->noted[CSS_OPEN_ELEMENT];
+    if (!selector->framed && (!selector->extended || open > 0)) continue;
+    ort_push(css->traces, css_trace{selector, open, CSS_OPEN_ELEMENT});
+    note(selector, CSS_OPEN_ELEMENT, depth);
+  }
+}
+
+void note(css_selector *selector, css_place place, size_t depth) {
+  bool was = selector->noted[place] > 0, is = depth > 0;
+  selector->noted[place] = depth;
+  if (was == is) return;
+  for (css_selector *sleeper = selector->sleepers[place]; sleeper;
+       sleeper = sleeper->next_sleeper) {
+    if (is) {
+      css_enter_bucket(sleeper);
+    } else {
+      *sleeper->link = sleeper->next;
+      if (sleeper->next) sleeper->next->link = sleeper->link;
+    }
+  }
+}
+
+void match_bucket(const subject &element, css_selector *selector) {
+  for (; selector; selector = selector->next) {
+    if (match(element, *selector)) ort_push(element.css->matched, selector);
+  }
+}
+
+bool match(const subject &element, const css_selector &selector) {
+  if (selector.left && !match_left(element.css, selector)) return false;
+  for (int32_t i = 0; i < selector.test_count; ++i) {
+    if (match_test(element, selector.tests[i]) == selector.tests[i].negated) return false;
+  }
+  return true;
+}
+
+bool match_left(const css_parser *css, const css_selector &selector) {
+  const css_selector &left = *selector.left;
+  size_t open = left.noted[CSS_OPEN_ELEMENT], earlier = left.noted[CSS_EARLIER_SIBLING];
+  size_t parent = ort_vtr_count(css->frames);
+  switch (selector.combinator) {
+  case '>': return open > 0 && open == parent;
+  case '+': return left.adjacent == css->serial;
+  case '~': return earlier > 0 && earlier == parent;
+  default: return open > 0;
+  }
+}
+
+bool match_test(const subject &element, const css_test &test) {
+  const css_parser *css = element.css;
+  switch (test.kind) {
+  case CSS_TEST_ELEMENT: return test.elem_nid == element.elem_nid;
+  case CSS_TEST_FIRST_CHILD:
+    return element.has_parent && !css->callbacks.get_siblng(css->user, element.node, CSS_NO_NID);
+  case CSS_TEST_ROOT: return !element.has_parent;
+  case CSS_TEST_CLASS:
+  case CSS_TEST_ID: return test.word->mark == css->serial;
+  case CSS_TEST_ATTR:
+  case CSS_TEST_VALUE: return test.word->mark == css->serial && match_value(test);
+  default: return false;
+  }
+}
+
+bool match_value(const css_test &test) {
+  const char *value = test.word->value;
+  size_t length = test.word->value_length;
+  if (test.kind == CSS_TEST_VALUE)
+    return length == test.length && memcmp(value, test.value, length) == 0;
+  if (test.op == 0) return true;
+  if (test.op == '~') return has_item(value, test.value, test.length);
+  if (length < test.length) return false;
+  bool begins = memcmp(value, test.value, test.length) == 0;
+  if (test.op == '|') return begins && (length == test.length || value[test.length] == '-');
+  if (test.length == 0) return false; // Selectors 3, 6.3.2
+  switch (test.op) {
+  case '^': return begins;
+  case '$': return memcmp(value + length - test.length, test.value, test.length) == 0;
+  default: return strstr(value, test.value) != nullptr;
+  }
+}
+
+bool has_item(const char *list, const char *item, size_t length) {
+  for (;;) {
+    while (css_isspace(*list)) ++list;
+    if (!*list) return false;
+    size_t n = strcspn(list, " \t\n\r\f");
+    if (n == length && memcmp(list, item, n) == 0) return true;
+    list += n;
+  }
+}
+
+// Each block once, with the most specific of the selectors of its rule that match.
+void add_rules(css_parser *css) {
+  ort_vtr_resize(css->result, 0);
+  for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
+    css_rule_entry *rule = ort_item<css_selector *>(css->matched, i)->rules;
+    for (; rule; rule = rule->next) ort_push<css_rule *>(css->result, rule);
+  }
+  ort_vtr_sort_c(css->result, css_compare_rules);
+  size_t kept = 0;
+  for (size_t i = 0; i < ort_vtr_count(css->result); ++i) {
+    css_rule *rule = ort_item<css_rule *>(css->result, i);
+    auto *block = static_cast<css_block *>(rule->decls);
+    if (block->mark == css->serial) continue;
+    block->mark = css->serial;
+    ort_item<css_rule *>(css->result, kept++) = rule;
+  }
+  ort_vtr_resize(css->result, kept);
+}
+} // namespace

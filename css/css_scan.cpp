@@ -1,0 +1,191 @@
+// css_scan.cpp: the lexical layer of CSS 2.1, chapter 4 and appendix G: blanks, comments, names,
+// escapes, strings, URLs, and runs of text with balanced brackets. Called by the parsers of sheets
+// and selectors.
+//
+// Text ends with a NUL. Raises ORT_E_NO_MEMORY. Brackets nest on a stack of our own, never on the
+// machine's.
+#include "css/css_engine.h"
+
+namespace {
+bool is_newline(char c) { return c == '\n' || c == '\r' || c == '\f'; }
+bool is_name_byte(char c);
+bool is_escape(const char *at);
+const char *skip_comment(const char *at);
+const char *scan_escape(ort_bs *out, const char *at);
+const char *scan_escape_or_newline(ort_bs *out, const char *at);
+void append(ort_bs *out, const char *from, const char *to);
+void append_character(ort_bs *out, uint32_t code);
+char get_closer(char c);
+const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad);
+} // namespace
+
+const char *css_skip_space(const char *at, bool *blank) {
+  for (;; ++at) {
+    while (at[0] == '/' && at[1] == '*') at = skip_comment(at);
+    if (!css_isspace(*at)) return at;
+    if (blank) *blank = true;
+  }
+}
+
+bool css_at_name(const char *at) {
+  if (*at == '-') ++at;
+  return is_escape(at) || (is_name_byte(*at) && !ort_isdigit(*at) && *at != '-');
+}
+
+const char *css_scan_name(ort_bs *out, const char *at) {
+  for (;;) {
+    const char *from = at;
+    while (is_name_byte(*at)) ++at;
+    append(out, from, at);
+    if (!is_escape(at)) return at;
+    at = scan_escape(out, at);
+  }
+}
+
+const char *css_scan_string(ort_bs *out, const char *at, css_ending *ending) {
+  char quote = *at++;
+  for (;;) {
+    const char *from = at;
+    while (*at && *at != quote && *at != '\\' && !is_newline(*at)) ++at;
+    append(out, from, at);
+    if (*at == '\\' && at[1]) {
+      at = scan_escape_or_newline(out, at);
+      continue;
+    }
+    *ending = *at == quote ? CSS_CLOSED : *at ? CSS_BAD : CSS_OPEN;
+    if (*at == '\\') *ending = CSS_BAD; // at the very end
+    return *at == quote || *at == '\\' ? at + 1 : at;
+  }
+}
+
+bool css_at_url(const char *at) { return ort_strincmp_a(at, "url(", 4) == 0; }
+
+const char *css_scan_url(ort_bs *out, const char *at, css_ending *ending) {
+  while (css_isspace(*at)) ++at;
+  if (*at == '"' || *at == '\'') {
+    at = css_scan_string(out, at, ending);
+    if (*ending == CSS_OPEN) return at;
+  } else {
+    *ending = CSS_CLOSED;
+    for (;;) {
+      const char *from = at;
+      while (*at && !css_isspace(*at) && !strchr("\"'()\\", *at)) ++at;
+      append(out, from, at);
+      if (!is_escape(at)) break;
+      at = scan_escape(out, at);
+    }
+  }
+  while (css_isspace(*at)) ++at;
+  if (*at && *at != ')') *ending = CSS_BAD;
+  while (*at && *at != ')') at = is_escape(at) ? scan_escape(nullptr, at) : at + 1;
+  if (*at) return at + 1;
+  if (*ending == CSS_CLOSED) *ending = CSS_OPEN;
+  return at;
+}
+
+css_span css_scan_until(css_parser *css, const char *at, const char *stops, ort_bs *out) {
+  css_span span = {at, SIZE_MAX, false};
+  size_t solid = out ? ort_bs_length(out) : 0; // without blanks at the end
+  ort_bs_clear(css->nest);
+  while (*at && (ort_bs_length(css->nest) > 0 || !strchr(stops, *at))) {
+    const char *from = at;
+    bool blank = css_isspace(*at), comment = at[0] == '/' && at[1] == '*';
+    char unclosed = 0;
+    if (*at == '!' && ort_bs_length(css->nest) == 0 && out && span.mark == SIZE_MAX)
+      span.mark = ort_bs_length(out);
+    at = comment ? skip_comment(at) : blank ? at + 1 : skip_token(css, at, &unclosed, &span.bad);
+    if (!out) continue;
+    if (comment)
+      ort_bs_append_byte(out, ' ');
+    else
+      append(out, from, at);
+    if (unclosed) ort_bs_append_byte(out, unclosed);
+    if (!comment && !blank) solid = ort_bs_length(out);
+  }
+  span.end = at;
+  if (out) {
+    ort_bs_shorten(out, solid);
+    for (size_t i = ort_bs_length(css->nest); i > 0; --i)
+      ort_bs_append_byte(out, ort_bs_text(css->nest)[i - 1]);
+  }
+  return span;
+}
+
+namespace {
+bool is_name_byte(char c) {
+  return ort_isalpha(c) || ort_isdigit(c) || c == '-' || c == '_' ||
+         static_cast<unsigned char>(c) > 127;
+}
+
+bool is_escape(const char *at) { return at[0] == '\\' && at[1] && !is_newline(at[1]); }
+
+const char *skip_comment(const char *at) {
+  at += 2;
+  while (*at && !(at[0] == '*' && at[1] == '/')) ++at;
+  return *at ? at + 2 : at;
+}
+
+// Decodes the escape at the backslash.
+const char *scan_escape(ort_bs *out, const char *at) {
+  const char *from = ++at;
+  uint32_t code = 0;
+  for (; at - from < 6 && (ort_isdigit(*at) || (ort_isalpha(*at) && (*at | 32) <= 'f')); ++at)
+    code = code * 16 + static_cast<uint32_t>(ort_hex2bin_a(at, -1));
+  if (at == from) {
+    append(out, from, from + 1);
+    return from + 1;
+  }
+  if (out) append_character(out, code);
+  if (at[0] == '\r' && at[1] == '\n') return at + 2;
+  return css_isspace(*at) ? at + 1 : at;
+}
+
+// In strings a backslash also joins lines.
+const char *scan_escape_or_newline(ort_bs *out, const char *at) {
+  if (!is_newline(at[1])) return scan_escape(out, at);
+  return at + (at[1] == '\r' && at[2] == '\n' ? 3 : 2);
+}
+
+void append(ort_bs *out, const char *from, const char *to) {
+  if (out) ort_bs_append(out, from, static_cast<size_t>(to - from));
+}
+
+void append_character(ort_bs *out, uint32_t code) {
+  if (code == 0 || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) code = 0xFFFD;
+  if (code < 0x80) return ort_bs_append_byte(out, static_cast<char>(code));
+  int tail = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
+  uint32_t lead = tail == 1 ? 0xC0 : tail == 2 ? 0xE0 : 0xF0;
+  ort_bs_append_byte(out, static_cast<char>(lead | code >> (6 * tail)));
+  while (tail-- > 0) ort_bs_append_byte(out, static_cast<char>(0x80 | (code >> (6 * tail) & 0x3F)));
+}
+
+char get_closer(char c) { return c == '(' ? ')' : c == '[' ? ']' : c == '{' ? '}' : '\0'; }
+
+// Skips one token that is neither blank nor comment, and keeps the stack of open brackets. unclosed
+// is what the end of the sheet left out of a string or URL. A quoted URL is a function like any
+// other.
+const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad) {
+  css_ending ending = CSS_CLOSED;
+  if (*at == '"' || *at == '\'') {
+    *unclosed = *at;
+    at = css_scan_string(nullptr, at, &ending);
+  } else if (css_at_url(at) && !strchr("\"'", at[4 + strspn(at + 4, " \t\r\n\f")])) {
+    *unclosed = ')';
+    at = css_scan_url(nullptr, at + 4, &ending);
+  } else if (is_name_byte(*at) || is_escape(at)) {
+    return css_scan_name(nullptr, at);
+  } else if (*at == '#' || *at == '@') {
+    return css_scan_name(nullptr, at + 1);
+  } else {
+    size_t depth = ort_bs_length(css->nest);
+    if (char closer = get_closer(*at))
+      ort_bs_append_byte(css->nest, closer);
+    else if (depth > 0 && ort_bs_text(css->nest)[depth - 1] == *at)
+      ort_bs_shorten(css->nest, depth - 1);
+    return at + 1;
+  }
+  if (ending != CSS_OPEN) *unclosed = 0;
+  if (ending == CSS_BAD) *bad = true;
+  return at;
+}
+} // namespace

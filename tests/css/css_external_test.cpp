@@ -1,0 +1,189 @@
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <map>
+#include <sys/stat.h>
+
+#include "tests/css/toy.h"
+
+namespace fs = std::filesystem;
+using std::string;
+
+// A folder "sheets" with files, beside a file that must not be read.
+class CssFolder : public testing::Test {
+protected:
+  void SetUp() override {
+    string pattern = (fs::temp_directory_path() / "css-test-XXXXXX").string();
+    root = mkdtemp(pattern.data());
+    base = root / "sheets";
+    fs::create_directories(base / "d");
+    fs::create_directories(root / "sheets2");
+    for (const char *name :
+         {"sheets/a b.css", "sheets/d/x.css", "secret.css", "sheets2/x.css", "sheets/c:d.css"})
+      write(name, "a{}");
+    fs::create_symlink("../secret.css", base / "out.css");
+    fs::create_symlink("../sheets2", base / "outdir");
+    fs::create_symlink("d/x.css", base / "in.css");
+    fs::create_symlink("loop.css", base / "loop.css");
+    mkfifo((base / "fifo.css").c_str(), 0600);
+  }
+  void TearDown() override { fs::remove_all(root); }
+
+  void write(const string &name, const string &text) {
+    std::ofstream(root / name, std::ios::binary) << text;
+  }
+
+  // The text, or the codes of the messages.
+  string read(const char *href) {
+    AccountingCore core;
+    string folder = base.string(), result;
+    css_context context = {folder.c_str(), nullptr, nullptr};
+    char *text = nullptr;
+    core.protect([&] { text = css_read_external_stylesheet(core, href, &context, 0); });
+    if (text) result = text;
+    for (const Message &message : core.messages) result += std::to_string(message.code);
+    ort_free(core, text);
+    return result;
+  }
+
+  fs::path root, base;
+};
+
+TEST_F(CssFolder, OnlyFilesBelowItAreRead) {
+  const struct {
+    const char *expected;
+    std::vector<const char *> hrefs;
+  } cases[] = {
+      {"a{}", {"d/x.css", "a%20b.css", "a b.css?v=1#f", "in.css", "c%3Ad.css"}},
+      {"10201", {"none.css", "loop.css"}},
+      {"10200",
+       {"", "d", "fifo.css", "out.css", "outdir/x.css", "d/../a b.css", "../secret.css",
+        "d/%2e%2E/../secret.css", "%2fetc/passwd", "/etc/passwd", "//host/x.css", "..\\secret.css",
+        "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}},
+  };
+  for (const auto &test : cases)
+    for (const char *href : test.hrefs) EXPECT_EQ(read(href), test.expected) << href;
+  EXPECT_EQ(read(string(5000, 'x').c_str()), "10200");
+  fs::resize_file(base / "d/x.css", ORT_LIMIT_STYLE_SHEET + 1);
+  EXPECT_EQ(read("d/x.css"), "10200");
+}
+
+TEST_F(CssFolder, EncodingsBecomeUTF8) {
+  const string accented = "\xC3\xA4\xF0\x9F\x98\x80", replaced = "\xEF\xBF\xBD";
+  string many;
+  for (int i = 0; i < 9000; ++i) many += replaced;
+  const struct {
+    string bytes, expected;
+  } cases[] = {
+      {"", ""},
+      {accented, accented},
+      {"\xEF\xBB\xBF" + accented, accented},
+      {string("\xFE\xFF\0\xE4\xD8\x3D\xDE\x00", 8), accented},
+      {string("\xFF\xFE\xE4\0\x3D\xD8\x00\xDE", 8), accented},
+      {string("\xFF\xFE\x3D\xD8\x41\0\x42", 7), replaced + "A" + replaced},
+      {"@charset \"iso-8859-1\";\xE4", "@charset \"iso-8859-1\";\xC3\xA4"},
+      {"@charset \"UTF-16\";\xC3\xA4", "@charset \"UTF-16\";\xC3\xA4"},
+      {"@charset \"no-such\";a", "@charset \"no-such\";a10203"},
+      {"@charset \"../x\";\xC3\xA4", "@charset \"../x\";\xC3\xA4"},
+      {"a\xFF\x62\xC3", "a" + replaced + "b" + replaced},
+      {string("a\0b\0", 4), "a" + replaced + "b" + replaced},
+      {string(9000, '\xE4'), many},
+  };
+  for (const auto &test : cases) {
+    write("sheets/e.css", test.bytes);
+    EXPECT_EQ(read("e.css"), test.expected) << test.bytes;
+  }
+}
+
+TEST(CssExternal, NothingIsReadWithoutAPolicy) {
+  AccountingCore core;
+  const css_context empty = {nullptr, nullptr, nullptr}, *contexts[] = {nullptr, &empty};
+  for (const css_context *context : contexts) {
+    core.messages.clear();
+    core.protect([&] { EXPECT_FALSE(css_read_external_stylesheet(core, "a", context, 0)); });
+    ASSERT_EQ(core.messages.size(), 1U);
+    EXPECT_EQ(core.messages[0].text,
+              "Style sheet 'a' refused: external style sheets are not allowed");
+  }
+}
+
+// A host's own sheets.
+struct Host {
+  std::map<string, string> sheets;
+  std::vector<string> asked;
+  css_context context = {nullptr, read, this};
+
+  static int read(void *user, const char *href, css_sheet_text *text) {
+    Host *host = static_cast<Host *>(user);
+    host->asked.push_back(href);
+    auto found = host->sheets.find(href);
+    return found != host->sheets.end() &&
+           css_context_append(text, found->second.data(), found->second.size());
+  }
+};
+
+TEST(CssImport, SheetsAndTheirOrder) {
+  const std::map<string, string> sheets = {{"d/one", "@import 'two'; a{p:one}"},
+                                           {"d/two", "a{p:two}"},
+                                           {"self", "@import './self#x'; a{p:self}"},
+                                           {"ping", "@import 'pong'; a{p:ping}"},
+                                           {"pong", "@import 'ping'; a{p:pong}"}};
+  const struct {
+    const char *sheet, *expected;
+    std::vector<int> codes;
+  } cases[] = {
+      {"@import 'd/one'; a{p:0}", "a{p:0} a{p:one} a{p:two} ", {}},
+      {"@import url(d/two);@import url( \"d/one\" )all;", "a{p:one} a{p:two} a{p:two} ", {}},
+      {"@charset 'x'; <!-- @zzz; a,{} @IMPORT 'd/t\\77o' tv,print", "a{p:two} ", {}},
+      {"@import 'd/two' tv;@import 'd/two' print and (x);", "", {}},
+      {"@import 'd/two' {} a{p:1}", "a{p:1} ", {}},
+      {"@import d/two; @import; @import 'd/two\n; a{p:1}", "a{p:1} ", {}},
+      {"a{p:1} @import 'd/two';", "a{p:1} ", {}},
+      {"@media tv{} @import 'd/two';", "", {}},
+      {"@import 'none'; a{p:1}", "a{p:1} ", {10200}},
+      {"@import 'self';", "a{p:self} ", {10202}},
+      {"@import 'ping';", "a{p:ping} a{p:pong} ", {10202}},
+      {"@import 'top'; a{p:1}", "a{p:1} ", {10202}},
+      {"@import ''; a{p:1}", "a{p:1} ", {10202}},
+  };
+  for (const auto &test : cases) {
+    AccountingCore core;
+    Host host{sheets, {}};
+    Toy toy(core, &host.context);
+    toy.parse(test.sheet, "top");
+    EXPECT_EQ(toy.rules("svg(a!)"), test.expected) << test.sheet;
+    std::vector<int> codes;
+    for (const Message &message : core.messages) codes.push_back(message.code);
+    EXPECT_EQ(codes, test.codes) << test.sheet;
+  }
+}
+
+TEST(CssImport, DepthAndNumberHaveLimits) {
+  AccountingCore core;
+  Host host;
+  for (int i = 0; i < 12; ++i)
+    host.sheets["s" + std::to_string(i)] = "@import 's" + std::to_string(i + 1) + "';a{p:1}";
+  Toy toy(core, &host.context);
+  toy.parse("@import 's0';");
+  EXPECT_EQ(host.asked.size(), size_t{ORT_LIMIT_IMPORT_DEPTH});
+  string many;
+  for (int i = 0; i < ORT_LIMIT_IMPORTS + 9; ++i) many += "@import 'none';";
+  toy.parse(many);
+  EXPECT_EQ(host.asked.size(), size_t{ORT_LIMIT_IMPORTS});
+  for (const Message &message : core.messages) EXPECT_EQ(message.code, 10200);
+}
+
+TEST(CssImport, AHostCannotSendTooMuch) {
+  AccountingCore core;
+  css_context context = {nullptr,
+                         [](void *, const char *, css_sheet_text *text) {
+                           const string piece(1 << 20, ' ');
+                           while (css_context_append(text, piece.data(), piece.size())) {
+                           }
+                           return 1;
+                         },
+                         nullptr};
+  core.protect([&] { EXPECT_EQ(css_read_external_stylesheet(core, "x", &context, 0), nullptr); });
+  ASSERT_EQ(core.messages.size(), 1U);
+  EXPECT_EQ(core.messages[0].text, "Style sheet 'x' refused: it is too long");
+}

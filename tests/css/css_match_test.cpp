@@ -1,0 +1,191 @@
+#include <gtest/gtest.h>
+#include <random>
+#include <sstream>
+
+#include "tests/css/toy.h"
+
+// The marks in the tree say what the selector matches.
+TEST(CssMatch, Selectors) {
+  const struct {
+    const char *selector, *tree;
+  } cases[] = {
+      {"*", "svg!(a! rect!)"},
+      {"unknown", "svg(a zzz)"},
+      {".x", "svg.y(a.x! b.y.x! c.X d[class=x])"},
+      {".x.y", "svg(a.x b.x.y! c.y.x! d.y)"},
+      {"#i", "svg(a#i! b.i c#I d#i!)"},
+      {"a.x#i[k]", "svg(a.x#i[k=]! b.x#i[k=] a.x[k=])"},
+      {"a rect", "svg(a(b(rect!) rect!) rect)"},
+      {"a>rect", "svg(a(b(rect) rect!) rect)"},
+      {"a + rect", "svg(a(rect) rect! rect a b rect)"},
+      {"a ~ rect", "svg(rect a(rect) rect! b rect! b(rect))"},
+      {"a a", "a(a!(b(a!)) a!)"},
+      {"[k]", "svg(a[k=] ! b[K=1] c[k=v]!)"},
+      {"[k=v]", "svg(a[k=v]! b[k=V] c[k=v_] d[k=] e)"},
+      {"[ k = 'v w' ]", "svg(a[k=v_w]! b[k=v])"},
+      {"[k='']", "svg(a[k=]! b[k=_] c)"},
+      {"[k~=v]", "svg(a[k=v]! b[k=u_v_w]! c[k=vv_v!x] d[k=_v_]! e[k=uv])"},
+      {"[k~='']", "svg(a[k=] b[k=_])"},
+      {"[k|=en]", "svg(a[k=en]! b[k=en-us]! c[k=english] d[k=e])"},
+      {"[k^=v]", "svg(a[k=v]! b[k=vw]! c[k=wv])"},
+      {"[k$=v]", "svg(a[k=v]! b[k=vw] c[k=wv]!)"},
+      {"[k*=v]", "svg(a[k=v]! b[k=uvw]! c[k=])"},
+      {"[k^=''],[k$=''],[k*='']", "svg(a[k=] b[k=v])"},
+      {"[k|='']", "svg(a[k=]! b[k=-x]! c[k=x])"},
+      {":first-child", "svg(a!(b! c) d)"},
+      {"a:FIRST-child", "svg(a! a b(a! a))"},
+      {":root", "svg!(svg)"},
+      {":root > a:not(:first-child)", "svg(a a! b(b a))"},
+      {":not(a)", "svg!(a b!)"},
+      {":not(*)", "svg(a)"},
+      {"a:not(.x):not( #i ):not([k=v])", "svg(a! a.x a#i a[k=v] a[k=w]! b)"},
+      {":not(.x) > a", "svg(a! b.x(a))"},
+      {":not(:hover)", "svg!(a!)"},
+      {"a:hover, a::before, a:first-line, b", "svg(a b!)"},
+      {"a:lang(en), b", "svg(a b!)"},
+      {"r\\65 ct", "svg(rect! ect)"},
+      {".\\31 2", "svg(a.12! b.1)"},
+      {"#a\\:b", "svg(a#a:b! b#a)"},
+      {"[k='\\76\\'\\\n']", "svg(a[k=v']!)"},
+      {".\xC3\xA4", "svg(a.\xC3\xA4! b.a)"},
+  };
+  for (const auto &test : cases) {
+    for (bool facts : {true, false}) {
+      AccountingCore core;
+      Toy toy(core);
+      toy.parse(std::string(test.selector) + "{p:1}");
+      toy.build(test.tree);
+      for (ToyNode &node : toy.nodes) {
+        EXPECT_EQ(ort_vtr_count(toy.ask(node, facts)) > 0, node.marked)
+            << test.selector << " in " << test.tree << ": element " << &node - &toy.nodes[0]
+            << ", facts " << facts;
+      }
+    }
+  }
+}
+
+TEST(CssMatch, MalformedSelectorsVoidTheRule) {
+  const struct {
+    const char *expected;  // of the rule behind, which an open bracket swallows
+    const char *selectors; // separated by "%"
+  } cases[] = {
+      {"rect{q:2} ",
+       "%a,%,a%a,,b%a >%> a%a > > b%a + + b%.%#%.1%#1%a..b%a.%[]%[k=]%[k=1]%[k==v]%[k~v]%[k=v w]%"
+       "[1=v]%a b&%a $%:%a:%::%a:zzz%:zzz, a%:first-child()%:not()%:not(a b)%:not(:not(a))%"
+       ":not(::before)%:lang()%*a%.x*%a|b%a/**/b%a;b%'a'%a(b)%a]%@a b%--a%a::zzz%\\\n"},
+      {"", "[%[k%[k=v%[k='v]%:first-child(%:not(%:not(a%a {%\\"},
+  };
+  for (const auto &test : cases) {
+    std::istringstream selectors(test.selectors);
+    for (std::string selector; std::getline(selectors, selector, '%');) {
+      AccountingCore core;
+      Toy toy(core);
+      toy.parse(selector + "{p:1} rect{q:2}");
+      EXPECT_EQ(toy.rules("svg!(a! b! rect!)"), test.expected) << selector;
+      EXPECT_EQ(toy.declared.size(), *test.expected ? 1U : 0U) << selector;
+    }
+  }
+}
+
+// Against a matcher that searches, over random trees and chains.
+TEST(CssMatch, ChainsAgreeWithASearch) {
+  struct Step {
+    char combinator, name;
+  };
+  struct Search {
+    static bool matches(const ToyNode *node, const std::vector<Step> &chain, size_t i) {
+      if (!node) return false;
+      bool has = chain[i].name == 'x' ? !node->class_nids.empty() : node->name[0] == chain[i].name;
+      if (!has) return false;
+      if (i == 0) return true;
+      const ToyNode *next = node;
+      bool many = chain[i].combinator == ' ' || chain[i].combinator == '~';
+      do {
+        next =
+            chain[i].combinator == '>' || chain[i].combinator == ' ' ? next->parent : next->sibling;
+        if (matches(next, chain, i - 1)) return true;
+      } while (many && next);
+      return false;
+    }
+  };
+  std::mt19937 random(1);
+  auto pick = [&random](size_t n) { return static_cast<size_t>(random() % n); };
+  int matched = 0;
+  for (int round = 0; round < 40; ++round) {
+    AccountingCore core;
+    Toy toy(core);
+    std::vector<std::vector<Step>> chains(50);
+    for (size_t i = 0; i < chains.size(); ++i) {
+      std::string sheet;
+      for (size_t steps = 1 + pick(5); steps > 0; --steps) {
+        Step step = {" >+~"[pick(4)], "abcx"[pick(4)]};
+        if (!sheet.empty()) sheet += step.combinator;
+        sheet += step.name == 'x' ? ".x" : std::string(1, step.name);
+        chains[i].push_back(step);
+      }
+      toy.parse(sheet + "{p:" + std::to_string(i) + "}");
+    }
+    std::string tree = "a";
+    int depth = 0;
+    for (int i = 0; i < 120; ++i) {
+      size_t move = pick(3);
+      if (move == 0 || i == 0) {
+        tree += '(';
+        ++depth;
+      } else {
+        for (; move > 1 && depth > 1 && pick(2); --depth) tree += ')';
+        tree += ' ';
+      }
+      tree += "abc"[pick(3)];
+      if (pick(3) == 0) tree += ".x";
+    }
+    toy.build(tree);
+    for (ToyNode &node : toy.nodes) {
+      ort_vtr *rules = toy.ask(node);
+      std::vector<bool> found(chains.size());
+      for (size_t i = 0; i < ort_vtr_count(rules); ++i) {
+        const auto *value =
+            static_cast<std::string *>(ort_item<css_rule *>(rules, i)->decls->decl_values[0]);
+        found[std::stoul(value->substr(2))] = true;
+      }
+      for (size_t i = 0; i < chains.size(); ++i) {
+        bool expected = Search::matches(&node, chains[i], chains[i].size() - 1);
+        ASSERT_EQ(found[i], expected) << "round " << round << " chain " << i << " in " << tree;
+        matched += expected;
+      }
+    }
+  }
+  EXPECT_GT(matched, 3000);
+}
+
+// "a a a ... a b" over nested a: a search would try all choices of ancestors.
+TEST(CssMatch, LongChainsCostNoMoreThanTheirLength) {
+  AccountingCore core;
+  Toy toy(core);
+  std::string chain, tree;
+  for (int i = 0; i < 300; ++i) chain += i % 2 ? "a ~ a " : "a > a ", tree += "a(a a(";
+  toy.parse(chain + "b{p:1} c > " + chain + "b{p:2}");
+  EXPECT_TRUE(toy.rules(tree + "b!") == chain + "b{p:1} ");
+}
+
+TEST(CssMatch, NamesPastTheNumbersNeverMatch) {
+  AccountingCore core;
+  Toy toy(core);
+  std::string sheet;
+  for (int i = 0; i < 33000; ++i) sheet += ".c" + std::to_string(i) + "{p:1}";
+  toy.parse(sheet + ":not(.c32999){p:2}");
+  EXPECT_EQ(core.messages.size(), 1U);
+  EXPECT_EQ(core.messages[0].text, "Selectors use more than 32768 different class names");
+  EXPECT_EQ(css_get_class_nid(toy.css, "c32767"), 32767);
+  EXPECT_EQ(css_get_class_nid(toy.css, "c32768"), -1);
+  EXPECT_EQ(toy.rules("svg!.c32768.c32767"), ".c32767{p:1} ");
+}
+
+TEST(CssMatch, AnElementWithoutParentBeginsADocument) {
+  AccountingCore core;
+  Toy toy(core);
+  toy.parse("a b{p:1} a ~ b{p:2} a + b{p:3}");
+  EXPECT_EQ(toy.rules("svg(a(c(d"), "");
+  EXPECT_EQ(toy.rules("svg(b! a b!)"), "a + b{p:3} a ~ b{p:2} ");
+  EXPECT_EQ(toy.rules("b!(b!)"), "");
+}

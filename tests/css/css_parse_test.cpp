@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include "css/css_engine.h"
+#include "tests/css/toy.h"
+
+static constexpr const char TREE[] = "svg(a.x!)";
+
+// The rules that "a" gets, by falling precedence.
+TEST(CssParse, SheetsWithAndWithoutFaults) {
+  const struct {
+    const char *expected; // null: the sheet and a blank
+    std::vector<const char *> sheets;
+  } cases[] = {
+      {nullptr,
+       {"a{P-x_1:1}", "a{p:\\70  x}", "a{p:u\\rl(x;)}", "a{p:x\\;y;q:x\\}y}",
+        "a{p:';}' \"/*\";q:2}", "a{p:'a\\'b\\\nc';q:2}", "a{p:url(data:x;/*,y})}",
+        "a{p:url( ')' );q:2}", "a{p:f(;}[)]);q:{;}}"}},
+      {"a{p:1;q:2} ", {" a\t{ p : 1 ; q:2;; } ", "a{p:1;q:2"}},
+      {"a{q:2} a{p:1} ",
+       {"a{p:1}a{q:2}", "<!-- a{p:1} --> a{q:2}", "@media screen{a{p:1}}a{q:2}",
+        "@media print{a{p:1}a}a{q:2}"}},
+      {"a{p:1} ",
+       {"/*x*/a/*{*/{/*;*/p/**/:/*}*/1/*}*/}", "p @here {q:2} a{p:1}", "}} {{ - }} a{p:1}",
+        ") ( {} ) p {q:2} a{p:1}", "a; a{q:2} a{p:1}", "a['\n]{q:2} a{p:1}", "@foo @bar; a{p:1}",
+        "@charset \"x\";a{p:1}", "@page :first{p:1}a{p:1}", "@MEDIA tv , PRINT {a{p:1}}",
+        "@media{a{p:1}}", "@m\\65 dia print/**/{a{p:1}}", "@media screen and (x:y), print{a{p:1}}",
+        "@media print{a{p:1}--> a{q:2}}"}},
+      {"a{p:1 2} ", {"a{p:1/**/2}"}},
+      {"a{q:2} ",
+       {"/*/ a{p:1} */ a{q:2}", "a{p:url(x y);q:2}", "a{p:url(x'y);q:2}", "a{)p:1;q:2}",
+        "@media not print{a{p:1}}a{q:2}", "@ media{a{p:1}}a{q:2}", "a{p:1 !import ant;q:2}"}},
+      {"a{p:1;qx:2} ", {"a{\\70:1;\\000071 x:2}"}},
+      {"a{p:xurl( x)} ", {"a{p:xurl(/*)*/x)}"}},
+      {"a{font:x;font:x;p:1} ", {"a{font:x;p:1}"}},
+      {"a{p:url(x)} ", {"a{p:url(x"}},
+      {"a{p:url('x')} ", {"a{p:url('x"}},
+      {"a{p:f([{\"x\"}])} ", {"a{p:f([{\"x"}},
+      {"a{p:1;r:2} ", {"a{p:1;q;r:2}", "a{p:1;q:;r:2;s:/**/ }"}},
+      {"a{p:1;r:3} ", {"a{p:1;q{;q:2};r:3}"}},
+      {"a{_p:3;-p:4} ", {"a{*p:1;-1:2;_p:3;-p:4;--p:5;9:6}"}},
+      {"a{q:2;r:3} ", {"a{p:'x\n;q:2;r:3}"}},
+      {"a{r:3} ", {"a{p:'x\n q:2;r:3}"}},
+      {"a{q:2} a{p:1;r:3} ", {"a{@x y;p:1;@x{q:2}r:3;@x}a{q:2}"}},
+      {"a{r:3} a{p:1} ", {"a{p:1} {q:2} a{r:3}", "a{p:1}}a{q:2} a{r:3}"}},
+      {"a{t:4} a{s:3} a{r:2} a{p:1} ",
+       {"@media all{a{p:1} @media tv{a{q:1}} @media print{a{r:2}} a{s:3}} a{t:4}"}},
+      {"",
+       {"@media screen and (x:{y}),{a{p:1}}",
+        "a{p:1 !important x;q:2 ! ;r:!important;s:3!important!important}"}},
+      {"a{p:1 !important} ", {"a{p:1!important}", "a{p:1 ! /**/ IMPORT\\61nt }"}},
+  };
+  for (const auto &test : cases) {
+    for (const char *sheet : test.sheets) {
+      AccountingCore core;
+      Toy toy(core);
+      toy.parse(sheet);
+      EXPECT_EQ(toy.rules(TREE), test.expected ? test.expected : std::string(sheet) + " ") << sheet;
+    }
+  }
+}
+
+// One case for each tie-break. The tree's a has the class x, the id i and the attribute k.
+TEST(CssCascade, Precedence) {
+  const struct {
+    const char *sheet, *expected;
+  } cases[] = {
+      {"a{p:1} a{p:2}", "a{p:2} a{p:1} "},
+      {"a{p:1!important} #i{p:2!important}", "#i{p:2 !important} a{p:1 !important} "},
+      {"a{p:1;q:2!important;r:3} .x{q:4}", "a{q:2 !important} .x{q:4} a{p:1;r:3} "},
+      {"*{p:0} svg a{p:1} a{p:2}", "svg a{p:1} a{p:2} *{p:0} "},
+      {"#i{p:1} .x.x.x[k] a{p:9} .x[k]:first-child{p:2}", "#i{p:1} .x[k]:first-child{p:2} "},
+      {".x{p:1} svg > svg a, svg > a{p:2}", ".x{p:1} svg > a{p:2} "},
+      {"[k]{p:1} .x{p:2} :first-child{p:3}", ":first-child{p:3} .x{p:2} [k]{p:1} "},
+      {"a:not(#j){p:1} a.x[k]{p:2}", "a:not(#j){p:1} a.x[k]{p:2} "},
+      {"a, .x, svg a{p:1}", ".x{p:1} "}, // once, by its most specific selector
+      // Within a rule the last one of a property wins, whatever the letter case.
+      {"a{p:1;q:2;P:3}", "a{q:2;P:3} "},
+      {"a{p:1;p:2!important;p:3}", "a{p:2 !important} a{p:3} "},
+      {"a{font-size:1;font:2;bad:3}", "a{font:2;font:2} "},
+      {"a{font:1;font-size:2}", "a{font:1;font-size:2} "},
+  };
+  for (const auto &test : cases) {
+    AccountingCore core;
+    Toy toy(core);
+    toy.parse(test.sheet);
+    EXPECT_EQ(toy.rules("svg(a.x#i[k=v]! b)"), test.expected) << test.sheet;
+  }
+}
+
+TEST(CssCascade, CountsDoNotCarry) {
+  AccountingCore core;
+  Toy toy(core);
+  std::string classes;
+  for (int i = 0; i < (1 << 21) + 9; ++i) classes += ".x";
+  toy.parse(classes + "{p:1} #i{p:2}");
+  EXPECT_EQ(toy.rules("svg(a.x#i!)").substr(0, 8), "#i{p:2} ");
+}
+
+TEST(CssParse, BlocksHoldTheTextsAndSelectorsAreLogged) {
+  AccountingCore core(AccountingCore::with_log(5));
+  Toy toy(core);
+  toy.parse("svg>a.x  +  b{ p: 1 2 ; font: x!important } @font-face{}");
+  toy.build("svg(a.x b)");
+  ort_vtr *rules = nullptr;
+  for (ToyNode &node : toy.nodes) rules = toy.ask(node);
+  ASSERT_EQ(ort_vtr_count(rules), 2U);
+  EXPECT_STREQ(ort_item<css_rule *>(rules, 0)->decls->decl_texts[1], "x !important");
+  EXPECT_STREQ(ort_item<css_rule *>(rules, 1)->decls->decl_texts[0], "1 2");
+  css_logg_sel(toy.css, ort_item<css_rule *>(rules, 0)->selector);
+  EXPECT_EQ(core.log, "\t\t\t\tselector: svg > a.x + b\n");
+  EXPECT_EQ(toy.font_faces, 1);
+}
+
+// Nesting and repetition of a million, which recursion or quadratic work would not survive.
+TEST(CssParse, BigInputs) {
+  auto repeat = [](std::string text, int n) {
+    std::string all;
+    for (int i = 0; i < n; ++i) all += text;
+    return all;
+  };
+  constexpr int MANY = 1000000;
+  for (const std::string &begin :
+       {repeat("{", MANY) + repeat("}", MANY), repeat("a{", MANY) + repeat("}", MANY),
+        "b{p:" + repeat("([{", MANY) + repeat("}])", MANY) + "}",
+        repeat("@media all{", MANY) + repeat("}", MANY), "b{p:" + repeat("url(", MANY) + ")}",
+        repeat("(", MANY) + repeat(")", MANY) + "{}", repeat("b>", MANY) + "b{p:1}",
+        repeat("b,", MANY) + "b{p:1}", repeat(":not(", MANY) + repeat(")", MANY) + "{}",
+        repeat("/**/", MANY), repeat("\\", MANY) + "{}", "b{" + repeat("p:1;", MANY) + "}",
+        "b{p:" + repeat("!", MANY) + "}", "@x" + repeat("@media ", MANY) + ";"}) {
+    AccountingCore core;
+    Toy toy(core);
+    toy.parse(begin + " a{p:1}");
+    EXPECT_EQ(toy.rules(TREE), "a{p:1} ") << begin.substr(0, 20);
+  }
+}
+
+TEST(CssParse, ARaiseLeavesAParserThatCanGoOn) {
+  AccountingCore core;
+  Toy toy(core);
+  EXPECT_EQ(toy.parse("a{p:1} b{q:2;fatal:1}"), 1926);
+  EXPECT_EQ(toy.parse("a{r:3}"), 0);
+  EXPECT_EQ(toy.rules(TREE), "a{r:3} a{p:1} ");
+}
+
+TEST(CssParse, EveryFailingAllocation) {
+  allocation_sweep([](AccountingCore &core) {
+    css_context context = {nullptr,
+                           [](void *, const char *, css_sheet_text *text) {
+                             constexpr std::string_view sheet = "a{q:\xFF}";
+                             return css_context_append(text, sheet.data(), sheet.size());
+                           },
+                           nullptr};
+    Toy toy(core, &context);
+    bool good = toy.ready &&
+                toy.parse("@import 'x' print; a,.x>b[k=v]~#i{p:'1';font:2!important}", "d/y") == 0;
+    if (good) {
+      toy.build("svg.x(b[k=v] a#i)");
+      for (ToyNode &node : toy.nodes) good = good && toy.ask(node);
+    }
+    return good;
+  });
+}
+
+TEST(CssHref, JoinsAsInRFC3986) {
+  const struct {
+    const char *base, *href, *expected;
+  } cases[] = {
+      {nullptr, "a.css", "a.css"},
+      {nullptr, "./d/../a.css?q#f", "a.css?q"},
+      {nullptr, "../../a", "../../a"},
+      {"a", "", "a"},
+      {"d/e/a.css", "b", "d/e/b"},
+      {"d/e/a.css", "../b", "d/b"},
+      {"d/e/a.css", "../../../b", "../b"},
+      {"../a", "../b", "../../b"},
+      {"d/a", "/b", "/b"},
+      {"/d/a", "../../b", "/b"},
+      {"d/a?x/y", "b", "d/b"},
+      {"http://h/d/a", "b", "http://h/d/b"},
+      {"http://h/d/a", "../../b", "http://h/b"},
+      {"http://h/d/a", "/b", "http://h/b"},
+      {"http://h", "b", "http://h/b"},
+      {"http://h/d/a?q", "?r", "http://h/d/a?r"},
+      {"http://h/a", "//i/b", "http://i/b"},
+      {"http://h/a", "x:b", "x:b"},
+  };
+  AccountingCore core;
+  ort_bs *bs = ort_bs_new(core);
+  for (const auto &test : cases) {
+    ort_bs_clear(bs);
+    css_resolve_href(bs, test.base, test.href);
+    EXPECT_STREQ(ort_bs_text(bs), test.expected)
+        << (test.base ? test.base : "-") << " + " << test.href;
+  }
+  ort_bs_delete(bs);
+}

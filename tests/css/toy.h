@@ -1,0 +1,157 @@
+// toy.h: a small tree and property parser behind the engine's callbacks, for its tests.
+//
+// Trees are written as "svg(g#id.class[name=value](rect! a) b)"; "_" in a value is a blank, and "!"
+// marks an element, for the test to say what it expects. Element names are a to h, svg and rect;
+// every other name is unknown.
+#ifndef TESTS_CSS_TOY_H
+#define TESTS_CSS_TOY_H
+
+#include <cstring>
+#include <deque>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "css/css.h"
+#include "tests/support/accounting_core.h"
+
+struct ToyNode {
+  std::string name;
+  int16_t elem_nid = -1, id_nid = -1;
+  std::vector<int16_t> class_nids;
+  std::vector<std::pair<int16_t, std::string>> attributes;
+  bool marked = false;
+  ToyNode *parent = nullptr, *sibling = nullptr, *last_child = nullptr;
+};
+
+struct Toy {
+  explicit Toy(AccountingCore &c, const css_context *context = nullptr) : core(c) {
+    const css_callbacks callbacks = {
+        [](void *, const char *name) { return find_element(name); },
+        [](void *user, const char *name, const char *value) {
+          return static_cast<Toy *>(user)->get_prop(name, value);
+        },
+        [](void *, void *node, int16_t nid) -> const char * {
+          for (const auto &[own, value] : static_cast<ToyNode *>(node)->attributes)
+            if (own == nid) return value.c_str();
+          return nullptr;
+        },
+        [](void *, void *node, int16_t nid) {
+          for (int16_t own : static_cast<ToyNode *>(node)->class_nids)
+            if (own == nid) return true;
+          return false;
+        },
+        [](void *, void *node, int16_t nid) { return static_cast<ToyNode *>(node)->id_nid == nid; },
+        get_parent,
+        get_parent,
+        [](void *, void *node, int16_t) -> void * { return static_cast<ToyNode *>(node)->sibling; },
+        [](void *user) { ++static_cast<Toy *>(user)->font_faces; }};
+    ready = core.protect([&] {
+      css = css_parser_new(core, this, context, &callbacks, 9);
+      css_parser_init(css);
+    }) == 0;
+  }
+  ~Toy() { css_parser_delete(css); }
+
+  int parse(const std::string &sheet, const char *href = nullptr) {
+    return core.protect([&] { css_parse_sheet(css, sheet.c_str(), href); });
+  }
+
+  static int16_t find_element(const std::string &name) {
+    if (name == "svg" || name == "rect") return name == "svg" ? 8 : 9;
+    return static_cast<int16_t>(name.size() == 1 && name[0] >= 'a' && name[0] <= 'h' ? name[0] - 'a'
+                                                                                     : -1);
+  }
+
+  static void *get_parent(void *, void *node, int16_t) {
+    return static_cast<ToyNode *>(node)->parent;
+  }
+
+  // "bad" and unknown properties have no value, "font" gives two, "fatal" raises.
+  void *get_prop(const char *name, const char *value) {
+    std::string text = std::string(name) + ":" + value;
+    declared.push_back(text);
+    if (strcmp(name, "fatal") == 0) ort_error(core, 1926, nullptr, nullptr, nullptr, nullptr);
+    if (strcmp(name, "bad") == 0) return nullptr;
+    values.push_back(text);
+    if (strcmp(name, "font") != 0) return &values.back();
+    css_add_value(css, "font-size", &values.back());
+    css_add_value(css, "font-family", &values.back());
+    return nullptr;
+  }
+
+  void build(const std::string &tree) {
+    nodes.clear();
+    ToyNode *parent = nullptr;
+    for (size_t i = 0; i < tree.size();) {
+      const char c = tree[i];
+      const bool mark = strchr(" ()!", c);
+      size_t end = mark ? i + 1 : tree.find_first_of(c == '[' ? "]" : " ()!.#[", i + 1);
+      std::string word = tree.substr(i, end - i);
+      i = c == '[' ? end + 1 : std::min(end, tree.size());
+      if (!mark && !strchr("#.[", c)) {
+        nodes.push_back({word, find_element(word), -1, {}, {}, false, parent});
+        if (parent) nodes.back().sibling = std::exchange(parent->last_child, &nodes.back());
+      }
+      ToyNode &node = nodes.back();
+      if (c == '(') parent = &node;
+      if (c == ')') parent = parent->parent;
+      if (c == '!') node.marked = true;
+      if (c == '#') node.id_nid = css_get_id_nid(css, &word[1]);
+      if (c == '.') node.class_nids.push_back(css_get_class_nid(css, &word[1]));
+      if (c == '[') {
+        size_t equals = word.find('=');
+        for (size_t blank = 0; (blank = word.find('_', blank)) != word.npos;) word[blank] = ' ';
+        node.attributes.emplace_back(css_get_attr_nid(css, word.substr(1, equals - 1).c_str()),
+                                     word.substr(equals + 1));
+      }
+    }
+  }
+
+  // The nodes must be asked for in order. facts: through css_set_subject, else the engine asks the
+  // callbacks.
+  ort_vtr *ask(ToyNode &node, bool facts = true) {
+    ort_vtr *rules = nullptr;
+    core.protect([&] {
+      if (facts) {
+        css_set_subject(css, &node, node.id_nid, node.class_nids.data(),
+                        static_cast<int32_t>(node.class_nids.size()));
+        for (const auto &[nid, value] : node.attributes)
+          css_add_subject_attr(css, nid, value.c_str());
+      }
+      rules = css_get_rules(css, &node, node.elem_nid);
+    });
+    return rules;
+  }
+
+  // The rules of the marked elements: "SELECTOR{name:value;name:value}", with a blank behind each.
+  std::string rules(const std::string &tree) {
+    build(tree);
+    std::string text;
+    for (ToyNode &node : nodes) {
+      ort_vtr *found = ask(node);
+      for (size_t i = 0; node.marked && i < ort_vtr_count(found); ++i)
+        text += describe(*ort_item<css_rule *>(found, i));
+    }
+    return text;
+  }
+
+  std::string describe(const css_rule &rule) {
+    ort_bs *bs = ort_bs_new(core);
+    css_append_selector(css, rule.selector, bs);
+    std::string text = std::string(ort_bs_text(bs)) + "{";
+    ort_bs_delete(bs);
+    for (int32_t i = 0; i < rule.decls->decl_count; ++i)
+      text += (i ? ";" : "") + *static_cast<std::string *>(rule.decls->decl_values[i]);
+    return text + "} ";
+  }
+
+  AccountingCore &core;
+  css_parser *css = nullptr;
+  bool ready = false;
+  std::deque<ToyNode> nodes;
+  std::deque<std::string> values, declared; // what get_prop made, and what it was asked for
+  int font_faces = 0;
+};
+
+#endif
