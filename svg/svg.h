@@ -505,11 +505,12 @@ typedef enum svg_source {
   SVG_SOURCE_ATTRIBUTE,
   SVG_SOURCE_SHEET,
   SVG_SOURCE_STYLE,
-  SVG_SOURCE_DEFAULT
+  SVG_SOURCE_DEFAULT,
+  SVG_SOURCE_IMPORTANT /* an !important declaration of a style sheet */
 } svg_source;
 
 /* Told of each value that an element gets, in the order of collection, before the element's values
- * are sorted. selector is the text of the rule's selector for SVG_SOURCE_SHEET, else null. A value
+ * are sorted. selector is the text of the rule's selector for style sheets, else null. A value
  * may be replaced later while its element is built (the translation of use); the observer is then
  * told of the new one. The function must return. */
 typedef void (*svg_observer_fn)(void *user, const svg_e_node *element, const svg_a_node *value,

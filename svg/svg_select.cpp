@@ -4,6 +4,7 @@
 // The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise 10021
 // and lack of memory; the questions about elements raise nothing.
 #include <cstring>
+#include <string_view>
 
 #include "svg/svg_schema.h"
 #include "svg/svg_style.h"
@@ -21,6 +22,7 @@ static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid);
 static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
 static void svg_css_cb_at_fontface(void *user);
 
+static bool is_important(std::string_view text);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
 static const svg_open_element *open_element(const svg_parser *p, int32_t level);
@@ -104,7 +106,6 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
     ort_logg(p->core, "\t\t\tProcess %d CSS rules...\n", static_cast<int>(count));
   }
   svg_source source = p->source;
-  p->source = SVG_SOURCE_SHEET;
   for (size_t i = 0; i < count; i++) {
     const css_rule *rule = ort_item<css_rule *>(rules, i);
     if (p->log_level >= 5) css_logg_sel(p->css, rule->selector);
@@ -119,6 +120,7 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
       auto *value = static_cast<svg_a_node *>(block->decl_values[k]);
       auto row = static_cast<size_t>(value->row);
       if (ort_getbit(p->props_set, row)) continue;
+      p->source = is_important(block->decl_texts[k]) ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
       svg_collect_value(p, value, selector);
       ort_setbit(p->props_set, row);
       if (p->log_level >= 5) {
@@ -129,6 +131,9 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
   }
   p->source = source;
 }
+
+// The engine ends the text of an important declaration so, however it was written.
+static bool is_important(std::string_view text) { return text.ends_with("!important"); }
 
 // ---- Callbacks ---------------------------------------------------------------------------------
 
