@@ -2,7 +2,9 @@
 // may raise inside ort_protect.
 #include "tools/drawing.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <utility>
 
@@ -33,12 +35,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
                                              : std::filesystem::path(path_).parent_path().string();
     css_context_.base_folder = folder_.empty() ? "." : folder_.c_str();
   }
-  if (path_ == "-") {
-    char block[65536];
-    for (size_t length;
-         (length = fread(block, 1, sizeof block, stdin)) > 0 && input_.size() < ORT_LIMIT_MEMORY;)
-      input_.append(block, length);
-  }
+  if (path_ == "-" && !read_standard_input()) return;
   const auto body = [](void *drawing) { static_cast<Drawing *>(drawing)->read(); };
   if (ort_protect(core_, body, this) != 0)
     svg_ = nullptr;
@@ -52,6 +49,17 @@ Drawing::~Drawing() {
   ort_gzclose(gz_);
   ort_fclose(file_);
   ort_core_delete(core_);
+}
+
+bool Drawing::read_standard_input() {
+  char block[65536];
+  for (size_t length;
+       (length = fread(block, 1, sizeof block, stdin)) > 0 && input_.size() < ORT_LIMIT_MEMORY;)
+    input_.append(block, length);
+  if (ferror(stdin) == 0) return true;
+  messages_.push_back(
+      {ORT_ERROR, ORT_E_OPEN, "Cannot open file '" + name_ + "': " + strerror(errno)});
+  return false;
 }
 
 // Runs inside ort_protect: no local with a destructor.
@@ -91,6 +99,38 @@ const char *Drawing::waiting_name(const svg_iri *iri) const {
   return found != waiting_.end() ? found->second : nullptr;
 }
 
+std::string Drawing::font_name(const svg_font *font) const {
+  struct Request {
+    const Drawing *drawing;
+    const svg_font *font;
+    ort_bs *name;
+  } request = {this, font, nullptr};
+  const auto body = [](void *argument) {
+    auto *r = static_cast<Request *>(argument);
+    r->name = ort_bs_new(r->drawing->core_);
+    svg_create_fontname(r->drawing->parser_, r->font, r->name);
+  };
+  const bool made = ort_protect(core_, body, &request) == 0;
+  std::string name = made ? ort_bs_text(request.name) : "";
+  ort_bs_delete(request.name);
+  return name;
+}
+
+bool Drawing::accepts_language(const svg_e_node *element) const {
+  if ((element->head.flags & SVG_EF_SYSLANG) == 0) return true;
+  struct Request {
+    svg_parser *parser;
+    const svg_e_node *element;
+    bool accepted;
+  } request = {parser_, element, false};
+  const auto body = [](void *argument) {
+    auto *r = static_cast<Request *>(argument);
+    r->accepted = svg_check_system_language(r->parser, r->element) != 0;
+  };
+  ort_protect(core_, body, &request);
+  return request.accepted;
+}
+
 void Drawing::on_message(void *user, ort_severity severity, int code, const char *text) {
   static_cast<Drawing *>(user)->messages_.push_back({severity, code, text});
 }
@@ -99,8 +139,12 @@ void Drawing::on_log(void *, const char *text, size_t length) { fwrite(text, 1, 
 
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector) {
-  if (source == SVG_SOURCE_ATTRIBUTE) return;
   auto *drawing = static_cast<Drawing *>(user);
+  if (source == SVG_SOURCE_ATTRIBUTE) {
+    // A replaced value may have left its place, and what was noted about it, to this one.
+    if (!drawing->sources_.empty()) drawing->sources_.erase({element, value});
+    return;
+  }
   Source noted = {source, nullptr};
   if (selector != nullptr) noted.selector = &drawing->selectors_.try_emplace(selector).first->first;
   drawing->sources_[{element, value}] = noted;

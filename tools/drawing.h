@@ -64,6 +64,13 @@ public:
   // Id that an unresolved link waits for, or null.
   const char *waiting_name(const svg_iri *iri) const;
 
+  // Generated name of a font, "" when memory is short.
+  std::string font_name(const svg_font *font) const;
+
+  // Whether the element's systemLanguage accepts the user's language; an element without it does
+  // (SVG 1.1, 5.8.5).
+  bool accepts_language(const svg_e_node *element) const;
+
 private:
   struct ValueOfElement {
     const svg_e_node *element;
@@ -76,6 +83,7 @@ private:
     }
   };
 
+  bool read_standard_input();
   void read();
   void open();
   void note_waiting_links();

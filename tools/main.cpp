@@ -1,118 +1,107 @@
-// main.cpp: svgtree, the command-line host: options, the loop over the inputs, the exit status.
+// main.cpp: svgtree, the command-line host: what is printed for each drawing, and the exit status.
 //
-// Exit status: 0 all inputs were read, 1 some were not readable as SVG, 2 the command line is
-// wrong.
-#include <CLI/CLI.hpp>
+// Exit status: 0 all inputs were read, 1 some were not readable as SVG (or an answer could not be
+// given or written), 2 the command line is wrong.
+#include <fcntl.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <strings.h>
+#include <optional>
 
-#include "tools/drawing.h"
+#include "tools/explain.h"
+#include "tools/extract.h"
+#include "tools/jobs.h"
+#include "tools/json_document.h"
+#include "tools/names.h"
+#include "tools/options.h"
+#include "tools/path_command.h"
+#include "tools/questions.h"
 #include "tools/schema.h"
 #include "tools/tree_text.h"
+#include "tools/utf8.h"
 
-namespace {
-
-struct Options {
-  ReadSettings reading;
-  std::vector<std::string> files;
-  bool check = false;
-  bool full = false;
-  bool schema = false;
-};
-
-} // namespace
-
-static int parse_options(int argc, char **argv, Options &options);
-static bool read_and_print(const std::string &file, const Options &options);
+static void hold_standard_streams();
+static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor);
+static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
 static void print_messages(const Drawing &drawing);
 static bool flush_output();
 
 int main(int argc, char **argv) {
-  signal(SIGPIPE, SIG_IGN); // a closed pipe is an error of the write, told below
+  hold_standard_streams();
   Options options;
   if (const int status = parse_options(argc, argv, options); status >= 0) return status;
+  if (options.has_path) {
+    const int status = run_path_command(stdout, options.path);
+    return flush_output() ? status : 1;
+  }
+  if (options.schema) print_schema(stdout, options.pretty);
+  std::optional<Extractor> extractor;
+  if (!options.extract_folder.empty()) {
+    extractor.emplace(options.extract_folder, options.force);
+    if (!extractor->open()) return 1;
+  }
+  const bool quiet = options.check || isatty(STDOUT_FILENO) == 0;
+  const bool progress = options.files.size() > 1 && isatty(STDERR_FILENO) != 0 && quiet;
   bool ok = true;
-  if (options.schema) print_schema(stdout);
-  for (const std::string &file : options.files) ok = read_and_print(file, options) && ok;
-  return flush_output() && ok ? 0 : 1;
+  bool written = flush_output();
+  read_drawings(options.files, options.reading, options.jobs, progress,
+                [&](const Drawing &drawing) {
+                  ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr) && ok;
+                  written = flush_output();
+                  return written;
+                });
+  return written && ok ? 0 : 1;
 }
 
-// Returns the exit status, or -1 to go on.
-static int parse_options(int argc, char **argv, Options &options) {
-  CLI::App app("svgtree reads SVG 1.1 drawings, plain or gzip, and prints their document trees.",
-               "svgtree");
-  app.set_version_flag("--version", "svgtree " SVGREADER_VERSION);
-  app.add_option("FILE", options.files, "Drawings to read; - is standard input");
-  app.add_flag("--check", options.check, "Print messages only");
-  app.add_flag("--full", options.full, "Print long lists, paths and texts whole");
-  app.add_flag("--schema", options.schema,
-               "Print the tables of elements, attributes, keywords and errors as JSON");
-  app.add_option("--log", options.reading.log_level,
-                 "Log to standard error: 3 markup, 5 detail, 6 everything")
-      ->check(CLI::Range(0, 9))
-      ->option_text("LEVEL");
-  app.add_option("--language", options.reading.language, "The user's language, for systemLanguage")
-      ->option_text("TAG");
-  app.add_option("--font-number", options.reading.font_number,
-                 "Number appended to generated font names")
-      ->option_text("N");
-  app.add_option("--refuse-element", options.reading.refused_elements,
-                 "Refuse drawings with this unsupported element (repeatable)")
-      ->option_text("NAME")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  app.add_option("--refuse-property", options.reading.refused_properties,
-                 "Refuse drawings with this unsupported property (repeatable)")
-      ->option_text("NAME")
-      ->expected(1)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  app.add_option("--style-dir", options.reading.style_folder,
-                 "Folder that external style sheets may be read from (default: the drawing's)")
-      ->option_text("DIR");
-  app.add_flag_callback(
-      "--no-external", [&] { options.reading.external_sheets = false; },
-      "Read no external style sheets");
-  try {
-    app.parse(argc, argv);
-  } catch (const CLI::ParseError &error) {
-    return app.exit(error) == 0 ? 0 : 2;
-  }
-  if (options.files.empty() && !options.schema) {
-    fputs("svgtree: no FILE given\nRun svgtree --help for more information.\n", stderr);
-    return 2;
-  }
-  const auto ignoring_case = [](const std::string &a, const std::string &b) {
-    return strcasecmp(a.c_str(), b.c_str()) < 0;
-  };
-  std::ranges::sort(options.reading.refused_elements, ignoring_case);
-  std::ranges::sort(options.reading.refused_properties, ignoring_case);
-  options.reading.note_sources = !options.check;
-  return -1;
+// A closed pipe becomes an error of the write. A closed standard stream must not become the first
+// file that is opened: its place is taken by something that cannot be used.
+static void hold_standard_streams() {
+  signal(SIGPIPE, SIG_IGN);
+  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+    if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
+      open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
-static bool read_and_print(const std::string &file, const Options &options) {
-  const Drawing drawing(file, options.reading);
+static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor) {
   print_messages(drawing);
-  if (drawing.ok() && !options.check) print_document(stdout, drawing, options.full);
-  return drawing.ok();
+  if (options.check) return drawing.ok();
+  const svg_e_node *top = drawing.svg();
+  if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
+  if (options.json)
+    print_json(stdout, drawing, top, options.pretty);
+  else if (top != nullptr && options.has_query)
+    print_subtree(stdout, drawing, top, options.text);
+  else if (top != nullptr && !options.asks())
+    print_document(stdout, drawing, options.text);
+  return drawing.ok() && print_answers(drawing, options, extractor) && top != nullptr;
+}
+
+static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor) {
+  bool ok = true;
+  if (options.has_explain) {
+    const svg_e_node *element = find_element(drawing, options.explain_id);
+    ok = element != nullptr;
+    if (ok) print_explanation(stdout, drawing, element, options.explain_property);
+  }
+  if (options.fonts) print_answers(stdout, drawing, "font", answer_fonts);
+  if (options.ids) print_answers(stdout, drawing, "id", answer_ids);
+  if (options.links) print_answers(stdout, drawing, "link", answer_links);
+  if (options.stats) print_statistics(stdout, drawing);
+  return (extractor == nullptr || extractor->extract(stdout, drawing)) && ok;
 }
 
 static void print_messages(const Drawing &drawing) {
   for (const Message &message : drawing.messages())
-    fprintf(stderr, "%s: %s %d: %s\n", drawing.name().c_str(),
+    fprintf(stderr, "%s: %s %d: %s\n", escaped(drawing.name()).c_str(),
             message.severity == ORT_ERROR ? "error" : "warning", message.code,
             message.text.c_str());
 }
 
 static bool flush_output() {
   if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
-  if (errno != EPIPE) // whoever closed the pipe has seen enough
-    fprintf(stderr, "svgtree: cannot write: %s\n", strerror(errno));
+  fprintf(stderr, "svgtree: cannot write standard output: %s\n", strerror(errno));
   return false;
 }

@@ -1,20 +1,23 @@
 // schema.cpp: the reader's tables as one JSON object (--schema), and the names that printers need.
 #include "tools/schema.h"
 
-#include <rapidjson/filewritestream.h>
-#include <rapidjson/writer.h>
+#include "tools/json_writer.h"
 
-using Writer = rapidjson::Writer<rapidjson::FileWriteStream>;
-
-static void write_element(Writer &json, int id);
-static void write_attribute(Writer &json, int row);
-static void write_text(Writer &json, const char *name, const char *text);
-static void write_number(Writer &json, const char *name, int64_t number);
-template <class Items> static void write_array(Writer &json, const char *name, Items items);
+static void write_element(JsonWriter &json, int id);
+static void write_attribute(JsonWriter &json, int row);
 
 const char *element_name(int id) { return svg_get_elem_table()[id].name; }
 
 const char *row_name(int row) { return svg_get_attr_table()[row].name; }
+
+int trafo_numbers(int type) {
+  switch (type) {
+  case SVG_TRAFO_MATRIX: return 6;
+  case SVG_TRAFO_SCALE_XY:
+  case SVG_TRAFO_TRANSLATE_XY: return 2;
+  default: return 1;
+  }
+}
 
 const char *color_space_name(int colortype) {
   switch (colortype) {
@@ -57,98 +60,74 @@ ColorValues color_values(const svg_color &color) {
   }
 }
 
-void print_schema(FILE *out) {
-  char buffer[65536];
-  rapidjson::FileWriteStream stream(out, buffer, sizeof buffer);
-  Writer json(stream);
-  json.StartObject();
-  write_array(json, "elements", [&] {
+void print_schema(FILE *out, bool pretty) {
+  JsonWriter json(out, pretty);
+  json.begin_object();
+  json.array("elements", [&] {
     for (int id = 0; id < SVG_ELEM_COUNT; id++) write_element(json, id);
   });
-  write_array(json, "attributes", [&] {
+  json.array("attributes", [&] {
     for (int row = 0; row < SVG_ATTR_COUNT; row++) write_attribute(json, row);
   });
-  write_array(json, "keywords", [&] {
-    for (int id = 1; id < SVG_KW_COUNT; id++) json.String(svg_get_keyword_text(id));
+  json.list("keywords", [&] {
+    for (int id = 1; id < SVG_KW_COUNT; id++) json.value(svg_get_keyword_text(id));
   });
-  write_array(json, "errors", [&] {
+  json.array("errors", [&] {
     int32_t code = 0;
     int32_t parameters = 0;
     for (size_t i = 0; const char *text = svg_get_error_text(i, &code, &parameters); i++) {
-      json.StartObject();
-      write_number(json, "code", code);
-      write_number(json, "parameters", parameters);
-      write_text(json, "text", text);
-      json.EndObject();
+      json.begin_object();
+      json.field("code", code);
+      json.field("parameters", parameters);
+      json.field("text", text);
+      json.end_object();
     }
   });
-  json.EndObject();
-  stream.Put('\n');
-  stream.Flush();
+  json.end_object();
 }
 
-static void write_element(Writer &json, int id) {
+static void write_element(JsonWriter &json, int id) {
   const svg_elem_def &element = svg_get_elem_table()[id];
-  json.StartObject();
-  write_number(json, "id", id);
-  write_text(json, "name", element.name);
-  write_number(json, "slotSize", element.slot_size);
-  write_number(json, "category", element.category);
-  write_number(json, "kind", element.kind);
-  write_array(json, "attributes", [&] {
+  json.begin_object();
+  json.field("id", id);
+  json.field("name", element.name);
+  json.field("slotSize", element.slot_size);
+  json.field("category", element.category);
+  json.field("kind", element.kind);
+  json.array("attributes", [&] {
     for (int32_t i = 0; i < element.esa_count; i++) {
-      json.StartObject();
-      write_text(json, "name", element.esa_list[i].name);
-      write_number(json, "row", element.esa_list[i].attr);
-      json.EndObject();
+      json.begin_object();
+      json.field("name", element.esa_list[i].name);
+      json.field("row", element.esa_list[i].attr);
+      json.end_object();
     }
   });
-  write_array(json, "required", [&] {
+  json.list("required", [&] {
     for (int32_t i = 0; i < element.req_count; i++)
-      json.String(element.esa_list[element.req_list[i]].name);
+      json.value(element.esa_list[element.req_list[i]].name);
   });
-  json.EndObject();
+  json.end_object();
 }
 
-static void write_attribute(Writer &json, int row) {
+static void write_attribute(JsonWriter &json, int row) {
   const svg_attr_def &attribute = svg_get_attr_table()[row];
-  json.StartObject();
-  write_number(json, "row", row);
-  write_text(json, "name", attribute.name);
-  write_text(json, "default", attribute.default_text);
-  write_number(json, "size", attribute.value_size);
-  write_number(json, "priority", attribute.prio);
-  write_array(json, "keywords", [&] {
-    for (uint32_t i = 0; i < attribute.key_count; i++) json.String(attribute.keys[i].text);
+  json.begin_object();
+  json.field("row", row);
+  json.field("name", attribute.name);
+  json.field("default", attribute.default_text);
+  json.field("size", attribute.value_size);
+  json.field("priority", attribute.prio);
+  json.list("keywords", [&] {
+    for (uint32_t i = 0; i < attribute.key_count; i++) json.value(attribute.keys[i].text);
   });
-  write_number(json, "flags", attribute.flags);
-  write_number(json, "group", attribute.group);
+  json.field("flags", attribute.flags);
+  json.field("group", attribute.group);
   if (attribute.apo == nullptr) {
-    write_text(json, "slots", nullptr);
+    json.null_field("slots");
   } else {
-    write_array(json, "slots", [&] {
-      for (int id = 0; id < SVG_ELEM_COUNT; id++) json.Int(attribute.apo[id]);
+    json.list("slots", [&] {
+      for (int id = 0; id < SVG_ELEM_COUNT; id++) json.value(attribute.apo[id]);
     });
   }
-  json.EndObject();
-}
-
-static void write_text(Writer &json, const char *name, const char *text) {
-  json.Key(name);
-  if (text != nullptr)
-    json.String(text);
-  else
-    json.Null();
-}
-
-static void write_number(Writer &json, const char *name, int64_t number) {
-  json.Key(name);
-  json.Int64(number);
-}
-
-template <class Items> static void write_array(Writer &json, const char *name, Items items) {
-  json.Key(name);
-  json.StartArray();
-  items();
-  json.EndArray();
+  json.end_object();
 }

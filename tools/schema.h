@@ -6,8 +6,16 @@
 
 #include "svg/svg.h"
 
+// A value as the record that svg_get_record_kind tells.
+template <class Record> const Record *as(const svg_a_node *value) {
+  return reinterpret_cast<const Record *>(value);
+}
+
 const char *element_name(int id);
 const char *row_name(int row);
+
+// How many numbers a transform of this type (SVG_TRAFO_*) has.
+int trafo_numbers(int type);
 
 // Text of a color extension's space ("icc-color").
 const char *color_space_name(int colortype);
@@ -22,7 +30,7 @@ struct ColorValues {
 };
 ColorValues color_values(const svg_color &color);
 
-// Writes the tables as one JSON object.
-void print_schema(FILE *out);
+// Writes the tables as one JSON object, on one line unless pretty.
+void print_schema(FILE *out, bool pretty);
 
 #endif

@@ -2,13 +2,30 @@
 #include "tools/tree_text.h"
 
 #include <string>
+#include <string_view>
+#include <unordered_set>
 
+#include "tools/names.h"
+#include "tools/questions.h"
 #include "tools/schema.h"
+#include "tools/utf8.h"
 #include "tools/value_text.h"
+#include "tools/walk.h"
 
-static void print_facts(FILE *out, const Drawing &drawing);
+namespace {
+
+// What the switches passed so far would show.
+using Chosen = std::unordered_set<const svg_node *>;
+
+} // namespace
+
+static void print_facts(FILE *out, const Drawing &drawing, bool full);
+static void print_answer_list(FILE *out, const Drawing &drawing, const char *label,
+                              Question question, bool full);
 static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *element, int depth,
-                          bool full);
+                          const TextOptions &options, Chosen &chosen);
+static std::string language_marks(const Drawing &drawing, const svg_e_node *element,
+                                  Chosen &chosen);
 static void print_value(FILE *out, const Drawing &drawing, const svg_e_node *element,
                         const svg_a_node *value, int depth, bool full);
 static void print_text(FILE *out, const svg_t_node *text, int depth, bool full);
@@ -19,97 +36,110 @@ static bool is_blank(const char *text);
 // of the depth.
 constexpr int deepest_indent = 40;
 
-constexpr size_t shown_text = 200;
+constexpr size_t shown_answers = 12; // fonts, ids, links above the tree
 
-void print_document(FILE *out, const Drawing &drawing, bool full) {
-  print_facts(out, drawing);
-  print_subtree(out, drawing, drawing.svg(), full);
+void print_document(FILE *out, const Drawing &drawing, const TextOptions &options) {
+  print_facts(out, drawing, options.full);
+  print_subtree(out, drawing, drawing.svg(), options);
 }
 
-static void print_facts(FILE *out, const Drawing &drawing) {
-  std::string line = drawing.name() + ": ";
+void print_subtree(FILE *out, const Drawing &drawing, const svg_e_node *top,
+                   const TextOptions &options) {
+  Chosen chosen;
+  walk(
+      top,
+      [&](const svg_e_node *element, int depth) {
+        if (ferror(out) == 0) print_element(out, drawing, element, depth, options, chosen);
+      },
+      [&](const svg_t_node *text, int depth) { print_text(out, text, depth, options.full); },
+      [](const svg_e_node *) {});
+}
+
+static void print_facts(FILE *out, const Drawing &drawing, bool full) {
+  const auto size = [&](double width, double height) {
+    return number_text(width, full) + " x " + number_text(height, full);
+  };
+  std::string line = escaped(drawing.name()) + ": ";
   if (drawing.viewport_width() != 0 || drawing.viewport_height() != 0)
-    line += "viewport " + number_text(drawing.viewport_width()) + " x " +
-            number_text(drawing.viewport_height());
+    line += "viewport " + size(drawing.viewport_width(), drawing.viewport_height());
   else
     line += "embedded";
   if (drawing.viewbox_width() != 0 || drawing.viewbox_height() != 0)
-    line += ", viewBox " + number_text(drawing.viewbox_width()) + " x " +
-            number_text(drawing.viewbox_height());
+    line += ", viewBox " + size(drawing.viewbox_width(), drawing.viewbox_height());
   line += drawing.has_text() ? ", with text" : "";
-  std::string used;
+  fprintf(out, "%s\nelements:", line.c_str());
   for (int id = 0; id < SVG_ELEM_COUNT; id++)
-    if (drawing.uses(id)) used += std::string(used.empty() ? "" : " ") + element_name(id);
-  fprintf(out, "%s\nelements: %s\n", line.c_str(), used.c_str());
+    if (drawing.uses(id)) fprintf(out, " %s", element_name(id));
+  fputc('\n', out);
   const std::pair<const char *, const char *> texts[] = {
       {"title", svg_get_title_text(drawing.parser())},
       {"desc", svg_get_desc_text(drawing.parser())},
       {"metadata", svg_get_metadata(drawing.parser())}};
   for (const auto &[name, text] : texts)
-    if (text != nullptr) fprintf(out, "%s: %s\n", name, quoted(text).c_str());
+    if (text != nullptr) fprintf(out, "%s: %s\n", name, quoted_text(text, full).c_str());
+  print_answer_list(out, drawing, "fonts", answer_fonts, full);
+  print_answer_list(out, drawing, "ids", answer_ids, full);
+  print_answer_list(out, drawing, "links", answer_links, full);
+  print_answer_list(out, drawing, "data", answer_data, full);
 }
 
-// Walks without recursion: a stack of the siblings still to come, one for each open level.
-void print_subtree(FILE *out, const Drawing &drawing, const svg_e_node *top, bool full) {
-  std::vector<svg_node *> open;
-  print_element(out, drawing, top, 0, full);
-  open.push_back(top->first_child);
-  while (!open.empty()) {
-    svg_node *node = open.back();
-    if (node == nullptr) {
-      open.pop_back();
-      continue;
-    }
-    open.back() = node->next;
-    const auto depth = static_cast<int>(open.size());
-    if (const svg_e_node *element = svg_as_element(node)) {
-      print_element(out, drawing, element, depth, full);
-      open.push_back(element->first_child);
-    } else {
-      print_text(out, svg_as_text(node), depth, full);
-    }
-  }
+static void print_answer_list(FILE *out, const Drawing &drawing, const char *label,
+                              Question question, bool full) {
+  size_t count = 0;
+  question(drawing, [&](const std::string &answer) {
+    if (full || count < shown_answers)
+      fprintf(out, "%s%s", count == 0 ? (std::string(label) + ": ").c_str() : "; ", answer.c_str());
+    count++;
+  });
+  if (!full && count > shown_answers) fprintf(out, "; ... (%zu in all)", count);
+  if (count > 0) fputc('\n', out);
 }
 
 static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *element, int depth,
-                          bool full) {
+                          const TextOptions &options, Chosen &chosen) {
   indent(out, depth);
-  fputs(element_name(element->head.id), out);
-  if (const std::string id = svg_find_href_id(drawing.parser(), element); id != "(empty)")
-    fprintf(out, " #%s", id.c_str());
+  fputs(element_text(drawing, element).c_str(), out);
   if ((element->head.flags & SVG_EF_NEEDS_BBOX) != 0) fputs(" [needs bbox]", out);
+  if (options.languages) fputs(language_marks(drawing, element, chosen).c_str(), out);
   fputc('\n', out);
   for (int32_t i = 0; i < element->values_num; i++)
-    print_value(out, drawing, element, element->values[i], depth + 1, full);
+    print_value(out, drawing, element, element->values[i], depth + 1, options.full);
+}
+
+// A switch shows the first of its child elements whose conditions hold (SVG 1.1, 5.8.2); of the
+// conditions the reader knows systemLanguage.
+static std::string language_marks(const Drawing &drawing, const svg_e_node *element,
+                                  Chosen &chosen) {
+  std::string marks;
+  if ((element->head.flags & SVG_EF_SYSLANG) != 0)
+    marks +=
+        drawing.accepts_language(element) ? " [language accepted]" : " [language not accepted]";
+  if (chosen.contains(&element->head)) marks += " [chosen]";
+  if (element->head.id != SVG_ELEM_switch) return marks;
+  int number = 0;
+  for (svg_node *node = element->first_child; node != nullptr; node = node->next) {
+    const svg_e_node *child = svg_as_element(node);
+    if (child == nullptr) continue;
+    number++;
+    if (!drawing.accepts_language(child)) continue;
+    chosen.insert(node);
+    return marks + " [chooses child " + std::to_string(number) + ']';
+  }
+  return marks + " [chooses no child]";
 }
 
 static void print_value(FILE *out, const Drawing &drawing, const svg_e_node *element,
                         const svg_a_node *value, int depth, bool full) {
   indent(out, depth);
   fprintf(out, ". %s: %s", row_name(value->row), value_text(drawing, value, full).c_str());
-  const Source source = drawing.source(element, value);
-  switch (source.kind) {
-  case SVG_SOURCE_ATTRIBUTE: break;
-  case SVG_SOURCE_SHEET:
-    fprintf(out, "  (sheet: %s)", source.selector != nullptr ? source.selector->c_str() : "");
-    break;
-  case SVG_SOURCE_STYLE: fputs("  (style)", out); break;
-  case SVG_SOURCE_DEFAULT: fputs("  (default)", out); break;
-  }
-  fputc('\n', out);
+  const std::string source = source_text(drawing, element, value);
+  fputs(source.empty() ? "\n" : ("  (" + source + ")\n").c_str(), out);
 }
 
 static void print_text(FILE *out, const svg_t_node *text, int depth, bool full) {
   if (is_blank(text->text)) return;
-  std::string_view shown = text->text;
-  if (!full && shown.size() > shown_text) {
-    shown = shown.substr(0, shown_text);
-    while ((static_cast<unsigned char>(shown.back()) & 0xC0) == 0x80) shown.remove_suffix(1);
-    if (static_cast<unsigned char>(shown.back()) >= 0xC0) shown.remove_suffix(1);
-  }
   indent(out, depth);
-  fprintf(out, "%s%s\n", quoted(shown).c_str(),
-          shown.size() < std::string_view(text->text).size() ? "..." : "");
+  fprintf(out, "%s\n", quoted_text(text->text, full).c_str());
 }
 
 static void indent(FILE *out, int depth) {

@@ -6,12 +6,17 @@
 
 #include "tools/drawing.h"
 
+struct TextOptions {
+  bool full = false;      // nothing is shortened
+  bool languages = false; // mark elements by systemLanguage, and what each switch chooses
+};
+
 // Prints the document facts, then the tree: one line for each element, one for each value
-// (beginning with ". "), one for each text that is not blank (in quotes). Long values are shortened
-// unless full.
-void print_document(FILE *out, const Drawing &drawing, bool full);
+// (beginning with ". "), one for each text that is not blank (in quotes).
+void print_document(FILE *out, const Drawing &drawing, const TextOptions &options);
 
 // Prints the subtree of one element.
-void print_subtree(FILE *out, const Drawing &drawing, const svg_e_node *top, bool full);
+void print_subtree(FILE *out, const Drawing &drawing, const svg_e_node *top,
+                   const TextOptions &options);
 
 #endif

@@ -1,33 +1,35 @@
 // value_text.cpp: values as a person would write them, for the text tree and for --explain.
 #include "tools/value_text.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdio>
 
 #include "tools/schema.h"
+#include "tools/utf8.h"
 
-static std::string unum_text(double value, int unit);
+static std::string unum_text(double value, int unit, bool full);
 static std::string keyword_or(int key, const std::string &otherwise);
 static std::string unums_text(int32_t count, const double *values, const uint8_t *units, bool full);
-static std::string trafo_text(const svg_an_trafo *trafo);
-static std::string paint_text(const Drawing &drawing, const svg_a_node *value);
-static std::string color_text(const svg_color &color);
-static std::string iri_text(const Drawing &drawing, const svg_iri &iri);
+static std::string trafo_text(const svg_an_trafo *trafo, bool full);
+static std::string paint_text(const Drawing &drawing, const svg_a_node *value, bool full);
+static std::string color_text(const svg_color &color, bool full);
 static std::string funciri_text(const Drawing &drawing, const svg_iri &iri);
+static bool is_none(const svg_iri &iri);
 static std::string families_text(const svg_an_key_name_list *list);
 static std::string path_text(const svg_an_path_data *path, bool full);
-
-template <class Record> static const Record *as(const svg_a_node *value) {
-  return reinterpret_cast<const Record *>(value);
-}
 
 // Items of a list that are shown unless the whole is wanted.
 constexpr int32_t shown_items = 12;
 
-std::string number_text(double value) {
+constexpr size_t shown_text = 200; // bytes
+
+std::string number_text(double value, bool exact) {
   char buffer[32];
-  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
+  char *end = buffer + sizeof buffer;
+  return {buffer, exact ? std::to_chars(buffer, end, value).ptr
+                        : std::to_chars(buffer, end, value, std::chars_format::general, 9).ptr};
 }
 
 const char *unit_text(int unit) {
@@ -42,19 +44,11 @@ std::string rgb_text(uint32_t rgb) {
   return buffer;
 }
 
-std::string quoted(std::string_view text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    switch (c) {
-    case '\n': result += "\\n"; break;
-    case '\t': result += "\\t"; break;
-    case '\r': result += "\\r"; break;
-    case '"':
-    case '\\': result += '\\'; [[fallthrough]];
-    default: result += c;
-    }
-  }
-  return result + '"';
+std::string quoted_text(std::string_view text, bool full) {
+  size_t end = 0;
+  while (end < shown_text && end < text.size())
+    end += std::max<size_t>(utf8_length(text.substr(end)), 1);
+  return full || end == text.size() ? quoted(text) : quoted(text.substr(0, end)) + "...";
 }
 
 // Lists: the items that are shown, and how many are not.
@@ -74,15 +68,16 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   switch (svg_get_record_kind(value->row)) {
   case SVG_RECORD_NONE: break;
   case SVG_RECORD_KEYWORD: return svg_get_keyword_text(as<svg_an_keyword>(value)->key);
-  case SVG_RECORD_NUMBER: return number_text(as<svg_an_number>(value)->value);
-  case SVG_RECORD_UNUM: return unum_text(as<svg_an_unum>(value)->value, value->unit);
+  case SVG_RECORD_NUMBER: return number_text(as<svg_an_number>(value)->value, full);
+  case SVG_RECORD_UNUM: return unum_text(as<svg_an_unum>(value)->value, value->unit, full);
   case SVG_RECORD_KEY_NUMBER: {
     const auto *record = as<svg_an_key_number>(value);
-    return keyword_or(record->key, number_text(record->value));
+    return keyword_or(record->key, number_text(record->value, full));
   }
   case SVG_RECORD_KEY_UNUM: {
     const auto *record = as<svg_an_key_unum>(value);
-    return keyword_or(record->key, record->key != 0 ? "" : unum_text(record->value, value->unit));
+    return keyword_or(record->key,
+                      record->key != 0 ? "" : unum_text(record->value, value->unit, full));
   }
   case SVG_RECORD_ASPECT: {
     const auto *record = as<svg_an_aspect>(value);
@@ -91,25 +86,26 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   }
   case SVG_RECORD_VIEWBOX: {
     const auto *record = as<svg_an_viewbox>(value);
-    return number_text(record->min_x) + ' ' + number_text(record->min_y) + ' ' +
-           number_text(record->width) + ' ' + number_text(record->height);
+    return number_text(record->min_x, full) + ' ' + number_text(record->min_y, full) + ' ' +
+           number_text(record->width, full) + ' ' + number_text(record->height, full);
   }
   case SVG_RECORD_CLIP: {
     const auto *record = as<svg_an_clip>(value);
     if (record->key != SVG_KW_rect) return svg_get_keyword_text(record->key);
     return "rect(" +
-           list_text(4, ", ", true, [&](int32_t i) { return number_text(record->rect[i]); }) + ')';
+           list_text(4, ", ", true, [&](int32_t i) { return number_text(record->rect[i], full); }) +
+           ')';
   }
-  case SVG_RECORD_STRING: return quoted(as<svg_an_string>(value)->text);
+  case SVG_RECORD_STRING: return quoted_text(as<svg_an_string>(value)->text, full);
   case SVG_RECORD_NAME_LIST: {
     const auto *record = as<svg_an_name_list>(value);
     return list_text(record->count, ", ", full,
-                     [&](int32_t i) { return std::string(record->names[i]); });
+                     [&](int32_t i) { return escaped(record->names[i]); });
   }
   case SVG_RECORD_NUM_LIST: {
     const auto *record = as<svg_an_num_list>(value);
     return list_text(record->count, " ", full,
-                     [&](int32_t i) { return number_text(record->values[i]); });
+                     [&](int32_t i) { return number_text(record->values[i], full); });
   }
   case SVG_RECORD_KEY_LIST: {
     const auto *record = as<svg_an_key_list>(value);
@@ -124,9 +120,9 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
     const auto *record = as<svg_an_key_unum_list>(value);
     return keyword_or(record->key, unums_text(record->count, record->values, record->units, full));
   }
-  case SVG_RECORD_TRAFO: return trafo_text(as<svg_an_trafo>(value));
+  case SVG_RECORD_TRAFO: return trafo_text(as<svg_an_trafo>(value), full);
   case SVG_RECORD_COLOR: return rgb_text(as<svg_an_color>(value)->rgb);
-  case SVG_RECORD_PAINT: return paint_text(drawing, value);
+  case SVG_RECORD_PAINT: return paint_text(drawing, value, full);
   case SVG_RECORD_IRI:
     return value->row < SVG_PROP_COUNT ? funciri_text(drawing, as<svg_an_iri>(value)->iri)
                                        : iri_text(drawing, as<svg_an_iri>(value)->iri);
@@ -140,8 +136,22 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   return "";
 }
 
-static std::string unum_text(double value, int unit) {
-  return number_text(value) + unit_text(unit);
+std::string source_text(const Drawing &drawing, const svg_e_node *element,
+                        const svg_a_node *value) {
+  const Source source = drawing.source(element, value);
+  const std::string selector = source.selector != nullptr ? escaped(*source.selector) : "";
+  switch (source.kind) {
+  case SVG_SOURCE_ATTRIBUTE: break;
+  case SVG_SOURCE_SHEET: return "sheet: " + selector;
+  case SVG_SOURCE_IMPORTANT: return "sheet, important: " + selector;
+  case SVG_SOURCE_STYLE: return "style";
+  case SVG_SOURCE_DEFAULT: return "default";
+  }
+  return "";
+}
+
+static std::string unum_text(double value, int unit, bool full) {
+  return number_text(value, full) + unit_text(unit);
 }
 
 static std::string keyword_or(int key, const std::string &otherwise) {
@@ -150,25 +160,20 @@ static std::string keyword_or(int key, const std::string &otherwise) {
 
 static std::string unums_text(int32_t count, const double *values, const uint8_t *units,
                               bool full) {
-  return list_text(count, " ", full, [&](int32_t i) { return unum_text(values[i], units[i]); });
+  return list_text(count, " ", full,
+                   [&](int32_t i) { return unum_text(values[i], units[i], full); });
 }
 
-static std::string trafo_text(const svg_an_trafo *trafo) {
-  struct Form {
-    const char *function;
-    int numbers;
-  };
-  static constexpr Form forms[] = {{"matrix", 6}, {"rotate", 1},    {"", 0},
-                                   {"scale", 1},  {"scale", 2},     {"skewX", 1},
-                                   {"skewY", 1},  {"translate", 1}, {"translate", 2}};
-  const Form &form = forms[trafo->type];
-  return std::string(form.function) + '(' +
-         list_text(form.numbers, " ", true,
-                   [&](int32_t i) { return number_text(trafo->numbers[i]); }) +
+static std::string trafo_text(const svg_an_trafo *trafo, bool full) {
+  static constexpr const char *functions[] = {"matrix", "rotate", "",          "scale",    "scale",
+                                              "skewX",  "skewY",  "translate", "translate"};
+  return std::string(functions[trafo->type]) + '(' +
+         list_text(trafo_numbers(trafo->type), " ", true,
+                   [&](int32_t i) { return number_text(trafo->numbers[i], full); }) +
          ')';
 }
 
-static std::string paint_text(const Drawing &drawing, const svg_a_node *value) {
+static std::string paint_text(const Drawing &drawing, const svg_a_node *value, bool full) {
   switch (value->kind) {
   case SVG_PAINT_INHERIT: return "inherit";
   case SVG_PAINT_CURRENTCOLOR: return "currentColor";
@@ -178,27 +183,39 @@ static std::string paint_text(const Drawing &drawing, const svg_a_node *value) {
     return funciri_text(drawing, iri) +
            (iri.fallback >= 0 ? ' ' + rgb_text(static_cast<uint32_t>(iri.fallback)) : "");
   }
-  case SVG_PAINT_COLOR: return color_text(as<svg_an_paint_color>(value)->color);
+  case SVG_PAINT_COLOR: return color_text(as<svg_an_paint_color>(value)->color, full);
   default: return "none";
   }
 }
 
-static std::string color_text(const svg_color &color) {
+static std::string color_text(const svg_color &color, bool full) {
   std::string result = rgb_text(color.rgb) + ' ' + color_space_name(color.colortype) + '(';
-  if (color.name != nullptr) result += color.name;
+  if (color.name != nullptr) result += escaped(color.name);
   const ColorValues values = color_values(color);
   for (int i = 0; i < values.count; i++)
-    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(values.first[i]);
+    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(values.first[i], full);
   return result + ')';
 }
 
-static std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
+const svg_iri *value_iri(const svg_a_node *value) {
+  const svg_iri *iri = nullptr;
+  switch (svg_get_record_kind(value->row)) {
+  case SVG_RECORD_IRI: iri = &as<svg_an_iri>(value)->iri; break;
+  case SVG_RECORD_PAINT:
+    if (value->kind == SVG_PAINT_IRI) iri = &as<svg_an_paint_iri>(value)->iri;
+    break;
+  default: break;
+  }
+  return iri != nullptr && !is_none(*iri) ? iri : nullptr;
+}
+
+std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
   switch (iri.kind) {
   case SVG_IRI_LINK:
     if (iri.ref.target != nullptr)
-      return std::string("#") + svg_find_href_id(drawing.parser(), iri.ref.target);
+      return "#" + escaped(svg_find_href_id(drawing.parser(), iri.ref.target));
     if (const char *name = drawing.waiting_name(&iri))
-      return std::string("#") + name + " (no such element)";
+      return "#" + escaped(name) + " (no such element)";
     return "# (no such element)";
   case SVG_IRI_DATA: {
     size_t size = 0;
@@ -206,15 +223,17 @@ static std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
       return "data: (empty)";
     return std::string("data: ") + mime_text(iri.mime) + ", " + std::to_string(size) + " bytes";
   }
-  case SVG_IRI_NAME: return iri.ref.text != nullptr ? iri.ref.text : "none";
+  case SVG_IRI_NAME: return iri.ref.text != nullptr ? escaped(iri.ref.text) : "none";
   default: return "none";
   }
 }
 
 static std::string funciri_text(const Drawing &drawing, const svg_iri &iri) {
-  const bool none =
-      iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && iri.ref.text == nullptr);
-  return none ? "none" : "url(" + iri_text(drawing, iri) + ')';
+  return is_none(iri) ? "none" : "url(" + iri_text(drawing, iri) + ')';
+}
+
+static bool is_none(const svg_iri &iri) {
+  return iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && iri.ref.text == nullptr);
 }
 
 static std::string families_text(const svg_an_key_name_list *list) {
@@ -232,8 +251,8 @@ static std::string path_text(const svg_an_path_data *path, bool full) {
     const auto *record = static_cast<const svg_pada *>(ort_vtr_at(path->segments, i));
     result += (result.empty() ? "" : " ") + std::string(commands[record->type]);
     for (int k = 0; k < record->count && (full || shown < shown_items); k++, shown++)
-      result +=
-          ' ' + number_text(record->points[2 * k]) + ',' + number_text(record->points[2 * k + 1]);
+      result += ' ' + number_text(record->points[2 * k], full) + ',' +
+                number_text(record->points[2 * k + 1], full);
     if (!full && shown >= shown_items) {
       result += " ...";
       break;

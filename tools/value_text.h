@@ -7,8 +7,9 @@
 
 #include "tools/drawing.h"
 
-// Shortest text that reads back to the same double.
-std::string number_text(double value);
+// A number: exact, as the shortest text that reads back to the same double, else with the nine
+// digits that a person can use.
+std::string number_text(double value, bool exact);
 
 // "px", "%", ...; "" for none.
 const char *unit_text(int unit);
@@ -16,10 +17,19 @@ const char *unit_text(int unit);
 // "#1a2b3c"
 std::string rgb_text(uint32_t rgb);
 
-// Text in double quotes on one line: control bytes, quotes and backslashes escaped.
-std::string quoted(std::string_view text);
+// Text in quotes on one line, cut after some 200 bytes unless full.
+std::string quoted_text(std::string_view text, bool full);
 
-// A value. Long lists and paths are shortened unless full.
+// The IRI that a value holds, or null; "none" is none.
+const svg_iri *value_iri(const svg_a_node *value);
+
+// "#id", the text of an outside IRI, or the type and size of embedded data.
+std::string iri_text(const Drawing &drawing, const svg_iri &iri);
+
+// A value. Numbers and long lists and paths are shortened unless full.
 std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full);
+
+// Where an element's value came from: "style", "sheet: SELECTOR"; "" for an attribute.
+std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value);
 
 #endif

@@ -1,0 +1,199 @@
+// explain.cpp: the cascade and inheritance of SVG 1.1 and CSS 2.1 over a finished tree (--explain).
+//
+// The tree keeps what an element's attribute, its style sheets and its style attribute say side by
+// side. Of the rules of style sheets it keeps the one that wins among them.
+#include "tools/explain.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "tools/names.h"
+#include "tools/schema.h"
+#include "tools/utf8.h"
+#include "tools/value_text.h"
+
+namespace {
+
+// The element, its parent and so on to the outermost svg.
+using Chain = std::vector<const svg_e_node *>;
+
+// A value and the element that has it.
+struct Holder {
+  const svg_e_node *element = nullptr;
+  const svg_a_node *value = nullptr; // null: nobody has one
+};
+
+constexpr int no_row = -1;
+
+} // namespace
+
+static Chain chain_of(const svg_e_node *element);
+static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain);
+static int find_row(const svg_e_node *element, const std::string &name);
+static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row);
+static void print_value(FILE *out, const Drawing &drawing, const Holder &holder, int row);
+static Holder find_holder(const Drawing &drawing, const Chain &chain, int row);
+static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row);
+static bool competes(const svg_a_node *value, int row);
+static int rank(svg_source source);
+static bool is_inherit(const svg_a_node *value);
+static bool inherits(int row);
+
+bool is_property_name(const std::string &name) {
+  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+    if (name == row_name(row)) return true;
+  return false;
+}
+
+void print_explanation(FILE *out, const Drawing &drawing, const svg_e_node *element,
+                       const std::string &name) {
+  const Chain chain = chain_of(element);
+  fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(), element_text(drawing, element).c_str());
+  if (name.empty()) {
+    for (const int row : rows_of(drawing, chain)) explain_row(out, drawing, chain, row);
+  } else if (const int row = find_row(element, name); row != no_row) {
+    explain_row(out, drawing, chain, row);
+  } else {
+    fprintf(out, "  %s: no attribute of %s\n", name.c_str(), element_name(element->head.id));
+  }
+}
+
+// Between an element and its parent stand, in document order, its siblings and what is in them.
+static Chain chain_of(const svg_e_node *element) {
+  Chain chain = {element};
+  for (const svg_e_node *node = element->prev; node != nullptr; node = node->prev)
+    if (node->level < chain.back()->level && node->head.id != SVG_ID_ROOT) chain.push_back(node);
+  return chain;
+}
+
+// What the element has, and the properties that it inherits from an ancestor.
+static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain) {
+  std::vector<int> rows;
+  for (int32_t i = 0; i < chain.front()->values_num; i++)
+    if (const int row = chain.front()->values[i]->row; !std::ranges::count(rows, row))
+      rows.push_back(row);
+  for (int row = 0; row < SVG_PROP_COUNT; row++)
+    if (!std::ranges::count(rows, row) && find_holder(drawing, chain, row).value != nullptr)
+      rows.push_back(row);
+  return rows;
+}
+
+// An attribute of this element before a property: font-face has attributes like properties.
+static int find_row(const svg_e_node *element, const std::string &name) {
+  const svg_elem_def &definition = svg_get_elem_table()[element->head.id];
+  for (int32_t i = 0; i < definition.esa_count; i++)
+    if (name == definition.esa_list[i].name) return definition.esa_list[i].attr;
+  for (int row = 0; row < SVG_PROP_COUNT; row++)
+    if (name == row_name(row)) return row;
+  return no_row;
+}
+
+static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row) {
+  const svg_e_node *element = chain.front();
+  const svg_a_node *winner = find_winner(drawing, element, row);
+  fprintf(out, "  %s: ", row_name(row));
+  if (winner != nullptr)
+    print_value(out, drawing, {element, winner}, row);
+  else
+    fputs("no value\n", out);
+  for (int32_t i = element->values_num - 1; i >= 0; i--) {
+    const svg_a_node *value = element->values[i];
+    if (value == winner || !competes(value, row)) continue;
+    fputs("    overrides ", out);
+    print_value(out, drawing, {element, value}, row);
+  }
+  if (winner != nullptr && !is_inherit(winner)) return;
+  if (const Holder holder = find_holder(drawing, chain, row); holder.value != nullptr) {
+    fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element).c_str());
+    print_value(out, drawing, holder, row);
+  } else if (const char *initial = svg_get_attr_table()[row].default_text; initial != nullptr) {
+    fprintf(out, "    initial value: %s\n", initial);
+  } else if (row < SVG_PROP_COUNT) {
+    fputs("    initial value: the program's own\n", out);
+  }
+}
+
+static void print_value(FILE *out, const Drawing &drawing, const Holder &holder, int row) {
+  const std::string text = value_text(drawing, holder.value, false);
+  const std::string source = source_text(drawing, holder.element, holder.value);
+  // Of IRIs the tree does not tell the two keywords apart.
+  const bool iri = svg_get_record_kind(holder.value->row) == SVG_RECORD_IRI;
+  fprintf(out, "%s%s  (%s%s)\n", text.c_str(),
+          iri && row < SVG_PROP_COUNT && value_iri(holder.value) == nullptr ? " or inherit" : "",
+          source.empty() ? "attribute" : source.c_str(),
+          holder.value->row != row ? ", through marker" : "");
+}
+
+// Whose value the first element of the chain has in the end: its own, or an ancestor's.
+static Holder find_holder(const Drawing &drawing, const Chain &chain, int row) {
+  for (const svg_e_node *element : chain) {
+    const svg_a_node *value = find_winner(drawing, element, row);
+    if (value != nullptr && !is_inherit(value)) return {element, value};
+    if (value == nullptr && !inherits(row)) break;
+  }
+  return {};
+}
+
+// By CSS 2.1, 6.4.1 and SVG 1.1, 6.4; of equal rank the later one.
+static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row) {
+  const svg_a_node *winner = nullptr;
+  int highest = -1;
+  for (int32_t i = 0; i < element->values_num; i++) {
+    const svg_a_node *value = element->values[i];
+    if (!competes(value, row)) continue;
+    const int value_rank = rank(drawing.source(element, value).kind);
+    if (value_rank < highest) continue;
+    highest = value_rank;
+    winner = value;
+  }
+  return winner;
+}
+
+static bool competes(const svg_a_node *value, int row) {
+  return value->row == row || (value->row == SVG_PROP_marker && row >= SVG_PROP_marker_end &&
+                               row <= SVG_PROP_marker_start);
+}
+
+// A presentation attribute counts as a rule of specificity 0 before all sheets (SVG 1.1, 6.4).
+static int rank(svg_source source) {
+  switch (source) {
+  case SVG_SOURCE_DEFAULT: return 0;
+  case SVG_SOURCE_ATTRIBUTE: return 1;
+  case SVG_SOURCE_SHEET: return 2;
+  case SVG_SOURCE_STYLE: return 3;
+  case SVG_SOURCE_IMPORTANT: return 4;
+  }
+  return 0;
+}
+
+static bool is_inherit(const svg_a_node *value) {
+  switch (svg_get_record_kind(value->row)) {
+  case SVG_RECORD_PAINT: return value->kind == SVG_PAINT_INHERIT;
+  case SVG_RECORD_KEYWORD: return as<svg_an_keyword>(value)->key == SVG_KW_inherit;
+  case SVG_RECORD_KEY_NUMBER: return as<svg_an_key_number>(value)->key == SVG_KW_inherit;
+  case SVG_RECORD_KEY_UNUM: return as<svg_an_key_unum>(value)->key == SVG_KW_inherit;
+  case SVG_RECORD_KEY_UNUM_LIST: return as<svg_an_key_unum_list>(value)->key == SVG_KW_inherit;
+  case SVG_RECORD_CLIP: return as<svg_an_clip>(value)->key == SVG_KW_inherit;
+  case SVG_RECORD_COLOR_PROFILE: return as<svg_an_color_profile>(value)->keyword == SVG_KW_inherit;
+  case SVG_RECORD_KEY_NAME_LIST: return as<svg_an_key_name_list>(value)->keys[0] == SVG_KW_inherit;
+  default: return false;
+  }
+}
+
+static bool inherits(int row) {
+  switch (row) { // of the property index of SVG 1.1
+  case SVG_PROP_background_color:
+  case SVG_PROP_baseline_shift:
+  case SVG_PROP_clip:
+  case SVG_PROP_clip_path:
+  case SVG_PROP_display:
+  case SVG_PROP_mask:
+  case SVG_PROP_opacity:
+  case SVG_PROP_overflow:
+  case SVG_PROP_stop_color:
+  case SVG_PROP_stop_opacity:
+  case SVG_PROP_text_decoration:
+  case SVG_PROP_unicode_bidi: return false;
+  default: return row < SVG_PROP_COUNT;
+  }
+}

@@ -1,0 +1,162 @@
+// json_document.cpp: the fields of a drawing, its elements and texts as JSON (docs/json.md).
+#include "tools/json_document.h"
+
+#include "tools/json_value.h"
+#include "tools/json_writer.h"
+#include "tools/names.h"
+#include "tools/schema.h"
+#include "tools/walk.h"
+
+static void write_document(JsonWriter &json, const Drawing &drawing);
+static void write_message(JsonWriter &json, const Message &message);
+static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
+static void write_tree(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
+                       const svg_e_node *root);
+static void write_flags(JsonWriter &json, int flags);
+static const char *source_name(svg_source source);
+
+void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root, bool pretty) {
+  JsonWriter json(out, pretty);
+  json.begin_object();
+  json.field("file", drawing.name());
+  json.key("document");
+  if (drawing.ok())
+    write_document(json, drawing);
+  else
+    json.null();
+  const Message *error = nullptr;
+  json.array("warnings", [&] {
+    for (const Message &message : drawing.messages())
+      if (message.severity == ORT_WARNING)
+        write_message(json, message);
+      else
+        error = &message;
+  });
+  json.key("error");
+  if (error != nullptr)
+    write_message(json, *error);
+  else
+    json.null();
+  if (drawing.ok()) {
+    const NodeNumbers numbers(drawing);
+    write_names(json, drawing, numbers);
+    json.key("root");
+    if (root != nullptr)
+      write_tree(json, drawing, numbers, root);
+    else
+      json.null();
+  } else {
+    for (const char *name : {"fonts", "names", "root"}) json.null_field(name);
+  }
+  json.end_object();
+}
+
+static void write_document(JsonWriter &json, const Drawing &drawing) {
+  const auto size = [&](const char *name, double width, double height) {
+    json.list(name, [&] {
+      json.value(width);
+      json.value(height);
+    });
+  };
+  json.begin_object();
+  size("viewport", drawing.viewport_width(), drawing.viewport_height());
+  size("viewBox", drawing.viewbox_width(), drawing.viewbox_height());
+  json.field("hasText", drawing.has_text());
+  json.list("elements", [&] {
+    for (int id = 0; id < SVG_ELEM_COUNT; id++)
+      if (drawing.uses(id)) json.value(element_name(id));
+  });
+  json.field("title", svg_get_title_text(drawing.parser()));
+  json.field("desc", svg_get_desc_text(drawing.parser()));
+  json.field("metadata", svg_get_metadata(drawing.parser()));
+  json.end_object();
+}
+
+static void write_message(JsonWriter &json, const Message &message) {
+  json.begin_object();
+  json.field("code", message.code);
+  json.field("message", message.text);
+  json.end_object();
+}
+
+static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers) {
+  json.array("fonts", [&] {
+    for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
+      const svg_font *font = svg_get_font_at(drawing.parser(), i);
+      json.begin_object();
+      json.field("name", drawing.font_name(font));
+      json.field("id", font->id);
+      json.field("node", numbers.of(font->node));
+      json.end_object();
+    }
+  });
+  json.array("names", [&] {
+    for (const auto &[name, element] : named_elements(drawing, numbers)) {
+      json.begin_object();
+      json.field("name", name);
+      json.field("node", numbers.of(element));
+      json.end_object();
+    }
+  });
+}
+
+static void write_tree(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
+                       const svg_e_node *root) {
+  int64_t number = node_number(root);
+  walk(
+      root,
+      [&](const svg_e_node *element, int) {
+        json.begin_object();
+        json.field("node", number++);
+        json.field("element", element_name(element->head.id));
+        json.field("level", element->level);
+        write_flags(json, element->head.flags);
+        json.array("values", [&] {
+          for (int32_t i = 0; i < element->values_num; i++) {
+            const svg_a_node *value = element->values[i];
+            json.begin_object();
+            json.field("name", row_name(value->row));
+            json.field("row", value->row);
+            json.field("source", source_name(drawing.source(element, value).kind));
+            write_json_value(json, drawing, numbers, value);
+            json.end_object();
+          }
+        });
+        json.key("children");
+        json.begin_array();
+      },
+      [&](const svg_t_node *text, int) {
+        json.begin_object();
+        json.field("text", text->text);
+        json.field("last", (text->head.flags & SVG_TF_LAST) != 0);
+        json.end_object();
+      },
+      [&](const svg_e_node *) {
+        json.end_array();
+        json.end_object();
+      });
+}
+
+static void write_flags(JsonWriter &json, int flags) {
+  static constexpr std::pair<int, const char *> names[] = {{SVG_EF_NEEDS_BBOX, "needsBBox"},
+                                                           {SVG_EF_TEXT, "text"},
+                                                           {SVG_EF_GROUP, "group"},
+                                                           {SVG_EF_NEEDS_BBOX2, "needsBBox2"},
+                                                           {SVG_EF_SYSLANG, "systemLanguage"},
+                                                           {SVG_EF_BBOX_USER, "bboxUser"},
+                                                           {SVG_EF_BBOX_USER2, "bboxUser2"}};
+  json.list("flags", [&] {
+    for (const auto &[flag, name] : names)
+      if ((flags & flag) != 0) json.value(name);
+  });
+}
+
+static const char *source_name(svg_source source) {
+  switch (source) {
+  case SVG_SOURCE_SHEET:
+  case SVG_SOURCE_IMPORTANT: return "sheet";
+  case SVG_SOURCE_STYLE: return "style";
+  case SVG_SOURCE_DEFAULT: return "default";
+  default: return "attribute";
+  }
+}

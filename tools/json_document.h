@@ -1,0 +1,13 @@
+// json_document.h: a drawing as one JSON object; docs/json.md describes it.
+#ifndef TOOLS_JSON_DOCUMENT_H
+#define TOOLS_JSON_DOCUMENT_H
+
+#include <cstdio>
+
+#include "tools/drawing.h"
+
+// Writes the drawing, on one line unless pretty. root is the element whose subtree is written, the
+// outermost svg by default; null, and with it most fields, when the drawing was not readable.
+void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root, bool pretty);
+
+#endif

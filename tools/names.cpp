@@ -1,0 +1,56 @@
+// names.cpp: see names.h.
+#include "tools/names.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "tools/schema.h"
+#include "tools/utf8.h"
+#include "tools/walk.h"
+
+NodeNumbers::NodeNumbers(const Drawing &drawing) {
+  svg_e_node *element = nullptr;
+  for (size_t i = 0; svg_get_href(drawing.parser(), i, &element) != nullptr; i++)
+    numbers_[element] = 0;
+  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++)
+    numbers_[svg_get_font_at(drawing.parser(), i)->node] = 0;
+  if (numbers_.empty()) return;
+  int64_t number = 0;
+  each_element(drawing.svg(), [&](const svg_e_node *node) {
+    number++;
+    if (const auto found = numbers_.find(node); found != numbers_.end()) found->second = number;
+  });
+}
+
+int64_t node_number(const svg_e_node *element) {
+  int64_t number = 0;
+  for (; element != nullptr && element->head.id != SVG_ID_ROOT; element = element->prev) number++;
+  return number;
+}
+
+std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbers &numbers) {
+  std::vector<NamedElement> result;
+  NamedElement named = {};
+  for (size_t i = 0; (named.name = svg_get_href(drawing.parser(), i, &named.element)) != nullptr;
+       i++)
+    result.push_back(named);
+  std::ranges::stable_sort(result, {},
+                           [&](const NamedElement &entry) { return numbers.of(entry.element); });
+  return result;
+}
+
+const svg_e_node *find_element(const Drawing &drawing, const std::string &id) {
+  const char *name = id.c_str() + (id.starts_with('#') ? 1 : 0);
+  const svg_e_node *element = svg_find_name(drawing.parser(), name);
+  if (element == nullptr)
+    fprintf(stderr, "%s: no element has the id '%s'\n", escaped(drawing.name()).c_str(),
+            escaped(name).c_str());
+  return element;
+}
+
+std::string element_text(const Drawing &drawing, const svg_e_node *element) {
+  std::string text = element_name(element->head.id);
+  if (const std::string id = svg_find_href_id(drawing.parser(), element); id != "(empty)")
+    text += " #" + escaped(id);
+  return text;
+}

@@ -1,0 +1,40 @@
+// names.h: the elements that can be asked for by name, and the numbers of elements.
+#ifndef TOOLS_NAMES_H
+#define TOOLS_NAMES_H
+
+#include <cstdint>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "tools/drawing.h"
+
+// Numbers of the elements that bear an id or are fonts: 1 for the first element built, counting in
+// document order.
+class NodeNumbers {
+public:
+  explicit NodeNumbers(const Drawing &drawing);
+  int64_t of(const svg_e_node *element) const { return numbers_.at(element); }
+
+private:
+  std::unordered_map<const svg_e_node *, int64_t> numbers_;
+};
+
+// Number of any element; takes time in proportion to the elements before it.
+int64_t node_number(const svg_e_node *element);
+
+struct NamedElement {
+  const char *name;
+  svg_e_node *element;
+};
+
+// Ids and names in document order.
+std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbers &numbers);
+
+// The element that "#id" or "id" names, or null after a message.
+const svg_e_node *find_element(const Drawing &drawing, const std::string &id);
+
+// "rect #button", for a person.
+std::string element_text(const Drawing &drawing, const svg_e_node *element);
+
+#endif

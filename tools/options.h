@@ -1,0 +1,44 @@
+// options.h: the command line.
+#ifndef TOOLS_OPTIONS_H
+#define TOOLS_OPTIONS_H
+
+#include <string>
+#include <vector>
+
+#include "tools/drawing.h"
+#include "tools/tree_text.h"
+
+struct Options {
+  ReadSettings reading;
+  TextOptions text;
+  std::vector<std::string> files;
+  int jobs = 1;
+
+  // What to print; the whole document when nothing is said.
+  bool check = false;
+  bool schema = false;
+  bool json = false;
+  bool pretty = false;
+  bool fonts = false;
+  bool ids = false;
+  bool links = false;
+  bool stats = false;
+  bool has_query = false;
+  bool has_explain = false;
+  bool has_path = false;
+  std::string query;
+  std::string explain_id;
+  std::string explain_property; // "": all
+  std::string path;
+  std::string extract_folder; // "": nothing
+  bool force = false;
+
+  bool asks() const { // a question, in place of the whole document
+    return fonts || ids || links || stats || has_query || has_explain || !extract_folder.empty();
+  }
+};
+
+// Returns the exit status, or -1 to go on.
+int parse_options(int argc, char **argv, Options &options);
+
+#endif

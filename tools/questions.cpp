@@ -1,0 +1,94 @@
+// questions.cpp: answers to --fonts, --ids, --links and --stats, and the facts above a text tree.
+#include "tools/questions.h"
+
+#include <algorithm>
+#include <functional>
+#include <vector>
+
+#include "tools/names.h"
+#include "tools/schema.h"
+#include "tools/utf8.h"
+#include "tools/value_text.h"
+#include "tools/walk.h"
+
+static void answer_iris(const Drawing &drawing, const Answers &answers, bool data,
+                        const char *separator);
+static void print_memory(FILE *out, const Drawing &drawing);
+
+void answer_fonts(const Drawing &drawing, const Answers &answers) {
+  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
+    const svg_font *font = svg_get_font_at(drawing.parser(), i);
+    answers(escaped(drawing.font_name(font)) + " (" + element_text(drawing, font->node) + ')');
+  }
+}
+
+void answer_ids(const Drawing &drawing, const Answers &answers) {
+  for (const auto &[name, element] : named_elements(drawing, NodeNumbers(drawing)))
+    answers('#' + escaped(name) + ' ' + element_name(element->head.id));
+}
+
+void answer_links(const Drawing &drawing, const Answers &answers) {
+  answer_iris(drawing, answers, false, " -> ");
+}
+
+void answer_data(const Drawing &drawing, const Answers &answers) {
+  answer_iris(drawing, answers, true, " ");
+}
+
+void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question) {
+  size_t count = 0;
+  question(drawing, [&](const std::string &) { count++; });
+  fprintf(out, "%s: %zu %s%s\n", escaped(drawing.name()).c_str(), count, noun,
+          count == 1 ? "" : "s");
+  question(drawing, [&](const std::string &answer) { fprintf(out, "  %s\n", answer.c_str()); });
+}
+
+void print_statistics(FILE *out, const Drawing &drawing) {
+  size_t elements = 0;
+  size_t texts = 0;
+  size_t values = 0;
+  walk(
+      drawing.svg(),
+      [&](const svg_e_node *element, int) {
+        elements++;
+        values += static_cast<size_t>(element->values_num);
+      },
+      [&](const svg_t_node *, int) { texts++; }, [](const svg_e_node *) {});
+  double style_sheet_pass = 0;
+  double main_pass = 0;
+  svg_get_pass_times(drawing.parser(), &style_sheet_pass, &main_pass);
+  fprintf(out, "%s: %zu elements, %zu values, %zu texts\n", escaped(drawing.name()).c_str(),
+          elements, values, texts);
+  fprintf(out, "  time: style sheets %.3f ms, document %.3f ms\n", 1e3 * style_sheet_pass,
+          1e3 * main_pass);
+  print_memory(out, drawing);
+}
+
+static void answer_iris(const Drawing &drawing, const Answers &answers, bool data,
+                        const char *separator) {
+  each_element(drawing.svg(), [&](const svg_e_node *element) {
+    for (int32_t i = 0; i < element->values_num; i++) {
+      const svg_iri *iri = value_iri(element->values[i]);
+      if (iri != nullptr && (iri->kind == SVG_IRI_DATA) == data)
+        answers(element_text(drawing, element) + ' ' + row_name(element->values[i]->row) +
+                separator + iri_text(drawing, *iri));
+    }
+  });
+}
+
+static void print_memory(FILE *out, const Drawing &drawing) {
+  ort_statistics total;
+  ort_get_statistics(drawing.core(), &total);
+  fprintf(out, "  memory: %llu bytes in %llu blocks, peak %llu bytes\n",
+          static_cast<unsigned long long>(total.live_bytes),
+          static_cast<unsigned long long>(total.live_blocks),
+          static_cast<unsigned long long>(total.peak_bytes));
+  std::vector<ort_tag_count> tags(ort_get_tag_counts(drawing.core(), nullptr, 0));
+  ort_get_tag_counts(drawing.core(), tags.data(), tags.size());
+  std::erase_if(tags, [](const ort_tag_count &tag) { return tag.blocks == 0; });
+  std::ranges::stable_sort(tags, std::greater(), &ort_tag_count::bytes);
+  fprintf(out, "  %12s  %8s\n", "bytes", "blocks");
+  for (const ort_tag_count &tag : tags)
+    fprintf(out, "  %12llu  %8llu  %s\n", static_cast<unsigned long long>(tag.bytes),
+            static_cast<unsigned long long>(tag.blocks), tag.tag);
+}

@@ -1,0 +1,26 @@
+// questions.h: what a drawing defines and refers to, one line of text for each answer.
+#ifndef TOOLS_QUESTIONS_H
+#define TOOLS_QUESTIONS_H
+
+#include <cstdio>
+#include <functional>
+#include <string>
+
+#include "tools/drawing.h"
+
+// Receives the answers.
+using Answers = std::function<void(const std::string &)>;
+
+void answer_fonts(const Drawing &drawing, const Answers &answers); // generated names, elements
+void answer_ids(const Drawing &drawing, const Answers &answers);   // ids and names, elements
+void answer_links(const Drawing &drawing, const Answers &answers); // elements, targets
+void answer_data(const Drawing &drawing, const Answers &answers);  // embedded data: type, size
+
+// A heading with the number of answers, then the answers.
+using Question = void (*)(const Drawing &drawing, const Answers &answers);
+void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question);
+
+// Elements, values, memory, time.
+void print_statistics(FILE *out, const Drawing &drawing);
+
+#endif
