@@ -1,9 +1,9 @@
 // memory.cpp: tagged blocks with live counts, a hard budget and failures on demand. Everything in
 // the library allocates here. Raises ORT_E_NO_MEMORY, also when the budget is exceeded.
 //
-// A block is preceded by a header of 8 bytes; a temporary block has list links before the header.
-// Sizes are known when a block is released, so that another allocator can take the place of malloc
-// in acquire, resize and release. The sanitizers need malloc itself (ORT_SANITIZE).
+// Small blocks lie in chunks (chunks.cpp). Others come from malloc, behind their label; a temporary
+// block has list links before the header. The sanitizers need malloc for every block
+// (ORT_SANITIZE).
 #include <stdlib.h>
 #include <string.h>
 
@@ -15,28 +15,33 @@ struct ort_temporary {
 
 namespace {
 
-struct block_header {
-  uint64_t size : 48; // as requested
-  uint64_t tag : 16;
-};
-static_assert(sizeof(block_header) == 8 && sizeof(ort_temporary) % 8 == 0);
+static_assert(sizeof(ort_label) % 8 == 0 && sizeof(ort_temporary) % 8 == 0);
 
 constexpr uint64_t MAX_SIZE = (1ULL << 47) - 1;
-constexpr uint32_t MAX_TAGS = 1U << 16;
 constexpr uint32_t NO_TAG = UINT32_MAX;
+#ifdef ORT_SANITIZE
+constexpr size_t MAX_SMALL = 0;
+#else
+constexpr size_t MAX_SMALL = 8 * ORT_SMALL_GRAINS;
+#endif
 
 } // namespace
 
 static void *allocate(ort_core *core, size_t prefix, size_t size, const char *tag);
+static void *place(ort_memory *memory, size_t prefix, ort_label label);
+static ort_label label_of(const ort_memory *memory, void *block);
 static bool admit(ort_core *core, uint64_t released, uint64_t wanted);
-static void count_in(ort_core *core, block_header *header, size_t size, uint32_t tag);
-static void count_out(ort_core *core, const block_header *header);
+static void count_in(ort_memory *memory, ort_label label);
+static void count_out(ort_memory *memory, ort_label label);
 static uint32_t find_tag(ort_memory *memory, const char *literal);
 static uint32_t add_literal(ort_memory *memory, const char *literal);
 static uint32_t add_tag(ort_memory *memory, const char *text);
 static ort_tag_slot *find_slot(const ort_memory *memory, const char *literal);
 
-static block_header *header_of(void *block) { return static_cast<block_header *>(block) - 1; }
+static ort_label *label_before(void *block) { return static_cast<ort_label *>(block) - 1; }
+
+// A size of 0 is not small.
+static bool is_small(size_t size) { return size - 1 < MAX_SMALL; }
 
 // ---- Blocks -------------------------------------------------------------------------------------
 
@@ -60,28 +65,43 @@ void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag) {
 
 void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
   if (!block) return ort_malloc(core, size, tag);
-  block_header *header = header_of(block);
-  const uint32_t number = find_tag(&core->memory, tag);
-  if (number == NO_TAG || !admit(core, header->size, size)) ort_raise_no_memory(core);
-  const block_header old = *header;
-  header = static_cast<block_header *>(realloc(header, sizeof *header + size));
-  if (!header) ort_raise_no_memory(core);
-  count_out(core, &old);
-  count_in(core, header, size, number);
-  return header + 1;
+  ort_memory *memory = &core->memory;
+  ort_label old = label_of(memory, block);
+  const uint32_t number = find_tag(memory, tag);
+  if (number == NO_TAG || !admit(core, old.size, size)) ort_raise_no_memory(core);
+  const ort_label label = {size, number};
+  void *moved;
+  if (is_small(size) || is_small(old.size)) {
+    moved = place(memory, 0, label);
+    if (!moved) ort_raise_no_memory(core);
+    memcpy(moved, block, old.size < size ? old.size : size);
+    if (!ort_chunks_give(&memory->chunks, block, &old)) free(label_before(block));
+  } else {
+    moved = realloc(label_before(block), sizeof label + size);
+    if (!moved) ort_raise_no_memory(core);
+    *static_cast<ort_label *>(moved) = label;
+    moved = static_cast<ort_label *>(moved) + 1;
+  }
+  count_out(memory, old);
+  count_in(memory, label);
+  return moved;
 }
 
 void ort_free(ort_core *core, void *block) {
   if (!block) return;
-  block_header *header = header_of(block);
-  count_out(core, header);
-  free(header);
+  ort_memory *memory = &core->memory;
+  ort_label label;
+  if (!ort_chunks_give(&memory->chunks, block, &label)) {
+    label = *label_before(block);
+    free(label_before(block));
+  }
+  count_out(memory, label);
 }
 
 void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
   void *block = allocate(core, sizeof(ort_temporary), size, tag);
   if (!block) ort_raise_no_memory(core);
-  ort_temporary *links = reinterpret_cast<ort_temporary *>(header_of(block)) - 1;
+  ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
   links->newer = nullptr;
   links->older = core->memory.temporaries;
   if (links->older) links->older->newer = links;
@@ -91,10 +111,10 @@ void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
 
 void ort_free_tmp(ort_core *core, void *block) {
   if (!block) return;
-  ort_temporary *links = reinterpret_cast<ort_temporary *>(header_of(block)) - 1;
+  ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
   (links->newer ? links->newer->older : core->memory.temporaries) = links->older;
   if (links->older) links->older->newer = links->newer;
-  count_out(core, header_of(block));
+  count_out(&core->memory, *label_before(block));
   free(links);
 }
 
@@ -117,8 +137,9 @@ size_t ort_count_temporaries(const ort_core *core) {
 
 void ort_memory_delete(ort_core *core) {
   while (core->memory.temporaries) {
-    ort_free_tmp(core, reinterpret_cast<block_header *>(core->memory.temporaries + 1) + 1);
+    ort_free_tmp(core, reinterpret_cast<ort_label *>(core->memory.temporaries + 1) + 1);
   }
+  ort_chunks_delete(&core->memory.chunks);
   free(core->memory.tags);
   free(core->memory.tag_order);
   free(core->memory.slots);
@@ -144,15 +165,29 @@ void ort_reset_peak(ort_core *core) {
 
 // ---- Helpers ------------------------------------------------------------------------------------
 
-// A block behind prefix bytes and its header; null: memory is short.
+// A counted block; null: memory is short. With a prefix it lies behind as many bytes and its label.
 static void *allocate(ort_core *core, size_t prefix, size_t size, const char *tag) {
-  const uint32_t number = find_tag(&core->memory, tag);
+  ort_memory *memory = &core->memory;
+  const uint32_t number = find_tag(memory, tag);
   if (number == NO_TAG || !admit(core, 0, size)) return nullptr;
-  char *memory = static_cast<char *>(malloc(prefix + sizeof(block_header) + size));
-  if (!memory) return nullptr;
-  block_header *header = reinterpret_cast<block_header *>(memory + prefix);
-  count_in(core, header, size, number);
-  return header + 1;
+  const ort_label label = {size, number};
+  void *block = place(memory, prefix, label);
+  if (block) count_in(memory, label);
+  return block;
+}
+
+static void *place(ort_memory *memory, size_t prefix, ort_label label) {
+  if (prefix == 0 && is_small(label.size)) return ort_chunks_take(&memory->chunks, label);
+  void *start = malloc(prefix + sizeof label + label.size);
+  if (!start) return nullptr;
+  void *block = static_cast<char *>(start) + prefix + sizeof label;
+  *label_before(block) = label;
+  return block;
+}
+
+static ort_label label_of(const ort_memory *memory, void *block) {
+  ort_label label;
+  return ort_chunks_find(&memory->chunks, block, &label) ? label : *label_before(block);
 }
 
 // Counts an allocation and says whether it may go on to malloc.
@@ -169,24 +204,22 @@ static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
          wanted <= options.memory_budget - kept;
 }
 
-static void count_in(ort_core *core, block_header *header, size_t size, uint32_t tag) {
-  header->size = size & MAX_SIZE;
-  header->tag = tag & (MAX_TAGS - 1);
-  ort_tag_count &count = core->memory.tags[tag];
+static void count_in(ort_memory *memory, ort_label label) {
+  ort_tag_count &count = memory->tags[label.tag];
   ++count.blocks;
-  count.bytes += size;
-  ort_statistics &all = core->memory.statistics;
+  count.bytes += label.size;
+  ort_statistics &all = memory->statistics;
   ++all.live_blocks;
-  all.live_bytes += size;
+  all.live_bytes += label.size;
   if (all.live_bytes > all.peak_bytes) all.peak_bytes = all.live_bytes;
 }
 
-static void count_out(ort_core *core, const block_header *header) {
-  ort_tag_count &count = core->memory.tags[header->tag];
+static void count_out(ort_memory *memory, ort_label label) {
+  ort_tag_count &count = memory->tags[label.tag];
   --count.blocks;
-  count.bytes -= header->size;
-  --core->memory.statistics.live_blocks;
-  core->memory.statistics.live_bytes -= header->size;
+  count.bytes -= label.size;
+  --memory->statistics.live_blocks;
+  memory->statistics.live_bytes -= label.size;
 }
 
 // ---- Tags ---------------------------------------------------------------------------------------
@@ -244,7 +277,7 @@ static uint32_t add_tag(ort_memory *memory, const char *text) {
   }
   if (memory->tag_count == memory->tag_capacity) {
     const uint32_t capacity = memory->tag_capacity ? memory->tag_capacity * 2 : 128;
-    if (capacity > MAX_TAGS) return NO_TAG;
+    if (capacity > ORT_MAX_TAGS) return NO_TAG;
     void *tags = realloc(memory->tags, capacity * sizeof *memory->tags);
     if (!tags) return NO_TAG;
     memory->tags = static_cast<ort_tag_count *>(tags);
