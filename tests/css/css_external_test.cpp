@@ -17,12 +17,14 @@ protected:
     root = mkdtemp(pattern.data());
     base = root / "sheets";
     fs::create_directories(base / "d");
-    fs::create_directories(root / "sheets2");
-    for (const char *name :
-         {"sheets/a b.css", "sheets/d/x.css", "secret.css", "sheets2/x.css", "sheets/c:d.css"})
+    for (const char *name : {"sheets2", "others"}) {
+      fs::create_directories(root / name);
+      fs::create_symlink("../" + string(name), base / ("to " + string(name)));
+    }
+    for (const char *name : {"sheets/a b.css", "sheets/d/x.css", "secret.css", "sheets2/x.css",
+                             "others/x.css", "sheets/c:d.css"})
       write(name, "a{}");
     fs::create_symlink("../secret.css", base / "out.css");
-    fs::create_symlink("../sheets2", base / "outdir");
     fs::create_symlink("d/x.css", base / "in.css");
     fs::create_symlink("loop.css", base / "loop.css");
     mkfifo((base / "fifo.css").c_str(), 0600);
@@ -57,9 +59,9 @@ TEST_F(CssFolder, OnlyFilesBelowItAreRead) {
       {"a{}", {"d/x.css", "a%20b.css", "a b.css?v=1#f", "in.css", "c%3Ad.css"}},
       {"10201", {"none.css", "loop.css"}},
       {"10200",
-       {"", "d", "fifo.css", "out.css", "outdir/x.css", "d/../a b.css", "../secret.css",
-        "d/%2e%2E/../secret.css", "%2fetc/passwd", "/etc/passwd", "//host/x.css", "..\\secret.css",
-        "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}},
+       {"", "d", "fifo.css", "out.css", "to sheets2/x.css", "to others/x.css", "d/../a b.css",
+        "../secret.css", "d/%2e%2E/../secret.css", "%2fetc/passwd", "/etc/passwd", "//host/x.css",
+        "..\\secret.css", "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}},
   };
   for (const auto &test : cases)
     for (const char *href : test.hrefs) EXPECT_EQ(read(href), test.expected) << href;

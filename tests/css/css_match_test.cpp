@@ -17,11 +17,12 @@ TEST(CssMatch, Selectors) {
       {"a.x#i[k]", "svg(a.x#i[k=]! b.x#i[k=] a.x[k=])"},
       {"a rect", "svg(a(b(rect!) rect!) rect)"},
       {"a>rect", "svg(a(b(rect) rect!) rect)"},
+      {".x > b", "svg(a.x.x(b!) c(b))"},
       {"a + rect", "svg(a(rect) rect! rect a b rect)"},
       {"a ~ rect", "svg(rect a(rect) rect! b rect! b(rect))"},
       {"a a", "a(a!(b(a!)) a!)"},
       {"[k]", "svg(a[k=] ! b[K=1] c[k=v]!)"},
-      {"[k=v]", "svg(a[k=v]! b[k=V] c[k=v_] d[k=] e)"},
+      {"[k=v]", "svg(a[k=v]! b[k=V] c[k=v_] d[k=] e[k=v][k=w]! f[k=w][k=v])"},
       {"[ k = 'v w' ]", "svg(a[k=v_w]! b[k=v])"},
       {"[k='']", "svg(a[k=]! b[k=_] c)"},
       {"[k~=v]", "svg(a[k=v]! b[k=u_v_w]! c[k=vv_v!x] d[k=_v_]! e[k=uv])"},
@@ -44,7 +45,8 @@ TEST(CssMatch, Selectors) {
       {"a:hover, a::before, a:first-line, b", "svg(a b!)"},
       {"a:lang(en), b", "svg(a b!)"},
       {"r\\65 ct", "svg(rect! ect)"},
-      {".\\31 2", "svg(a.12! b.1)"},
+      {".\\31 2, .\\33\r\n4", "svg(a.12! b.1 c.34!)"},
+      {"[k='\\110000\\0\\d800']", "svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!)"},
       {"#a\\:b", "svg(a#a:b! b#a)"},
       {"[k='\\76\\'\\\n']", "svg(a[k=v']!)"},
       {".\xC3\xA4", "svg(a.\xC3\xA4! b.a)"},
@@ -186,6 +188,8 @@ TEST(CssMatch, AnElementWithoutParentBeginsADocument) {
   Toy toy(core);
   toy.parse("a b{p:1} a ~ b{p:2} a + b{p:3}");
   EXPECT_EQ(toy.rules("svg(a(c(d"), "");
+  toy.parse("a c{p:4}"); // ends a document too
+  EXPECT_EQ(toy.rules("svg(c! a(c!))"), "a c{p:4} ");
   EXPECT_EQ(toy.rules("svg(b! a b!)"), "a + b{p:3} a ~ b{p:2} ");
   EXPECT_EQ(toy.rules("b!(b!)"), "");
 }
