@@ -523,6 +523,11 @@ ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pa
 
 /* ---- Questions about a finished document --------------------------------------------------------------------- */
 
+/* The last of an element's values whose row has this name ("fill", "xlink:href"), or null. Of a
+ * property's values, attribute before style sheet before style, it is the one that holds, unless a
+ * declaration of a style sheet is !important: see svg_set_observer. */
+ORT_API const svg_a_node *svg_find_value(const svg_e_node *element, const char *name);
+
 /* The element that bears an id or name, or null. */
 ORT_API svg_e_node *svg_find_name(const svg_parser *parser, const char *name);
 

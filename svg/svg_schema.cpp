@@ -74,6 +74,15 @@ svg_record_kind svg_get_record_kind(int32_t row) {
              : SVG_RECORD_NONE;
 }
 
+// ---- Values by name -----------------------------------------------------------------------------
+
+const svg_a_node *svg_find_value(const svg_e_node *element, const char *name) {
+  for (int32_t i = element->values_num - 1; i >= 0; i--)
+    if (ort_strcmp(svg_attr_table[element->values[i]->row].name, name) == 0)
+      return element->values[i];
+  return nullptr;
+}
+
 // ---- The tables for hosts -----------------------------------------------------------------------
 
 const svg_attr_def *svg_get_attr_table() { return svg_attr_table; }
