@@ -1,12 +1,17 @@
-// svg_expat.cpp: Expat under the core's memory.
+// svg_expat.cpp: Expat under the core's memory, and in time linear in the input.
 //
 // Expat's blocks come from the core, so that the host's budget and statistics count them: one
 // attribute of a hundred megabytes is held by Expat long before a value is made of it. Expat wants
-// null for lack of memory, never a jump.
-#include <cstdlib>
+// null for lack of memory, never a jump. And Expat reads an unfinished token anew with every block,
+// so that the blocks of a long token are gathered until it can have doubled.
 #include <cstring>
 
 #include "svg/svg_xml.h"
+
+static XML_Status feed(svg_parser *p, const char *bytes, int length, bool last);
+
+// Bytes of a long token that are gathered at most: what Expat takes at a time is an int.
+constexpr size_t most_held = size_t{1} << 28;
 
 // What stands before each of Expat's blocks.
 struct expat_block {
@@ -71,7 +76,30 @@ void svg_expat_create(svg_parser *p, const char *encoding) {
 }
 
 XML_Status svg_expat_parse(svg_parser *p, const char *bytes, int length, bool last) {
+  if (p->unfinished == 0) return feed(p, bytes, length, last);
+  if (p->held == nullptr) p->held = ort_bs_new(p->core);
+  ort_bs_append(p->held, bytes, static_cast<size_t>(length));
+  const size_t held = ort_bs_length(p->held);
+  if (held < p->unfinished && held < most_held && !last) return XML_STATUS_OK;
+  const XML_Status status = feed(p, ort_bs_text(p->held), static_cast<int>(held), last);
+  ort_bs_clear(p->held);
+  return status;
+}
+
+static XML_Status feed(svg_parser *p, const char *bytes, int length, bool last) {
   XML_Status status = XML_STATUS_ERROR;
   with_core(p, [&] { status = XML_Parse(p->xml, bytes, length, last); });
+  p->bytes_fed += length;
+  const int64_t unfinished = p->bytes_fed - XML_GetCurrentByteIndex(p->xml);
+  p->unfinished = unfinished > 4 * SVG_BLOCK_SIZE ? static_cast<size_t>(unfinished) : 0;
   return status;
+}
+
+void svg_expat_delete(svg_parser *p) {
+  if (p->xml != nullptr) XML_ParserFree(p->xml);
+  p->xml = nullptr;
+  ort_bs_delete(p->held);
+  p->held = nullptr;
+  p->bytes_fed = 0;
+  p->unfinished = 0;
 }

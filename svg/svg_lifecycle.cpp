@@ -7,6 +7,7 @@
 #include "svg/svg_schema.h"
 #include "svg/svg_style.h"
 #include "svg/svg_tree.h"
+#include "svg/svg_xml.h"
 
 static void empty(ort_vtr *vector);
 static void delete_attribute_values(ort_core *core, ort_vtr *values);
@@ -75,8 +76,7 @@ void svg_parser_delete(svg_parser *p) {
     ort_bs_delete(text);
   for (char *text : {p->language_primary, p->pi_copy, p->font_copy}) ort_free(core, text);
   svg_clear_document(p);
-  delete_blocks(core, p->ext_style_sheets);
-  if (p->xml != nullptr) XML_ParserFree(p->xml);
+  svg_expat_delete(p);
   for (unsigned char *bits : {p->attrs_set, p->props_set}) ort_free(core, bits);
   for (ort_vtr *vector :
        {p->nsp_stack, p->css_svg_stack, p->class_nids, p->pi_items, p->ext_style_sheets,

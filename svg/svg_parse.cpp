@@ -60,7 +60,7 @@ static void make_containers(svg_parser *p) {
   p->hrefs = ort_vtr_new(core, &href_ced, 0, 0);
   p->fonts = ort_vtr_new(core, &ptr_ced, 0, 0);
   p->pi_items = ort_vtr_new(core, &ptr_ced, 0, 0);
-  p->ext_style_sheets = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->ext_style_sheets = ort_vtr_new(core, &ext_sheet_ced, 0, 0);
   p->elem_stack = ort_vtr_new(core, &pe_ced, 0, 0);
   p->open_elements = ort_vtr_new(core, &open_element_ced, 0, 0);
   p->an_values = ort_vtr_new(core, &an_ptr_ced, 0, 0);
@@ -89,7 +89,8 @@ void svg_prepare_document(svg_parser *p) {
     if (p->log_level >= 3)
       ort_logg(p->core, "\tParsing external style sheet #%d...\n", static_cast<int>(i + 1));
     svg_css_create_parser(p);
-    css_parse(p->css, ort_item<const char *>(p->ext_style_sheets, i));
+    const auto &sheet = ort_item<svg_ext_sheet>(p->ext_style_sheets, i);
+    css_parse_sheet(p->css, sheet.text, sheet.href);
   }
   if (p->style_sheet != nullptr) {
     if (p->log_level >= 3) ort_logg(p->core, "\tParsing internal style sheet...\n");

@@ -36,6 +36,12 @@ struct svg_pe_entry {
   svg_node **link;
 };
 
+// An external style sheet, as read, and the name it was read by.
+struct svg_ext_sheet {
+  char *text;
+  char *href;
+};
+
 // An element that links can point to.
 struct svg_href {
   char *id;
@@ -111,7 +117,7 @@ struct svg_parser {
   ort_vtr *css_svg_stack;    // int32_t
   ort_vtr *class_nids;       // int16_t
   ort_vtr *pi_items;         // char *, into the copy being split
-  ort_vtr *ext_style_sheets; // char *, owned
+  ort_vtr *ext_style_sheets; // svg_ext_sheet
   int32_t level;
   int32_t skip_level;
   svg_e_node *root;
@@ -142,6 +148,9 @@ struct svg_parser {
   char *font_copy;             // font shorthand being split
   int32_t callback_failed;     // an Expat callback raised; the error is pending until XML_Parse has
                                // returned
+  ort_bs *held;                // blocks not yet handed to Expat, of a token of many blocks
+  int64_t bytes_fed;           // to Expat in this pass
+  size_t unfinished;           // bytes that Expat keeps of a long token, else 0
   svg_limits limits;
   uint64_t nodes; // built so far
   svg_observer_fn observer;

@@ -15,6 +15,14 @@ static char *skip_space(char *s);
 static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type);
 static void log_line(svg_parser *p);
 
+static void release_ext_sheet(ort_core *core, void *item) {
+  const auto *sheet = static_cast<svg_ext_sheet *>(item);
+  ort_free(core, sheet->text);
+  ort_free(core, sheet->href);
+}
+
+const ort_item_desc ext_sheet_ced = {sizeof(svg_ext_sheet), nullptr, release_ext_sheet};
+
 void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char *data) {
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
@@ -105,10 +113,7 @@ void svg_css_create_parser(svg_parser *p) {
 
 void svg_css_clear_sheets(svg_parser *p) {
   forget_instruction(p);
-  while (ort_vtr_count(p->ext_style_sheets) > 0) {
-    ort_free(p->core, ort_top<char *>(p->ext_style_sheets));
-    ort_vtr_pop(p->ext_style_sheets);
-  }
+  ort_vtr_resize(p->ext_style_sheets, 0);
   ort_bs_delete(p->style_sheet);
   p->style_sheet = nullptr;
   p->in_style_elem = 0;
@@ -132,13 +137,15 @@ static void read_external_sheet(svg_parser *p) {
     if (strcmp(name, "href") == 0) href = value;
   }
   if (!css || href == nullptr) return;
-  ort_push<char *>(p->ext_style_sheets, nullptr); // before the text exists, which nobody else owns
-  char *text = css_read_external_stylesheet(p->core, href, p->css_context_, p->log_level);
-  if (text != nullptr) {
-    ort_top<char *>(p->ext_style_sheets) = text;
-  } else {
-    ort_vtr_pop(p->ext_style_sheets);
+  if (ort_vtr_count(p->ext_style_sheets) >= ORT_LIMIT_IMPORTS) {
+    ort_warning(p->core, ORT_E_LIMIT, "external style sheets",
+                ort_errprintf(p->core, "%d", ORT_LIMIT_IMPORTS), nullptr, nullptr);
+    return;
   }
+  auto *sheet = static_cast<svg_ext_sheet *>(ort_vtr_push(p->ext_style_sheets));
+  sheet->href = ort_strdup(p->core, href);
+  sheet->text = css_read_external_stylesheet(p->core, href, p->css_context_, p->log_level);
+  if (sheet->text == nullptr) ort_vtr_pop(p->ext_style_sheets);
 }
 
 static int32_t warn_item(svg_parser *p, int code, const char *name, const char *token) {

@@ -27,6 +27,7 @@ void svg_parse_font_prop(svg_parser *p, const char *text);
 
 // ---- svg_sheets.cpp: the style-sheet pass ---------------------------------------------------------------------------
 
+extern const ort_item_desc ext_sheet_ced;
 void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char *data);
 int32_t svg_css_split_itemlist(svg_parser *p, char *text);
 void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **attrs);

@@ -53,12 +53,10 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
       ort_rethrow(p->core);
     }
   }
-  if (css_pass) {
+  if (css_pass)
     svg_reset_xml(p, file, gz);
-  } else {
-    XML_ParserFree(p->xml);
-    p->xml = nullptr;
-  }
+  else
+    svg_expat_delete(p);
 }
 
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
@@ -158,8 +156,7 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 }
 
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
-  XML_ParserFree(p->xml);
-  p->xml = nullptr;
+  svg_expat_delete(p);
   if (ort_fseek(file, 0, 0) != 0)
     ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
   if (*gz != nullptr) {

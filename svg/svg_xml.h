@@ -19,6 +19,7 @@ long svg_xml_line(const svg_parser *p);
 // callback raised.
 void svg_expat_create(svg_parser *p, const char *encoding);
 XML_Status svg_expat_parse(svg_parser *p, const char *bytes, int length, bool last);
+void svg_expat_delete(svg_parser *p);
 
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays
 // pending, the pass is stopped, and callbacks that still arrive do nothing; svg_parse_xml raises
