@@ -1,4 +1,5 @@
-/* svg_names.h: the numbers by which the tree names elements, properties and keywords.
+/** @file
+ * The numbers by which the tree names elements, properties and keywords.
  *
  * Element and property numbers are rows of svg_elem_table and svg_attr_table. Keyword ids are in
  * ASCII order of the texts; one text has one id in every list. A "-" of the text is a "_" of the
@@ -7,7 +8,7 @@
 #ifndef SVG_NAMES_H
 #define SVG_NAMES_H
 
-/* Elements: ids 0 to 38. */
+/** Elements: ids 0 to 38. */
 enum {
   SVG_ELEM_a = 0,
   SVG_ELEM_circle,
@@ -51,7 +52,7 @@ enum {
   SVG_ELEM_COUNT
 };
 
-/* Properties: rows 0 to 45 of svg_attr_table. */
+/** Properties: rows 0 to 45 of svg_attr_table. */
 enum {
   SVG_PROP_background_color = 0,
   SVG_PROP_baseline_shift,
@@ -102,9 +103,9 @@ enum {
   SVG_PROP_COUNT
 };
 
-/* Attributes that the reader itself looks at, and the number of rows. */
+/** Attributes that the reader itself looks at, and the number of rows. */
 enum {
-  SVG_ATTR_font_family = 61, /* this and the next five: of font-face */
+  SVG_ATTR_font_family = 61, /**< this and the next five: of font-face */
   SVG_ATTR_font_size,
   SVG_ATTR_font_stretch,
   SVG_ATTR_font_style,
@@ -116,12 +117,12 @@ enum {
   SVG_ATTR_transform = 112,
   SVG_ATTR_viewBox = 120,
   SVG_ATTR_svg_width = 122,
-  SVG_ATTR_x = 124, /* single lengths: not those of text, tref, tspan, mask */
+  SVG_ATTR_x = 124, /**< single lengths: not those of text, tref, tspan, mask */
   SVG_ATTR_y = 138,
   SVG_ATTR_COUNT = 147
 };
 
-/* Keywords: ids 1 to 145; SVG_KW_NONE is no keyword. */
+/** Keywords: ids 1 to 145; SVG_KW_NONE is no keyword. */
 enum {
   SVG_KW_NONE = 0,
   SVG_KW_0,
