@@ -7,10 +7,12 @@
 
 // ---- Reading ------------------------------------------------------------------------------------
 
-static int parse(AccountingCore &core, const std::string &text, void (*configure)(svg_parser *),
-                 svg_parser **parser, svg_e_node **svg) {
-  const char *bytes = text.data();
-  const size_t length = text.size();
+static int parse(AccountingCore &core, const std::string &text,
+                 const std::function<void(svg_parser *)> &configure, svg_parser **parser,
+                 svg_e_node **svg) {
+  const std::vector<char> exact(text.begin(), text.end());
+  const char *bytes = exact.data();
+  const size_t length = exact.size();
   ort_file *file = nullptr;
   ort_gz *gz = nullptr;
   const int code = core.protect([&] {
@@ -18,7 +20,7 @@ static int parse(AccountingCore &core, const std::string &text, void (*configure
     file = ort_fopen_memory(core, "test.svg", bytes, length);
     *parser = svg_parser_new(core, 0, "test.svg", nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr,
                              nullptr);
-    if (configure != nullptr) configure(*parser);
+    if (configure) configure(*parser);
     if (ort_is_gzip(file)) gz = ort_gzopen(file);
     *svg = svg_parse(*parser, file, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
   });
@@ -28,7 +30,7 @@ static int parse(AccountingCore &core, const std::string &text, void (*configure
 }
 
 Document::Document(const std::string &text, const ort_options &options,
-                   void (*configure)(svg_parser *))
+                   const std::function<void(svg_parser *)> &configure)
     : core(options) {
   code = parse(core, text, configure, &parser, &svg);
 }

@@ -2,19 +2,20 @@
 #ifndef TESTS_SUPPORT_READER_H
 #define TESTS_SUPPORT_READER_H
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 
 #include "svg/svg.h"
 #include "tests/support/accounting_core.h"
 
-// A drawing, plain or gzip, read under its own accounting core, until the object goes. configure is
-// given the new parser.
+// A drawing, plain or gzip, read from a block of its size under its own accounting core, until the
+// object goes. configure is given the new parser.
 class Document {
 public:
   explicit Document(const std::string &text,
                     const ort_options &options = AccountingCore::defaults(),
-                    void (*configure)(svg_parser *parser) = nullptr);
+                    const std::function<void(svg_parser *)> &configure = nullptr);
   ~Document();
   Document(const Document &) = delete;
   Document &operator=(const Document &) = delete;
