@@ -102,7 +102,7 @@ void write_json_value(JsonWriter &json, const Drawing &drawing, const NodeNumber
     const auto *record = as<svg_an_color_profile>(value);
     write_type(json, "colorProfile");
     json.field("keyword", svg_get_keyword_text(record->keyword));
-    return json.field("name", record->name);
+    return json.field("profileName", record->name);
   }
   case SVG_RECORD_KEY_NAME_LIST: return write_families(json, as<svg_an_key_name_list>(value));
   case SVG_RECORD_PATH_DATA: return write_path(json, as<svg_an_path_data>(value));
@@ -171,7 +171,7 @@ static void write_paint(JsonWriter &json, const Drawing &drawing, const NodeNumb
 static void write_color(JsonWriter &json, const svg_color &color) {
   write_rgb(json, "rgb", color.rgb);
   json.field("colortype", color.colortype);
-  json.field("name", color.name);
+  json.field("colorName", color.name); // "name" is the property
   const ColorValues values = color_values(color);
   json.list("components", [&] {
     for (int i = 0; i < values.count; i++) json.value(values.first[i]);

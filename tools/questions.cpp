@@ -11,9 +11,16 @@
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
-static void answer_iris(const Drawing &drawing, const Answers &answers, bool data,
-                        const char *separator);
 static void print_memory(FILE *out, const Drawing &drawing);
+
+// Calls found("rect #button fill", iri) for each IRI of the tree.
+template <class Found> static void each_iri(const Drawing &drawing, Found found) {
+  each_element(drawing.svg(), [&](const svg_e_node *element) {
+    for (int32_t i = 0; i < element->values_num; i++)
+      if (const svg_iri *iri = value_iri(element->values[i]); iri != nullptr)
+        found(element_text(drawing, element) + ' ' + row_name(element->values[i]->row), *iri);
+  });
+}
 
 void answer_fonts(const Drawing &drawing, const Answers &answers) {
   for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
@@ -28,11 +35,15 @@ void answer_ids(const Drawing &drawing, const Answers &answers) {
 }
 
 void answer_links(const Drawing &drawing, const Answers &answers) {
-  answer_iris(drawing, answers, false, " -> ");
+  each_iri(drawing, [&](const std::string &place, const svg_iri &iri) {
+    if (iri.kind != SVG_IRI_DATA) answers(place + " -> " + iri_text(drawing, iri));
+  });
 }
 
 void answer_data(const Drawing &drawing, const Answers &answers) {
-  answer_iris(drawing, answers, true, " ");
+  each_iri(drawing, [&](const std::string &place, const svg_iri &iri) {
+    if (iri.kind == SVG_IRI_DATA) answers(place + ": " + data_text(drawing, iri));
+  });
 }
 
 void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question) {
@@ -62,18 +73,6 @@ void print_statistics(FILE *out, const Drawing &drawing) {
   fprintf(out, "  time: style sheets %.3f ms, document %.3f ms\n", 1e3 * style_sheet_pass,
           1e3 * main_pass);
   print_memory(out, drawing);
-}
-
-static void answer_iris(const Drawing &drawing, const Answers &answers, bool data,
-                        const char *separator) {
-  each_element(drawing.svg(), [&](const svg_e_node *element) {
-    for (int32_t i = 0; i < element->values_num; i++) {
-      const svg_iri *iri = value_iri(element->values[i]);
-      if (iri != nullptr && (iri->kind == SVG_IRI_DATA) == data)
-        answers(element_text(drawing, element) + ' ' + row_name(element->values[i]->row) +
-                separator + iri_text(drawing, *iri));
-    }
-  });
 }
 
 static void print_memory(FILE *out, const Drawing &drawing) {

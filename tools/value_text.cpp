@@ -217,15 +217,17 @@ std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
     if (const char *name = drawing.waiting_name(&iri))
       return "#" + escaped(name) + " (no such element)";
     return "# (no such element)";
-  case SVG_IRI_DATA: {
-    size_t size = 0;
-    if (iri.ref.text == nullptr || ort_pvf_data(drawing.core(), iri.ref.text, &size) == nullptr)
-      return "data: (empty)";
-    return std::string("data: ") + mime_text(iri.mime) + ", " + std::to_string(size) + " bytes";
-  }
+  case SVG_IRI_DATA: return "data: " + data_text(drawing, iri);
   case SVG_IRI_NAME: return iri.ref.text != nullptr ? escaped(iri.ref.text) : "none";
   default: return "none";
   }
+}
+
+std::string data_text(const Drawing &drawing, const svg_iri &iri) {
+  size_t size = 0;
+  if (iri.ref.text == nullptr || ort_pvf_data(drawing.core(), iri.ref.text, &size) == nullptr)
+    return "(empty)";
+  return std::string(mime_text(iri.mime)) + ", " + std::to_string(size) + " bytes";
 }
 
 static std::string funciri_text(const Drawing &drawing, const svg_iri &iri) {

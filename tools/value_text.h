@@ -23,8 +23,11 @@ std::string quoted_text(std::string_view text, bool full);
 // The IRI that a value holds, or null; "none" is none.
 const svg_iri *value_iri(const svg_a_node *value);
 
-// "#id", the text of an outside IRI, or the type and size of embedded data.
+// "#id", the text of an outside IRI, or "data: " with the type and size of embedded data.
 std::string iri_text(const Drawing &drawing, const svg_iri &iri);
+
+// "image/png, 79 bytes"
+std::string data_text(const Drawing &drawing, const svg_iri &iri);
 
 // A value. Numbers and long lists and paths are shortened unless full.
 std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full);
