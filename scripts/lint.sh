@@ -2,7 +2,7 @@
 # All static checks, cheapest first; called in the root by ./dev lint.
 set -euo pipefail
 
-mapfile -t sources < <(find core css svg tools tests bench fuzz \
+mapfile -t sources < <(find core css svg tools tests bench fuzz examples \
   \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) 2>/dev/null | sort)
 failed=0
 
@@ -22,7 +22,8 @@ format() {
 
 public_headers() {
   local header compiler
-  for header in core/ort.h core/ort_limits.h css/css_context.h svg/svg.h svg/svg_names.h; do
+  for header in core/ort.h core/ort_limits.h css/css_context.h svg/svg.h svg/svg_records.h \
+    svg/svg_names.h; do
     for compiler in "gcc -std=c11 -x c" "clang -std=c11 -x c" \
       "g++ -std=c++17 -x c++" "clang++ -std=c++17 -x c++"; do
       # shellcheck disable=SC2086
@@ -30,6 +31,28 @@ public_headers() {
         $compiler -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror -fsyntax-only -I. - ||
         return 1
     done
+  done
+}
+
+# The C and C++ of the documentation compiles: whole files as they are, statements in a function that
+# knows what a host has at hand.
+snippets() {
+  local folder=build/lint/snippets snippet
+  rm -rf "$folder"
+  mkdir -p "$folder"
+  awk -v folder="$folder" '
+    /^```cp?p?$/ { out = sprintf("%s/%02d.%s", folder, ++count, substr($0, 4)); next }
+    /^```/       { out = "" }
+    out          { print >out }' README.md docs/*.md
+  for snippet in "$folder"/*; do
+    grep -q '^#include' "$snippet" || sed -i '
+      1i #include <stdio.h>\n#include "svg/svg.h"
+      1i void snippet(ort_core *core, svg_parser *parser, svg_e_node *element, svg_a_node *value) {
+      $a }' "$snippet"
+    case $snippet in
+      *.c) gcc -std=c11 -Wall -Werror -Wno-unused -I. -fsyntax-only "$snippet" || return 1 ;;
+      *) g++ -std=c++17 -Wall -Werror -Wno-unused -I. -fsyntax-only "$snippet" || return 1 ;;
+    esac
   done
 }
 
@@ -53,5 +76,7 @@ tidy() {
 check "layers and text" scripts/check_rules.py
 check format format
 check "public headers" public_headers
+check "reference of the public headers" doxygen docs/Doxyfile
+check "snippets of the documentation" snippets
 check clang-tidy tidy
 exit $failed
