@@ -7,14 +7,14 @@ elements in each tree is compared with count_elements.py.
 """
 import argparse
 import collections
+import json
 import multiprocessing
 import os
-import re
 import subprocess
 import sys
 import time
 
-from count_elements import SUPPORTED, Unreadable, count_elements
+from count_elements import Unreadable, count_elements
 
 PACKAGES = ("breeze-icon-theme", "librsvg2-tests", "openclipart-svg", "papirus-icon-theme")
 SAMPLE_PER_PACKAGE = 850
@@ -23,11 +23,6 @@ BATCH = 40
 SECONDS = 120
 FOLDER = "build/corpus"
 TOOL = "build/svgtree"
-FIRST_LINE = re.compile(rf"^({FOLDER}/.*): (?:viewport|embedded)", re.M)
-ELEMENT_LINE = re.compile(r"^ *(?:\[\d+\] )?(?:" + "|".join(SUPPORTED) + r")(?: #| \[|$)", re.M)
-
-MESSAGE = re.compile(rf"^({FOLDER}/.*?): (warning|error) (\d+): (.*)$", re.M)
-
 Result = collections.namedtuple("Result", "path fault error warnings elements expected unreadable")
 
 
@@ -89,41 +84,42 @@ def read(paths):
     """One Result for each drawing."""
     fault = None
     try:
-        run = subprocess.run([TOOL, *paths], capture_output=True, timeout=SECONDS)
-        output, messages = (text.decode("utf-8", "replace") for text in (run.stdout, run.stderr))
+        run = subprocess.run([TOOL, "--json", *paths], capture_output=True, timeout=SECONDS)
+        messages = run.stderr.decode("utf-8", "replace")
         if run.returncode not in (0, 1) or "Sanitizer" in messages or "runtime error" in messages:
             fault = f"exit status {run.returncode}\n{messages}"
     except subprocess.TimeoutExpired:
-        output = messages = ""
         fault = f"hangs for {SECONDS} seconds"
     if fault and len(paths) > 1:
         return [result for path in paths for result in read([path])]
 
-    parts = FIRST_LINE.split(output)
-    trees = dict(zip(parts[1::2], parts[2::2]))
-    errors, warnings = {}, collections.defaultdict(list)
-    for path, kind, code, text in MESSAGE.findall(messages):
-        if kind == "warning":
-            warnings[path].append(int(code))
-        else:
-            errors[path] = f"{code} {text}"
-    return [compare(path, fault, errors.get(path), warnings[path], trees.get(path)) for path in paths]
+    lines = [] if fault else run.stdout.splitlines()
+    documents = {document["file"]: document for document in map(json.loads, lines)}
+    return [compare(path, fault, documents.get(path)) for path in paths]
 
 
-def compare(path, fault, error, warnings, tree):
-    if not fault and (tree is None) == (error is None):
-        fault = "neither a tree nor an error" if tree is None else "both a tree and an error"
+def compare(path, fault, document):
+    if document is None:
+        return Result(path, fault or "no answer", None, [], None, None, None)
+    error = document["error"] and f"{document['error']['code']} {document['error']['message']}"
+    if not fault and (document["root"] is None) == (error is None):
+        fault = "neither a tree nor an error" if error is None else "both a tree and an error"
     expected = unreadable = None
     try:
         expected = count_elements(path)
     except Unreadable as problem:
         unreadable = str(problem)
-    return Result(path, fault, error, warnings, count_in_tree(tree or ""), expected, unreadable)
+    return Result(path, fault, error, [warning["code"] for warning in document["warnings"]],
+                  count_in_tree(document["root"]), expected, unreadable)
 
 
-def count_in_tree(text):
-    """Number of elements in a tree that svgtree printed: one line each, beginning with the name."""
-    return len(ELEMENT_LINE.findall(text))
+def count_in_tree(root):
+    count, waiting = 0, [root] if root else []
+    while waiting:
+        node = waiting.pop()
+        count += "element" in node
+        waiting += node.get("children", [])
+    return count
 
 
 def summary(results, seconds):
