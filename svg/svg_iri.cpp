@@ -156,14 +156,11 @@ static void get_link(svg_parser *p, svg_iri *iri, const char *id, size_t length)
   ort_bs_append(p->name_buf, id, length);
   id = ort_bs_text(p->name_buf);
   iri->kind = SVG_IRI_LINK;
-  iri->ref.target = nullptr;
-  const svg_href *href = svg_find_href(p, id);
+  iri->ref.target = svg_find_href(p, id);
+  const bool found = iri->ref.target != nullptr;
   if (p->log_level >= 5)
-    ort_logg(p->core, "\t\t\t[link reference \"#%a\" %sfound]\n", id, href ? "" : "not ");
-  if (href != nullptr)
-    iri->ref.target = href->target;
-  else
-    svg_add_unres_link(p, id, iri);
+    ort_logg(p->core, "\t\t\t[link reference \"#%a\" %sfound]\n", id, found ? "" : "not ");
+  if (!found) svg_add_unres_link(p, id, iri);
 }
 
 // text is what follows "data:". Whatever stands between type and comma, the data are read as

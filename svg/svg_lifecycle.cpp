@@ -4,6 +4,7 @@
 // svg_parser_new raises.
 #include <initializer_list>
 
+#include "svg/svg_index.h"
 #include "svg/svg_schema.h"
 #include "svg/svg_style.h"
 #include "svg/svg_tree.h"
@@ -99,6 +100,7 @@ void svg_clear_document(svg_parser *p) {
     *text = nullptr;
   }
   empty(p->nsp_stack);
+  svg_index_delete(core, &p->nsp_index);
   css_parser_delete(p->css);
   p->css = nullptr;
   ort_free(core, p->elems_used);

@@ -4,6 +4,7 @@
 // Nothing is rejected here; raises only for lack of memory.
 #include <cstring>
 
+#include "svg/svg_index.h"
 #include "svg/svg_xml.h"
 
 static int32_t get_nsp_type(const char *uri, size_t length);
@@ -14,7 +15,7 @@ constexpr ort_keyword svg_nsp_keylist[] = {{"http://www.w3.org/2000/svg", SVG_NS
                                            {nullptr, 0}};
 
 static void svg_nsp_reclaim(void *item) {
-  *static_cast<svg_nsp_entry *>(item) = {nullptr, nullptr, SVG_NS_OTHER};
+  *static_cast<svg_nsp_entry *>(item) = {nullptr, nullptr, SVG_NS_OTHER, 0};
 }
 
 static void svg_nsp_release(ort_core *core, void *item) {
@@ -39,10 +40,23 @@ void svg_push_nsp_entry(svg_parser *p, const char *uri, const char *prefix) {
   entry->type = svg_get_nsp_type(uri);
   entry->uri = ort_strdup(p->core, uri);
   entry->prefix = ort_strdup(p->core, prefix != nullptr ? prefix : "");
+  svg_index_entry *innermost = svg_index_add(p, &p->nsp_index, entry->uri);
+  entry->outer = static_cast<int32_t>(innermost->number);
+  innermost->name = entry->uri;
+  innermost->number = ort_vtr_count(p->nsp_stack);
 }
 
 void svg_pop_nsp_entry(svg_parser *p) {
-  if (ort_vtr_count(p->nsp_stack) > 0) ort_vtr_pop(p->nsp_stack);
+  if (ort_vtr_count(p->nsp_stack) == 0) return;
+  const auto &entry = ort_top<svg_nsp_entry>(p->nsp_stack);
+  svg_index_entry *innermost = svg_index_find(p, p->nsp_index, entry.uri);
+  if (entry.outer == 0) {
+    svg_index_remove(p->nsp_index, innermost);
+  } else {
+    innermost->number = static_cast<size_t>(entry.outer);
+    innermost->name = ort_item<svg_nsp_entry>(p->nsp_stack, innermost->number - 1).uri;
+  }
+  ort_vtr_pop(p->nsp_stack);
 }
 
 void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
@@ -84,13 +98,9 @@ int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **pr
   }
   *local_out = star + 1;
   const auto length = static_cast<size_t>(star - fullname);
-  for (size_t i = prefix_out != nullptr ? ort_vtr_count(p->nsp_stack) : 0; i-- > 0;) {
-    const auto &entry = ort_item<svg_nsp_entry>(p->nsp_stack, i);
-    if (strncmp(entry.uri, fullname, length) == 0 && entry.uri[length] == '\0') {
-      *prefix_out = entry.prefix;
-      break;
-    }
-  }
+  if (prefix_out != nullptr)
+    if (const svg_index_entry *entry = svg_index_find(p, p->nsp_index, {fullname, length}))
+      *prefix_out = ort_item<svg_nsp_entry>(p->nsp_stack, entry->number - 1).prefix;
   return get_nsp_type(fullname, length);
 }
 

@@ -26,8 +26,9 @@ constexpr int SVG_BLOCK_SIZE = 8192;       // bytes handed to Expat at a time
 // A namespace declaration in scope.
 struct svg_nsp_entry {
   char *uri;
-  char *prefix; // "" for a default namespace
-  int32_t type; // SVG_NS_*
+  char *prefix;  // "" for a default namespace
+  int32_t type;  // SVG_NS_*
+  int32_t outer; // place in the stack, from 1, of the next outer declaration of the same name, or 0
 };
 
 // An open element that was built (or the root), and where its next child is linked.
@@ -55,7 +56,7 @@ struct svg_unres_link {
   svg_e_node *source; // null for a link in a style sheet
 };
 
-struct svg_name_index; // svg_links.cpp
+struct svg_name_index; // svg_index.h
 
 // The elements that style matching looks back at: one per open built element, the root included.
 struct svg_open_element {
@@ -140,6 +141,7 @@ struct svg_parser {
   int32_t pada_vertices;
 
   // Beside the fields above, which later drawing modules know by name:
+  svg_name_index *nsp_index;   // namespace name -> its innermost declaration in nsp_stack
   svg_name_index *href_index;  // id -> hrefs
   svg_name_index *unres_index; // id -> waiting links
   int64_t value_link;          // slot of the waiting link made by the value being parsed, or -1

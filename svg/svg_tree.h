@@ -47,8 +47,7 @@ double svg_unit2pt(int unit, double value);
 
 extern const ort_item_desc href_ced;
 void svg_add_href(svg_parser *p, const char *id, svg_e_node *target);
-const svg_href *svg_find_href(svg_parser *p,
-                              const char *id); // valid until the next svg_add_href; null: not found
+svg_e_node *svg_find_href(svg_parser *p, const char *id); // null: not registered
 void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri);
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target);
 void svg_set_elem_flag(svg_parser *p, svg_e_node *source, const svg_e_node *target);

@@ -1,0 +1,34 @@
+// svg_index.h: a table from names to numbers or pointers, in constant time whatever the names.
+//
+// Used by svg_links.cpp for ids and waiting links and by svg_namespace.cpp for namespace names. The
+// names are not copied: each must last as long as its entry.
+#ifndef SVG_INDEX_H
+#define SVG_INDEX_H
+
+#include <string_view>
+
+#include "svg/svg_parser.h"
+
+struct svg_index_entry {
+  uint64_t hash;
+  const char *name; // null: the place is free
+  size_t length;
+  union {
+    size_t number;
+    svg_e_node *element;
+  };
+};
+
+// The entry of a name, or null. Entries move when one is added or removed. index may be null.
+svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
+                                std::string_view name);
+
+// The entry of a name, a new one with number 0 if there was none; *index is made on first use.
+// Raises for lack of memory, before anything has changed.
+svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, std::string_view name);
+
+void svg_index_remove(svg_name_index *index, svg_index_entry *entry);
+void svg_index_delete(ort_core *core,
+                      svg_name_index **index); // *index may be null; it becomes null
+
+#endif
