@@ -6,17 +6,69 @@
 #include "svg/svg_schema.h"
 
 #include <array>
+#include <bit>
+#include <cstdlib>
 #include <cstring>
+#include <string_view>
 
 #include "svg/tables/attributes.h"
+#include "svg/tables/elements.h"
 
-// The i from 0 to count - 1 for which compare(i) is 0, or -1. compare(i) tells where the searched
-// name sorts relative to item i.
-template <class Compare> static int find(int count, Compare compare) {
+// The rows of a range of a table, by name. Letter case is not regarded, and only hashes are
+// compared: the caller looks at the name of the row that is found. Of equal names the first counts.
+template <size_t Places> struct name_table {
+  static_assert(std::has_single_bit(Places));
+  uint32_t hashes[Places] = {};
+  int16_t rows[Places] = {}; // counted from 1; 0: the place is free
+
+  static constexpr uint32_t hash(const char *name) {
+    uint32_t h = 0;
+    for (; *name != '\0'; name++) h = std::rotl(h, 5) ^ (static_cast<unsigned char>(*name) | 0x20U);
+    return h * 0x9E3779B1U;
+  }
+
+  // The place of a hash, or the free one for it.
+  constexpr size_t find_place(uint32_t h) const {
+    size_t i = h >> (32 - std::bit_width(Places - 1));
+    while (rows[i] != 0 && hashes[i] != h) i = (i + 1) % Places;
+    return i;
+  }
+
+  template <class Table> constexpr name_table(const Table &table, int begin, int end) {
+    for (int row = end - 1; row >= begin; row--) {
+      const uint32_t h = hash(table[row].name);
+      const size_t i = find_place(h);
+      if (rows[i] != 0 && std::string_view(table[row].name) != table[rows[i] - 1].name)
+        std::abort(); // stops the compiler: two names have one hash
+      hashes[i] = h;
+      rows[i] = static_cast<int16_t>(row + 1);
+    }
+  }
+
+  // -1 when no name has this hash.
+  int find(const char *name) const { return rows[find_place(hash(name))] - 1; }
+};
+
+static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, 0, SVG_ELEM_COUNT};
+static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, 0, SVG_PROP_COUNT};
+static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES, SVG_PROP_COUNT, SVG_ATTR_COUNT};
+
+int svg_find_element(const char *name) {
+  if (std::strncmp(name, "svg:", 4) == 0) name += 4;
+  const int id = ELEMENT_NAMES.find(name);
+  return id >= 0 && ort_strcmp(name, svg_elem_table[id].name) == 0 ? id : -1;
+}
+
+int svg_find_prop(const char *name) {
+  const int row = PROP_NAMES.find(name);
+  return row >= 0 && ort_stricmp_a(name, svg_attr_table[row].name) == 0 ? row : -1;
+}
+
+int svg_find_string(const char *name, const char *const *list, int32_t count) {
   int lower = 0, upper = count;
   while (lower != upper) {
     const int probe = (lower + upper) / 2;
-    const int order = compare(probe);
+    const int order = ort_stricmp_a(name, list[probe]);
     if (order == 0) return probe;
     if (order < 0)
       upper = probe;
@@ -26,23 +78,15 @@ template <class Compare> static int find(int count, Compare compare) {
   return -1;
 }
 
-int svg_find_element(const char *name) {
-  if (std::strncmp(name, "svg:", 4) == 0) name += 4;
-  return find(SVG_ELEM_COUNT, [&](int i) { return ort_strcmp(name, svg_elem_table[i].name); });
-}
-
-int svg_find_prop(const char *name) {
-  return find(SVG_PROP_COUNT, [&](int i) { return ort_stricmp_a(name, svg_attr_table[i].name); });
-}
-
-int svg_find_string(const char *name, const char *const *list, int32_t count) {
-  return find(count, [&](int i) { return ort_stricmp_a(name, list[i]); });
-}
-
+// A list is sorted by row, too; it has at most one of the rows that share a name.
 int svg_find_esa(const svg_parser *p, const char *name, const svg_esa_entry *esa_list,
                  int32_t esa_count) {
   if (std::strcmp(name, "xml:id") == 0) name = "id";
-  return find(esa_count, [&](int i) { return svg_strcmp(p, name, esa_list[i].name); });
+  const int row = ATTR_NAMES.find(name);
+  if (row < 0) return -1;
+  int i = 0;
+  while (i < esa_count && esa_list[i].attr < row) i++;
+  return i < esa_count && svg_strcmp(p, name, esa_list[i].name) == 0 ? i : -1;
 }
 
 int svg_strcmp(const svg_parser *p, const char *a, const char *b) {

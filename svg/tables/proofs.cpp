@@ -37,9 +37,13 @@ static_assert(ascending(ELEMENT_ROWS, less, name_of));
 static_assert(ascending(PROPERTIES, less_ci, name_of));
 static_assert(std::ranges::is_sorted(OTHER_ATTRIBUTES, less, name_of));
 
-// An attribute list is searched either way: with regard to letter case or without.
+// An attribute list is searched by row, and its rows are found by their names.
 static_assert(std::ranges::all_of(ELEMENTS, [](const element &row) {
-  return ascending(row.attributes, less, name_of) && ascending(row.attributes, less_ci, name_of);
+  const auto row_of = [](const svg_esa_entry &entry) { return entry.attr; };
+  return ascending(row.attributes, std::ranges::less(), row_of) &&
+         std::ranges::all_of(row.attributes, [](const svg_esa_entry &entry) {
+           return std::string_view(entry.name) == ATTRIBUTES[entry.attr].name;
+         });
 }));
 
 // ---- Constants of svg_names.h -------------------------------------------------------------------
