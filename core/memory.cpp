@@ -1,7 +1,7 @@
 // memory.cpp: tagged blocks with live counts, a hard budget and failures on demand. Everything in
 // the library allocates here. Raises ORT_E_NO_MEMORY, also when the budget is exceeded.
 //
-// Small blocks lie in chunks (chunks.cpp). Others come from malloc, behind their label; a temporary
+// Small blocks lie in chunks (chunks.h). Others come from malloc, behind their label; a temporary
 // block has list links before the header. The sanitizers need malloc for every block
 // (ORT_SANITIZE).
 #include <stdlib.h>
@@ -22,21 +22,21 @@ constexpr uint32_t NO_TAG = UINT32_MAX;
 #ifdef ORT_SANITIZE
 constexpr size_t MAX_SMALL = 0;
 #else
-constexpr size_t MAX_SMALL = 8 * ORT_SMALL_GRAINS;
+constexpr size_t MAX_SMALL = ORT_SMALL_GRAINS * ORT_GRAIN;
 #endif
 
 } // namespace
 
-static void *allocate(ort_core *core, size_t prefix, size_t size, const char *tag);
-static void *place(ort_memory *memory, size_t prefix, ort_label label);
-static ort_label label_of(const ort_memory *memory, void *block);
-static bool admit(ort_core *core, uint64_t released, uint64_t wanted);
-static void count_in(ort_memory *memory, ort_label label);
-static void count_out(ort_memory *memory, ort_label label);
-static uint32_t find_tag(ort_memory *memory, const char *literal);
+static inline void *place(ort_memory *memory, ort_label label);
+static void *place_behind_label(size_t prefix, ort_label label);
+static inline ort_label remove(ort_memory *memory, void *block);
+static inline bool admit(ort_core *core, uint64_t released, uint64_t wanted);
+static inline void count_in(ort_memory *memory, ort_label label);
+static inline void count_out(ort_memory *memory, ort_label label);
+static inline uint32_t find_tag(ort_memory *memory, const char *literal);
 static uint32_t add_literal(ort_memory *memory, const char *literal);
 static uint32_t add_tag(ort_memory *memory, const char *text);
-static ort_tag_slot *find_slot(const ort_memory *memory, const char *literal);
+static inline ort_tag_slot *find_slot(const ort_memory *memory, const char *literal);
 
 static ort_label *label_before(void *block) { return static_cast<ort_label *>(block) - 1; }
 
@@ -46,11 +46,16 @@ static bool is_small(size_t size) { return size - 1 < MAX_SMALL; }
 // ---- Blocks -------------------------------------------------------------------------------------
 
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag) {
-  return allocate(core, 0, size, tag);
+  ort_memory *memory = &core->memory;
+  const ort_label label = {size, find_tag(memory, tag)};
+  if (label.tag == NO_TAG || !admit(core, 0, size)) return nullptr;
+  void *block = place(memory, label);
+  if (block) count_in(memory, label);
+  return block;
 }
 
 void *ort_malloc(ort_core *core, size_t size, const char *tag) {
-  void *block = allocate(core, 0, size, tag);
+  void *block = ort_try_malloc(core, size, tag);
   if (!block) ort_raise_no_memory(core);
   return block;
 }
@@ -66,16 +71,17 @@ void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag) {
 void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
   if (!block) return ort_malloc(core, size, tag);
   ort_memory *memory = &core->memory;
-  ort_label old = label_of(memory, block);
-  const uint32_t number = find_tag(memory, tag);
-  if (number == NO_TAG || !admit(core, old.size, size)) ort_raise_no_memory(core);
-  const ort_label label = {size, number};
+  const ort_chunk *chunk = ort_chunks_find(&memory->chunks, block);
+  const ort_label old =
+      chunk ? ort_chunk_label(chunk, ort_chunk_index(chunk, block)) : *label_before(block);
+  const ort_label label = {size, find_tag(memory, tag)};
+  if (label.tag == NO_TAG || !admit(core, old.size, size)) ort_raise_no_memory(core);
   void *moved;
-  if (is_small(size) || is_small(old.size)) {
-    moved = place(memory, 0, label);
+  if (chunk || is_small(size)) {
+    moved = place(memory, label);
     if (!moved) ort_raise_no_memory(core);
     memcpy(moved, block, old.size < size ? old.size : size);
-    if (!ort_chunks_give(&memory->chunks, block, &old)) free(label_before(block));
+    remove(memory, block);
   } else {
     moved = realloc(label_before(block), sizeof label + size);
     if (!moved) ort_raise_no_memory(core);
@@ -88,24 +94,21 @@ void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
 }
 
 void ort_free(ort_core *core, void *block) {
-  if (!block) return;
-  ort_memory *memory = &core->memory;
-  ort_label label;
-  if (!ort_chunks_give(&memory->chunks, block, &label)) {
-    label = *label_before(block);
-    free(label_before(block));
-  }
-  count_out(memory, label);
+  if (block) count_out(&core->memory, remove(&core->memory, block));
 }
 
 void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
-  void *block = allocate(core, sizeof(ort_temporary), size, tag);
+  ort_memory *memory = &core->memory;
+  const ort_label label = {size, find_tag(memory, tag)};
+  if (label.tag == NO_TAG || !admit(core, 0, size)) ort_raise_no_memory(core);
+  void *block = place_behind_label(sizeof(ort_temporary), label);
   if (!block) ort_raise_no_memory(core);
+  count_in(memory, label);
   ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
   links->newer = nullptr;
-  links->older = core->memory.temporaries;
+  links->older = memory->temporaries;
   if (links->older) links->older->newer = links;
-  core->memory.temporaries = links;
+  memory->temporaries = links;
   return block;
 }
 
@@ -148,7 +151,9 @@ void ort_memory_delete(ort_core *core) {
 // ---- Statistics ---------------------------------------------------------------------------------
 
 void ort_get_statistics(const ort_core *core, ort_statistics *statistics) {
-  *statistics = core->memory.statistics;
+  const ort_memory &memory = core->memory;
+  *statistics = memory.statistics;
+  for (uint32_t i = 0; i < memory.tag_count; ++i) statistics->live_blocks += memory.tags[i].blocks;
 }
 
 size_t ort_get_tag_counts(const ort_core *core, ort_tag_count *counts, size_t capacity) {
@@ -165,19 +170,13 @@ void ort_reset_peak(ort_core *core) {
 
 // ---- Helpers ------------------------------------------------------------------------------------
 
-// A counted block; null: memory is short. With a prefix it lies behind as many bytes and its label.
-static void *allocate(ort_core *core, size_t prefix, size_t size, const char *tag) {
-  ort_memory *memory = &core->memory;
-  const uint32_t number = find_tag(memory, tag);
-  if (number == NO_TAG || !admit(core, 0, size)) return nullptr;
-  const ort_label label = {size, number};
-  void *block = place(memory, prefix, label);
-  if (block) count_in(memory, label);
-  return block;
+// A block that is not counted yet; null: memory is short.
+static void *place(ort_memory *memory, ort_label label) {
+  return is_small(label.size) ? ort_chunks_take(&memory->chunks, label)
+                              : place_behind_label(0, label);
 }
 
-static void *place(ort_memory *memory, size_t prefix, ort_label label) {
-  if (prefix == 0 && is_small(label.size)) return ort_chunks_take(&memory->chunks, label);
+static void *place_behind_label(size_t prefix, ort_label label) {
   void *start = malloc(prefix + sizeof label + label.size);
   if (!start) return nullptr;
   void *block = static_cast<char *>(start) + prefix + sizeof label;
@@ -185,23 +184,27 @@ static void *place(ort_memory *memory, size_t prefix, ort_label label) {
   return block;
 }
 
-static ort_label label_of(const ort_memory *memory, void *block) {
-  ort_label label;
-  return ort_chunks_find(&memory->chunks, block, &label) ? label : *label_before(block);
+// What place made; it is still counted.
+static ort_label remove(ort_memory *memory, void *block) {
+  if (ort_chunk *chunk = ort_chunks_find(&memory->chunks, block)) {
+    const uint32_t i = ort_chunk_index(chunk, block);
+    const ort_label label = ort_chunk_label(chunk, i);
+    ort_chunks_give(&memory->chunks, chunk, i);
+    return label;
+  }
+  const ort_label label = *label_before(block);
+  free(label_before(block));
+  return label;
 }
 
-// Counts an allocation and says whether it may go on to malloc.
+// Counts an allocation and says whether it may be made.
 static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
   const ort_options &options = core->options;
   ort_memory &memory = core->memory;
   const uint64_t number = ++memory.statistics.allocations;
-  if (options.fail_at != 0 &&
-      (options.fail_on ? number >= options.fail_at : number == options.fail_at)) {
-    return false;
-  }
+  if (number >= options.fail_at && (options.fail_on || number == options.fail_at)) return false;
   const uint64_t kept = memory.statistics.live_bytes + memory.own_bytes - released;
-  return wanted <= MAX_SIZE && kept <= options.memory_budget &&
-         wanted <= options.memory_budget - kept;
+  return wanted <= MAX_SIZE && wanted <= options.memory_budget - kept;
 }
 
 static void count_in(ort_memory *memory, ort_label label) {
@@ -209,7 +212,6 @@ static void count_in(ort_memory *memory, ort_label label) {
   ++count.blocks;
   count.bytes += label.size;
   ort_statistics &all = memory->statistics;
-  ++all.live_blocks;
   all.live_bytes += label.size;
   if (all.live_bytes > all.peak_bytes) all.peak_bytes = all.live_bytes;
 }
@@ -218,7 +220,6 @@ static void count_out(ort_memory *memory, ort_label label) {
   ort_tag_count &count = memory->tags[label.tag];
   --count.blocks;
   count.bytes -= label.size;
-  --memory->statistics.live_blocks;
   memory->statistics.live_bytes -= label.size;
 }
 

@@ -4,37 +4,8 @@
 
 #include <stdarg.h>
 
+#include "core/chunks.h"
 #include "core/ort_core.h"
-
-// ---- Small blocks (chunks.cpp) ------------------------------------------------------------------
-
-constexpr uint32_t ORT_MAX_TAGS = 1U << 13;
-constexpr size_t ORT_SMALL_GRAINS = 64; // of 8 bytes: the largest block that goes into a chunk
-
-// What is known of a block.
-struct ort_label {
-  size_t size;  // as requested
-  uint32_t tag; // number below ORT_MAX_TAGS
-};
-
-struct ort_chunk;
-
-struct ort_chunks {
-  ort_chunk *room[ORT_SMALL_GRAINS + 1]; // by size in grains: chunks with free blocks
-  ort_chunk **table;                     // all chunks, by address
-  size_t count, capacity;
-};
-
-// A block for a size from 1 to 8 * ORT_SMALL_GRAINS, aligned to 8 bytes; null: memory is short.
-void *ort_chunks_take(ort_chunks *chunks, ort_label label);
-
-// The label of a block. False, and label is unchanged, when the block is not from a chunk.
-bool ort_chunks_find(const ort_chunks *chunks, const void *block, ort_label *label);
-
-// The same, and takes the block back.
-bool ort_chunks_give(ort_chunks *chunks, void *block, ort_label *label);
-
-void ort_chunks_delete(ort_chunks *chunks);
 
 // ---- Memory (memory.cpp) ------------------------------------------------------------------------
 
@@ -47,8 +18,8 @@ struct ort_tag_slot {
 };
 
 struct ort_memory {
-  ort_statistics statistics;
-  uint64_t own_bytes; // of ort_own_realloc; in the budget, not in the statistics
+  ort_statistics statistics; // but live_blocks
+  uint64_t own_bytes;        // of ort_own_realloc; in the budget, not in the statistics
 
   ort_tag_count *tags; // by number
   uint32_t *tag_order; // numbers in ascending order of tag text

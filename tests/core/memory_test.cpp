@@ -1,6 +1,7 @@
 #include <cstring>
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
+#include <random>
 
 #include "tests/support/accounting_core.h"
 
@@ -54,6 +55,54 @@ TEST(Memory, ManyTagsStaySortedAndCounted) {
     EXPECT_EQ(counts[static_cast<size_t>(i)].blocks, 1U);
   }
   for (void *block : blocks) ort_free(core, block);
+}
+
+// Blocks of all kinds come and go, grow and shrink, and none disturbs another.
+TEST(Memory, BlocksKeepTheirBytesAndCounts) {
+  struct Block {
+    unsigned char *bytes;
+    size_t size;
+    unsigned char fill;
+  };
+  AccountingCore core;
+  std::vector<Block> blocks;
+  std::mt19937 random(1);
+  size_t live = 0;
+  const auto check = [&](const Block &block, size_t size) {
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(block.bytes) % 8, 0U);
+    for (size_t i = 0; i < size; ++i) ASSERT_EQ(block.bytes[i], block.fill);
+  };
+  for (int step = 0; step < 30000; ++step) {
+    const size_t size = random() % (random() % 8 == 0 ? 3000 : 100), chosen = random();
+    const bool growing = step % 10000 < 6000;
+    if (blocks.empty() || random() % 8 < (growing ? 4 : 2)) {
+      void *bytes = ort_malloc(core, size, size % 2 ? "odd" : "even");
+      blocks.push_back({static_cast<unsigned char *>(bytes), size, 0});
+      live += size;
+    } else {
+      Block &block = blocks[chosen % blocks.size()];
+      check(block, block.size);
+      live -= block.size;
+      if (random() % 4 == 0) {
+        block.bytes = static_cast<unsigned char *>(ort_realloc(core, block.bytes, size, "moved"));
+        check(block, std::min(size, block.size));
+        block.size = size;
+        live += size;
+        std::swap(block, blocks.back());
+      } else {
+        ort_free(core, block.bytes);
+        block = blocks.back();
+        blocks.pop_back();
+        ASSERT_EQ(statistics_of(core).live_bytes, live);
+        continue;
+      }
+    }
+    blocks.back().fill = static_cast<unsigned char>(step);
+    memset(blocks.back().bytes, blocks.back().fill, blocks.back().size);
+    ASSERT_EQ(statistics_of(core).live_bytes, live);
+    ASSERT_EQ(statistics_of(core).live_blocks, blocks.size());
+  }
+  for (const Block &block : blocks) ort_free(core, block.bytes);
 }
 
 TEST(Memory, BudgetIsExact) {
