@@ -234,6 +234,8 @@ static bool settle_values(int32_t *colortype, color_values *values) {
     if (count < 1 || count > MAX_CHANNELS) return false;
     values->numbers[count++] = SVG_CT_TERMINATOR;
     return true;
+  case SVG_CT_CIELCH: // an infinite hue has no direction
+    return count == 3 && std::isfinite(values->numbers[1]) && std::isfinite(values->numbers[2]);
   case SVG_CT_DEVICE_GRAY: return count == 1;
   case SVG_CT_DEVICE_CMYK: return count == 4;
   default: return count == 3;

@@ -126,6 +126,7 @@ TEST(Color, BadExtensionCostsOnlyItself) {
       {"device-cmyk(1, 2, 3)", "unexpected token ')',"},
       {"cielab(50%, 0, 0)", "unexpected token '50%',"},
       {"cielab(50,, 0, 0)", "unexpected token ',',"},
+      {"cielch(50, 10, 1e999)", "unexpected token ')',"},
       {"cielab('50", "incomplete value,"},
       {"icc-color(7)", "unexpected token '7',"},
       {"icc-color(myprof, 1, 2)", "unexpected token ')',"},
