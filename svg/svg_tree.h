@@ -18,7 +18,7 @@ extern const ort_item_desc pe_ced;
 svg_e_node *svg_e_node_new(ort_core *core, int id);
 void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs);
 void svg_add_t_node(svg_parser *p);
-void svg_del_e_node(ort_core *core, svg_e_node *node);     // null is allowed; not recursive
+void svg_del_e_node(ort_core *core, svg_e_node *root);     // null is allowed; not recursive
 void svg_a_node_delete(ort_core *core, svg_a_node *value); // null is allowed
 svg_css_attr *svg_css_attr_new(ort_core *core, int16_t nid);
 void svg_css_attr_delete(ort_core *core, svg_css_attr *attr);

@@ -10,6 +10,7 @@
 
 static std::vector<const char *> texts(const std::vector<std::string> &strings) {
   std::vector<const char *> result;
+  result.reserve(strings.size());
   for (const std::string &text : strings) result.push_back(text.c_str());
   return result;
 }

@@ -20,7 +20,7 @@ struct PathJob {
 } // namespace
 
 static bool read_standard_input(std::string &text);
-static void parse(void *job);
+static void parse(void *argument);
 static void print_curve(FILE *out, const double *points, const char *remark);
 static std::string point_text(double x, double y);
 static void print_message(void *, ort_severity severity, int code, const char *text);
