@@ -21,13 +21,14 @@ extern "C" {
 
 /* ---- Schema ---------------------------------------------------------------------------------- */
 
-/** The table of attributes and properties, 147 rows; the first 46 are the properties. */
+/** The table of attributes and properties: SVG_ATTR_COUNT rows, the first SVG_PROP_COUNT of which
+ * are the properties. */
 ORT_API const svg_attr_def *svg_get_attr_table(void);
 
-/** The table of elements, 39 rows by id. */
+/** The table of elements: SVG_ELEM_COUNT rows by id. */
 ORT_API const svg_elem_def *svg_get_elem_table(void);
 
-/** The record kind of a row's values; SVG_RECORD_NONE for a row outside 0 to 146. */
+/** The record kind of a row's values; SVG_RECORD_NONE for a row outside of the table. */
 ORT_API svg_record_kind svg_get_record_kind(int32_t row);
 
 /** Text of a keyword id; "" for SVG_KW_NONE, null for a number that is no id. */

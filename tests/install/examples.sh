@@ -20,7 +20,7 @@ run() {
 
 quiet cmake --install "$build" --prefix "$work/first"
 mv "$work/first" "$prefix"
-for file in bin/svgtree; do
+for file in bin/svgtree share/man/man1/svgtree.1; do
   [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
 done
 
