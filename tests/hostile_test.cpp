@@ -27,7 +27,7 @@ bool survives(const std::string &bytes, uint64_t fail_at, int fail_on) {
                           [](const Message &m) { return m.code == ORT_E_NO_MEMORY; }))
       << "not reported; read: " << read;
   EXPECT_EQ(core.live_blocks(), "");
-  core.get()->options.fail_at = 0;
+  core.get()->options.fail_at = UINT64_MAX;
   EXPECT_TRUE(read_once(core, "<svg><path id='a' d='M0 0L1 1' style='fill:url(#a)'/></svg>"));
   return true;
 }
