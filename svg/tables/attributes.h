@@ -2,8 +2,9 @@
 // what follows from it.
 //
 // The number of a row is its identity: values carry it, and drawing modules know it. Rows 0 to 45
-// are the properties; a new attribute is added at the end. An attribute whose meaning depends on its element has several rows; the lists
-// of elements.h choose among them. No element lists rows 46, 48, 60, 113 and 146.
+// are the properties; a new attribute is added at the end. An attribute whose meaning depends on
+// its element has several rows; the lists of elements.h choose among them. No element lists rows
+// 46, 48, 60, 113 and 146.
 #ifndef SVG_TABLES_ATTRIBUTES_H
 #define SVG_TABLES_ATTRIBUTES_H
 
