@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "svg/svg_schema.h"
+#include "tests/support/cases.h"
 
 // ---- Reading ------------------------------------------------------------------------------------
 
@@ -73,16 +74,25 @@ std::string value_of(const char *element, const char *attribute, const std::stri
   const Document document("<svg xmlns='http://www.w3.org/2000/svg' "
                           "xmlns:xlink='http://www.w3.org/1999/xlink'><" +
                           std::string(element) + " " + attribute + "=\"" + escaped + "\"/></svg>");
-  if (document.core.messages.empty())
-    return document.values(svg_as_element(document.svg->first_child), attribute);
-  std::string messages = document.messages();
-  return messages.substr(0, messages.rfind(", in file"));
+  std::string result = document.messages();
+  if (result.empty()) return document.values(svg_as_element(document.svg->first_child), attribute);
+  result.resize(result.rfind(", in file"));
+  const std::string bad = std::string(" '") + attribute + "': unexpected token '";
+  if (const size_t at = result.find(bad); at != result.npos && at < 10)
+    return "! " + result.substr(at + bad.size(), result.size() - at - bad.size() - 1);
+  return result.ends_with(attribute + std::string("': incomplete value")) ? "!" : result;
 }
 
-void expect_values(std::initializer_list<ValueCase> cases) {
-  for (const ValueCase &c : cases)
-    EXPECT_EQ(value_of(c.element, c.attribute, c.text), c.expected)
-        << c.element << ' ' << c.attribute << "=\"" << c.text << '"';
+void expect_values(const char *table) {
+  std::istringstream lines(table);
+  for (std::string element, attribute, cases; lines >> element >> attribute;) {
+    SCOPED_TRACE(element + ' ' + attribute);
+    attribute.pop_back();
+    std::getline(lines, cases);
+    expect_cases(cases, [&](const std::string &text) {
+      return value_of(element.c_str(), attribute.c_str(), text);
+    });
+  }
 }
 
 // ---- Values -------------------------------------------------------------------------------------

@@ -3,7 +3,6 @@
 #define TESTS_SUPPORT_READER_H
 
 #include <functional>
-#include <initializer_list>
 #include <string>
 
 #include "svg/svg.h"
@@ -41,19 +40,16 @@ public:
 bool read_once(AccountingCore &core, const std::string &text);
 
 // The fields of a record, in their order: numbers, keyword texts, texts in '...', colors as
-// #rrggbb;
-// "()" for an empty list. A link is "#" and the target's name, "#?" while it has none. A path is
-// its vertices and its records, with the letters M, L, C and Z.
+// #rrggbb, "()" for an empty list. A link is "#" and the target's name, "#?" while it has none. A
+// path is its vertices and its records, with the letters M, L, C and Z.
 std::string value_text(const svg_parser *parser, const svg_a_node *value);
 
-// Reads ELEMENT with ATTRIBUTE="text" inside of an svg element. Its messages, or when there are
-// none, the values of the attribute. Messages lose the position behind the last comma.
+// Reads ELEMENT with ATTRIBUTE="text" inside of an svg element: the values of the attribute, or
+// when there are messages, these: "! token" for an unexpected token, "!" for an incomplete value,
+// other ones as they are, without the position behind the last comma.
 std::string value_of(const char *element, const char *attribute, const std::string &text);
 
-struct ValueCase {
-  const char *element, *attribute, *text;
-  const char *expected; // by value_of
-};
-void expect_values(std::initializer_list<ValueCase> cases);
+// Lines "ELEMENT ATTRIBUTE: CASES", with the cases of expect_cases, by value_of.
+void expect_values(const char *table);
 
 #endif

@@ -7,28 +7,17 @@
 namespace {
 
 TEST(Transform, KeepsWhatWasWrittenOrComposesAMatrix) {
-  const struct {
-    const char *text;
-    const char *expected; // type: numbers
-  } cases[] = {
-      {"rotate(30)", "1: 30"},
-      {"scale(2)", "3: 2"},
-      {"scale(2,3)", "4: 2 3"},
-      {"skewX(10)", "5: 10"},
-      {" skewY ( 10 ) ", "6: 10"},
-      {"translate(5)", "7: 5"},
-      {"translate(5 -6)", "8: 5 -6"},
-      {"matrix(1,2 3 4,5,6)", "0: 1 2 3 4 5 6"},
-      {"translate(10,20) scale(2)", "0: 2 0 0 2 10 20"},
-      {"translate(10,20),,scale(2)", "0: 2 0 0 2 10 20"},
-      {"translate(10,20)scale(2)translate(1 1)", "0: 2 0 0 2 12 22"},
-      {"scale(2) matrix(1 2 3 4 5 6)", "0: 2 4 6 8 10 12"},
-      {"scale(2)scale(3)", "0: 6 0 0 6 0 0"},
-      {"  ", "-"},
-  };
-  for (const auto &c : cases) EXPECT_EQ(value_of("g", "transform", c.text), c.expected) << c.text;
-  EXPECT_EQ(value_of("linearGradient", "gradientTransform", "scale(2)"), "3: 2");
-  EXPECT_EQ(value_of("pattern", "patternTransform", "scale(2)"), "3: 2");
+  expect_values(R"(
+g transform: rotate(30) -> 1: 30 | scale(2) -> 3: 2 | scale(2,3) -> 4: 2 3 | skewX(10) -> 5: 10
+g transform: \sskewY ( 10 )\s -> 6: 10 | translate(5) -> 7: 5 | translate(5 -6) -> 8: 5 -6
+g transform: matrix(1,2 3 4,5,6) -> 0: 1 2 3 4 5 6 | \s\s -> -
+g transform: translate(10,20) scale(2) -> 0: 2 0 0 2 10 20
+g transform: translate(10,20),,scale(2) -> 0: 2 0 0 2 10 20
+g transform: translate(10,20)scale(2)translate(1 1) -> 0: 2 0 0 2 12 22
+g transform: scale(2) matrix(1 2 3 4 5 6) -> 0: 2 4 6 8 10 12 | scale(2)scale(3) -> 0: 6 0 0 6 0 0
+linearGradient gradientTransform: scale(2) -> 3: 2
+pattern patternTransform: scale(2) -> 3: 2
+)");
 }
 
 TEST(Transform, TurnsAboutAPoint) {
@@ -49,36 +38,14 @@ TEST(Transform, TurnsAboutAPoint) {
 }
 
 TEST(Transform, RefusesMalformedListsAsAWhole) {
-  const struct {
-    const char *text;
-    const char *token; // null: incomplete
-  } cases[] = {
-      {"rotate(30deg)", "30deg"},
-      {"Rotate(30)", "Rotate"},
-      {"rotate 30", "30"},
-      {"rotate()", ")"},
-      {"rotate(30 10)", ")"},
-      {"rotate(30 10 20 5)", "5"},
-      {"rotate(30,,10 20)", ","},
-      {"matrix(1 0 0 1 0)", ")"},
-      {"matrix(1 0 0 1 0 0 0)", "0"},
-      {"skewX(10 20)", "20"},
-      {"scale(1 2 3)", "3"},
-      {"translate(1", nullptr},
-      {"translate(1 2", nullptr},
-      {"translate", nullptr},
-      {"translate(1),", nullptr},
-      {",scale(2)", ","},
-      {"5", "5"},
-      {"scale(2) rotate(x)", "x"},
-      {"scale(2) none", "none"},
-  };
-  for (const auto &c : cases)
-    EXPECT_EQ(value_of("g", "transform", c.text),
-              c.token != nullptr
-                  ? std::string("attribute 'transform': unexpected token '") + c.token + "'"
-                  : "attribute 'transform': incomplete value")
-        << c.text;
+  expect_values(R"(
+g transform: rotate(30deg) -> ! 30deg | Rotate(30) -> ! Rotate | rotate 30 -> ! 30 | rotate() -> ! )
+g transform: rotate(30 10) -> ! ) | rotate(30 10 20 5) -> ! 5 | rotate(30,,10 20) -> ! ,
+g transform: matrix(1 0 0 1 0) -> ! ) | matrix(1 0 0 1 0 0 0) -> ! 0 | skewX(10 20) -> ! 20
+g transform: scale(1 2 3) -> ! 3 | scale(2) rotate(x) -> ! x | scale(2) none -> ! none
+g transform: translate(1 -> ! | translate(1 2 -> ! | translate -> ! | translate(1), -> !
+g transform: ,scale(2) -> ! , | 5 -> ! 5
+)");
 }
 
 } // namespace
