@@ -10,10 +10,8 @@ ort_core *ort_core_new(const ort_options *options) {
   ort_core *core = static_cast<ort_core *>(calloc(1, sizeof(ort_core)));
   if (!core) return nullptr;
   if (options) core->options = *options;
-  ort_options &chosen = core->options;
-  if (chosen.memory_budget == 0) chosen.memory_budget = ORT_LIMIT_MEMORY;
-  if (chosen.inflate_budget == 0) chosen.inflate_budget = ORT_LIMIT_INFLATED;
-  if (chosen.fail_at == 0) chosen.fail_at = UINT64_MAX;
+  if (core->options.memory_budget == 0) core->options.memory_budget = ORT_LIMIT_MEMORY;
+  if (core->options.inflate_budget == 0) core->options.inflate_budget = ORT_LIMIT_INFLATED;
   return core;
 }
 

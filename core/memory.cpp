@@ -202,7 +202,9 @@ static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
   const ort_options &options = core->options;
   ort_memory &memory = core->memory;
   const uint64_t number = ++memory.statistics.allocations;
-  if (number >= options.fail_at && (options.fail_on || number == options.fail_at)) return false;
+  // fail_at is 0 for none: one comparison tells that, too.
+  if (number - 1 >= options.fail_at - 1 && (options.fail_on || number == options.fail_at))
+    return false;
   const uint64_t kept = memory.statistics.live_bytes + memory.own_bytes - released;
   return wanted <= MAX_SIZE && wanted <= options.memory_budget - kept;
 }
