@@ -2,72 +2,41 @@
 #include <gtest/gtest.h>
 
 #include "svg/svg_parser.h"
+#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 TEST(Fonts, FamilyLists) {
-  const struct {
-    const char *text, *expected;
-  } cases[] = {
-      {"Times New Roman", "'Times New Roman'"},
-      {"'Times New Roman'", "'Times New Roman'"},
-      {"Times   New &quot;Roman &quot; , Arial", "'Times New Roman ' 'Arial'"},
-      {"MyFont, serif", "'MyFont' serif"},
-      {"SERIF,Fantasy,sans-serif", "serif fantasy sans-serif"},
-      {"Bitstream serif", "'Bitstream serif'"},
-      {"'serif', 'inherit'", "'serif' 'inherit'"},
-      {"inherit", "inherit"},
-      {"Arial, inherit, 'x'", "inherit"},
-      {"12, 3px", "'12' '3px'"},
-      {"x '", "'x '"},
-      {"a,,b", "property 'font-family': unexpected token ','"},
-      {"a,", "property 'font-family': incomplete value"},
-      {",", "property 'font-family': unexpected token ','"},
-      {"serif Foo", "property 'font-family': unexpected token 'Foo'"},
-      {"a(b)", "property 'font-family': unexpected token '('"},
-      {"a, 'b", "property 'font-family': incomplete value"},
-  };
-  for (const auto &[text, expected] : cases) {
-    const Document document("<svg><g id='g' font-family=\"" + std::string(text) + "\"/></svg>");
-    const std::string messages = document.messages();
-    EXPECT_EQ(messages.empty() ? document.values(document.find("g"), "font-family")
-                               : messages.substr(0, messages.rfind(", in")),
-              expected)
-        << text;
-  }
+  expect_values(R"(
+g font-family: Times New Roman -> 'Times New Roman' | 'Times New Roman' -> 'Times New Roman'
+g font-family: Times   New "Roman " , Arial -> 'Times New Roman ' 'Arial' | MyFont, serif -> 'MyFont' serif
+g font-family: SERIF,Fantasy,sans-serif -> serif fantasy sans-serif | Bitstream serif -> 'Bitstream serif'
+g font-family: 'serif', 'inherit' -> 'serif' 'inherit' | inherit -> inherit | Arial, inherit, 'x' -> inherit
+g font-family: 12, 3px -> '12' '3px' | x ' -> 'x ' | a,,b -> ! , | a, -> ! | , -> ! , | serif Foo -> ! Foo
+g font-family: a(b) -> ! ( | a, 'b -> !
+)");
 }
 
-TEST(Fonts, Names) {
-  const struct {
-    const char *attributes;
-    int32_t number;
-    const char *name;
-  } cases[] = {
-      {"font-family='MyFont'", 0, "MyFont"},
-      {"font-family='MyFont'", 7, "MyFont-7"},
-      {"font-family='MyFont' font-weight='bold' font-style='italic'", 0, "MyFont_700_italic___"},
-      {"font-family='MyFont' font-weight='normal, bold'", 0, "MyFont_400,700____"},
-      {"font-family='MyFont' font-size='10, 12.5'", 2, "MyFont-2_____10,12.5"},
-      {"font-family='My Font, serif' font-variant='normal,small-caps'", 0,
-       "My Font,serif____,small-caps_"},
-      {"font-family='a' font-variant='normal' font-stretch='all, condensed'", 0,
-       "a___,condensed__"},
-      {"id='f&quot;1'", 0, "f\"1"},
-      {"", 0, ""},
-  };
-  for (const auto &c : cases) {
-    const Document document("<svg><font-face " + std::string(c.attributes) + "/></svg>");
-    document.parser->font_number = c.number;
-    ort_bs *name = ort_bs_new(document.core);
-    svg_get_first_font(document.parser, name);
-    EXPECT_STREQ(ort_bs_text(name), c.name) << c.attributes;
-    ort_bs_delete(name);
-  }
-  const svg_font unknown = {};
-  const Document document("<svg/>");
-  ort_bs *name = ort_bs_new(document.core);
-  svg_create_fontname(document.parser, &unknown, name);
-  EXPECT_STREQ(ort_bs_text(name), "*");
-  ort_bs_delete(name);
+TEST(Fonts, Names) { // "NUMBER ATTRIBUTES"
+  expect_cases(R"(0 font-family='MyFont' -> MyFont | 7 font-family='MyFont' -> MyFont-7
+0 font-family='MyFont' font-weight='bold' font-style='italic' -> MyFont_700_italic___
+0 font-family='MyFont' font-weight='normal, bold' -> MyFont_400,700____
+2 font-family='MyFont' font-size='10, 12.5' -> MyFont-2_____10,12.5
+0 font-family='My Font, serif' font-variant='normal,small-caps' -> My Font,serif____,small-caps_
+0 font-family='a' font-variant='normal' font-stretch='all, condensed' -> a___,condensed__
+0 id='f&quot;1' -> f"1 | 0 -> | * -> *)",
+               [](const std::string &input) {
+                 const Document document("<svg><font-face " + input.substr(1) + "/></svg>");
+                 ort_bs *name = ort_bs_new(document.core);
+                 document.parser->font_number = input[0] - '0';
+                 const svg_font unknown = {};
+                 if (input[0] == '*')
+                   svg_create_fontname(document.parser, &unknown, name);
+                 else
+                   svg_get_first_font(document.parser, name);
+                 const std::string result = ort_bs_text(name);
+                 ort_bs_delete(name);
+                 return result;
+               });
 }
 
 // Each font as "element id: family size", in the order of the registry.
@@ -133,12 +102,8 @@ TEST(Fonts, Choice) {
       {.family = nullptr, .generic = SVG_KW_serif, .chosen = "a"},
       {.family = nullptr, .generic = SVG_KW_cursive},
       {.family = "I"},
-      {.family = "I",
-       .stretch = SVG_KW_condensed,
-       .style = SVG_KW_oblique,
-       .weight = SVG_KW_900,
-       .chosen = "i"},
-      {.family = "I", .stretch = SVG_KW_condensed, .style = SVG_KW_normal, .weight = SVG_KW_900},
+      {"I", 0, 10, SVG_KW_condensed, SVG_KW_oblique, SVG_KW_normal, SVG_KW_900, "i"},
+      {"I", 0, 10, SVG_KW_condensed, SVG_KW_normal, SVG_KW_normal, SVG_KW_900},
       {.family = "S", .size = 12.0000005, .chosen = "s"},
       {.family = "S", .size = 12.1},
       {.family = "S", .style = SVG_KW_italic, .chosen = "s"},
@@ -154,28 +119,16 @@ TEST(Fonts, Choice) {
 }
 
 TEST(Fonts, UnicodeRanges) {
-  const struct {
-    const char *text;
-    int32_t result;
-    uint32_t first, last;
-  } cases[] = {
-      {"U+41", 1, 0x41, 0x41},
-      {"U+0041-007a", 1, 0x41, 0x7A},
-      {"U+4??", 1, 0x400, 0x4FF},
-      {"U+?-12", 1, 0, 0xF},
-      {"U+41-", 1, 0x41, 0},
-      {"U+-7", 1, 0, 7},
-      {"U+10FFFF-10FFFF", 1, 0x10FFFF, 0x10FFFF},
-      {"U+4-5-6", 1, 4, 0x506},
-      {"U+", 0, 99, 99},
-      {"u+41", 0, 99, 99},
-      {"", 0, 99, 99},
-      {"U", 0, 99, 99},
-  };
-  for (const auto &c : cases) {
-    uint32_t first = 99, last = 99;
-    EXPECT_EQ(svg_get_urange(nullptr, c.text, &first, &last), c.result) << c.text;
-    EXPECT_EQ(first, c.first) << c.text;
-    EXPECT_EQ(last, c.last) << c.text;
-  }
+  expect_cases(R"(U+41 -> 41 41 | U+0041-007a -> 41 7A | U+4?? -> 400 4FF | U+?-12 -> 0 F
+U+41- -> 41 0 | U+-7 -> 0 7 | U+10FFFF-10FFFF -> 10FFFF 10FFFF | U+4-5-6 -> 4 506
+U+ -> none | u+41 -> none | -> none | U -> none)",
+               [](const std::string &text) -> std::string {
+                 uint32_t first = 0x99, last = 0x99;
+                 const int32_t found = svg_get_urange(nullptr, text.c_str(), &first, &last);
+                 EXPECT_EQ(found, first != 0x99);
+                 if (last == 0x99) return "none";
+                 char result[20];
+                 snprintf(result, sizeof result, "%X %X", first, last);
+                 return result;
+               });
 }
