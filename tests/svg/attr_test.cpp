@@ -63,32 +63,6 @@ TEST(Attr, TheLastOfDuplicateAttributesReachesTheHook) {
   EXPECT_EQ(twice.parser->viewport_height, once.parser->viewport_height);
 }
 
-TEST(Attr, WhateverFailsNothingIsLost) {
-  const std::string text =
-      svg_begin +
-      "<style>g { fill: url(#late) none; stroke: url(#late) bad; font: bold 12px Arial }</style>"
-      "<g id='a' xml:id='b' class='x' svg:class='y' transform='scale(2) rotate(1)' opacity='x' "
-      "systemLanguage='en, de' svg:systemLanguage='fr,' font='bold 1em serif, Times' "
-      "font-family='a, b' mask='url(#late)' clip-path='url(#late' stroke-dasharray='1,2' "
-      "style='fill:url(#late) bad;stroke:url(#a) red;font:italic 2px x;color-profile:p'>"
-      "<path d='M0 0L1 1C1 2 3 4 5 6Z'/><polygon points='1,2 3px' svg:points='1 x'/>"
-      "<a xlink:href='#late' xlink:title='t'/><image xlink:href='data:image/png;base64,aGVsbG8='/>"
-      "<font-face font-family='F' font-size='1 2' font-weight='bold'/>"
-      "<text x='1 2' y='3 q' text-decoration='underline'>t</text></g>"
-      "<linearGradient id='late' gradientTransform='scale(1 2)'/></svg>";
-  {
-    AccountingCore core;
-    EXPECT_TRUE(read_once(core, text));
-  }
-  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); });
-  // A value that ends the parse.
-  const Document fatal(svg_begin + "<a x='1' xlink:href='#b' fill='red' transform='scale(1)'><use "
-                                   "x='1' xlink:href='data:'/></a></svg>");
-  EXPECT_EQ(fatal.code, 10000);
-  EXPECT_EQ(fatal.messages(), "attribute 'xlink:href': incomplete value, in file 'test.svg', line "
-                              "1, element 'use'\n");
-}
-
 TEST(Attr, ValuesAreLogged) {
   const Document document(svg_begin + "<rect x='1' y='z' Fill='red' width='2' height='3'/></svg>",
                           AccountingCore::with_log(6));

@@ -5,6 +5,7 @@
 
 #include "svg/svg_parser.h"
 #include "svg/svg_values.h"
+#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 TEST(Hooks, ViewportOfTheOutermostSvg) {
@@ -84,32 +85,17 @@ TEST(Hooks, DuplicateAttributesOfUse) {
 }
 
 TEST(Hooks, ObserverIsToldOfEachFinalValue) {
-  AccountingCore core;
-  std::vector<const svg_a_node *> told;
-  svg_parser *parser = nullptr;
-  ort_file *file = nullptr;
-  const std::string text = "<svg><use x='1' transform='scale(2)'/><use y='2'/></svg>";
-  const char *bytes = text.c_str();
-  const size_t length = text.size();
-  svg_e_node *svg = nullptr;
-  EXPECT_EQ(core.protect([&] {
-    file = ort_fopen_memory(core, "t", bytes, length);
-    parser =
-        svg_parser_new(core, 0, "t", nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr, nullptr);
-    svg_set_observer(
-        parser,
-        [](void *user, const svg_e_node *, const svg_a_node *value, svg_source, const char *) {
-          static_cast<std::vector<const svg_a_node *> *>(user)->push_back(value);
-        },
-        &told);
-    ort_gz *gz = nullptr;
-    svg = svg_parse(parser, file, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-  }),
-            0);
-  for (svg_node *child = svg->first_child; child != nullptr; child = child->next)
+  static std::vector<const svg_a_node *> told;
+  told.clear();
+  const Document document("<svg><use x='1' transform='scale(2)'/><use y='2'/></svg>",
+                          AccountingCore::defaults(), [](svg_parser *p) {
+                            const auto tell = [](void *, const svg_e_node *,
+                                                 const svg_a_node *value, svg_source,
+                                                 const char *) { told.push_back(value); };
+                            svg_set_observer(p, tell, nullptr);
+                          });
+  for (svg_node *child = document.svg->first_child; child != nullptr; child = child->next)
     EXPECT_EQ(std::count(told.begin(), told.end(), &transform_of(svg_as_element(child))->head), 1);
-  svg_parser_delete(parser);
-  ort_fclose(file);
 }
 
 TEST(Hooks, ElementsWhoseUsersNeedABoundingBox) {
@@ -132,20 +118,15 @@ static void last_texts(const svg_node *node, std::string *result) {
 }
 
 TEST(Hooks, LastNonBlankTextOfATextElement) {
-  const struct {
-    const char *text, *expected;
-  } cases[] = {
-      {"a<text>b<tspan>c</tspan> </text>d", "[c]"},
-      {"<text>a<other>b</other></text>", "[a]"},
-      {"<text>a<text>b</text>c</text><text> </text>", "[b][c]"},
-      {"a<text/>b", ""},
-  };
-  for (const auto &[text, expected] : cases) {
-    const Document document("<svg>" + std::string(text) + "</svg>");
-    std::string found;
-    last_texts(&document.svg->head, &found);
-    EXPECT_EQ(found, expected) << text;
-  }
+  expect_cases(R"(
+a<text>b<tspan>c</tspan> </text>d -> [c] | <text>a<other>b</other></text> -> [a]
+<text>a<text>b</text>c</text><text> </text> -> [b][c] | a<text/>b ->)",
+               [](const std::string &text) {
+                 const Document document("<svg>" + text + "</svg>");
+                 std::string found;
+                 last_texts(&document.svg->head, &found);
+                 return found;
+               });
 }
 
 TEST(Hooks, Log) {
@@ -163,17 +144,4 @@ TEST(Hooks, Log) {
   EXPECT_NE(
       plain.core.log.find("\n\t\t\tviewport width=72, height=4 in pixel, stand-alone graphics\n"),
       std::string::npos);
-}
-
-// One more value on each use: for some of them it is the translation that makes their list grow.
-TEST(Hooks, LackOfMemoryLeavesNothingBehind) {
-  std::string text = "<svg>", attributes;
-  for (const char *name : {"x", "width", "height", "opacity", "stroke-width", "stroke-opacity",
-                           "fill-opacity", "font-size", "kerning"})
-    text += "<use" + (attributes += std::string(" ") + name + "='1'") + "/>";
-  text += "<use y='2' transform='rotate(3)'/><font/>"
-          "<font id='f'><font-face font-family='a, serif'/></font><font/></svg>";
-  const auto body = [&](AccountingCore &core) { return read_once(core, text); };
-  allocation_sweep(body);
-  allocation_sweep(body, AccountingCore::with_log(6));
 }

@@ -71,10 +71,3 @@ TEST(Saved, CutByAnError) {
   EXPECT_STREQ(svg_get_title_text(document.parser), "a");
   EXPECT_EQ(svg_get_desc_text(document.parser), nullptr);
 }
-
-TEST(Saved, SurvivesFailingAllocations) {
-  allocation_sweep([](AccountingCore &core) {
-    return read_once(core, "<svg><title>a</title><desc>b</desc><metadata>"
-                           "<r:a xmlns:r='urn:r' r:x='1'>c</r:a></metadata></svg>");
-  });
-}

@@ -6,47 +6,28 @@
 #include <gtest/gtest.h>
 
 #include "svg/svg_values.h"
-#include "tests/support/accounting_core.h"
+#include "tests/support/cases.h"
 
-TEST(Schema, ElementsAreFoundByExactNameWithOrWithoutPrefix) {
-  const struct {
-    const char *name;
-    int id;
-  } cases[] = {
-      {"rect", SVG_ELEM_rect},
-      {"svg:rect", SVG_ELEM_rect},
-      {"svg", SVG_ELEM_svg},
-      {"svg:svg", SVG_ELEM_svg},
-      {"Rect", -1},
-      {"SVG:rect", -1},
-      {"svg:svg:rect", -1},
-      {"svg:", -1},
-      {"", -1},
-      {"rec", -1},
-      {"recta", -1},
-      {"animate", -1},
-      {"zzz", -1},
-  };
-  for (const auto &c : cases) EXPECT_EQ(svg_find_element(c.name), c.id) << c.name;
-  for (int id = 0; id < SVG_ELEM_COUNT; id++)
-    EXPECT_EQ(svg_find_element(svg_elem_table[id].name), id);
+static std::string element_name(const std::string &name) {
+  const int id = svg_find_element(name.c_str());
+  return id < 0 ? "none" : svg_elem_table[id].name;
 }
 
-TEST(Schema, PropertiesAreFoundInAnyLetterCase) {
-  const struct {
-    const char *name;
-    int row;
-  } cases[] = {
-      {"fill", SVG_PROP_fill},
-      {"FILL", SVG_PROP_fill},
-      {"Stroke-Width", SVG_PROP_stroke_width},
-      {"x", -1},
-      {"style", -1},
-      {"", -1},
-      {"fil", -1},
-      {"font-famil\xC3\xBF", -1},
-  };
-  for (const auto &c : cases) EXPECT_EQ(svg_find_prop(c.name), c.row) << c.name;
+static std::string property_name(const std::string &name) {
+  const int row = svg_find_prop(name.c_str());
+  return row < 0 ? "none" : svg_attr_table[row].name;
+}
+
+TEST(Schema, ElementsByExactNameAndPropertiesInAnyCase) {
+  expect_cases(R"(
+rect -> rect | svg:rect -> rect | svg -> svg | svg:svg -> svg | Rect -> none | SVG:rect -> none
+svg:svg:rect -> none | svg: -> none | -> none | rec -> none | recta -> none | animate -> none)",
+               element_name);
+  for (const svg_elem_def &element : svg_elem_table)
+    EXPECT_EQ(element_name(element.name), element.name);
+  expect_cases(R"(fill -> fill | FILL -> fill | Stroke-Width -> stroke-width | x -> none
+style -> none | -> none | fil -> none | font-famil\xC3\xBF -> none)",
+               property_name);
   for (int row = 0; row < SVG_PROP_COUNT; row++)
     EXPECT_EQ(svg_find_prop(svg_attr_table[row].name), row);
 }
@@ -77,46 +58,6 @@ TEST(Schema, AttributesAreFoundInTheListOfTheirElement) {
     EXPECT_EQ(row_of(c.element, c.name), c.row_in_css_mode) << c.name;
   }
   EXPECT_EQ(svg_find_esa(&parser, "id", nullptr, 0), -1);
-}
-
-TEST(Schema, RefusedNamesRaise) {
-  AccountingCore core;
-  svg_register_errtab(core);
-  const char *const elements[] = {"animate", "filter", "Script"};
-  const char *const properties[] = {"enable-background", "FILTER"};
-  svg_parser parser = {};
-  parser.core = core;
-  parser.filename = "a.svg";
-
-  // Without lists everything is tolerated.
-  EXPECT_EQ(core.protect([&] { svg_find_nottol_element(&parser, "filter"); }), 0);
-  EXPECT_EQ(core.protect([&] { svg_find_nottol_property(&parser, "filter"); }), 0);
-
-  parser.nottol_elements = elements;
-  parser.nottol_elements_num = 3;
-  parser.nottol_props = properties;
-  parser.nottol_props_num = 2;
-  const struct {
-    void (*check)(svg_parser *parser, const char *name);
-    const char *name;
-    int code;
-    const char *text;
-  } cases[] = {
-      {svg_find_nottol_element, "script", 10020,
-       "File 'a.svg' contains unsupported element 'script'"},
-      {svg_find_nottol_element, "ANIMATE", 10020,
-       "File 'a.svg' contains unsupported element 'ANIMATE'"},
-      {svg_find_nottol_element, "set", 0, nullptr},
-      {svg_find_nottol_property, "Filter", 10021,
-       "File 'a.svg' contains unsupported property 'Filter'"},
-      {svg_find_nottol_property, "animate", 0, nullptr},
-  };
-  for (const auto &c : cases) {
-    EXPECT_EQ(core.protect([&] { c.check(&parser, c.name); }), c.code) << c.name;
-    if (c.code != 0) {
-      EXPECT_STREQ(ort_error_text(core), c.text);
-    }
-  }
 }
 
 // The slots and defaults that begin hooks and hosts count on.

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "svg/svg_schema.h"
+#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 // All properties of the g element of a drawing by ascending name, then the codes of the messages.
@@ -44,30 +45,22 @@ TEST(Style, Lexer) {
 }
 
 TEST(Style, Declarations) {
-  const struct {
-    const char *style, *expected;
-  } cases[] = {
-      {"fill:red;stroke:blue", "fill #ff0000; stroke #0000ff"},
-      {" fill red ;\n stroke\t:\tblue ;", "fill #ff0000; stroke #0000ff"},
-      {"/* c */fill/* d */:/* e */red;/**/stroke:blue;/* f", "fill #ff0000; stroke #0000ff"},
-      {"FILL:Red", "fill #ff0000"},
-      {"fill:red;fill:blue", "fill #ff0000; fill #0000ff"},
-      {"fill:;stroke:blue", "stroke #0000ff"},
-      {"fill: ;stroke:blue", "stroke #0000ff"},
-      {"unknown:1;-x:2;stroke:blue", "stroke #0000ff"},
-      {"stroke:blue;fill", "stroke #0000ff"},
-      {"stroke:blue;fill:", "stroke #0000ff"},
-      // The first thing that is no declaration ends the attribute.
-      {"fill:red;3d:x;stroke:blue", "fill #ff0000"},
-      {"fill:red;;stroke:blue", "fill #ff0000"},
-      {"", ""},
-      {" /* */ ", ""},
-      // A bad value costs one warning, and only itself.
-      {"fill:nocolor;stroke:blue;stroke-width:", "stroke #0000ff !10006"},
-      {"fill:rgb(1,2;stroke:blue", "stroke #0000ff !10002"},
-      {"fill:red/* part of the value */;stroke:blue", "stroke #0000ff !10006"},
-  };
-  for (const auto &c : cases) EXPECT_EQ(with_style(c.style), c.expected) << c.style;
+  expect_cases(R"(
+fill:red;stroke:blue -> fill #ff0000; stroke #0000ff | fill:;stroke:blue -> stroke #0000ff
+\sfill red ;\n stroke\t:\tblue ; -> fill #ff0000; stroke #0000ff | FILL:Red -> fill #ff0000
+/* c */fill/* d */:/* e */red;/**/stroke:blue;/* f -> fill #ff0000; stroke #0000ff
+fill:red;fill:blue -> fill #ff0000; fill #0000ff | fill: ;stroke:blue -> stroke #0000ff
+unknown:1;-x:2;stroke:blue -> stroke #0000ff | stroke:blue;fill -> stroke #0000ff
+stroke:blue;fill: -> stroke #0000ff | -> | \s/* */\s ->)",
+               with_style);
+  // The first thing that is no declaration ends the attribute. A bad value costs one warning, and
+  // only itself.
+  expect_cases(R"(
+fill:red;3d:x;stroke:blue -> fill #ff0000 | fill:red;;stroke:blue -> fill #ff0000
+fill:nocolor;stroke:blue;stroke-width: -> stroke #0000ff !10006
+fill:rgb(1,2;stroke:blue -> stroke #0000ff !10002
+fill:red/* part of the value */;stroke:blue -> stroke #0000ff !10006)",
+               with_style);
 }
 
 TEST(Style, RanksBehindAttributesAndRules) {
@@ -92,42 +85,27 @@ TEST(Style, MessagesNameTheAttributeOnlyWithinIt) {
             "element 'g'\n");
 }
 
+// The last ones lack a word for the size or for the family, or have keywords out of their places:
+// words count from the front.
 TEST(Font, IsSplitIntoItsLonghands) {
-  const struct {
-    const char *font, *expected;
-  } cases[] = {
-      {"bold italic 12pt/14pt Times New Roman",
-       "font-family 'Times New Roman'; font-size 12pt; font-style italic; font-weight bold"},
-      {"small-caps 700 12px A, serif",
-       "font-family 'A' serif; font-size 12px; font-variant small-caps; font-weight 700"},
-      {"normal 12px serif", "font-family serif; font-size 12px"},
-      {"normal normal normal 12px x", "font-family 'x'; font-size 12px"},
-      {" 12pt  serif ", "font-family serif; font-size 12pt"},
-      {"oblique bold normal 1px  A  B ",
-       "font-family 'A B'; font-size 1px; font-style oblique; font-weight bold"},
-      {"1px a b c d e", "font-family 'a b c d e'; font-size 1px"},
-      {"/14px serif", "font-family serif"},
-      {"caption", "font-family 'caption'"},
-      {"12pt", "font-family '12pt'"},
-      {"inherit", "font-family inherit"},
-      // A word for the size or for the family is missing.
-      {"bold italic", ""},
-      {"bold 12pt", ""},
-      {"12pt bold", ""},
-      {"normal normal", ""},
-      {"", ""},
-      {"  ", ""},
-      // Words count from the front, wherever the keywords stand.
-      {"a b c d e f", "font-family 'b c d e f' !10005"},
-      {"bold bolder 12px x", "font-family '12px x'; font-weight bold !10005"},
-      {"12px x bold", "font-family 'bold'; font-weight bold !10005"},
-  };
-  for (const auto &c : cases) {
-    const std::string font = c.font;
-    EXPECT_EQ(properties("<g font='" + font + "'/>"), c.expected) << c.font;
-    EXPECT_EQ(with_style("font:" + font), c.expected) << c.font;
-    EXPECT_EQ(properties("<style>g{font:" + font + "}</style><g/>"), c.expected) << c.font;
-  }
+  const char *cases = R"(
+bold italic 12pt/14pt Times New Roman -> font-family 'Times New Roman'; font-size 12pt; font-style italic; font-weight bold
+small-caps 700 12px A, serif -> font-family 'A' serif; font-size 12px; font-variant small-caps; font-weight 700
+oblique bold normal 1px  A  B\s -> font-family 'A B'; font-size 1px; font-style oblique; font-weight bold
+normal 12px serif -> font-family serif; font-size 12px | 12pt -> font-family '12pt'
+normal normal normal 12px x -> font-family 'x'; font-size 12px | inherit -> font-family inherit
+\s12pt  serif\s -> font-family serif; font-size 12pt | /14px serif -> font-family serif
+1px a b c d e -> font-family 'a b c d e'; font-size 1px | caption -> font-family 'caption'
+bold italic -> | bold 12pt -> | 12pt bold -> | normal normal -> | -> | \s\s ->
+a b c d e f -> font-family 'b c d e f' !10005
+bold bolder 12px x -> font-family '12px x'; font-weight bold !10005
+12px x bold -> font-family 'bold'; font-weight bold !10005)";
+  expect_cases(cases,
+               [](const std::string &font) { return properties("<g font='" + font + "'/>"); });
+  expect_cases(cases, [](const std::string &font) { return with_style("font:" + font); });
+  expect_cases(cases, [](const std::string &font) {
+    return properties("<style>g{font:" + font + "}</style><g/>");
+  });
 }
 
 // An attribute compares without regard to case up to the first longhand that it adds.
