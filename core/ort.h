@@ -69,7 +69,7 @@ enum {
   ORT_E_GZIP = 1057,            /**< "Error in compressed file '$1': $2" */
   ORT_E_NO_VIRTUAL_FILE = 1060, /**< "No virtual file '$1'" */
   ORT_E_XML = 1700,             /**< "XML: $1 in line $2, column $3" */
-  ORT_E_ARC = 1801,             /**< "Elliptical arc cannot be converted": never raised */
+  ORT_E_ARC = 1801,             /**< "Elliptical arc cannot be converted": a warning only */
   ORT_E_INTERNAL = 1926,        /**< "Internal error in $1, line $2" */
   ORT_E_LIMIT = 1930            /**< "Limit of $2 $1 exceeded" */
 };

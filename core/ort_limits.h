@@ -1,8 +1,9 @@
 /** @file
  * Every budget of the library, each with the attack that it stops.
  *
- * The values are defaults; a host changes the first group with ort_options (core/ort.h) and the
- * second with svg_set_limits (svg/svg.h). They are far above what any real drawing needs.
+ * The values are defaults; a host changes the first two with ort_options (core/ort.h) and those of
+ * entities, nodes and depth with svg_set_limits (svg/svg.h). They are far above what any real
+ * drawing needs.
  */
 #ifndef ORT_LIMITS_H
 #define ORT_LIMITS_H
