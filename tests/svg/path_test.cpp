@@ -9,6 +9,7 @@
 
 #include "svg/svg_parser.h"
 #include "tests/support/accounting_core.h"
+#include "tests/support/cases.h"
 
 namespace {
 
@@ -73,51 +74,36 @@ protected:
 };
 
 TEST_F(Path, ReportsSegments) {
-  struct {
-    const char *path, *expected;
-  } const cases[] = {
-      // movetos
-      {"M", "M0,0"},
-      {"m z", "M0,0 Z"},
-      {"M,, 10,10", "M10,10"},
-      {" \t\r\n,M10,10\n", "M10,10"},
-      {"m10 10 20 20", "M10,10 L30,30"},
-      {"M10 10 20 20", "M10,10 L20,20"},
-      {"M1 2m3 4 5 6", "M1,2 M4,6 L9,12"},
-      // lines
-      {"M0 0 H10 20 V5", "M0,0 L10,0 L20,0 L20,5"},
-      {"M1 1h10v5-2l1 1zl1 0", "M1,1 L11,1 L11,6 L11,4 L12,5 Z L2,1"},
-      {"M1 1z m2 2 L9 9 zz", "M1,1 Z M3,3 L9,9 Z Z"},
-      // curves
-      {"M1 1c1 2 3 4 5 6 1 1 2 2 3 3", "M1,1 C2,3 4,5 6,7 C7,8 8,9 9,10"},
-      {"M0 0C0 10 10 10 10 0S20 9 20 0 30 0 40 0",
-       "M0,0 C0,10 10,10 10,0 C10,-10 20,9 20,0 C20,-9 30,0 40,0"},
-      {"M1 2 s1 1 2 2", "M1,2 C1,2 2,3 3,4"},
-      {"M0 0 C1 1 2 2 3 3 L4 4 S5 5 6 6", "M0,0 C1,1 2,2 3,3 L4,4 C4,4 5,5 6,6"},
-      {"M0 0Q9 9 18 0 36 0 36 9", "M0,0 C6,6 12,6 18,0 C30,0 36,3 36,9"},
-      {"M0 0q3 3 6 0t6 0 6 0", "M0,0 C2,2 4,2 6,0 C8,-2 10,-2 12,0 C14,2 16,2 18,0"},
-      {"M0 0C0 9 9 9 9 0T18 0", "M0,0 C0,9 9,9 9,0 C9,0 12,0 18,0"},
-      {"M0 0Q3 3 6 0S9 9 9 0", "M0,0 C2,2 4,2 6,0 C6,0 9,9 9,0"},
-      // arcs
-      {"M0 0A0 5 0 0 1 10 10 L20 20", "M0,0 L20,20"},
-      {"M0 0l1 1a5 9e-7 0 0 1 10 10 l1 0", "M0,0 L1,1 L2,1"},
-      {"M5 5A1 1 0 0 0 5 5l1 1", "M5,5 A L6,6"},
-      // numbers
-      {"M.5.5", "M0.5,0.5"},
-      {"M0.5.5-1-2+3+4", "M0.5,0.5 L-1,-2 L3,4"},
-      {"M1e2,0", "M100,0"},
-      {"M5.-.5e1 1.e2 1.5E-1", "M5,-5 L100,0.15"},
-      {"M0e99999999999999999999 -0", "M0,0"},
-      {"M1e-99999999999 00000000000000000000001", "M0,1"},
-      {"M2147483647-2147483647.0", "M2147483647,-2147483647"},
-      {"M0.3 4294967.2950", "M0.30000000000000004,4294967.295"},
+  const auto segments = [&](const std::string &path) {
+    const Reading reading = read(core, path.c_str());
+    EXPECT_EQ(reading.code, 0) << path;
+    EXPECT_EQ(svg_spp_check(path.c_str(), nullptr), 0) << path;
+    return text(reading);
   };
-  for (const auto &c : cases) {
-    const Reading reading = read(core, c.path);
-    EXPECT_EQ(text(reading), c.expected) << c.path;
-    EXPECT_EQ(reading.code, 0) << c.path;
-    EXPECT_EQ(svg_spp_check(c.path, nullptr), 0) << c.path;
-  }
+  expect_cases(R"(
+M -> M0,0 | m z -> M0,0 Z | M,, 10,10 -> M10,10 | \s\t\x0d\n,M10,10\n -> M10,10
+m10 10 20 20 -> M10,10 L30,30 | M10 10 20 20 -> M10,10 L20,20 | M1 2m3 4 5 6 -> M1,2 M4,6 L9,12
+M0 0 H10 20 V5 -> M0,0 L10,0 L20,0 L20,5 | M1 1z m2 2 L9 9 zz -> M1,1 Z M3,3 L9,9 Z Z
+M1 1h10v5-2l1 1zl1 0 -> M1,1 L11,1 L11,6 L11,4 L12,5 Z L2,1)",
+               segments);
+  // curves and arcs
+  expect_cases(R"(
+M1 1c1 2 3 4 5 6 1 1 2 2 3 3 -> M1,1 C2,3 4,5 6,7 C7,8 8,9 9,10 | M1 2 s1 1 2 2 -> M1,2 C1,2 2,3 3,4
+M0 0C0 10 10 10 10 0S20 9 20 0 30 0 40 0 -> M0,0 C0,10 10,10 10,0 C10,-10 20,9 20,0 C20,-9 30,0 40,0
+M0 0 C1 1 2 2 3 3 L4 4 S5 5 6 6 -> M0,0 C1,1 2,2 3,3 L4,4 C4,4 5,5 6,6
+M0 0Q9 9 18 0 36 0 36 9 -> M0,0 C6,6 12,6 18,0 C30,0 36,3 36,9
+M0 0q3 3 6 0t6 0 6 0 -> M0,0 C2,2 4,2 6,0 C8,-2 10,-2 12,0 C14,2 16,2 18,0
+M0 0C0 9 9 9 9 0T18 0 -> M0,0 C0,9 9,9 9,0 C9,0 12,0 18,0
+M0 0Q3 3 6 0S9 9 9 0 -> M0,0 C2,2 4,2 6,0 C6,0 9,9 9,0 | M5 5A1 1 0 0 0 5 5l1 1 -> M5,5 A L6,6
+M0 0A0 5 0 0 1 10 10 L20 20 -> M0,0 L20,20 | M0 0l1 1a5 9e-7 0 0 1 10 10 l1 0 -> M0,0 L1,1 L2,1)",
+               segments);
+  // numbers
+  expect_cases(R"(
+M.5.5 -> M0.5,0.5 | M0.5.5-1-2+3+4 -> M0.5,0.5 L-1,-2 L3,4 | M1e2,0 -> M100,0
+M5.-.5e1 1.e2 1.5E-1 -> M5,-5 L100,0.15 | M0e99999999999999999999 -0 -> M0,0
+M1e-99999999999 00000000000000000000001 -> M0,1 | M2147483647-2147483647.0 -> M2147483647,-2147483647
+M0.3 4294967.2950 -> M0.30000000000000004,4294967.295)",
+               segments);
 }
 
 TEST_F(Path, ReadsFlagsOfOneDigit) {
@@ -130,48 +116,28 @@ TEST_F(Path, ReadsFlagsOfOneDigit) {
 
 // "^" stands before the byte at fault. The message of a bad number shows the text from there.
 TEST_F(Path, TellsWhereErrorsAre) {
-  struct {
-    const char *marked;
-    int code;
-    const char *segments;
-  } const cases[] = {
-      {"^", 10100, ""},
-      {" , ^", 10100, ""},
-      {" ^L0 0", 10100, ""},
-      {"M0 0 z ^5 5", 10102, "M0,0 Z"},
-      {"M0 0 ^x", 10102, "M0,0"},
-      {"M10 10,^\xC3\x89", 10102, "M10,10"},
-      {"M10 10 M^", 10104, "M10,10"},
-      {"M0 0 L10^", 10104, "M0,0"},
-      {"M10^px 5", 10104, ""},
-      {"M1e^,0", 10104, ""},
-      {"M1e+^ 0", 10104, ""},
-      {"M1 -^x", 10104, ""},
-      {"M.^ 5", 10104, ""},
-      {"M1 -.^e5", 10104, ""},
-      {"M3000000000 , ^0", 10104, ""},
-      {"M0 0H1-1e999,^V2", 10104, "M0,0 L1,0"},
-      {"M2147483647.5 ^0", 10104, ""},
-      {"M0 0a1 1 0 ^+ 1 5 5", 10104, "M0,0"},
-      {"M0 0C1 1 2 2 3^", 10104, "M0,0"},
-      {"M0 0 L1^\xC2\xA0 1", 10104, "M0,0"},
-  };
-  for (const auto &c : cases) {
-    SCOPED_TRACE(c.marked);
-    std::string path = c.marked;
-    const size_t fault = path.find('^');
-    path.erase(fault, 1);
-    size_t offset = 0;
-    EXPECT_EQ(svg_spp_check(path.c_str(), &offset), c.code);
-    EXPECT_EQ(offset, fault);
-    const Reading reading = read(core, path.c_str());
-    EXPECT_EQ(reading.code, c.code);
-    EXPECT_EQ(text(reading), c.segments);
-    if (c.code == 10104) {
-      EXPECT_EQ(ort_error_text(core),
-                "Missing or illegal numeric parameter '" + path.substr(fault) + "' in SVG path");
-    }
-  }
+  expect_cases(R"(
+^ -> 10100 | \s, ^ -> 10100 | \s^L0 0 -> 10100 | M0 0 z ^5 5 -> 10102 M0,0 Z | M0 0 ^x -> 10102 M0,0
+M10 10,^\xC3\x89 -> 10102 M10,10 | M10 10 M^ -> 10104 M10,10 | M0 0 L10^ -> 10104 M0,0
+M10^px 5 -> 10104 | M1e^,0 -> 10104 | M1e+^ 0 -> 10104 | M1 -^x -> 10104 | M.^ 5 -> 10104
+M1 -.^e5 -> 10104 | M3000000000 , ^0 -> 10104 | M0 0H1-1e999,^V2 -> 10104 M0,0 L1,0
+M2147483647.5 ^0 -> 10104 | M0 0a1 1 0 ^+ 1 5 5 -> 10104 M0,0 | M0 0C1 1 2 2 3^ -> 10104 M0,0
+M0 0 L1^\xC2\xA0 1 -> 10104 M0,0)",
+               [&](std::string path) {
+                 const size_t fault = path.find('^');
+                 path.erase(fault, 1);
+                 size_t offset = 0;
+                 const int code = svg_spp_check(path.c_str(), &offset);
+                 EXPECT_EQ(offset, fault);
+                 const Reading reading = read(core, path.c_str());
+                 EXPECT_EQ(reading.code, code);
+                 if (code == 10104) {
+                   EXPECT_EQ(ort_error_text(core), "Missing or illegal numeric parameter '" +
+                                                       path.substr(fault) + "' in SVG path");
+                 }
+                 return std::to_string(code) + (reading.segments.empty() ? "" : " ") +
+                        text(reading);
+               });
 }
 
 TEST_F(Path, CutsTheRestInTheMessage) {

@@ -3,6 +3,7 @@
 
 #include "svg/svg_schema.h"
 #include "svg/svg_style.h"
+#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 namespace {
@@ -12,43 +13,31 @@ namespace {
 class Drawing {
 public:
   explicit Drawing(const std::string &text, const ort_options &options = AccountingCore::defaults())
-      : Drawing(options, text) {}
-  ~Drawing() { svg_parser_delete(parser); }
+      : document(text, options, [this](svg_parser *p) {
+          static const char *const refused[] = {"refused"};
+          parser = p;
+          p->css_context_ = &context;
+          p->nottol_props = refused;
+          p->nottol_props_num = 1;
+          svg_set_observer(p, observe, this);
+        }) {}
 
   // Codes of the messages.
   std::string codes() const {
     std::string result;
-    for (const Message &message : core.messages) result += " " + std::to_string(message.code);
+    for (const Message &message : document.core.messages)
+      result += " " + std::to_string(message.code);
     return result;
   }
 
-  AccountingCore core;
-  svg_parser *parser = nullptr;
-  int code = 0;
   std::string asked;    // names of sheets
   std::string observed; // values of fill with their sources
-  bool compare_walks = false;
   int walks = 0;
+  svg_parser *parser = nullptr;
+  const css_context context = {nullptr, read, this};
+  const Document document; // behind what its parse needs
 
 private:
-  Drawing(const ort_options &options, const std::string &text) : core(options) {
-    const css_context context = {nullptr, read, this};
-    const char *bytes = text.data();
-    const size_t length = text.size();
-    ort_file *file = nullptr;
-    static const char *const refused[] = {"refused"};
-    code = core.protect([&] {
-      svg_register_errtab(core);
-      file = ort_fopen_memory(core, "a.svg", bytes, length);
-      parser = svg_parser_new(core, 0, "a.svg", &context, nullptr, nullptr, 0, refused, 1, nullptr,
-                              nullptr);
-      svg_set_observer(parser, observe, this);
-      ort_gz *gz = nullptr;
-      svg_parse(parser, file, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-    });
-    ort_fclose(file);
-  }
-
   static int read(void *user, const char *href, css_sheet_text *text) {
     const std::string name = href;
     static_cast<Drawing *>(user)->asked += name + " ";
@@ -97,39 +86,28 @@ void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *v
 } // namespace
 
 TEST(Sheets, Instructions) {
-  const struct {
-    const char *data, *asked, *codes;
-  } cases[] = {
-      {"href='red.css' type='text/css'", "red.css ", ""},
-      {"  type =\t\"text/css\"\nhref= 'red.css' ", "red.css ", ""},
-      {"type='text/css'href='a'href='red.css'", "red.css ", ""},
-      {"type='x' type='text/css' href='red.css'", "red.css ", ""},
-      {"type='text/css' href='red.css", "red.css ", ""},
-      {"type='text/css' title='a=\"b\" c' href=\"it's.css\"", "it's.css ", " 10200"},
-      {"href='red.css'", "", ""},
-      {"href='red.css' type='text/xsl'", "", ""},
-      {"href='red.css' type='text/CSS'", "", ""},
-      {"type='text/css'", "", ""},
-      {"", "", ""},
-      // Malformed: one warning, no sheet.
-      {"='text/css' href='red.css'", "", " 10003"},
-      {"href='red.css' type='text/css' alternate", "", " 10000"},
-      {"href='red.css' type='text/css' alternate ", "", " 10000"},
-      {"type='' href='red.css'", "", " 10000"},
-      {"href='red.css' type='text/css' a='", "", " 10000"},
-      {"type=text/css href='red.css'", "", " 10004"},
-      {"type 'text/css' href='red.css'", "", " 10004"},
-      {"href='red.css' type='text/css' a=", "", " 10004"},
+  const auto asked = [](const std::string &data) {
+    const Drawing drawing("<?xml-stylesheet " + data + "?><svg/>");
+    return drawing.asked + drawing.codes();
   };
-  for (const auto &c : cases) {
-    const Drawing drawing("<?xml-stylesheet " + std::string(c.data) + "?><svg/>");
-    EXPECT_EQ(drawing.asked, c.asked) << c.data;
-    EXPECT_EQ(drawing.codes(), c.codes) << c.data;
-  }
+  expect_cases(R"(
+href='red.css' type='text/css' -> red.css | \s\stype =\t"text/css"\nhref= 'red.css'\s -> red.css
+type='text/css'href='a'href='red.css' -> red.css | type='text/css' href='red.css -> red.css
+type='x' type='text/css' href='red.css' -> red.css | href='red.css' -> | type='text/css' -> | ->
+type='text/css' title='a="b" c' href="it's.css" -> it's.css  10200
+href='red.css' type='text/xsl' -> | href='red.css' type='text/CSS' ->)",
+               asked);
+  // Malformed: one warning, no sheet.
+  expect_cases(R"(
+='text/css' href='red.css' -> 10003 | href='red.css' type='text/css' alternate -> 10000
+href='red.css' type='text/css' alternate\s -> 10000 | type='' href='red.css' -> 10000
+href='red.css' type='text/css' a=' -> 10000 | type=text/css href='red.css' -> 10004
+type 'text/css' href='red.css' -> 10004 | href='red.css' type='text/css' a= -> 10004)",
+               asked);
   EXPECT_EQ(Drawing("<?XML-stylesheet href='red.css' type='text/css'?><svg/>").asked, "");
   const Drawing malformed("<svg>\n<?xml-stylesheet type=text/css?></svg>");
-  EXPECT_EQ(malformed.core.messages.at(0).text,
-            "attribute 'type': unexpected token 't', in file 'a.svg', line 2, element ''");
+  EXPECT_EQ(malformed.document.core.messages.at(0).text,
+            "attribute 'type': unexpected token 't', in file 'test.svg', line 2, element ''");
 }
 
 TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
@@ -154,7 +132,7 @@ TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
   for (const auto &c : cases) {
     const Drawing drawing("<svg xmlns='http://www.w3.org/2000/svg'>" + std::string(c.content) +
                           "</svg>");
-    ASSERT_EQ(drawing.code, 0) << c.content;
+    ASSERT_EQ(drawing.document.code, 0) << c.content;
     const ort_bs *sheet = drawing.parser->style_sheet;
     EXPECT_STREQ(sheet != nullptr ? ort_bs_text(sheet) : "none", c.sheet) << c.content;
   }
@@ -193,7 +171,7 @@ TEST(Sheets, Declarations) {
     EXPECT_EQ(document.values(document.find("r"), "fill"), c.fill) << c.declarations;
     EXPECT_EQ(document.messages(), c.messages) << c.declarations;
   }
-  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").code, 10021);
+  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").document.code, 10021);
 }
 
 TEST(Sheets, AValueIsSharedByAllElements) {
@@ -211,36 +189,22 @@ TEST(Sheets, SelectorsReachElements) {
       "<g id='g1'><rect id='r1' class='p q' x='1'/><a><circle id='c1' r='1'/></a>"
       "<rect id='r2' class=' q'/></g><rect id='r3' xml:space='preserve'/><g id='g2' x='1'>"
       "<foreign><rect id='never'/></foreign><circle id='c2' r='2' class='q'/></g>";
-  const struct {
-    const char *selector, *ids;
-  } cases[] = {
-      {"rect", "r1 r2 r3 "},
-      {"svg > rect", "r3 "},
-      {"g > rect", "r1 r2 "},
-      {"g circle", "c1 c2 "},
-      {"svg > g > circle", "c2 "},
-      {"a + rect", "r2 "},
-      {"g + rect, rect + g", "r3 g2 "},
-      {"rect + circle, g > a + circle", ""},
-      {"rect ~ rect", "r2 "},
-      {":first-child", "g1 r1 c1 c2 "},
-      {"rect.q", "r1 r2 "},
-      {".q.p, .q.r", "r1 "},
-      {"#r2, g#c2, #never", "r2 "},
-      {"[x]", "r1 g2 "},
-      {"[r='2'], [space=preserve], [class~=p]", "r1 r3 c2 "},
-      {"unknown, unknown rect", ""},
-      {"root, :root > :root", ""},
-  };
-  for (const auto &c : cases) {
-    const Document document("<svg xmlns='http://www.w3.org/2000/svg'><style>" +
-                            std::string(c.selector) + "{stroke:red}</style>" + drawing + "</svg>");
-    ASSERT_EQ(document.code, 0);
-    std::string ids;
-    for (const char *id : {"g1", "r1", "c1", "r2", "r3", "g2", "c2"})
-      if (document.values(document.find(id), "stroke") != "-") ids += std::string(id) + " ";
-    EXPECT_EQ(ids, c.ids) << c.selector;
-  }
+  expect_cases(R"(
+rect -> r1 r2 r3 | svg > rect -> r3 | g > rect -> r1 r2 | g circle -> c1 c2
+svg > g > circle -> c2 | a + rect -> r2 | g + rect, rect + g -> r3 g2
+rect + circle, g > a + circle -> | rect ~ rect -> r2 | :first-child -> g1 r1 c1 c2
+rect.q -> r1 r2 | .q.p, .q.r -> r1 | #r2, g#c2, #never -> r2 | [x] -> r1 g2
+[r='2'], [space=preserve], [class~=p] -> r1 r3 c2 | unknown, unknown rect ->
+root, :root > :root ->)",
+               [&](const std::string &selector) {
+                 const Document document("<svg xmlns='http://www.w3.org/2000/svg'><style>" +
+                                         selector + "{stroke:red}</style>" + drawing + "</svg>");
+                 std::string ids;
+                 for (const char *id : {"g1", "r1", "c1", "r2", "r3", "g2", "c2"})
+                   if (document.values(document.find(id), "stroke") != "-")
+                     ids += std::string(id) + " ";
+                 return ids;
+               });
 }
 
 TEST(Sheets, OpenElementsAgreeWithTheWalk) {
@@ -262,13 +226,6 @@ TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {
         "\t\t\t[property \"odd\" unsupported]\n",
         "\t\t\tProcess 1 CSS rules...\n\t\t\t\tselector: rect\n", "\t\t\t\tparent svg (",
         "\t\t\t[add css property fill=\"red !important\"]\n"})
-    EXPECT_NE(drawing.core.log.find(line), std::string::npos) << line << drawing.core.log;
-}
-
-TEST(Sheets, SurviveFailingAllocations) {
-  const std::string text =
-      "<?xml-stylesheet type='text/css' href='red.css'?><svg><style>rect.c[x], g rect{fill:red "
-      "!important;font:bold 12px/1 A,serif;stroke:url(#a)}</style><g id='a'><rect x='1' class='c d'"
-      " style='fill:red;font:italic 1px x;stroke:foo'/></g></svg>";
-  allocation_sweep([&](AccountingCore &core) { return read_once(core, text); });
+    EXPECT_NE(drawing.document.core.log.find(line), std::string::npos)
+        << line << drawing.document.core.log;
 }
