@@ -1,3 +1,4 @@
+#include <array>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -77,21 +78,12 @@ TEST(Arc, FollowsTheEllipse) {
 }
 
 TEST(Arc, ScalesRadiiThatAreTooSmall) {
-  struct {
-    double rx, ry;
-    Ellipse expected;
-  } const cases[] = {
-      {1, 1, {5, 0, 5, 5, 0, pi, pi}},
-      {1e-6, 2e-6, {5, 0, 5, 10, 0, pi, pi}},
-      {5, 5, {5, 0, 5, 5, 0, pi, pi}},
-  };
-  for (const auto &c : cases)
+  for (const auto &[rx, ry, expected_ry] : {std::array{1.0, 1.0, 5.0}, {1e-6, 2e-6, 10}, {5, 5, 5}})
     for (int large : {0, 1}) {
       ort_bezier_list list;
-      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {0, 0}, {10, 0}, c.rx, c.ry, 0, large, 1, 1),
-                0);
+      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {0, 0}, {10, 0}, rx, ry, 0, large, 1, 1), 0);
       EXPECT_EQ(list.count, 2);
-      expect_follows(c.expected, list);
+      expect_follows({5, 0, 5, expected_ry, 0, pi, pi}, list);
     }
 }
 
@@ -104,12 +96,6 @@ TEST(Arc, KeepsPrecisionFarFromTheCenter) {
   EXPECT_NEAR(list.segments[0][0], 100 + 1 / 3.0, 1e-12);
   EXPECT_NEAR(list.segments[0][2], 101 - 1 / 3.0, 1e-12);
   EXPECT_NEAR(list.segments[0][1], 100, 1e-12);
-}
-
-TEST(Arc, CoincidentEndsGiveNoSegment) {
-  ort_bezier_list list;
-  EXPECT_EQ(ort_elliarc_to_bezier(&list, nullptr, {3, 4}, {3, 4}, 1, 1, 0, 1, 1, 1), 0);
-  EXPECT_EQ(list.count, 0);
 }
 
 // Whatever the operands, the result is an error or points that can be drawn, ending where they

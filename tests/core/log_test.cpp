@@ -17,28 +17,11 @@ TEST(Log, FormatsValues) {
 }
 
 TEST(Log, NumbersAreThoseOfTheCLocale) {
-  for (const double value : {0.0,
-                             -0.0,
-                             1.0,
-                             -1.5,
-                             100000.0,
-                             999999.0,
-                             999999.5,
-                             1e6,
-                             1234567.0,
-                             1e-4,
-                             1.5e-5,
-                             0.1 + 0.2,
-                             1e100,
-                             5e-324,
-                             1.7976931348623157e308,
-                             3.14159265,
-                             (double)INFINITY,
-                             (double)-INFINITY,
-                             (double)NAN,
-                             2.5e-5,
-                             123456.5,
-                             1234565.0}) {
+  for (const double value : {0.0,        -0.0,      1.0,       -1.5,        100000.0,
+                             999999.0,   999999.5,  1e6,       1234567.0,   1e-4,
+                             1.5e-5,     0.1 + 0.2, 1e100,     5e-324,      1.7976931348623157e308,
+                             3.14159265, HUGE_VAL,  -HUGE_VAL, double{NAN}, 2.5e-5,
+                             123456.5,   1234565.0}) {
     char expected[64], actual[32];
     snprintf(expected, sizeof expected, "%g", value);
     EXPECT_EQ(ort_format_g(actual, value), strlen(expected));
