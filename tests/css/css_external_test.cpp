@@ -5,6 +5,7 @@
 #include <sys/stat.h>
 
 #include "tests/css/toy.h"
+#include "tests/support/cases.h"
 
 namespace fs = std::filesystem;
 using std::string;
@@ -130,34 +131,25 @@ TEST(CssImport, SheetsAndTheirOrder) {
                                            {"self", "@import './self#x'; a{p:self}"},
                                            {"ping", "@import 'pong'; a{p:ping}"},
                                            {"pong", "@import 'ping'; a{p:pong}"}};
-  const struct {
-    const char *sheet, *expected;
-    std::vector<int> codes;
-  } cases[] = {
-      {"@import 'd/one'; a{p:0}", "a{p:0} a{p:one} a{p:two} ", {}},
-      {"@import url(d/two);@import url( \"d/one\" )all;", "a{p:one} a{p:two} a{p:two} ", {}},
-      {"@charset 'x'; <!-- @zzz; a,{} @IMPORT 'd/t\\77o' tv,print", "a{p:two} ", {}},
-      {"@import 'd/two' tv;@import 'd/two' print and (x);", "", {}},
-      {"@import 'd/two' {} a{p:1}", "a{p:1} ", {}},
-      {"@import d/two; @import; @import 'd/two\n; a{p:1}", "a{p:1} ", {}},
-      {"a{p:1} @import 'd/two';", "a{p:1} ", {}},
-      {"@media tv{} @import 'd/two';", "", {}},
-      {"@import 'none'; a{p:1}", "a{p:1} ", {10200}},
-      {"@import 'self';", "a{p:self} ", {10202}},
-      {"@import 'ping';", "a{p:ping} a{p:pong} ", {10202}},
-      {"@import 'top'; a{p:1}", "a{p:1} ", {10202}},
-      {"@import ''; a{p:1}", "a{p:1} ", {10202}},
-  };
-  for (const auto &test : cases) {
-    AccountingCore core;
-    Host host{sheets, {}};
-    Toy toy(core, &host.context);
-    toy.parse(test.sheet, "top");
-    EXPECT_EQ(toy.rules("svg(a!)"), test.expected) << test.sheet;
-    std::vector<int> codes;
-    for (const Message &message : core.messages) codes.push_back(message.code);
-    EXPECT_EQ(codes, test.codes) << test.sheet;
-  }
+  expect_cases(R"(
+@import 'd/one'; a{p:0} -> a{p:0} a{p:one} a{p:two}
+@import url(d/two);@import url( "d/one" )all; -> a{p:one} a{p:two} a{p:two}
+@charset 'x'; <!-- @zzz; a,{} @IMPORT 'd/t\77o' tv,print -> a{p:two}
+@import 'd/two' tv;@import 'd/two' print and (x); -> | @import 'd/two' {} a{p:1} -> a{p:1}
+@import d/two; @import; @import 'd/two\n; a{p:1} -> a{p:1} | a{p:1} @import 'd/two'; -> a{p:1}
+@media tv{} @import 'd/two'; -> | @import 'none'; a{p:1} -> a{p:1} 10200
+@import 'self'; -> a{p:self} 10202 | @import 'ping'; -> a{p:ping} a{p:pong} 10202
+@import 'top'; a{p:1} -> a{p:1} 10202 | @import ''; a{p:1} -> a{p:1} 10202)",
+               [&](const std::string &sheet) {
+                 AccountingCore core;
+                 Host host{sheets, {}};
+                 Toy toy(core, &host.context);
+                 toy.parse(sheet, "top");
+                 std::string result = toy.rules("svg(a!)");
+                 for (const Message &message : core.messages)
+                   result += std::to_string(message.code);
+                 return result;
+               });
 }
 
 TEST(CssImport, DepthAndNumberHaveLimits) {

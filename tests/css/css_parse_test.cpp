@@ -2,6 +2,7 @@
 
 #include "css/css_engine.h"
 #include "tests/css/toy.h"
+#include "tests/support/cases.h"
 
 static constexpr const char TREE[] = "svg(a.x!)";
 
@@ -59,32 +60,26 @@ TEST(CssParse, SheetsWithAndWithoutFaults) {
   }
 }
 
-// One case for each tie-break. The tree's a has the class x, the id i and the attribute k.
+// One case for each tie-break. The tree's a has the class x, the id i and the attribute k. Within a
+// rule the last one of a property wins, whatever the letter case.
 TEST(CssCascade, Precedence) {
-  const struct {
-    const char *sheet, *expected;
-  } cases[] = {
-      {"a{p:1} a{p:2}", "a{p:2} a{p:1} "},
-      {"a{p:1!important} #i{p:2!important}", "#i{p:2 !important} a{p:1 !important} "},
-      {"a{p:1;q:2!important;r:3} .x{q:4}", "a{q:2 !important} .x{q:4} a{p:1;r:3} "},
-      {"*{p:0} svg a{p:1} a{p:2}", "svg a{p:1} a{p:2} *{p:0} "},
-      {"#i{p:1} .x.x.x[k] a{p:9} .x[k]:first-child{p:2}", "#i{p:1} .x[k]:first-child{p:2} "},
-      {".x{p:1} svg > svg a, svg > a{p:2}", ".x{p:1} svg > a{p:2} "},
-      {"[k]{p:1} .x{p:2} :first-child{p:3}", ":first-child{p:3} .x{p:2} [k]{p:1} "},
-      {"a:not(#j){p:1} a.x[k]{p:2}", "a:not(#j){p:1} a.x[k]{p:2} "},
-      {"a, .x, svg a{p:1}", ".x{p:1} "}, // once, by its most specific selector
-      // Within a rule the last one of a property wins, whatever the letter case.
-      {"a{p:1;q:2;P:3}", "a{q:2;P:3} "},
-      {"a{p:1;p:2!important;p:3}", "a{p:2 !important} a{p:3} "},
-      {"a{font-size:1;font:2;bad:3}", "a{font:2;font:2} "},
-      {"a{font:1;font-size:2}", "a{font:1;font-size:2} "},
-  };
-  for (const auto &test : cases) {
-    AccountingCore core;
-    Toy toy(core);
-    toy.parse(test.sheet);
-    EXPECT_EQ(toy.rules("svg(a.x#i[k=v]! b)"), test.expected) << test.sheet;
-  }
+  expect_cases(R"(
+a{p:1} a{p:2} -> a{p:2} a{p:1} | a, .x, svg a{p:1} -> .x{p:1}
+a{p:1!important} #i{p:2!important} -> #i{p:2 !important} a{p:1 !important}
+a{p:1;q:2!important;r:3} .x{q:4} -> a{q:2 !important} .x{q:4} a{p:1;r:3}
+*{p:0} svg a{p:1} a{p:2} -> svg a{p:1} a{p:2} *{p:0}
+#i{p:1} .x.x.x[k] a{p:9} .x[k]:first-child{p:2} -> #i{p:1} .x[k]:first-child{p:2}
+.x{p:1} svg > svg a, svg > a{p:2} -> .x{p:1} svg > a{p:2}
+[k]{p:1} .x{p:2} :first-child{p:3} -> :first-child{p:3} .x{p:2} [k]{p:1}
+a:not(#j){p:1} a.x[k]{p:2} -> a:not(#j){p:1} a.x[k]{p:2} | a{p:1;q:2;P:3} -> a{q:2;P:3}
+a{p:1;p:2!important;p:3} -> a{p:2 !important} a{p:3} | a{font:1;font-size:2} -> a{font:1;font-size:2}
+a{font-size:1;font:2;bad:3} -> a{font:2;font:2})",
+               [](const std::string &sheet) {
+                 AccountingCore core;
+                 Toy toy(core);
+                 toy.parse(sheet);
+                 return toy.rules("svg(a.x#i[k=v]! b)");
+               });
 }
 
 TEST(CssCascade, CountsDoNotCarry) {
@@ -162,35 +157,21 @@ TEST(CssParse, EveryFailingAllocation) {
 }
 
 TEST(CssHref, JoinsAsInRFC3986) {
-  const struct {
-    const char *base, *href, *expected;
-  } cases[] = {
-      {nullptr, "a.css", "a.css"},
-      {nullptr, "./d/../a.css?q#f", "a.css?q"},
-      {nullptr, "../../a", "../../a"},
-      {"a", "", "a"},
-      {"d/e/a.css", "b", "d/e/b"},
-      {"d/e/a.css", "../b", "d/b"},
-      {"d/e/a.css", "../../../b", "../b"},
-      {"../a", "../b", "../../b"},
-      {"d/a", "/b", "/b"},
-      {"/d/a", "../../b", "/b"},
-      {"d/a?x/y", "b", "d/b"},
-      {"http://h/d/a", "b", "http://h/d/b"},
-      {"http://h/d/a", "../../b", "http://h/b"},
-      {"http://h/d/a", "/b", "http://h/b"},
-      {"http://h", "b", "http://h/b"},
-      {"http://h/d/a?q", "?r", "http://h/d/a?r"},
-      {"http://h/a", "//i/b", "http://i/b"},
-      {"http://h/a", "x:b", "x:b"},
-  };
   AccountingCore core;
   ort_bs *bs = ort_bs_new(core);
-  for (const auto &test : cases) {
-    ort_bs_clear(bs);
-    css_resolve_href(bs, test.base, test.href);
-    EXPECT_STREQ(ort_bs_text(bs), test.expected)
-        << (test.base ? test.base : "-") << " + " << test.href;
-  }
+  expect_cases(R"(
+- a.css -> a.css | - ./d/../a.css?q#f -> a.css?q | - ../../a -> ../../a | a -> a | d/e/a.css b -> d/e/b
+d/e/a.css ../b -> d/b | d/e/a.css ../../../b -> ../b | ../a ../b -> ../../b | d/a /b -> /b
+/d/a ../../b -> /b | d/a?x/y b -> d/b | http://h/d/a b -> http://h/d/b | http://h b -> http://h/b
+http://h/d/a ../../b -> http://h/b | http://h/d/a /b -> http://h/b | http://h/a //i/b -> http://i/b
+http://h/d/a?q ?r -> http://h/d/a?r | http://h/a x:b -> x:b)",
+               [&](const std::string &input) {
+                 const size_t blank = std::min(input.find(' '), input.size());
+                 const std::string base = input.substr(0, blank);
+                 ort_bs_clear(bs);
+                 css_resolve_href(bs, base == "-" ? nullptr : base.c_str(),
+                                  input.c_str() + std::min(blank + 1, input.size()));
+                 return std::string(ort_bs_text(bs));
+               });
   ort_bs_delete(bs);
 }
