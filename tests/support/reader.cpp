@@ -52,6 +52,15 @@ std::string Document::messages() const {
   return result;
 }
 
+void expect_logged(const std::string &text, int level, std::initializer_list<const char *> pieces) {
+  const Document document(text, AccountingCore::with_log(level));
+  size_t at = 0;
+  for (const char *piece : pieces) {
+    at = document.core.log.find(piece, at);
+    ASSERT_NE(at, std::string::npos) << piece << "\n" << document.core.log;
+  }
+}
+
 svg_e_node *Document::find(const char *name) const {
   svg_e_node *element = svg_find_name(parser, name);
   EXPECT_NE(element, nullptr) << "no element " << name;
@@ -106,9 +115,9 @@ static std::string number(double value) {
   return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
 }
 
-static std::string keyword(int32_t key) {
-  const char *text = svg_get_keyword_text(key);
-  return text != nullptr ? text : "bad keyword " + std::to_string(key);
+static std::string keyword(int32_t key, const std::string &otherwise = "bad keyword") {
+  const char *text = key != 0 ? svg_get_keyword_text(key) : nullptr;
+  return text != nullptr ? text : otherwise;
 }
 
 static std::string rgb(uint32_t rgb) {
@@ -178,21 +187,18 @@ std::string value_text(const svg_parser *parser, const svg_a_node *value) {
   case SVG_RECORD_UNUM: return unum(as<svg_an_unum>(value)->value, value->unit);
   case SVG_RECORD_KEY_NUMBER: {
     const auto *record = as<svg_an_key_number>(value);
-    return record->key != 0 ? keyword(record->key) : number(record->value);
+    return keyword(record->key, number(record->value));
   }
   case SVG_RECORD_KEY_UNUM: {
     const auto *record = as<svg_an_key_unum>(value);
-    return record->key != 0 ? keyword(record->key) : unum(record->value, value->unit);
+    return keyword(record->key, unum(record->value, value->unit));
   }
   case SVG_RECORD_ASPECT: {
     const auto *record = as<svg_an_aspect>(value);
     return number(record->defer) + ' ' + number(record->meet) + ' ' + keyword(record->align);
   }
-  case SVG_RECORD_VIEWBOX: {
-    const auto *record = as<svg_an_viewbox>(value);
-    return number(record->min_x) + ' ' + number(record->min_y) + ' ' + number(record->width) + ' ' +
-           number(record->height);
-  }
+  case SVG_RECORD_VIEWBOX:
+    return list(4, [&](int i) { return number((&as<svg_an_viewbox>(value)->min_x)[i]); });
   case SVG_RECORD_CLIP: {
     const auto *record = as<svg_an_clip>(value);
     return keyword(record->key) + ' ' + list(4, [=](int i) { return number(record->rect[i]); });
@@ -213,7 +219,7 @@ std::string value_text(const svg_parser *parser, const svg_a_node *value) {
   case SVG_RECORD_UNUM_LIST: return unums(as<svg_an_unum_list>(value));
   case SVG_RECORD_KEY_UNUM_LIST: {
     const auto *record = as<svg_an_key_unum_list>(value);
-    return record->key != 0 ? keyword(record->key) : unums(record);
+    return keyword(record->key, unums(record));
   }
   case SVG_RECORD_TRAFO: {
     static constexpr int counts[] = {6, 1, 0, 1, 2, 1, 1, 1, 2};

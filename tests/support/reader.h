@@ -3,6 +3,7 @@
 #define TESTS_SUPPORT_READER_H
 
 #include <functional>
+#include <initializer_list>
 #include <string>
 
 #include "svg/svg.h"
@@ -34,6 +35,9 @@ public:
   svg_e_node *svg = nullptr; // the outermost element; null when the parse failed
   int code = 0;              // of the error that ended the parse
 };
+
+// Expects that a drawing, read with that log level, leaves these pieces in the log, in this order.
+void expect_logged(const std::string &text, int level, std::initializer_list<const char *> pieces);
 
 // One pass over a drawing, for allocation_sweep: made, parsed, deleted. True when nothing was
 // raised.

@@ -124,14 +124,12 @@ TEST(Color, EveryNameIsFoundInAnyCase) {
 }
 
 TEST(Color, LogTellsColorsAndExtensions) {
-  const Document document(
-      "<svg><g fill='red icc-color(p, 1, 2.5, 3)'/><g fill='#010203 icc-color(p)'/>"
-      "<g fill='red device-nchannel(1,2)'/><g stroke='red foo(1)'/><g stroke='url(#a) "
-      "blue'/></svg>",
-      AccountingCore::with_log(6));
-  for (const char *line :
-       {"[rgbcolor=#FF0000]\n", "[Color extension icc-color(p, 1, 2.5, 3)\n",
-        "[Color extension icc-color()\n", "[Color extension device-nchannel(1, 2, -1e+18)\n",
-        "[colorspace \"foo\" unknown]\n", "[fallback color=0000FF]\n"})
-    EXPECT_NE(document.core.log.find("\t\t\t" + std::string(line)), std::string::npos) << line;
+  expect_logged("<svg><g fill='red icc-color(p, 1, 2.5, 3)'/><g fill='#010203 icc-color(p)'/>"
+                "<g fill='red device-nchannel(1,2)'/><g stroke='red foo(1)'/>"
+                "<g stroke='url(#a) blue'/></svg>",
+                6,
+                {"\t\t\t[rgbcolor=#FF0000]\n", "\t\t\t[Color extension icc-color(p, 1, 2.5, 3)\n",
+                 "\t\t\t[Color extension icc-color()\n",
+                 "\t\t\t[Color extension device-nchannel(1, 2, -1e+18)\n",
+                 "\t\t\t[colorspace \"foo\" unknown]\n", "\t\t\t[fallback color=0000FF]\n"});
 }

@@ -1,5 +1,6 @@
 // What particular elements do at their start and end tags.
 #include <algorithm>
+#include <cmath>
 
 #include <gtest/gtest.h>
 
@@ -8,34 +9,35 @@
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
-TEST(Hooks, ViewportOfTheOutermostSvg) {
-  const struct {
-    const char *attributes;
-    double width, height, viewbox_width, viewbox_height;
-    const char *messages;
-  } cases[] = {
-      {"width='210mm' height='297mm'", 595.275912, 841.8902184, 0, 0, ""},
-      {"width='400' height='300px' viewBox='0 0 8 6'", 400, 300, 0, 0, ""},
-      {"width='2in' height='10cm'", 144, 283.46472, 0, 0, ""},
-      {"width='3pc' height='5em'", 36, 5, 0, 0, ""},
-      {"viewBox='0 0 800 600'", 0, 0, 800, 600, ""},
-      {"width='50%' height='7' viewBox='0 0 800 600'", 0, 7, 800, 0, ""},
-      {"width='0' height='-2mm' viewBox='0 0 800 600'", 0, -2, 0, 0,
-       "Invalid SVG viewport (width is not available)\n"
-       "Invalid SVG viewport (height is not available)\n"},
-      {"width='9e-7' height='0%'", 0, 0, 0, 0,
-       "Invalid SVG viewport (width is not available)\n"
-       "Invalid SVG viewport (height is not available)\n"},
-  };
-  for (const auto &c : cases) {
-    const Document document("<svg " + std::string(c.attributes) +
-                            "><svg width='1' height='0' viewBox='0 0 1 1'/></svg>");
-    EXPECT_DOUBLE_EQ(document.parser->viewport_width, c.width) << c.attributes;
-    EXPECT_DOUBLE_EQ(document.parser->viewport_height, c.height) << c.attributes;
-    EXPECT_EQ(document.parser->viewbox_width, c.viewbox_width) << c.attributes;
-    EXPECT_EQ(document.parser->viewbox_height, c.viewbox_height) << c.attributes;
-    EXPECT_EQ(document.messages(), c.messages);
+static std::string numbers(std::initializer_list<double> values) {
+  std::string result;
+  for (const double value : values) {
+    char text[40];
+    snprintf(text, sizeof text, " %.11g", std::round(value * 1e9) / 1e9 + 0.0); // no -0
+    result += text;
   }
+  return result;
+}
+
+// Width and height of the viewport and of the viewBox, and what is not available.
+TEST(Hooks, ViewportOfTheOutermostSvg) {
+  expect_cases(R"(
+width='210mm' height='297mm' -> 595.275912 841.8902184 0 0 | width='3pc' height='5em' -> 36 5 0 0
+width='400' height='300px' viewBox='0 0 8 6' -> 400 300 0 0 | viewBox='0 0 800 600' -> 0 0 800 600
+width='2in' height='10cm' -> 144 283.46472 0 0 | width='50%' height='7' viewBox='0 0 8 6' -> 0 7 8 0
+width='0' height='-2mm' viewBox='0 0 800 600' -> 0 -2 0 0 without width height
+width='9e-7' height='0%' -> 0 0 0 0 without width height)",
+               [](const std::string &attributes) {
+                 const Document document("<svg " + attributes +
+                                         "><svg width='1' height='0' viewBox='0 0 1 1'/></svg>");
+                 const svg_parser *p = document.parser;
+                 std::string result = numbers(
+                     {p->viewport_width, p->viewport_height, p->viewbox_width, p->viewbox_height});
+                 if (document.messages() == "Invalid SVG viewport (width is not available)\n"
+                                            "Invalid SVG viewport (height is not available)\n")
+                   return result + " without width height";
+                 return result + document.messages();
+               });
 }
 
 static const svg_an_trafo *transform_of(const svg_e_node *element) {
@@ -46,33 +48,25 @@ static const svg_an_trafo *transform_of(const svg_e_node *element) {
 }
 
 TEST(Hooks, UseIsTranslatedBeforeItsTransform) {
-  const struct {
-    const char *attributes;
-    int type;
-    std::vector<double> numbers;
-  } cases[] = {
-      {"x='10' y='20'", SVG_TRAFO_TRANSLATE_XY, {10, 20}},
-      {"x='10cm' y='1e-7'", SVG_TRAFO_TRANSLATE, {10}},
-      {"y='20'", SVG_TRAFO_TRANSLATE_XY, {0, 20}},
-      {"x='0' y='1e-7' transform='scale(2)'", SVG_TRAFO_SCALE, {2}},
-      {"x='10' y='20' transform='scale(2)'", SVG_TRAFO_MATRIX, {2, 0, 0, 2, 20, 40}},
-      {"x='10' y='20' transform='scale(2 3)'", SVG_TRAFO_MATRIX, {2, 0, 0, 3, 20, 60}},
-      {"x='10' y='20' transform='rotate(90)'", SVG_TRAFO_MATRIX, {0, 1, -1, 0, -20, 10}},
-      {"x='10' y='20' transform='skewX(45)'", SVG_TRAFO_MATRIX, {1, 0, 1, 1, 30, 20}},
-      {"x='10' y='20' transform='skewY(45)'", SVG_TRAFO_MATRIX, {1, 1, 0, 1, 10, 30}},
-      {"x='10' y='20' transform='matrix(1 2 3 4 5 6)'", SVG_TRAFO_MATRIX, {1, 2, 3, 4, 75, 106}},
-      {"x='10' transform='translate(5)'", SVG_TRAFO_TRANSLATE, {15}},
-      {"x='10' y='20' transform='translate(5)'", SVG_TRAFO_MATRIX, {1, 0, 0, 1, 15, 20}},
-      {"x='10' y='20' transform='translate(5 6)'", SVG_TRAFO_TRANSLATE_XY, {15, 26}},
-  };
-  for (const auto &c : cases) {
-    const Document document("<svg><use id='u' " + std::string(c.attributes) + "/></svg>");
-    const svg_an_trafo *trafo = transform_of(document.find("u"));
-    ASSERT_NE(trafo, nullptr) << c.attributes;
-    EXPECT_EQ(trafo->type, c.type) << c.attributes;
-    for (size_t i = 0; i < c.numbers.size(); i++)
-      EXPECT_NEAR(trafo->numbers[i], c.numbers[i], 1e-12) << c.attributes << " " << i;
-  }
+  static constexpr size_t counts[] = {6, 1, 0, 1, 2, 1, 1, 1, 2};
+  expect_cases(R"(
+x='10' y='20' -> 8: 10 20 | x='10cm' y='1e-7' -> 7: 10 | y='20' -> 8: 0 20
+x='0' y='1e-7' transform='scale(2)' -> 3: 2 | x='10' y='20' transform='scale(2)' -> 0: 2 0 0 2 20 40
+x='10' y='20' transform='scale(2 3)' -> 0: 2 0 0 3 20 60
+x='10' y='20' transform='rotate(90)' -> 0: 0 1 -1 0 -20 10
+x='10' y='20' transform='skewX(45)' -> 0: 1 0 1 1 30 20
+x='10' y='20' transform='skewY(45)' -> 0: 1 1 0 1 10 30
+x='10' y='20' transform='matrix(1 2 3 4 5 6)' -> 0: 1 2 3 4 75 106
+x='10' transform='translate(5)' -> 7: 15 | x='10' y='20' transform='translate(5)' -> 0: 1 0 0 1 15 20
+x='10' y='20' transform='translate(5 6)' -> 8: 15 26)",
+               [](const std::string &attributes) {
+                 const Document document("<svg><use id='u' " + attributes + "/></svg>");
+                 const svg_an_trafo *trafo = transform_of(document.find("u"));
+                 std::string result = std::to_string(trafo->type) + ":";
+                 for (size_t i = 0; i < counts[trafo->type]; i++)
+                   result += numbers({trafo->numbers[i]});
+                 return result;
+               });
 }
 
 // The slot holds the later of two attributes of one name; x and y act on that one alone.
@@ -130,18 +124,15 @@ a<text>b<tspan>c</tspan> </text>d -> [c] | <text>a<other>b</other></text> -> [a]
 }
 
 TEST(Hooks, Log) {
-  const Document document("<svg viewBox='0 0 8 6'><use x='1' y='2'/><use x='1' y='2' "
-                          "transform='scale(2)'/><mask/></svg>",
-                          AccountingCore::with_log(6));
-  for (const char *line : {"\t\t\tembedded graphics, width and height will be "
-                           "determined\n\t\t\tviewBox width=8, height=6\n",
-                           "\t\t\t[add attribute transform type=8: translation=(1 2)]\n",
-                           "\t\t\t[instead of transform type=3]\n"
-                           "\t\t\t[add attribute transform type=0: matrix=(2 0 0 2 2 4)]\n",
-                           "\t\t\t[mask "})
-    EXPECT_NE(document.core.log.find(line), std::string::npos) << line;
-  const Document plain("<svg width='1in' height='4'/>", AccountingCore::with_log(3));
-  EXPECT_NE(
-      plain.core.log.find("\n\t\t\tviewport width=72, height=4 in pixel, stand-alone graphics\n"),
-      std::string::npos);
+  expect_logged("<svg viewBox='0 0 8 6'><use x='1' y='2'/><use x='1' y='2' transform='scale(2)'/>"
+                "<mask/></svg>",
+                6,
+                {"\t\t\tembedded graphics, width and height will be determined\n"
+                 "\t\t\tviewBox width=8, height=6\n",
+                 "\t\t\t[add attribute transform type=8: translation=(1 2)]\n",
+                 "\t\t\t[instead of transform type=3]\n"
+                 "\t\t\t[add attribute transform type=0: matrix=(2 0 0 2 2 4)]\n",
+                 "\t\t\t[mask "});
+  expect_logged("<svg width='1in' height='4'/>", 3,
+                {"\n\t\t\tviewport width=72, height=4 in pixel, stand-alone graphics\n"});
 }

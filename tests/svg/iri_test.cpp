@@ -37,36 +37,29 @@ g color-profile: myprofile -> none 'myprofile' | sRGB -> sRGB | url(#g1) -> none
 }
 
 TEST(Iri, EmbeddedData) {
-  const struct {
-    const char *text;
-    int mime;
-    const char *type, *bytes;
-  } cases[] = {
-      {"image/png;base64,QUJD", SVG_MIME_PNG, "PNG", "ABC"},
-      {"image/gif;x,QUJD", SVG_MIME_GIF, "GIF", "ABC"},
-      {"image/jpeg;base64, Q U&#10;J", SVG_MIME_JPEG, "JPEG", "AB"},
-      {"image/svg+xml;charset=x;base64,QUI=QUI=", SVG_MIME_SVG, "SVG+XML", "AB"},
-      {"image/tiff;base64,=", SVG_MIME_TIFF, "TIFF", ""},
-      {"text/css;base64,QUJD", SVG_MIME_CSS, "CSS", "ABC"},
-      {"image/png,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
-      {"image/pngx;base64,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
-      {"Image/png;base64,QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
-      {",QUJD", SVG_MIME_UNKNOWN, "Unknown", "ABC"},
-  };
-  for (const auto &[text, mime, type, bytes] : cases) {
-    const Document document(std::string(OPEN) + "<image id='i' xlink:href='data:" + text +
-                            "'/></svg>");
-    ASSERT_EQ(ort_pvf_count(document.core), 1U) << text;
-    const std::string name = ort_pvf_name(document.core, 0);
-    EXPECT_EQ(name.find_first_not_of("0123456789abcdef"), 32U) << name;
-    EXPECT_EQ(name.substr(32), " (" + std::string(type) + " file embedded in SVG)");
-    EXPECT_EQ(document.values(document.find("i"), "xlink:href"),
-              "data " + std::to_string(mime) + " '" + name + "'");
-    size_t size = 0;
-    const auto *data =
-        reinterpret_cast<const char *>(ort_pvf_data(document.core, name.c_str(), &size));
-    EXPECT_EQ(std::string(data, size), bytes) << text;
-  }
+  // The number of the type, its name in the file's name, the bytes
+  expect_cases(
+      R"(
+image/png;base64,QUJD -> 2 PNG ABC | image/gif;x,QUJD -> 0 GIF ABC | image/tiff;base64,= -> 4 TIFF
+image/jpeg;base64, Q U&#10;J -> 1 JPEG AB | image/svg+xml;charset=x;base64,QUI=QUI= -> 3 SVG+XML AB
+text/css;base64,QUJD -> 5 CSS ABC | image/png,QUJD -> -1 Unknown ABC | ,QUJD -> -1 Unknown ABC
+image/pngx;base64,QUJD -> -1 Unknown ABC | Image/png;base64,QUJD -> -1 Unknown ABC)",
+      [](const std::string &text) {
+        const Document document(std::string(OPEN) + "<image id='i' xlink:href='data:" + text +
+                                "'/></svg>");
+        EXPECT_EQ(ort_pvf_count(document.core), 1U);
+        const std::string name = ort_pvf_name(document.core, 0);
+        EXPECT_EQ(name.find_first_not_of("0123456789abcdef"), 32U) << name;
+        const std::string value = document.values(document.find("i"), "xlink:href");
+        const size_t quote = value.find(" '");
+        EXPECT_EQ(value.substr(quote), " '" + name + "'");
+        size_t size = 0;
+        const auto *data =
+            reinterpret_cast<const char *>(ort_pvf_data(document.core, name.c_str(), &size));
+        const size_t end = name.find(" file embedded in SVG)");
+        return value.substr(5, quote - 5) + " " + name.substr(34, end - 34) + " " +
+               std::string(data, size);
+      });
   EXPECT_EQ(read("xlink:href", "data:image/png;base64,"), "data 2 ''");
 }
 
@@ -143,15 +136,11 @@ TEST(Iri, EqualIrisReferToTheSame) {
 }
 
 TEST(Iri, Log) {
-  const Document document(std::string(OPEN) +
-                              "<g id='a' fill='url(#a)' mask='url(#b)' clip-path='url(c)'/>"
-                              "<image xlink:href='data:image/png;base64,QQ'/></svg>",
-                          AccountingCore::with_log(5));
-  const std::string name = ort_pvf_name(document.core, 0);
-  for (const std::string &line :
-       {std::string("\t\t\t[link reference \"#a\" found]\n"),
-        std::string("\t\t\t[link reference \"#b\" not found]\n"),
-        std::string("\t\t\t[iri name: \"c\"]\n"),
-        "\t\t\t[iri data: \"" + name + "\"]\n\t\t\t[create virtual file]\n"})
-    EXPECT_NE(document.core.log.find(line), std::string::npos) << line;
+  expect_logged(std::string(OPEN) + "<g id='a' fill='url(#a)' mask='url(#b)' clip-path='url(c)'/>"
+                                    "<image xlink:href='data:image/png;base64,QQ'/></svg>",
+                5,
+                {"\t\t\t[link reference \"#a\" found]\n",
+                 "\t\t\t[link reference \"#b\" not found]\n", "\t\t\t[iri name: \"c\"]\n",
+                 "\t\t\t[iri data: \"",
+                 " (PNG file embedded in SVG)\"]\n\t\t\t[create virtual file]\n"});
 }

@@ -37,9 +37,7 @@ TEST(Lists, OccupyWhatTheyHold) {
 }
 
 TEST(Lists, NamesAreLogged) {
-  const Document document("<svg xmlns='http://www.w3.org/2000/svg' systemLanguage='en, fr'/>",
-                          AccountingCore::with_log(6));
-  EXPECT_NE(document.core.log.find("\t\t\t\t 2 names: \"en\" \"fr\"\n"), std::string::npos);
+  expect_logged("<svg systemLanguage='en, fr'/>", 6, {"\t\t\t\t 2 names: \"en\" \"fr\"\n"});
 }
 
 } // namespace

@@ -76,7 +76,8 @@ void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *v
   }
   // The open elements must give what the walk over the elements built so far gives.
   for (auto *node = const_cast<svg_e_node *>(element); node != nullptr; node = node->prev)
-    for (int16_t nid : {-1, int(SVG_ELEM_g), int(SVG_ELEM_rect), int(SVG_ELEM_svg)}) {
+    for (const int id : {-1, int(SVG_ELEM_g), int(SVG_ELEM_rect), int(SVG_ELEM_svg)}) {
+      const auto nid = static_cast<int16_t>(id);
       EXPECT_EQ(svg_css_find_parent(self->parser, node, nid), walk_to_parent(node, nid));
       EXPECT_EQ(svg_css_find_sibling(self->parser, node, nid), walk_to_sibling(node, nid));
       self->walks++;
@@ -226,6 +227,5 @@ TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {
         "\t\t\t[property \"odd\" unsupported]\n",
         "\t\t\tProcess 1 CSS rules...\n\t\t\t\tselector: rect\n", "\t\t\t\tparent svg (",
         "\t\t\t[add css property fill=\"red !important\"]\n"})
-    EXPECT_NE(drawing.document.core.log.find(line), std::string::npos)
-        << line << drawing.document.core.log;
+    EXPECT_NE(drawing.document.core.log.find(line), std::string::npos) << line;
 }

@@ -57,20 +57,6 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
   EXPECT_EQ(document.values(document.find("c"), "x"), "1");
 }
 
-TEST(Tree, ValuesAreSortedByPriorityAndElseKeepTheirOrder) {
-  const Document document(
-      "<svg><style>rect{fill:blue}</style><rect id='a' clip-path='none' stroke='red' fill='red' "
-      "stroke-dasharray='1' mask='none' style='fill:lime' width='3'/><g id='empty'/></svg>");
-  std::string order;
-  const svg_e_node *rect = document.find("a");
-  for (int32_t i = 0; i < rect->values_num; i++)
-    order += std::string(svg_get_attr_table()[rect->values[i]->row].name) + ' ';
-  EXPECT_EQ(order, "mask width stroke-dasharray stroke fill fill fill clip-path ");
-  EXPECT_EQ(document.values(rect, "fill"), "#ff0000; #0000ff; #00ff00");
-  EXPECT_EQ(document.find("empty")->values, nullptr);
-  EXPECT_EQ(document.find("empty")->prev, rect);
-}
-
 TEST(Tree, RefusedNamesEndTheParse) {
   static const char *const names[] = {"blink", "filter", "Script"};
   const std::string text = "<svg><g Filter='x'/><rect blink='none'/><SCRIPT/></svg>";
@@ -126,9 +112,8 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
 }
 
 TEST(Tree, EchoesTheDocumentIntoTheLog) {
-  const Document document("<svg a='1'>\n<g>x</g><g/></svg>", AccountingCore::with_log(4));
-  for (const char *line : {"[01]<svg a=\"1\"", "[02]  <g>\n", "[02]  </g>\n", "[02]  <g/>\n"})
-    EXPECT_NE(document.core.log.find(line), std::string::npos) << line << document.core.log;
+  expect_logged("<svg a='1'>\n<g>x</g><g/></svg>", 4,
+                {"[01]<svg a=\"1\"", "[02]  <g>\n", "[02]  </g>\n", "[02]  <g/>\n"});
 }
 
 // Everything that a document can make, with bad values between: any allocation may fail. Of the row

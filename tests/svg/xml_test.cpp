@@ -75,19 +75,6 @@ TEST(Xml, DecodesTheIso8859Family) {
   }
 }
 
-TEST(Xml, BlocksOfAnySizeGiveTheSameTree) {
-  static constexpr int sizes[] = {1, 2, 7, 8192};
-  static const int *size;
-  for (size = sizes; size < std::end(sizes); size++) {
-    const Document document(
-        "<svg fill='nix'><rect id='b' width='12'/>\xC3\xA4<text>x&amp;y</text></svg>",
-        AccountingCore::defaults(), [](svg_parser *p) { p->block_size = *size; });
-    EXPECT_EQ(document.core.messages.size(), 1u) << *size;
-    EXPECT_EQ(document.find("b")->level, 2) << *size;
-    EXPECT_STREQ(svg_as_text(document.find("b")->head.next)->text, "\xC3\xA4") << *size;
-  }
-}
-
 // The input changes while it is read: the main pass is restarted, and what its first attempt and
 // the sheets made is made again.
 TEST(Xml, RestartedMainPassStartsClean) {
