@@ -31,7 +31,7 @@ template <class Actual> void expect_cases(const std::string &table, Actual actua
     for (size_t at = 0, end = 0; end != line.npos && !line.empty(); at = end + 3) {
       end = line.find(" | ", at);
       const std::string text = line.substr(at, end == line.npos ? end : end - at);
-      const size_t arrow = text.find("->");
+      const size_t arrow = (" " + text).find(" ->");
       ASSERT_NE(arrow, text.npos) << "no case: " << text;
       const std::string input = unescaped(without_blanks(text.substr(0, arrow)));
       EXPECT_EQ(without_blanks(actual(input)), unescaped(without_blanks(text.substr(arrow + 2))))

@@ -13,7 +13,7 @@ const std::string svg_begin = "<svg xmlns='http://www.w3.org/2000/svg' "
 TEST(Attr, ABadValueCostsOneWarningWithItsPosition) {
   const Document document("<svg xmlns='http://www.w3.org/2000/svg'>\n\n"
                           "<circle id='c' cx='abc' r='2' fill='foo' stroke='red'\n"
-                          "  style='stroke-width:x;opacity:\"a;display:none'/>"
+                          "  style='stroke-width:x;display:none;font:foo x;opacity:\"a'/>"
                           "<style>g { opacity: 50% }</style></svg>");
   EXPECT_EQ(
       document.messages(),
@@ -22,6 +22,7 @@ TEST(Attr, ABadValueCostsOneWarningWithItsPosition) {
       "property 'fill': unexpected token 'foo', in file 'test.svg', line 3, element 'circle'\n"
       "attribute 'style', property 'stroke-width': unexpected token 'x', in file 'test.svg', "
       "line 3, element 'circle'\n"
+      "property 'font-size': unexpected token 'foo', in file 'test.svg', line 3, element 'circle'\n"
       "attribute 'style', property 'opacity': incomplete value, in file 'test.svg', line 3, "
       "element 'circle'\n");
   const svg_e_node *circle = document.find("c");

@@ -109,21 +109,14 @@ TEST(PathValue, SurvivesLackOfMemory) {
 }
 
 TEST(PathValue, LogsItsSize) {
-  struct {
-    const char *path;
-    int level;
-    const char *log;
-  } const cases[] = {
-      {"M0 0 L1 1 2 2z", 4, ""},
-      {"M0 0 L1 1 2 2z", 5, "\t\t\t[path data stack with 3 entries and 4 vertices]\n"},
-      {"M5 5", 5, "\t\t\t[no path data]\n"},
-      {"x", 6, "\t\t\t[no path data]\n"},
-  };
-  for (const auto &c : cases) {
+  const auto log = [](const std::string &path, int level) {
     AccountingCore core;
-    const PathValue path(core, c.path, c.level);
-    EXPECT_EQ(core.log, c.log);
-  }
+    PathValue(core, path, level);
+    return core.log;
+  };
+  EXPECT_EQ(log("M0 0 L1 1 2 2z", 4), "");
+  EXPECT_EQ(log("M0 0 L1 1 2 2z", 5), "\t\t\t[path data stack with 3 entries and 4 vertices]\n");
+  EXPECT_EQ(log("M5 5", 5) + log("x", 6), "\t\t\t[no path data]\n\t\t\t[no path data]\n");
 }
 
 } // namespace

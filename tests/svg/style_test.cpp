@@ -74,17 +74,6 @@ TEST(Style, RanksBehindAttributesAndRules) {
             "fill #ff0000; font-family 'x'; font-size 1px");
 }
 
-TEST(Style, MessagesNameTheAttributeOnlyWithinIt) {
-  const Document document("<svg xmlns='http://www.w3.org/2000/svg'>\n"
-                          "<g style='fill:foo;font:foo x' stroke='bar'/></svg>");
-  EXPECT_EQ(document.messages(),
-            "property 'stroke': unexpected token 'bar', in file 'test.svg', line 2, element 'g'\n"
-            "attribute 'style', property 'fill': unexpected token 'foo', in file 'test.svg', "
-            "line 2, element 'g'\n"
-            "property 'font-size': unexpected token 'foo', in file 'test.svg', line 2, "
-            "element 'g'\n");
-}
-
 // The last ones lack a word for the size or for the family, or have keywords out of their places:
 // words count from the front.
 TEST(Font, IsSplitIntoItsLonghands) {

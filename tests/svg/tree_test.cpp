@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "svg/svg_parser.h"
+#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 namespace {
@@ -21,24 +22,19 @@ std::string outline(const svg_e_node *element) {
 }
 
 TEST(Tree, BuildsSupportedElementsAndSkipsOthersWhole) {
-  const std::pair<const char *, const char *> cases[] = {
-      {"<rect/> <g><g/></g>", "svg(rect() ' ' g(g()))"},
-      {"<foo>a<rect/>b<foo/>c</foo><rect/>", "svg('' '' '' rect())"},
-      {"<text>a<x:b xmlns:x='urn:x'>skipped</x:b>c</text>", "svg(text('a' '' 'c'))"},
-      {"<style>rect{}</style><rect/>", "svg('' rect())"},
-      {"<a xmlns='urn:x'><rect xmlns='http://www.w3.org/2000/svg'/></a><g/>", "svg(g())"},
-      {"<l:a xmlns:l='http://www.w3.org/1999/xlink'/><v:g xmlns:v='http://www.w3.org/2000/svg'/>",
-       "svg(g())"},
-      {"<text>x&lt;<![CDATA[<y>]]><!-- c -->z</text>", "svg(text('x<<y>z'))"},
-      {"<g xmlns=''><rect/></g>", "svg(g(rect()))"},
-      {"<RECT/><svg:rect xmlns:svg='urn:y'/>", "svg()"},
-  };
-  for (const auto &[content, expected] : cases) {
-    const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + std::string(content) +
-                            "</svg>");
-    ASSERT_EQ(document.messages(), "") << content;
-    EXPECT_EQ(outline(document.svg), expected) << content;
-  }
+  expect_cases(R"(
+<rect/> <g><g/></g> -> svg(rect() ' ' g(g())) | <text>x&lt;<![CDATA[<y>]]><!-- c -->z</text> -> svg(text('x<<y>z'))
+<foo>a<rect/>b<foo/>c</foo><rect/> -> svg('' '' '' rect()) | <style>rect{}</style><rect/> -> svg('' rect())
+<text>a<x:b xmlns:x='urn:x'>skipped</x:b>c</text> -> svg(text('a' '' 'c'))
+<a xmlns='urn:x'><rect xmlns='http://www.w3.org/2000/svg'/></a><g/> -> svg(g())
+<l:a xmlns:l='http://www.w3.org/1999/xlink'/><v:g xmlns:v='http://www.w3.org/2000/svg'/> -> svg(g())
+<g xmlns=''><rect/></g> -> svg(g(rect())) | <RECT/><svg:rect xmlns:svg='urn:y'/> -> svg())",
+               [](const std::string &content) {
+                 const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + content +
+                                         "</svg>");
+                 EXPECT_EQ(document.messages(), "");
+                 return outline(document.svg);
+               });
 }
 
 TEST(Tree, AttributesAreKnownByNamespaceAndName) {
