@@ -261,6 +261,12 @@ TEST(VirtualFile, LivesWhileItIsReferenced) {
   ort__delete_pvf(core, "empty");
 }
 
+TEST(VirtualFile, TheCoreDeletesTheRest) {
+  ort_core *core = ort_core_new(nullptr);
+  create(core, "left", "to the core");
+  ort_core_delete(core); // the address sanitizer sees a leak
+}
+
 TEST(VirtualFile, NamesKeepTheOrderOfCreation) {
   AccountingCore core;
   std::vector<std::string> names;
@@ -300,10 +306,4 @@ TEST(VirtualFile, TheBufferStaysTheCallersWhenCreationFails) {
     for (const char *name : {"a", "b", "c"}) ort__delete_pvf(core, name);
     return code == 0;
   });
-}
-
-TEST(VirtualFile, TheCoreDeletesTheRest) {
-  ort_core *core = ort_core_new(nullptr);
-  create(core, "left", "to the core");
-  ort_core_delete(core); // the address sanitizer sees a leak
 }

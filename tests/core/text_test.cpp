@@ -141,14 +141,12 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9)",
                  EXPECT_EQ(number, result < 0 ? 0 : result);
                  return std::to_string(result);
                });
-  const struct {
-    int number, byte, code;
-  } codes[] = {{1, 0xE4, 0xE4},    {1, 0x80, 0x80},    {2, 0xB1, 0x0105},  {5, 0xE0, 0x0440},
-               {7, 0xE1, 0x03B1},  {11, 0xDB, 0xFFFF}, {11, 0xA1, 0x0E01}, {15, 0xA4, 0x20AC},
-               {16, 0xA5, 0x201E}, {3, 0xA5, 0xFFFF},  {8, 0xE0, 0x05D0}};
-  for (const auto &c : codes) {
-    EXPECT_EQ(ort_get_encoding_vector(core, c.number)[c.byte], c.code) << c.number << " " << c.byte;
-  }
+  const int codes[][3] = {{1, 0xE4, 0xE4},    {1, 0x80, 0x80},    {2, 0xB1, 0x0105},
+                          {5, 0xE0, 0x0440},  {7, 0xE1, 0x03B1},  {11, 0xDB, 0xFFFF},
+                          {11, 0xA1, 0x0E01}, {15, 0xA4, 0x20AC}, {16, 0xA5, 0x201E},
+                          {3, 0xA5, 0xFFFF},  {8, 0xE0, 0x05D0}};
+  for (const auto &[number, byte, code] : codes)
+    EXPECT_EQ(ort_get_encoding_vector(core, number)[byte], code) << number << " " << byte;
   for (int32_t number = 1; number <= 16; ++number) {
     if (number == 12) continue;
     const uint16_t *vector = ort_get_encoding_vector(core, number);
