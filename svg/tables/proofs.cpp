@@ -30,10 +30,14 @@ static constexpr auto text_of = [](const char *text) { return std::string_view(t
 static constexpr std::span ELEMENT_ROWS = ELEMENT_TABLE.rows;
 static constexpr std::span ATTRIBUTE_ROWS = ATTRIBUTE_TABLE.rows;
 static constexpr std::span PROPERTIES = ATTRIBUTE_ROWS.first<SVG_PROP_COUNT>();
+static constexpr std::span
+    OTHER_ATTRIBUTES = // later ones follow behind, as their numbers must stay
+    ATTRIBUTE_ROWS.subspan<SVG_PROP_COUNT, 101>();
 
 static_assert(ascending(KEYWORDS, less, text_of));
 static_assert(ascending(ELEMENT_ROWS, less, name_of));
 static_assert(ascending(PROPERTIES, less_ci, name_of));
+static_assert(std::ranges::is_sorted(OTHER_ATTRIBUTES, less, name_of));
 
 // An attribute list is searched by row, and its rows are found by their names.
 static_assert(std::ranges::all_of(ELEMENTS, [](const element &row) {
