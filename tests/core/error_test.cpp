@@ -5,12 +5,10 @@
 
 namespace {
 
-constexpr ort_errtab_entry table[] = {
-    {2, 20000, "first '$1', second $2.", nullptr},
-    {0, 20001, "costs 5$ or $9", nullptr},
-    {4, 20002, "$4$3$2$1", nullptr},
-    {1, 20003, " in $1", nullptr},
-};
+constexpr ort_errtab_entry table[] = {{2, 20000, "first '$1', second $2.", nullptr},
+                                      {0, 20001, "costs 5$ or $9", nullptr},
+                                      {4, 20002, "$4$3$2$1", nullptr},
+                                      {1, 20003, " in $1", nullptr}};
 
 class Error : public testing::Test {
 protected:
@@ -57,8 +55,7 @@ TEST_F(Error, ParametersAreEscaped) {
       {"\xF4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},          // above U+10FFFF
       {"\xE2\x82", "\\xe2\\x82"},                            // cut short by the end
       {"\xE2\x82z", "\\xe2\\x82z"},
-      {"\x80\xFF", "\\x80\\xff"},
-  };
+      {"\x80\xFF", "\\x80\\xff"}};
   for (const auto &[text, expected] : cases)
     for (const char *parameter : {text, expected}) { // what is escaped stays
       warn(20002, parameter);

@@ -55,12 +55,10 @@ TEST(Text, Comparisons) {
   const struct {
     const char *a, *b;
     int exact, any_case, first_three;
-  } cases[] = {
-      {"", "", 0, 0, 0},          {"a", "", 1, 1, 1},        {"abc", "ABC", 1, 0, 0},
-      {"abcd", "ABCE", 1, -1, 0}, {"ab", "abc", -1, -1, -1}, {"\xC4", "\xE4", -1, -1, -1},
-      {"z", "\xE4", -1, -1, -1},  {"[", "{", -1, -1, -1},    {"_", "a", -1, -1, -1},
-      {"_", "A", 1, -1, -1},
-  };
+  } cases[] = {{"", "", 0, 0, 0},          {"a", "", 1, 1, 1},        {"abc", "ABC", 1, 0, 0},
+               {"abcd", "ABCE", 1, -1, 0}, {"ab", "abc", -1, -1, -1}, {"\xC4", "\xE4", -1, -1, -1},
+               {"z", "\xE4", -1, -1, -1},  {"[", "{", -1, -1, -1},    {"_", "a", -1, -1, -1},
+               {"_", "A", 1, -1, -1}};
   for (const auto &c : cases) {
     EXPECT_EQ(sign(ort_strcmp(c.a, c.b)), c.exact) << c.a << " " << c.b;
     EXPECT_EQ(sign(ort_stricmp_a(c.a, c.b)), c.any_case) << c.a << " " << c.b;

@@ -62,8 +62,7 @@ TEST_F(CssFolder, OnlyFilesBelowItAreRead) {
       {"10200",
        {"", "d", "fifo.css", "out.css", "to sheets2/x.css", "to others/x.css", "d/../a b.css",
         "../secret.css", "d/%2e%2E/../secret.css", "%2fetc/passwd", "/etc/passwd", "//host/x.css",
-        "..\\secret.css", "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}},
-  };
+        "..\\secret.css", "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}}};
   for (const auto &test : cases)
     for (const char *href : test.hrefs) EXPECT_EQ(read(href), test.expected) << href;
   EXPECT_EQ(read(string(5000, 'x').c_str()), "10200");
@@ -77,21 +76,19 @@ TEST_F(CssFolder, EncodingsBecomeUTF8) {
   for (int i = 0; i < 9000; ++i) many += replaced;
   const struct {
     string bytes, expected;
-  } cases[] = {
-      {"", ""},
-      {accented, accented},
-      {"\xEF\xBB\xBF" + accented, accented},
-      {string("\xFE\xFF\0\xE4\xD8\x3D\xDE\x00", 8), accented},
-      {string("\xFF\xFE\xE4\0\x3D\xD8\x00\xDE", 8), accented},
-      {string("\xFF\xFE\x3D\xD8\x41\0\x42", 7), replaced + "A" + replaced},
-      {"@charset \"iso-8859-1\";\xE4", "@charset \"iso-8859-1\";\xC3\xA4"},
-      {"@charset \"UTF-16\";\xC3\xA4", "@charset \"UTF-16\";\xC3\xA4"},
-      {"@charset \"no-such\";a", "@charset \"no-such\";a10203"},
-      {"@charset \"../x\";\xC3\xA4", "@charset \"../x\";\xC3\xA4"},
-      {"a\xFF\x62\xC3", "a" + replaced + "b" + replaced},
-      {string("a\0b\0", 4), "a" + replaced + "b" + replaced},
-      {string(9000, '\xE4'), many},
-  };
+  } cases[] = {{"", ""},
+               {accented, accented},
+               {"\xEF\xBB\xBF" + accented, accented},
+               {string("\xFE\xFF\0\xE4\xD8\x3D\xDE\x00", 8), accented},
+               {string("\xFF\xFE\xE4\0\x3D\xD8\x00\xDE", 8), accented},
+               {string("\xFF\xFE\x3D\xD8\x41\0\x42", 7), replaced + "A" + replaced},
+               {"@charset \"iso-8859-1\";\xE4", "@charset \"iso-8859-1\";\xC3\xA4"},
+               {"@charset \"UTF-16\";\xC3\xA4", "@charset \"UTF-16\";\xC3\xA4"},
+               {"@charset \"no-such\";a", "@charset \"no-such\";a10203"},
+               {"@charset \"../x\";\xC3\xA4", "@charset \"../x\";\xC3\xA4"},
+               {"a\xFF\x62\xC3", "a" + replaced + "b" + replaced},
+               {string("a\0b\0", 4), "a" + replaced + "b" + replaced},
+               {string(9000, '\xE4'), many}};
   for (const auto &test : cases) {
     write("sheets/e.css", test.bytes);
     EXPECT_EQ(read("e.css"), test.expected) << test.bytes;

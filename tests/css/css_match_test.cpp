@@ -52,8 +52,7 @@ TEST(CssMatch, MalformedSelectorsVoidTheRule) {
        "%a,%,a%a,,b%a >%> a%a > > b%a + + b%.%#%.1%#1%a..b%a.%[]%[k=]%[k=1]%[k==v]%[k~v]%[k=v w]%"
        "[1=v]%a b&%a $%:%a:%::%a:zzz%:zzz, a%:first-child()%:not()%:not(a b)%:not(:not(a))%"
        ":not(::before)%:lang()%*a%.x*%a|b%a/**/b%a;b%'a'%a(b)%a]%@a b%--a%a::zzz%\\\n"},
-      {"", "[%[k%[k=v%[k='v]%:first-child(%:not(%:not(a%a {%\\"},
-  };
+      {"", "[%[k%[k=v%[k='v]%:first-child(%:not(%:not(a%a {%\\"}};
   for (const auto &test : cases) {
     std::istringstream selectors(test.selectors);
     for (std::string selector; std::getline(selectors, selector, '%');) {

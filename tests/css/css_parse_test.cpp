@@ -48,8 +48,7 @@ TEST(CssParse, SheetsWithAndWithoutFaults) {
       {"",
        {"@media screen and (x:{y}),{a{p:1}}",
         "a{p:1 !important x;q:2 ! ;r:!important;s:3!important!important}"}},
-      {"a{p:1 !important} ", {"a{p:1!important}", "a{p:1 ! /**/ IMPORT\\61nt }"}},
-  };
+      {"a{p:1 !important} ", {"a{p:1!important}", "a{p:1 ! /**/ IMPORT\\61nt }"}}};
   for (const auto &test : cases) {
     for (const char *sheet : test.sheets) {
       AccountingCore core;

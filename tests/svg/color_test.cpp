@@ -98,11 +98,10 @@ cielab('50 -> attribute 'style', property 'fill': incomplete value,\n)",
 }
 
 TEST(Color, ByteValuesAsFractions) {
-  const struct {
-    double value, expected;
-  } cases[] = {{0, 0},       {0.9, 0},           {1, 0.005859375},   {127, 0.498046875},
-               {128.9, 0.5}, {129, 0.505859375}, {254, 0.994140625}, {255, 1},
-               {256, 1},     {1e308, 1}};
+  const std::pair<double, double> cases[] = {
+      {0, 0},       {0.9, 0},           {1, 0.005859375},   {127, 0.498046875},
+      {128.9, 0.5}, {129, 0.505859375}, {254, 0.994140625}, {255, 1},
+      {256, 1},     {1e308, 1}};
   for (const auto &[value, expected] : cases) {
     double out = -1;
     get_rgb_color_comps(&out, value);

@@ -108,8 +108,7 @@ TEST(Fonts, Choice) {
       {.family = "S", .size = 12.1},
       {.family = "S", .style = SVG_KW_italic, .chosen = "s"},
       {.family = "V"},
-      {.family = "V", .variant = SVG_KW_small_caps, .chosen = "v"},
-  };
+      {.family = "V", .variant = SVG_KW_small_caps, .chosen = "v"}};
   for (const Request &r : requests)
     EXPECT_STREQ(
         svg_find_href_id(document.parser, svg_get_font(document.parser, r.family, r.generic, r.size,
