@@ -16,16 +16,20 @@ a + rect IN svg(a(rect) rect! rect a b rect) -> | a a IN a(a!(b(a!)) a!) ->
 a ~ rect IN svg(rect a(rect) rect! b rect! b(rect)) -> | [k] IN svg(a[k=] ! b[K=1] c[k=v]!) ->
 [k=v] IN svg(a[k=v]! b[k=V] c[k=v_] d[k=] e[k=v][k=w]! f[k=w][k=v]) ->
 [ k = 'v w' ] IN svg(a[k=v_w]! b[k=v]) -> | [k=''] IN svg(a[k=]! b[k=_] c) ->
-[k~=v] IN svg(a[k=v]! b[k=u_v_w]! c[k=vv_v!x] d[k=_v_]! e[k=uv]) -> | [k~=''] IN svg(a[k=] b[k=_]) ->
-[k|=en] IN svg(a[k=en]! b[k=en-us]! c[k=english] d[k=e]) -> | [k^=v] IN svg(a[k=v]! b[k=vw]! c[k=wv]) ->
+[k~=v] IN svg(a[k=v]! b[k=u_v_w]! c[k=vv_v!x] d[k=_v_]! e[k=uv]) ->
+[k~=''] IN svg(a[k=] b[k=_]) ->
+[k|=en] IN svg(a[k=en]! b[k=en-us]! c[k=english] d[k=e]) ->
+[k^=v] IN svg(a[k=v]! b[k=vw]! c[k=wv]) ->
 [k$=v] IN svg(a[k=v]! b[k=vw] c[k=wv]!) -> | [k*=v] IN svg(a[k=v]! b[k=uvw]! c[k=]) ->
 [k^=''],[k$=''],[k*=''] IN svg(a[k=] b[k=v]) -> | [k|=''] IN svg(a[k=]! b[k=-x]! c[k=x]) ->
 :first-child IN svg(a!(b! c) d) -> | a:FIRST-child IN svg(a! a b(a! a)) -> | :root IN svg!(svg) ->
 :root > a:not(:first-child) IN svg(a a! b(b a)) -> | :not(a) IN svg!(a b!) -> | :not(*) IN svg(a) ->
-a:not(.x):not( #i ):not([k=v]) IN svg(a! a.x a#i a[k=v] a[k=w]! b) -> | a:lang(en), b IN svg(a b!) ->
+a:not(.x):not( #i ):not([k=v]) IN svg(a! a.x a#i a[k=v] a[k=w]! b) ->
+a:lang(en), b IN svg(a b!) ->
 :not(.x) > a IN svg(a! b.x(a)) -> | :not(:hover) IN svg!(a!) ->
 a:hover, a::before, a:first-line, b IN svg(a b!) -> | r\65 ct IN svg(rect! ect) ->
-.\31 2, .\33\x0d\n4 IN svg(a.12! b.1 c.34!) -> | #a\:b IN svg(a#a:b! b#a) -> | .ä IN svg(a.ä! b.a) ->
+.\31 2, .\33\x0d\n4 IN svg(a.12! b.1 c.34!) -> | #a\:b IN svg(a#a:b! b#a) ->
+.ä IN svg(a.ä! b.a) ->
 [k='\110000\0\d800'] IN svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!) ->
 [k='\76\'\\n'] IN svg(a[k=v']!) ->)t",
                [](const std::string &input) -> std::string {

@@ -19,7 +19,8 @@ rect fill: #f00 -> #ff0000 | #FB0 -> #ffbb00 | #12aBcD -> #12abcd | #ff00 -> ! #
 rect fill: Red -> #ff0000 | 'red' -> #ff0000 | LightGoldenrodYellow -> #fafad2 | grey -> #808080
 rect fill: ButtonFace -> #f5f5dc | windowtext -> #000000 | greenish -> ! greenish | ( -> ! (
 rect fill: transparent -> ! transparent | red 5 -> ! 5 | red none -> ! none | red, green -> ! ,
-rect fill: RGB(255,0,0) -> #ff0000 | rgb ( 255 , 128 , 0 ) -> #ff8000 | rgb(100%, 50%, 0%) -> #ff7f00
+rect fill: RGB(255,0,0) -> #ff0000 | rgb ( 255 , 128 , 0 ) -> #ff8000
+rect fill: rgb(100%, 50%, 0%) -> #ff7f00
 rect fill: rgb(99.9%, 0.4%, 100.1%) -> #fe0100 | rgb(300, -5, 256) -> #000000
 rect fill: rgb(1.5, 1px, foo) -> #000000 | rgb -> ! | rgb 1 -> ! 1 | rgb(1,2) -> ! )
 rect fill: rgb(1 2 3) -> ! 2 | rgb(1,2,3,4) -> ! , | rgb(1,2, -> ! | rgb(1,2,3 -> !

@@ -8,10 +8,14 @@
 TEST(Fonts, FamilyLists) {
   expect_values(R"(
 g font-family: Times New Roman -> 'Times New Roman' | 'Times New Roman' -> 'Times New Roman'
-g font-family: Times   New "Roman " , Arial -> 'Times New Roman ' 'Arial' | MyFont, serif -> 'MyFont' serif
-g font-family: SERIF,Fantasy,sans-serif -> serif fantasy sans-serif | Bitstream serif -> 'Bitstream serif'
-g font-family: 'serif', 'inherit' -> 'serif' 'inherit' | inherit -> inherit | Arial, inherit, 'x' -> inherit
-g font-family: 12, 3px -> '12' '3px' | x ' -> 'x ' | a,,b -> ! , | a, -> ! | , -> ! , | serif Foo -> ! Foo
+g font-family: Times   New "Roman " , Arial -> 'Times New Roman ' 'Arial'
+g font-family: MyFont, serif -> 'MyFont' serif
+g font-family: SERIF,Fantasy,sans-serif -> serif fantasy sans-serif
+g font-family: Bitstream serif -> 'Bitstream serif'
+g font-family: 'serif', 'inherit' -> 'serif' 'inherit' | inherit -> inherit
+g font-family: Arial, inherit, 'x' -> inherit
+g font-family: 12, 3px -> '12' '3px' | x ' -> 'x ' | a,,b -> ! , | a, -> ! | , -> ! ,
+g font-family: serif Foo -> ! Foo
 g font-family: a(b) -> ! ( | a, 'b -> !
 )");
 }

@@ -12,7 +12,8 @@ polyline points: \s10 , 20px 5%\n-.5e1 -> 10 20px 5% -5 | 10-20 -> ! 10-20
 polyline points: 10,,20 -> ! , | ,10 -> ! , | 10 20 x -> ! x | 10 '20 -> !
 tspan dx: 1 2em -> 1 2em
 text rotate: 45deg,90 -> 45deg 90
-g stroke-dasharray: none -> none | NONE -> none | 5, 10% -> 5 10% | 5 none -> ! none | none 5 -> none
+g stroke-dasharray: none -> none | NONE -> none | 5, 10% -> 5 10% | 5 none -> ! none
+g stroke-dasharray: none 5 -> none
 font-face font-size: 12 14.5 -> 12 14.5 | all -> all
 g text-decoration: underline, overline -> underline overline | underline,,overline -> underline
 g text-decoration: Underline foo blink -> underline | foo -> ()

@@ -54,8 +54,10 @@ TEST(PathValue, PacksRunsOfLikeSegments) {
     return result;
   };
   expect_cases(R"(
-M0 0 L10 0 L10 10 Z -> M1 L2 Z0 (4) | M0 0 L10 0 H20 V5 -> M1 L3 (4) | M0 0 10 0h1v1l1 1 -> M1 L4 (5)
-M0 0 C1 1 2 2 3 3 S5 5 6 6 Q7 7 8 8 -> M1 C9 (10) | M0 0 C1 1 2 2 3 3 A5 5 0 0 1 13 3 t1 1 -> M1 C12 (13)
+M0 0 L10 0 L10 10 Z -> M1 L2 Z0 (4) | M0 0 L10 0 H20 V5 -> M1 L3 (4)
+M0 0 10 0h1v1l1 1 -> M1 L4 (5)
+M0 0 C1 1 2 2 3 3 S5 5 6 6 Q7 7 8 8 -> M1 C9 (10)
+M0 0 C1 1 2 2 3 3 A5 5 0 0 1 13 3 t1 1 -> M1 C12 (13)
 M0 0 A5 5 0 1 1 5 0.0001 l1 1 -> M1 C12 L1 (14) | M0 0 A5 5 0 1 1 0 0 -> (1)
 M0 0 A0 5 0 1 1 9 9 l1 1 -> M1 L1 (2) | M5 5 -> (1) | M -> (1) | M0 0 M5 5 -> M1 M1 (2)
 M0 0 Zz -> M1 Z0 Z0 (3))",

@@ -28,7 +28,8 @@ TEST(Saved, TheFirstTextThatIsNotEmptyCounts) {
 <title>a<title>b</title>c</title><desc>d</desc> -> a<title>b|d|-
 <title><title></title></title><desc>d</desc> -> <title|d|-
 <metadata><title>in</title></metadata><title>out</title> -> out|-|<title>in</title>
-<unknown><title>skipped</title></unknown> -> -|-|- | <title xmlns='other'>foreign</title> -> -|-|-)",
+<unknown><title>skipped</title></unknown> -> -|-|-
+<title xmlns='other'>foreign</title> -> -|-|-)",
                saved);
 }
 

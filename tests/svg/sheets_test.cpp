@@ -149,7 +149,8 @@ TEST(Sheets, Declarations) {
   };
   // Elsewhere the last two would end the parse.
   expect_cases(R"(
-fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> #r | fill:none;fill:red -> #ff0000
+fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> #r
+fill:none;fill:red -> #ff0000
 fill:red;fill:foo -> #ff0000 property 'fill': unexpected token 'foo'
 font:foo x;fill:red -> #ff0000 property 'font-size': unexpected token 'foo'
 fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)",
