@@ -34,77 +34,64 @@ TEST(Memory, CountsPerTagMergeEqualTexts) {
 TEST(Memory, ManyTagsStaySortedAndCounted) {
   static char tags[1000][8];
   AccountingCore core;
-  std::vector<void *> blocks;
+  void *blocks[1000];
   std::string expected;
   for (int i = 0; i < 1000; ++i) {
     snprintf(tags[i], sizeof tags[i], "t%03d", i);
     expected += tags[i] + std::string(": 1 blocks, 1 bytes\n");
   }
-  for (int i = 0; i < 1000; ++i) blocks.push_back(ort_malloc(core, 1, tags[i * 7 % 1000]));
+  for (int i = 0; i < 1000; ++i) blocks[i] = ort_malloc(core, 1, tags[i * 7 % 1000]);
   EXPECT_EQ(core.live_blocks(), expected);
   for (void *block : blocks) ort_free(core, block);
 }
 
-// Blocks of all kinds come and go, grow and shrink, and none disturbs another.
+// Blocks come and go, grow and shrink, and none disturbs another.
 TEST(Memory, BlocksKeepTheirBytesAndCounts) {
-  struct Block {
-    unsigned char *bytes;
-    size_t size;
-    unsigned char fill;
-  };
   AccountingCore core;
-  std::vector<Block> blocks;
+  std::vector<std::pair<char *, std::string>> blocks; // and what they hold
   std::mt19937 random(1);
   size_t live = 0;
-  const auto check = [&](const Block &block, size_t size) {
-    EXPECT_EQ(reinterpret_cast<uintptr_t>(block.bytes) % 8, 0U);
-    for (size_t i = 0; i < size; ++i) ASSERT_EQ(block.bytes[i], block.fill);
-  };
   for (int step = 0; step < 30000; ++step) {
     const size_t size = random() % (random() % 8 == 0 ? 3000 : 100), chosen = random();
-    const bool growing = step % 10000 < 6000;
+    const bool growing = step % 10000 < 6000, freeing = random() % 4 != 0;
     if (blocks.empty() || random() % 8 < (growing ? 4 : 2)) {
-      void *bytes = ort_malloc(core, size, size % 2 ? "odd" : "even");
-      blocks.push_back({static_cast<unsigned char *>(bytes), size, 0});
-      live += size;
+      blocks.emplace_back(static_cast<char *>(ort_malloc(core, size, "new")), "");
     } else {
-      Block &block = blocks[chosen % blocks.size()];
-      check(block, block.size);
-      live -= block.size;
-      if (random() % 4 == 0) {
-        block.bytes = static_cast<unsigned char *>(ort_realloc(core, block.bytes, size, "moved"));
-        check(block, std::min(size, block.size));
-        block.size = size;
-        live += size;
-        std::swap(block, blocks.back());
-      } else {
-        ort_free(core, block.bytes);
-        block = blocks.back();
+      std::swap(blocks[chosen % blocks.size()], blocks.back());
+      auto &[bytes, held] = blocks.back();
+      ASSERT_EQ(std::string(bytes, held.size()), held);
+      live -= held.size();
+      if (freeing) {
+        ort_free(core, bytes);
         blocks.pop_back();
-        ASSERT_EQ(statistics_of(core).live_bytes, live);
         continue;
       }
+      bytes = static_cast<char *>(ort_realloc(core, bytes, size, "moved"));
+      ASSERT_EQ(memcmp(bytes, held.data(), std::min(size, held.size())), 0);
     }
-    blocks.back().fill = static_cast<unsigned char>(step);
-    memset(blocks.back().bytes, blocks.back().fill, blocks.back().size);
+    auto &[bytes, held] = blocks.back();
+    EXPECT_EQ(reinterpret_cast<uintptr_t>(bytes) % 8, 0U);
+    held.assign(size, static_cast<char>(step));
+    memcpy(bytes, held.data(), size);
+    live += size;
     ASSERT_EQ(statistics_of(core).live_bytes, live);
     ASSERT_EQ(statistics_of(core).live_blocks, blocks.size());
   }
-  for (const Block &block : blocks) ort_free(core, block.bytes);
+  for (const auto &[bytes, held] : blocks) ort_free(core, bytes);
 }
 
 TEST(Memory, BudgetIsExact) {
   ort_options options = AccountingCore::defaults();
   options.memory_budget = 100;
   AccountingCore core(options);
-  void *block = nullptr;
-  EXPECT_EQ(core.protect([&] { block = ort_malloc(core, 100, "test"); }), 0);
-  EXPECT_EQ(core.protect([&] { ort_malloc(core, 1, "test"); }), ORT_E_NO_MEMORY);
-  EXPECT_EQ(core.protect([&] { ort_realloc(core, block, 101, "test"); }), ORT_E_NO_MEMORY);
-  EXPECT_EQ(core.protect([&] { block = ort_realloc(core, block, 99, "test"); }), 0);
-  EXPECT_EQ(core.protect([&] { ort_errprintf(core, "%d", 1); }), ORT_E_NO_MEMORY);
-  EXPECT_EQ(core.protect([&] { ort_calloc(core, SIZE_MAX / 2, 3, "test"); }), ORT_E_NO_MEMORY);
-  EXPECT_EQ(core.protect([&] { ort_malloc(core, SIZE_MAX, "test"); }), ORT_E_NO_MEMORY);
+  void *block = ort_malloc(core, 100, "test");
+  const auto no_memory = [&](auto body) { EXPECT_EQ(core.protect(body), ORT_E_NO_MEMORY); };
+  no_memory([&] { ort_malloc(core, 1, "test"); });
+  no_memory([&] { ort_realloc(core, block, 101, "test"); });
+  block = ort_realloc(core, block, 99, "test");
+  no_memory([&] { ort_errprintf(core, "%d", 1); });
+  no_memory([&] { ort_calloc(core, SIZE_MAX / 2, 3, "test"); });
+  no_memory([&] { ort_malloc(core, SIZE_MAX, "test"); });
   ort_free(core, block);
 }
 
@@ -116,21 +103,18 @@ TEST(Memory, TemporariesAreFreedInAnyOrderOrByTheCore) {
   for (const int i : {1, 3, 0, 2}) ort_free_tmp(core, t[i]);
   EXPECT_EQ(statistics_of(core).live_blocks, 0U);
   ort_strdup_ext(core, "left to the core", ORT_DUP_TEMPORARY, "test");
-  ort_malloc_tmp(core, 1000, "test");
   core.allow_temporaries(); // the address sanitizer sees whether the core frees them
 }
 
 TEST(Memory, FailsOnDemand) {
+  ort_options options = AccountingCore::defaults();
+  options.fail_at = 2;
   for (const int on : {0, 1}) {
-    ort_options options = AccountingCore::defaults();
-    options.fail_at = 2;
     options.fail_on = on;
     AccountingCore core(options);
     std::string outcome;
-    for (int i = 0; i < 4; ++i) {
-      const auto body = [&] { ort_free(core, ort_malloc(core, 1, "test")); };
-      outcome += core.protect(body) == 0 ? '+' : '-';
-    }
+    for (int i = 0; i < 4; ++i)
+      outcome += core.protect([&] { ort_free(core, ort_malloc(core, 1, "test")); }) ? '-' : '+';
     EXPECT_EQ(outcome, on ? "+---" : "+-++");
     EXPECT_EQ(core.allocations(), 4U);
   }
@@ -138,36 +122,19 @@ TEST(Memory, FailsOnDemand) {
 
 // ---- The tests' own support ---------------------------------------------------------------------
 
-TEST(TestSupport, AccountingCoreFailsOnLiveBlocks) {
-  static ort_core *core;
-  static void *block;
+TEST(TestSupport, FailsWhenItMust) {
   EXPECT_NONFATAL_FAILURE(
       {
-        AccountingCore accounting;
-        core = accounting;
-        block = ort_malloc(core, 7, "leaker");
-        accounting.expect_clean();
+        AccountingCore core;
+        void *block = ort_malloc(core, 7, "leaker");
+        core.expect_clean();
         ort_free(core, block);
       },
       "leaker: 1 blocks, 7 bytes");
-  EXPECT_NONFATAL_FAILURE(
-      {
-        AccountingCore accounting;
-        ort_malloc_tmp(accounting, 7, "leaker");
-        accounting.expect_clean();
-        accounting.allow_temporaries();
-      },
-      "temporary");
-}
-
-static bool swallow_failure(AccountingCore &core) {
-  core.protect([&] { ort_free(core, ort_malloc(core, 1, "test")); });
-  core.messages.clear();
-  return true;
-}
-
-TEST(TestSupport, SweepFailsWhenItMust) {
-  EXPECT_NONFATAL_FAILURE(allocation_sweep([](AccountingCore &) { return true; }),
-                          "failed no allocation");
+  const auto swallow_failure = [](AccountingCore &core) {
+    core.protect([&] { ort_free(core, ort_malloc(core, 1, "test")); });
+    core.messages.clear();
+    return true;
+  };
   EXPECT_NONFATAL_FAILURE(allocation_sweep(swallow_failure), "but body succeeded");
 }
