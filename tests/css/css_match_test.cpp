@@ -17,20 +17,17 @@ a ~ rect IN svg(rect a(rect) rect! b rect! b(rect)) -> | [k] IN svg(a[k=] ! b[K=
 [k=v] IN svg(a[k=v]! b[k=V] c[k=v_] d[k=] e[k=v][k=w]! f[k=w][k=v]) ->
 [ k = 'v w' ] IN svg(a[k=v_w]! b[k=v]) -> | [k=''] IN svg(a[k=]! b[k=_] c) ->
 [k~=v] IN svg(a[k=v]! b[k=u_v_w]! c[k=vv_v!x] d[k=_v_]! e[k=uv]) ->
-[k~=''] IN svg(a[k=] b[k=_]) ->
-[k|=en] IN svg(a[k=en]! b[k=en-us]! c[k=english] d[k=e]) ->
-[k^=v] IN svg(a[k=v]! b[k=vw]! c[k=wv]) ->
-[k$=v] IN svg(a[k=v]! b[k=vw] c[k=wv]!) -> | [k*=v] IN svg(a[k=v]! b[k=uvw]! c[k=]) ->
-[k^=''],[k$=''],[k*=''] IN svg(a[k=] b[k=v]) -> | [k|=''] IN svg(a[k=]! b[k=-x]! c[k=x]) ->
-:first-child IN svg(a!(b! c) d) -> | a:FIRST-child IN svg(a! a b(a! a)) -> | :root IN svg!(svg) ->
+[k~=''] IN svg(a[k=] b[k=_]) -> | [k|=en] IN svg(a[k=en]! b[k=en-us]! c[k=english] d[k=e]) ->
+[k^=v] IN svg(a[k=v]! b[k=vw]! c[k=wv]) -> | [k$=v] IN svg(a[k=v]! b[k=vw] c[k=wv]!) ->
+[k*=v] IN svg(a[k=v]! b[k=uvw]! c[k=]) -> | [k^=''],[k$=''],[k*=''] IN svg(a[k=] b[k=v]) ->
+[k|=''] IN svg(a[k=]! b[k=-x]! c[k=x]) -> | :first-child IN svg(a!(b! c) d) ->
+a:FIRST-child IN svg(a! a b(a! a)) -> | :root IN svg!(svg) ->
 :root > a:not(:first-child) IN svg(a a! b(b a)) -> | :not(a) IN svg!(a b!) -> | :not(*) IN svg(a) ->
 a:not(.x):not( #i ):not([k=v]) IN svg(a! a.x a#i a[k=v] a[k=w]! b) ->
-a:lang(en), b IN svg(a b!) ->
-:not(.x) > a IN svg(a! b.x(a)) -> | :not(:hover) IN svg!(a!) ->
+a:lang(en), b IN svg(a b!) -> | :not(.x) > a IN svg(a! b.x(a)) -> | :not(:hover) IN svg!(a!) ->
 a:hover, a::before, a:first-line, b IN svg(a b!) -> | r\65 ct IN svg(rect! ect) ->
 .\31 2, .\33\x0d\n4 IN svg(a.12! b.1 c.34!) -> | #a\:b IN svg(a#a:b! b#a) ->
-.ä IN svg(a.ä! b.a) ->
-[k='\110000\0\d800'] IN svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!) ->
+.ä IN svg(a.ä! b.a) -> | [k='\110000\0\d800'] IN svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!) ->
 [k='\76\'\\n'] IN svg(a[k=v']!) ->)t",
                [](const std::string &input) -> std::string {
                  const size_t in = input.find(" IN ");
@@ -76,17 +73,13 @@ TEST(CssMatch, ChainsAgreeWithASearch) {
   };
   struct Search {
     static bool matches(const ToyNode *node, const std::vector<Step> &chain, size_t i) {
-      if (!node) return false;
-      bool has = chain[i].name == 'x' ? !node->class_nids.empty() : node->name[0] == chain[i].name;
-      if (!has) return false;
+      const auto [combinator, name] = chain[i];
+      if (!node || (name == 'x' ? node->class_nids.empty() : node->name[0] != name)) return false;
       if (i == 0) return true;
-      const ToyNode *next = node;
-      bool many = chain[i].combinator == ' ' || chain[i].combinator == '~';
       do {
-        next =
-            chain[i].combinator == '>' || chain[i].combinator == ' ' ? next->parent : next->sibling;
-        if (matches(next, chain, i - 1)) return true;
-      } while (many && next);
+        node = combinator == '>' || combinator == ' ' ? node->parent : node->sibling;
+        if (matches(node, chain, i - 1)) return true;
+      } while (node && (combinator == ' ' || combinator == '~'));
       return false;
     }
   };
@@ -107,17 +100,13 @@ TEST(CssMatch, ChainsAgreeWithASearch) {
       }
       toy.parse(sheet + "{p:" + std::to_string(i) + "}");
     }
-    std::string tree = "a";
-    int depth = 0;
+    std::string tree = "a(b";
+    int depth = 1;
     for (int i = 0; i < 120; ++i) {
-      size_t move = pick(3);
-      if (move == 0 || i == 0) {
-        tree += '(';
-        ++depth;
-      } else {
-        for (; move > 1 && depth > 1 && pick(2); --depth) tree += ')';
-        tree += ' ';
-      }
+      const size_t move = pick(3);
+      for (; move > 1 && depth > 1 && pick(2); --depth) tree += ')';
+      depth += move == 0;
+      tree += move == 0 ? '(' : ' ';
       tree += "abc"[pick(3)];
       if (pick(3) == 0) tree += ".x";
     }
