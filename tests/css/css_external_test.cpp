@@ -53,18 +53,14 @@ protected:
 };
 
 TEST_F(CssFolder, OnlyFilesBelowItAreRead) {
-  const struct {
-    const char *expected;
-    std::vector<const char *> hrefs;
-  } cases[] = {
-      {"a{}", {"d/x.css", "a%20b.css", "a b.css?v=1#f", "in.css", "c%3Ad.css"}},
-      {"10201", {"none.css", "loop.css"}},
-      {"10200",
-       {"", "d", "fifo.css", "out.css", "to sheets2/x.css", "to others/x.css", "d/../a b.css",
-        "../secret.css", "d/%2e%2E/../secret.css", "%2fetc/passwd", "/etc/passwd", "//host/x.css",
-        "..\\secret.css", "d%5cx.css", "d/x.css%00", "c:d.css", "http://h/d/x.css"}}};
-  for (const auto &test : cases)
-    for (const char *href : test.hrefs) EXPECT_EQ(read(href), test.expected) << href;
+  expect_cases(R"(
+d/x.css -> a{} | a%20b.css -> a{} | a b.css?v=1#f -> a{} | in.css -> a{} | c%3Ad.css -> a{}
+none.css -> 10201 | loop.css -> 10201 | -> 10200 | d -> 10200 | fifo.css -> 10200 | out.css -> 10200
+to sheets2/x.css -> 10200 | to others/x.css -> 10200 | d/../a b.css -> 10200
+../secret.css -> 10200 | d/%2e%2E/../secret.css -> 10200 | %2fetc/passwd -> 10200
+/etc/passwd -> 10200 | //host/x.css -> 10200 | ..\x5csecret.css -> 10200 | d%5cx.css -> 10200
+d/x.css%00 -> 10200 | c:d.css -> 10200 | http://h/d/x.css -> 10200)",
+               [this](const string &href) { return read(href.c_str()); });
   EXPECT_EQ(read(string(5000, 'x').c_str()), "10200");
   fs::resize_file(base / "d/x.css", ORT_LIMIT_STYLE_SHEET + 1);
   EXPECT_EQ(read("d/x.css"), "10200");

@@ -59,8 +59,8 @@ struct Toy {
 
   static int16_t find_element(const std::string &name) {
     if (name == "svg" || name == "rect") return name == "svg" ? 8 : 9;
-    return static_cast<int16_t>(name.size() == 1 && name[0] >= 'a' && name[0] <= 'h' ? name[0] - 'a'
-                                                                                     : -1);
+    const bool known = name.size() == 1 && name[0] >= 'a' && name[0] <= 'h';
+    return static_cast<int16_t>(known ? name[0] - 'a' : -1);
   }
 
   static void *get_parent(void *, void *node, int16_t) {
@@ -127,23 +127,22 @@ struct Toy {
   // The rules of the marked elements: "SELECTOR{name:value;name:value}", with a blank behind each.
   std::string rules(const std::string &tree) {
     build(tree);
-    std::string text;
+    ort_bs *text = ort_bs_new(core);
     for (ToyNode &node : nodes) {
       ort_vtr *found = ask(node);
-      for (size_t i = 0; node.marked && i < ort_vtr_count(found); ++i)
-        text += describe(*ort_item<css_rule *>(found, i));
+      for (size_t i = 0; node.marked && i < ort_vtr_count(found); ++i) {
+        const css_rule &rule = *ort_item<css_rule *>(found, i);
+        css_append_selector(css, rule.selector, text);
+        for (int32_t k = 0; k < rule.decls->decl_count; ++k) {
+          const auto *value = static_cast<std::string *>(rule.decls->decl_values[k]);
+          ort_bs_append_text(text, ((k ? ";" : "{") + *value).c_str());
+        }
+        ort_bs_append_text(text, "} ");
+      }
     }
-    return text;
-  }
-
-  std::string describe(const css_rule &rule) {
-    ort_bs *bs = ort_bs_new(core);
-    css_append_selector(css, rule.selector, bs);
-    std::string text = std::string(ort_bs_text(bs)) + "{";
-    ort_bs_delete(bs);
-    for (int32_t i = 0; i < rule.decls->decl_count; ++i)
-      text += (i ? ";" : "") + *static_cast<std::string *>(rule.decls->decl_values[i]);
-    return text + "} ";
+    const std::string all = ort_bs_text(text);
+    ort_bs_delete(text);
+    return all;
   }
 
   AccountingCore &core;
