@@ -56,5 +56,5 @@ void svg_err_unxtok(svg_parser *p, int fatal) {
                   !property ? 10004
                   : style   ? 10006
                             : 10005,
-                  3, name, p->tok_text, nullptr, nullptr);
+                  3, name, svg_tok_text(p), nullptr, nullptr);
 }

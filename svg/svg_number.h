@@ -35,6 +35,41 @@ double svg_decimal_value(const svg_decimal *number);
 // no NaN results.
 double svg_scale10(double value, int exponent);
 
+// ---- Short numbers ------------------------------------------------------------------------------
+
+constexpr int SVG_EXACT_DIGITS = 15; // integers of so many digits are exact doubles
+constexpr double SVG_POWERS[SVG_EXACT_DIGITS + 1] = {1,     1e-1,  1e-2,  1e-3, 1e-4,  1e-5,
+                                                     1e-6,  1e-7,  1e-8,  1e-9, 1e-10, 1e-11,
+                                                     1e-12, 1e-13, 1e-14, 1e-15};
+
+struct svg_short_number {
+  const char *end; // behind the number
+  double value;    // without its sign
+  bool valid;
+  bool real; // written with a decimal point
+};
+
+// Nearly all numbers have few digits and no exponent. Their digits are gathered as an integer,
+// which is what gathering them in a double would give. Any other text is not valid here.
+inline svg_short_number svg_read_short(const char *s) {
+  const auto digit = [&] { return static_cast<unsigned>(static_cast<unsigned char>(*s)) - '0'; };
+  uint64_t mantissa = 0;
+  const char *begin = s;
+  for (; digit() < 10; ++s) mantissa = 10 * mantissa + digit();
+  ptrdiff_t digits = s - begin, fraction = 0;
+  const bool real = *s == '.';
+  if (real) {
+    begin = ++s;
+    for (; digit() < 10; ++s) mantissa = 10 * mantissa + digit();
+    fraction = s - begin;
+    digits += fraction;
+  }
+  if (digits == 0 || digits > SVG_EXACT_DIGITS || *s == 'e' || *s == 'E')
+    return {s, 0, false, real};
+  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) * SVG_POWERS[fraction], true,
+          real};
+}
+
 inline bool svg_is_numstart(char c) { return ort_isdigit(c) || c == '+' || c == '-' || c == '.'; }
 inline bool svg_is_expostart(char c) { return ort_isdigit(c) || c == '+' || c == '-'; }
 

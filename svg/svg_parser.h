@@ -105,7 +105,7 @@ struct svg_parser {
   const char *scan_pos, *scan_start;
   int32_t tok_type, tok_pushed, tok_int, tok_key;
   double tok_num;
-  const char *tok_text;
+  const char *tok_text; // null for a number: see svg_tok_text
   uint8_t tok_unit;
   ort_bs *tok_buf, *name_buf;
   const svg_key_entry *keys;
@@ -144,15 +144,17 @@ struct svg_parser {
   svg_name_index *nsp_index;   // namespace name -> its innermost declaration in nsp_stack
   svg_name_index *href_index;  // id -> hrefs
   svg_name_index *unres_index; // id -> waiting links
-  int64_t value_link;          // slot of the waiting link made by the value being parsed, or -1
-  ort_vtr *open_elements;      // svg_open_element
-  char *pi_copy;               // instruction data being split
-  char *font_copy;             // font shorthand being split
-  int32_t callback_failed;     // an Expat callback raised; the error is pending until XML_Parse has
-                               // returned
-  ort_bs *held;                // blocks not yet handed to Expat, of a token of many blocks
-  int64_t bytes_fed;           // to Expat in this pass
-  size_t unfinished;           // bytes that Expat keeps of a long token, else 0
+  const char *tok_begin;       // text of the current token when tok_text is null
+  size_t tok_length;
+  int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1
+  ort_vtr *open_elements;  // svg_open_element
+  char *pi_copy;           // instruction data being split
+  char *font_copy;         // font shorthand being split
+  int32_t callback_failed; // an Expat callback raised; the error is pending until XML_Parse has
+                           // returned
+  ort_bs *held;            // blocks not yet handed to Expat, of a token of many blocks
+  int64_t bytes_fed;       // to Expat in this pass
+  size_t unfinished;       // bytes that Expat keeps of a long token, else 0
   svg_limits limits;
   uint64_t nodes; // built so far
   svg_observer_fn observer;

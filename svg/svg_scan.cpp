@@ -11,11 +11,14 @@
 #include "svg/svg_schema.h"
 
 static int set_token(svg_parser *p, int type, const char *begin, const char *end);
+static int set_mark(svg_parser *p, int type, const char *text);
 static int read_string(svg_parser *p);
 static int read_word(svg_parser *p);
 static const svg_key_entry *find_key(const svg_parser *p, const char *text,
                                      const svg_key_entry *keys, int32_t count);
 static int next_token(svg_parser *p, bool numbers);
+static bool read_plain_number(svg_parser *p);
+static bool is_wanted_key(const svg_parser *p, char first);
 
 // clang-format off
 constexpr svg_key_entry svg_units[] = {
@@ -39,28 +42,50 @@ void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }
 
 bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
 
+static bool ends_word(char c) { return c == '\0' || ort_isspace(c) || svg_is_special(c); }
+
 int svg_get_token(svg_parser *p) {
   while (ort_isspace(*p->scan_pos)) p->scan_pos++;
-  const char *start = p->scan_pos;
-  switch (*start) {
-  case '\0': return set_token(p, SVG_TOK_END, start, start);
-  case '(': return set_token(p, SVG_TOK_LPAREN, start, start + 1);
-  case ')': return set_token(p, SVG_TOK_RPAREN, start, start + 1);
-  case ',': return set_token(p, SVG_TOK_COMMA, start, start + 1);
+  switch (*p->scan_pos) {
+  case '\0': return set_token(p, SVG_TOK_END, p->scan_pos, p->scan_pos);
+  case '(': return set_mark(p, SVG_TOK_LPAREN, "(");
+  case ')': return set_mark(p, SVG_TOK_RPAREN, ")");
+  case ',': return set_mark(p, SVG_TOK_COMMA, ",");
   case '\'':
   case '"': return read_string(p);
   default: return read_word(p);
   }
 }
 
-// Makes the text from begin to end the current token, and goes on behind it.
+// Makes the text from begin to end the current token, and goes on behind it. The last token of a
+// value ends where the value does and needs no copy.
 static int set_token(svg_parser *p, int type, const char *begin, const char *end) {
-  ort_bs_clear(p->tok_buf);
-  ort_bs_append(p->tok_buf, begin, static_cast<size_t>(end - begin));
-  p->tok_text = ort_bs_text(p->tok_buf);
+  if (*end == '\0') {
+    p->tok_text = begin;
+  } else {
+    ort_bs_clear(p->tok_buf);
+    ort_bs_append(p->tok_buf, begin, static_cast<size_t>(end - begin));
+    p->tok_text = ort_bs_text(p->tok_buf);
+  }
   p->tok_type = type;
   p->scan_pos = end;
   return type;
+}
+
+static int set_mark(svg_parser *p, int type, const char *text) {
+  p->tok_text = text;
+  p->tok_type = type;
+  p->scan_pos++;
+  return type;
+}
+
+const char *svg_tok_text(svg_parser *p) {
+  if (p->tok_text == nullptr) {
+    ort_bs_clear(p->tok_buf);
+    ort_bs_append(p->tok_buf, p->tok_begin, p->tok_length);
+    p->tok_text = ort_bs_text(p->tok_buf);
+  }
+  return p->tok_text;
 }
 
 // A quote that ends the value is an empty string.
@@ -78,7 +103,7 @@ static int read_string(svg_parser *p) {
 
 static int read_word(svg_parser *p) {
   const char *end = p->scan_pos;
-  while (*end != '\0' && !ort_isspace(*end) && !svg_is_special(*end)) end++;
+  while (!ends_word(*end)) end++;
   set_token(p, SVG_TOK_WORD, p->scan_pos, end);
   if (const svg_key_entry *key = find_key(p, p->tok_text, p->keys, p->key_count)) {
     p->tok_type = SVG_TOK_KEYWORD;
@@ -105,10 +130,39 @@ static int next_token(svg_parser *p, bool numbers) {
     p->tok_pushed = 0;
     return p->tok_type;
   }
+  if (numbers && read_plain_number(p)) return p->tok_type;
   if (svg_get_token(p) != SVG_TOK_WORD) return p->tok_type;
   if (!numbers || !svg_is_numstart(*p->tok_text) || !svg_try_unumtok(p))
     p->tok_type = SVG_TOK_STRING;
   return p->tok_type;
+}
+
+// Nearly all tokens where a number may stand are numbers without exponent and unit. They are read
+// where they are; a text of its own is made only for an error.
+static bool read_plain_number(svg_parser *p) {
+  const char *begin = p->scan_pos;
+  while (ort_isspace(*begin)) begin++;
+  const bool negative = *begin == '-';
+  const svg_short_number number = svg_read_short(begin + (negative || *begin == '+'));
+  if (!number.valid || !ends_word(*number.end) || is_wanted_key(p, *begin)) return false;
+  const int32_t integer =
+      number.value <= INT32_MAX ? static_cast<int32_t>(number.value) : INT32_MAX;
+  p->tok_num = negative ? -number.value : number.value;
+  p->tok_int = negative ? -integer : integer;
+  p->tok_unit = SVG_UNIT_NONE;
+  p->tok_type = number.real ? SVG_TOK_REAL : SVG_TOK_INT;
+  p->tok_text = nullptr;
+  p->tok_begin = begin;
+  p->tok_length = static_cast<size_t>(number.end - begin);
+  p->scan_pos = number.end;
+  return true;
+}
+
+// Whether a keyword may begin with this byte of a number.
+static bool is_wanted_key(const svg_parser *p, char first) {
+  for (int32_t i = 0; i < p->key_count; i++)
+    if (*p->keys[i].text == first) return true;
+  return false;
 }
 
 int32_t svg_ctok_as_key(svg_parser *p) {

@@ -26,7 +26,8 @@ int svg_get_token(svg_parser *p);
 int svg_ntok(svg_parser *p);       // with number recognition
 int svg_ntok_nonum(svg_parser *p); // a plain word is a string
 int svg_try_unumtok(svg_parser *p);
-int32_t svg_ctok_as_key(svg_parser *p); // the current token as a keyword id
+const char *svg_tok_text(svg_parser *p); // of the current token
+int32_t svg_ctok_as_key(svg_parser *p);  // the current token as a keyword id
 double svg_ctok_as_num(svg_parser *p);
 double svg_get_num(svg_parser *p);
 double svg_ctok_as_unum(svg_parser *p, uint8_t *unit);
