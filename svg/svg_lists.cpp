@@ -1,14 +1,18 @@
 // svg_lists.cpp: constructors and destructors of lists: numbers, numbers with unit, keywords,
 // names.
 //
-// Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. A list is read
-// twice, so that a bad one costs no memory and a good one exactly what it needs. Bad text is raised
-// with svg_err_unxtok; raises for lack of memory.
+// Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. A list takes
+// exactly the memory that it needs; those that are seldom long are read twice, to count their items
+// first. Bad text is raised with svg_err_unxtok; raises for lack of memory.
+#include <cstring>
+
 #include "svg/svg_scan.h"
 #include "svg/svg_values.h"
 
-static void read_unums(svg_parser *p, const char *tag, int32_t *count, double **values,
-                       uint8_t **units);
+static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units);
+template <class T>
+static void store(svg_parser *p, const char *tag, T **array, size_t stored, size_t room,
+                  const T *items, size_t count);
 static void read_name(svg_parser *p);
 
 static bool at_item(const svg_parser *p) { return p->tok_type != SVG_TOK_END; }
@@ -31,12 +35,7 @@ static int32_t for_each_item(svg_parser *p, bool (*more)(const svg_parser *p), I
 
 void svg_ctor_an_num_list(svg_parser *p, svg_a_node *node) {
   auto *list = svg_record<svg_an_num_list>(node);
-  const int32_t count = for_each_item(p, at_item, [=](int32_t) { svg_ctok_as_num(p); });
-  if (count == 0) return;
-  list->values = ort_new_array<double>(p->core, static_cast<size_t>(count), "svg_ctor_an_num_list");
-  list->count = count;
-  svg_scan_reset(p);
-  for_each_item(p, at_item, [=](int32_t i) { list->values[i] = svg_ctok_as_num(p); });
+  list->count = read_numbers(p, "svg_ctor_an_num_list", &list->values, nullptr);
 }
 
 void svg_ctor_an_num_optnum(svg_parser *p, svg_a_node *node) {
@@ -51,7 +50,7 @@ void svg_dtor_an_num_list(ort_core *core, svg_a_node *node) {
 
 void svg_ctor_an_unum_list(svg_parser *p, svg_a_node *node) {
   auto *list = svg_record<svg_an_unum_list>(node);
-  read_unums(p, "svg_ctor_an_unum_list", &list->count, &list->values, &list->units);
+  list->count = read_numbers(p, "svg_ctor_an_unum_list", &list->values, &list->units);
 }
 
 void svg_ctor_an_unum_plus(svg_parser *p, svg_a_node *node) {
@@ -72,7 +71,7 @@ void svg_ctor_an_key_unum_list(svg_parser *p, svg_a_node *node) {
     return;
   }
   p->tok_pushed = 1; // the list begins with it
-  read_unums(p, "svg_ctor_an_key_unum_list", &list->count, &list->values, &list->units);
+  list->count = read_numbers(p, "svg_ctor_an_key_unum_list", &list->values, &list->units);
 }
 
 void svg_dtor_an_key_unum_list(ort_core *core, svg_a_node *node) {
@@ -80,16 +79,39 @@ void svg_dtor_an_key_unum_list(ort_core *core, svg_a_node *node) {
   ort_free(core, svg_record<svg_an_key_unum_list>(node)->units);
 }
 
-static void read_unums(svg_parser *p, const char *tag, int32_t *count, double **values,
-                       uint8_t **units) {
-  uint8_t unit;
-  const int32_t items = for_each_item(p, at_item, [&](int32_t) { svg_ctok_as_unum(p, &unit); });
-  if (items == 0) return;
-  *values = ort_new_array<double>(p->core, static_cast<size_t>(items), tag);
-  *units = ort_new_array<uint8_t>(p->core, static_cast<size_t>(items), tag);
-  *count = items;
-  svg_scan_reset(p);
-  for_each_item(p, at_item, [=](int32_t i) { (*values)[i] = svg_ctok_as_unum(p, &(*units)[i]); });
+// The numbers, and when units is not null their units, wait in groups: few of them cost one block
+// of memory, and many a block that grows.
+static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units) {
+  constexpr size_t GROUP = 64;
+  double waiting[GROUP];
+  uint8_t waiting_units[GROUP];
+  size_t count = 0, stored = 0, room = 0;
+  const auto store_group = [&] {
+    store(p, tag, values, stored, room, waiting, count);
+    if (units != nullptr) store(p, tag, units, stored, room, waiting_units, count);
+    stored += count;
+    count = 0;
+  };
+  const int32_t items = for_each_item(p, at_item, [&](int32_t) {
+    if (count == GROUP) {
+      if (room < stored + GROUP) room = 2 * (stored + GROUP);
+      store_group();
+    }
+    waiting[count] =
+        units != nullptr ? svg_ctok_as_unum(p, &waiting_units[count]) : svg_ctok_as_num(p);
+    count++;
+  });
+  room = stored + count;
+  if (items > 0) store_group();
+  return items;
+}
+
+// Puts items behind those that are stored in *array, which gets room for so many.
+template <class T>
+static void store(svg_parser *p, const char *tag, T **array, size_t stored, size_t room,
+                  const T *items, size_t count) {
+  *array = static_cast<T *>(ort_realloc(p->core, *array, room * sizeof(T), tag));
+  memcpy(*array + stored, items, count * sizeof(T));
 }
 
 // ---- Keywords -----------------------------------------------------------------------------------
