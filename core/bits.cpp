@@ -9,12 +9,4 @@ unsigned char *ort_bitarr_new(ort_core *core, size_t bits) {
   return ort_new_array<unsigned char>(core, bytes_for(bits), "ort_bitarr_new");
 }
 
-void ort_setbit(unsigned char *array, size_t bit) {
-  array[bit / 8] = static_cast<unsigned char>(array[bit / 8] | 1U << bit % 8);
-}
-
-bool ort_getbit(const unsigned char *array, size_t bit) {
-  return (array[bit / 8] >> bit % 8 & 1U) != 0;
-}
-
 void ort_purge_bitarr(unsigned char *array, size_t bits) { memset(array, 0, bytes_for(bits)); }

@@ -28,9 +28,11 @@ const char *ort_bs_text(const ort_bs *bs) { return bs->text ? bs->text : ""; }
 
 size_t ort_bs_length(const ort_bs *bs) { return bs->length; }
 
+bool ort_bs_has_room(const ort_bs *bs, size_t length) { return length < bs->capacity - bs->length; }
+
 void ort_bs_append(ort_bs *bs, const void *bytes, size_t length) {
   if (length == 0) return;
-  if (length >= bs->capacity - bs->length) {
+  if (!ort_bs_has_room(bs, length)) {
     size_t capacity;
     if (__builtin_add_overflow(bs->length, length, &capacity) ||
         __builtin_add_overflow(capacity, capacity / 2 + 32, &capacity)) {

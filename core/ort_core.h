@@ -128,6 +128,7 @@ ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t cap
                      size_t increment);
 void ort_vtr_delete(ort_vtr *vector); // releases the items; null is allowed
 void *ort_vtr_push(ort_vtr *vector);  // the new item, reclaimed
+void *ort_vtr_grow(ort_vtr *vector);  // the new item, to be filled by the caller at once
 void ort_vtr_pop(ort_vtr *vector);    // releases the top item; the vector must not be empty
 void *ort_vtr_top(const ort_vtr *vector);
 void ort_vtr_resize(ort_vtr *vector,
@@ -141,7 +142,7 @@ template <class T> T &ort_top(const ort_vtr *vector) {
   return *static_cast<T *>(ort_vtr_top(vector));
 }
 template <class T> void ort_push(ort_vtr *vector, T value) {
-  *static_cast<T *>(ort_vtr_push(vector)) = value;
+  *static_cast<T *>(ort_vtr_grow(vector)) = value;
 }
 
 // Stable sort of count items, ascending; descending is not 0 for the reverse. Uses a temporary
@@ -166,6 +167,7 @@ void *ort_hvtr_at(const ort_hvtr *handles, size_t i);
 void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
 void ort_bs_append_text(ort_bs *bs, const char *text);
 void ort_bs_append_byte(ort_bs *bs, char byte);
+bool ort_bs_has_room(const ort_bs *bs, size_t length); // appending as many bytes raises nothing
 void ort_bs_shorten(ort_bs *bs,
                     size_t length); // cut to length bytes; length must not exceed the string's
 
@@ -173,10 +175,14 @@ void ort_bs_shorten(ort_bs *bs,
 
 // Cleared bits in one block, freed with ort_free. Bit i is bit i % 8 of byte i / 8.
 unsigned char *ort_bitarr_new(ort_core *core, size_t bits);
-void ort_setbit(unsigned char *array, size_t bit);
-bool ort_getbit(const unsigned char *array, size_t bit);
 void ort_purge_bitarr(unsigned char *array,
                       size_t bits); // clears the first bits bits, whole bytes at the end included
+inline void ort_setbit(unsigned char *array, size_t bit) {
+  array[bit / 8] = static_cast<unsigned char>(array[bit / 8] | 1U << bit % 8);
+}
+inline bool ort_getbit(const unsigned char *array, size_t bit) {
+  return (array[bit / 8] >> bit % 8 & 1U) != 0;
+}
 
 // ---- Text (ctype.cpp, text.cpp, keywords.cpp) ---------------------------------------------------
 

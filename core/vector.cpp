@@ -59,15 +59,18 @@ void *ort_vtr_at(const ort_vtr *vector, size_t i) {
   return vector->items + i * vector->descriptor->item_size;
 }
 
-void *ort_vtr_push(ort_vtr *vector) {
+void *ort_vtr_grow(ort_vtr *vector) {
   if (vector->count == vector->capacity) reserve(vector, vector->count + 1);
-  void *item = ort_vtr_at(vector, vector->count);
+  return vector->items + vector->descriptor->item_size * vector->count++;
+}
+
+void *ort_vtr_push(ort_vtr *vector) {
+  void *item = ort_vtr_grow(vector);
   if (vector->descriptor->reclaim) {
     vector->descriptor->reclaim(item);
   } else {
     memset(item, 0, vector->descriptor->item_size);
   }
-  ++vector->count;
   return item;
 }
 
@@ -106,11 +109,13 @@ static void reserve(ort_vtr *vector, size_t count) {
 }
 
 static void release_from(ort_vtr *vector, size_t count) {
+  if (!vector->descriptor->release) {
+    vector->count = count;
+    return;
+  }
   while (vector->count > count) {
     --vector->count;
-    if (vector->descriptor->release) {
-      vector->descriptor->release(vector->core, ort_vtr_at(vector, vector->count));
-    }
+    vector->descriptor->release(vector->core, ort_vtr_at(vector, vector->count));
   }
 }
 

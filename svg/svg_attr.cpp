@@ -81,9 +81,12 @@ void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, con
 }
 
 void svg_add_prop(svg_parser *p, const char *name, const char *text) {
+  svg_add_prop_row(p, svg_find_prop(name), name, text);
+}
+
+void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *text) {
   p->prop_name = name;
   p->css_mode = 1;
-  const int row = svg_find_prop(name);
   if (row < 0) {
     if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
     svg_find_nottol_property(p, name);

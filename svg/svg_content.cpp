@@ -11,6 +11,7 @@
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs);
 static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local);
 static void end_element(svg_parser *p, const char *name);
+static bool end_may_raise(const svg_parser *p);
 static void char_data(svg_parser *p, const char *s, int len);
 static void finish_text(svg_parser *p);
 static bool is_blank(const char *s, int len);
@@ -35,12 +36,19 @@ void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attr
 
 void svg_cb_elem_end(void *parser, const XML_Char *name) {
   auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] { end_element(p, name); });
+  if (end_may_raise(p))
+    svg_in_callback(p, [&] { end_element(p, name); });
+  else
+    end_element(p, name);
 }
 
 void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
   auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] { char_data(p, s, len); });
+  if (p->callback_failed || needs_prefix(p) ||
+      !ort_bs_has_room(p->chardata, static_cast<size_t>(len)))
+    svg_in_callback(p, [&] { char_data(p, s, len); });
+  else
+    char_data(p, s, len); // cannot raise
 }
 
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {
@@ -104,6 +112,13 @@ static void end_element(svg_parser *p, const char *name) {
     ort_vtr_pop(p->elem_stack);
     ort_vtr_pop(p->open_elements);
   }
+}
+
+// Most end tags only close what is open, and need no frame.
+static bool end_may_raise(const svg_parser *p) {
+  return p->callback_failed || needs_prefix(p) || ort_bs_length(p->chardata) > 0 ||
+         (p->level < p->skip_level &&
+          ort_top<svg_pe_entry>(p->elem_stack).row->end_hook != nullptr);
 }
 
 static void char_data(svg_parser *p, const char *s, int len) {

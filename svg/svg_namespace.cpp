@@ -116,6 +116,7 @@ const char *svg_get_internal_name(int32_t type, const char *local) {
       {SVG_NS_XML, "space", "xml:space"},
   };
   for (const internal_name &name : names)
-    if (name.type == type && strcmp(name.local, local) == 0) return name.internal;
+    if (name.type == type && *name.local == *local && strcmp(name.local, local) == 0)
+      return name.internal;
   return local;
 }

@@ -54,7 +54,7 @@ static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, 0, SVG_PROP_
 static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES, SVG_PROP_COUNT, SVG_ATTR_COUNT};
 
 int svg_find_element(const char *name) {
-  if (std::strncmp(name, "svg:", 4) == 0) name += 4;
+  if (*name == 's' && std::strncmp(name, "svg:", 4) == 0) name += 4;
   const int id = ELEMENT_NAMES.find(name);
   return id >= 0 && ort_strcmp(name, svg_elem_table[id].name) == 0 ? id : -1;
 }
@@ -81,7 +81,7 @@ int svg_find_string(const char *name, const char *const *list, int32_t count) {
 // A list is sorted by row, too; it has at most one of the rows that share a name.
 int svg_find_esa(const svg_parser *p, const char *name, const svg_esa_entry *esa_list,
                  int32_t esa_count) {
-  if (std::strcmp(name, "xml:id") == 0) name = "id";
+  if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id";
   const int row = ATTR_NAMES.find(name);
   if (row < 0) return -1;
   int i = 0;

@@ -8,6 +8,7 @@
 #include "svg/svg_style.h"
 #include "svg/svg_xml.h"
 
+static bool is_svg_or_style(const char *name);
 static void forget_instruction(svg_parser *p);
 static void read_external_sheet(svg_parser *p);
 static int32_t warn_item(svg_parser *p, int code, const char *name, const char *token);
@@ -63,6 +64,7 @@ int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
 
 void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
+  if (!is_svg_or_style(name)) return;
   svg_in_callback(p, [&] {
     const char *local;
     if (svg_decomp_fullname(p, name, nullptr, &local) != SVG_NS_SVG) return;
@@ -78,23 +80,29 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
       if (p->style_sheet == nullptr) p->style_sheet = ort_bs_new(p->core);
       if (p->log_level >= 3) ort_logg(p->core, "\tFetching internal style sheet...\n");
       p->in_style_elem = 1;
+      XML_SetCharacterDataHandler(p->xml, svg_cb_char_data_css);
     }
   });
 }
 
 void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
   auto *p = static_cast<svg_parser *>(parser);
+  if (!is_svg_or_style(name)) return;
   svg_in_callback(p, [&] {
     const char *local;
     if (svg_decomp_fullname(p, name, nullptr, &local) != SVG_NS_SVG) return;
-    if (strcmp(local, "style") == 0) p->in_style_elem = 0;
-    if (strcmp(local, "svg") == 0) ort_vtr_pop(p->css_svg_stack);
+    if (strcmp(local, "svg") == 0) {
+      ort_vtr_pop(p->css_svg_stack);
+    } else {
+      p->in_style_elem = 0;
+      XML_SetCharacterDataHandler(p->xml, nullptr);
+    }
   });
 }
 
+// Expat knows this callback only inside of style elements.
 void svg_cb_char_data_css(void *parser, const XML_Char *s, int len) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (!p->in_style_elem) return;
   svg_in_callback(p, [&] { ort_bs_append(p->style_sheet, s, static_cast<size_t>(len)); });
 }
 
@@ -118,6 +126,14 @@ void svg_css_clear_sheets(svg_parser *p) {
   p->style_sheet = nullptr;
   p->in_style_elem = 0;
   ort_vtr_resize(p->css_svg_stack, 1);
+}
+
+// Local names of other namespaces included: a cheap look at names that nearly always mean nothing
+// here.
+static bool is_svg_or_style(const char *name) {
+  const char *star = strrchr(name, '*');
+  const char *local = star != nullptr ? star + 1 : name;
+  return *local == 's' && (strcmp(local, "svg") == 0 || strcmp(local, "style") == 0);
 }
 
 static void forget_instruction(svg_parser *p) {

@@ -16,7 +16,7 @@
 static void count_node(svg_parser *p);
 static void link_child(svg_parser *p, svg_node *node);
 static uint16_t initial_flags(int id);
-static void add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs);
+static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs);
 static void add_style(svg_parser *p, const XML_Char **attrs);
 static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
@@ -57,9 +57,9 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 
   if (p->css != nullptr && attrs[0] != nullptr) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;
-  add_attributes(p, row, attrs);
+  const bool styled = add_attributes(p, row, attrs);
   if (p->css != nullptr) svg_css_apply_rules(p, node);
-  add_style(p, attrs);
+  if (styled) add_style(p, attrs);
   p->source = SVG_SOURCE_DEFAULT;
   add_defaults(p, row);
   p->source = SVG_SOURCE_ATTRIBUTE;
@@ -96,22 +96,32 @@ static uint16_t initial_flags(int id) {
   }
 }
 
-static void add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs) {
+// Returns whether there is a style attribute. Most names are those of the schema as they stand, and
+// need not be split.
+static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs) {
+  bool styled = false;
   for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
-    const char *local = nullptr;
-    const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
-    int index = -1;
-    if (type != SVG_NS_OTHER) {
-      local = svg_get_internal_name(type, local);
-      index = svg_find_esa(p, local, row->esa_list, row->esa_count);
+    const char *local = attr[0];
+    int index = svg_find_esa(p, local, row->esa_list, row->esa_count);
+    int prop = index < 0 ? svg_find_prop(local) : -1;
+    if (index < 0 && prop < 0) {
+      const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
+      styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
+      if (type != SVG_NS_OTHER) {
+        local = svg_get_internal_name(type, local);
+        index = svg_find_esa(p, local, row->esa_list, row->esa_count);
+      }
+      if (index < 0) prop = svg_find_prop(local);
     }
     if (index >= 0) {
-      p->attr_name = local;
+      styled |= row->esa_list[index].attr == SVG_ATTR_style;
+      p->attr_name = row->esa_list[index].name;
       svg_add_attr(p, row, index, attr[1]);
     } else {
-      svg_add_prop(p, local, attr[1]);
+      svg_add_prop_row(p, prop, local, attr[1]);
     }
   }
+  return styled;
 }
 
 static void add_style(svg_parser *p, const XML_Char **attrs) {

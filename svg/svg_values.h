@@ -19,6 +19,7 @@ constexpr uint32_t SVG_EXPAT_LINE = UINT32_MAX; // take the line from Expat
 void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line);
 void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, const char *text);
 void svg_add_prop(svg_parser *p, const char *name, const char *text);
+void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *text);
 int svg_cmp_an_prio(const void *a, const void *b);
 
 // ---- svg_values.cpp -------------------------------------------------------------------------------------------------

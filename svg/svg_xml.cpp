@@ -68,7 +68,6 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   if (css_pass) {
     XML_SetProcessingInstructionHandler(p->xml, svg_cb_proc_instr_css);
     XML_SetElementHandler(p->xml, svg_cb_elem_start_css, svg_cb_elem_end_css);
-    XML_SetCharacterDataHandler(p->xml, svg_cb_char_data_css);
   } else {
     XML_SetElementHandler(p->xml, svg_cb_elem_start, svg_cb_elem_end);
     XML_SetCharacterDataHandler(p->xml, svg_cb_char_data);
