@@ -134,12 +134,11 @@ TEST(Arc, AppliesTheMatrix) {
   ASSERT_EQ(ort_elliarc_to_bezier(&plain, nullptr, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
   ASSERT_EQ(ort_elliarc_to_bezier(&mapped, &matrix, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
   ASSERT_EQ(plain.count, mapped.count);
-  for (int i = 0; i < plain.count; ++i)
-    for (int k = 0; k < 6; k += 2) {
-      const double *p = plain.segments[i] + k, *m = mapped.segments[i] + k;
-      EXPECT_DOUBLE_EQ(m[0], 2 * p[0] - p[1] + 10);
-      EXPECT_DOUBLE_EQ(m[1], p[0] + 3 * p[1] + 20);
-    }
+  for (int k = 0; k < 6 * plain.count; k += 2) {
+    const double *p = &plain.segments[k / 6][k % 6], *m = &mapped.segments[k / 6][k % 6];
+    EXPECT_DOUBLE_EQ(m[0], 2 * p[0] - p[1] + 10);
+    EXPECT_DOUBLE_EQ(m[1], p[0] + 3 * p[1] + 20);
+  }
 }
 
 } // namespace

@@ -179,8 +179,8 @@ TEST(Gzip, BudgetCountsAllMembers) {
   EXPECT_EQ(gunzip(enough, data, 100), bytes + bytes);
   options.inflate_budget = 9999;
   AccountingCore core(options);
-  const std::string got = gunzip(core, data, 100);
-  EXPECT_EQ(got.substr(got.find('[')), "[Limit of 9999 inflated bytes exceeded]");
+  gunzip(core, data, 100);
+  EXPECT_STREQ(ort_error_text(core), "Limit of 9999 inflated bytes exceeded");
   EXPECT_EQ(ort_error_code(core), ORT_E_LIMIT);
 }
 
@@ -192,15 +192,12 @@ static void create(ort_core *core, const char *name, const char *text) {
 
 TEST(VirtualFile, LivesWhileItIsReferenced) {
   AccountingCore core;
-  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 0.0);
+  const auto exists = [&] { return ort__info_pvf(core, "a", "exists") == 1; };
+  EXPECT_FALSE(exists());
   ort__delete_pvf(core, "a");
   create(core, "a", "text of a");
-  create(core, "empty", "");
-  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 1.0);
+  EXPECT_TRUE(exists());
   EXPECT_EQ(ort__info_pvf(core, "a", "size"), 9.0);
-  size_t size = 7;
-  EXPECT_NE(ort_pvf_data(core, "empty", &size), nullptr);
-  EXPECT_EQ(size, 0U);
   EXPECT_EQ(ort_pvf_data(core, "b", nullptr), nullptr);
   EXPECT_EQ(core.protect([&] { ort__addref_pvf(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
   EXPECT_EQ(core.protect([&] { ort_pvf_open(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
@@ -208,19 +205,20 @@ TEST(VirtualFile, LivesWhileItIsReferenced) {
 
   ort__addref_pvf(core, "a");
   ort__delete_pvf(core, "a");
-  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 1.0);
+  EXPECT_TRUE(exists());
   ort_file *file = ort_pvf_open(core, "a");
   ort__delete_pvf(core, "a");
   ort__delete_pvf(core, "a");
-  EXPECT_EQ(ort__info_pvf(core, "a", "exists"), 0.0);
+  EXPECT_FALSE(exists());
   EXPECT_EQ(read_blocks(file), "text of a") << "an open file keeps its data";
-  create(core, "a", "another");
+  create(core, "a", "");
   EXPECT_EQ(ort_fseek(file, 5, SEEK_SET), 0);
   EXPECT_EQ(read_blocks(file), "of a");
   ort_fclose(file);
-  EXPECT_EQ(memcmp(ort_pvf_data(core, "a", nullptr), "another", 7), 0);
+  size_t size = 7;
+  EXPECT_NE(ort_pvf_data(core, "a", &size), nullptr);
+  EXPECT_EQ(size, 0U);
   ort__delete_pvf(core, "a");
-  ort__delete_pvf(core, "empty");
 }
 
 TEST(VirtualFile, NamesKeepTheOrderOfCreation) {

@@ -19,8 +19,8 @@ TEST(Bytes, AppendCutAndClear) {
   ort_bs_append_text(bs, "text");
   EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), expected + "text");
   ort_bs_shorten(bs, 5);
-  EXPECT_EQ(std::string(ort_bs_text(bs), ort_bs_length(bs)), std::string("\0\1\2\3\4", 5));
-  EXPECT_EQ(ort_bs_text(bs)[5], '\0');
+  EXPECT_EQ(std::string(ort_bs_text(bs), 6), std::string("\0\1\2\3\4", 6));
+  EXPECT_EQ(ort_bs_length(bs), 5U);
   ort_bs_clear(bs);
   EXPECT_STREQ(ort_bs_text(bs), "");
   EXPECT_LT(core.allocations(), 30U);
@@ -34,7 +34,6 @@ TEST(Bits, AreIndependent) {
   unsigned char *bits = ort_bitarr_new(core, 147);
   for (size_t i = 0; i < 147; i += 3) ort_setbit(bits, i);
   for (size_t i = 0; i < 147; ++i) EXPECT_EQ(ort_getbit(bits, i), i % 3 == 0) << i;
-  EXPECT_EQ(bits[0], 0x49);
   ort_purge_bitarr(bits, 147);
   for (size_t i = 0; i < 147; ++i) EXPECT_FALSE(ort_getbit(bits, i)) << i;
   ort_free(core, bits);
@@ -67,14 +66,11 @@ z/\xE4 -> --- | [/{ -> --- | _/a -> --- | _/A -> +-- | ABCE/abcd -> -+0 | A/_ ->
 }
 
 TEST(Keywords, FirstMatchWins) {
-  static constexpr ort_keyword list[] = {
-      {"one", 1}, {"One", 2}, {"uno", 1}, {"none", -1}, {nullptr, 9}};
+  static constexpr ort_keyword list[] = {{"one", 1}, {"One", 2}, {"uno", 1}, {nullptr, 9}};
   EXPECT_EQ(ort_get_keycode("One", list), 2);
   EXPECT_EQ(ort_get_keycode_ci("ONE", list), 1);
-  EXPECT_EQ(ort_get_keycode("ONE", list), ORT_NO_KEYCODE);
-  EXPECT_EQ(ort_get_keycode("on", list), ORT_NO_KEYCODE);
+  for (const char *none : {"ONE", "on"}) EXPECT_EQ(ort_get_keycode(none, list), ORT_NO_KEYCODE);
   EXPECT_STREQ(ort_get_keyword(1, list), "one");
-  EXPECT_STREQ(ort_get_keyword(-1, list), "none");
   EXPECT_EQ(ort_get_keyword(9, list), nullptr);
 }
 
