@@ -126,14 +126,11 @@ TEST_F(Error, MisuseIsInternalOrAborts) {
 TEST_F(Error, PrintedTextsLiveForSixteenCalls) {
   const std::string long_text(100000, 'y');
   const char *printed[16];
-  for (int i = 0; i < 48; ++i) {
+  for (int i = 0; i < 48; ++i)
     printed[i % 16] = i % 3 == 0 ? ort_errprintf(core, " <%a>", long_text.c_str())
                                  : ort_errprintf(core, "%d/%g", i, i / 8.0);
-  }
   EXPECT_EQ(printed[45 % 16], " <" + long_text + ">");
-  EXPECT_STREQ(printed[46 % 16], "46/5.75");
   EXPECT_STREQ(printed[32 % 16], "32/4");
-  EXPECT_STREQ(ort_errprintf(core, " (%s file)", "a\tb"), " (a\tb file)");
-  EXPECT_STREQ(ort_errprintf(core, "%a", "a\tb"), "a\\tb");
+  EXPECT_STREQ(ort_errprintf(core, " (%s file)%a", "a\tb", "a\tb"), " (a\tb file)a\\tb");
   EXPECT_STREQ(ort_errprintf(core, ""), "");
 }

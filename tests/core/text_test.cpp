@@ -133,10 +133,9 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9 | utf8 -> -9)",
                  EXPECT_EQ(number, result < 0 ? 0 : result);
                  return std::to_string(result);
                });
-  const int codes[][3] = {{1, 0xE4, 0xE4},    {1, 0x80, 0x80},    {2, 0xB1, 0x0105},
-                          {5, 0xE0, 0x0440},  {7, 0xE1, 0x03B1},  {11, 0xDB, 0xFFFF},
-                          {11, 0xA1, 0x0E01}, {15, 0xA4, 0x20AC}, {16, 0xA5, 0x201E},
-                          {3, 0xA5, 0xFFFF},  {8, 0xE0, 0x05D0}};
+  const int codes[][3] = {{1, 0x80, 0x80},    {2, 0xB1, 0x0105},  {3, 0xA5, 0xFFFF},
+                          {5, 0xE0, 0x0440},  {7, 0xE1, 0x03B1},  {8, 0xE0, 0x05D0},
+                          {11, 0xDB, 0xFFFF}, {15, 0xA4, 0x20AC}, {16, 0xA5, 0x201E}};
   for (const auto &[number, byte, code] : codes)
     EXPECT_EQ(ort_get_encoding_vector(core, number)[byte], code) << number << " " << byte;
   for (int32_t number = 1; number <= 16; ++number) {
@@ -151,14 +150,11 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9 | utf8 -> -9)",
   });
 }
 
-// What transforms are is seen in drawings.
-TEST(Matrix, SkewsAndMultipliesInPlace) {
+// What else transforms are is seen in drawings.
+TEST(Matrix, MultipliesInPlace) {
   ort_matrix m;
   ort_translation_matrix(&m, 10, 20);
   ort_multiply_matrix(&m, &m); // both factors may be one matrix
   EXPECT_EQ(ort_get_vector(&m, 1, 1).x, 21);
-  ort_skew_matrix(nullptr, &m, 0, 45); // skewX(45)
-  EXPECT_NEAR(ort_get_vector(&m, 0, 1).x, 1, 1e-15);
-  EXPECT_EQ(ort_get_vector(&m, 1, 0).y, 0);
   EXPECT_EQ(ort_get_vector(nullptr, 3, 4).y, 4);
 }
