@@ -1,4 +1,3 @@
-#include <cstring>
 #include <gtest/gtest.h>
 
 #include "tests/support/accounting_core.h"

@@ -1,5 +1,4 @@
 #include <cctype>
-#include <cstring>
 #include <gtest/gtest.h>
 
 #include "tests/support/accounting_core.h"
