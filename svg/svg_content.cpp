@@ -51,6 +51,13 @@ void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
     char_data(p, s, len); // cannot raise
 }
 
+void svg_enter_element(svg_parser *p) {
+  if (static_cast<uint32_t>(p->level) >= p->limits.depth)
+    ort_error(p->core, ORT_E_LIMIT, "nested elements",
+              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)), nullptr, nullptr);
+  p->level++;
+}
+
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {
   const char *prefix = "";
   const char *local = nullptr;
@@ -58,10 +65,7 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
   if (p->savelem != SVG_NO_ELEMENT) svg_savelem_start(p, prefix, local, attrs);
   finish_text(p);
   if (p->log_level >= 3) echo_start(p, prefix, local, attrs);
-  if (static_cast<uint32_t>(p->level) >= p->limits.depth)
-    ort_error(p->core, ORT_E_LIMIT, "nested elements",
-              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)), nullptr, nullptr);
-  p->level++;
+  svg_enter_element(p);
   if (p->level < p->skip_level) {
     const int id = type == SVG_NS_SVG ? svg_find_element(local) : -1;
     if (id >= 0) {

@@ -64,19 +64,20 @@ svg_e_node *svg_find_name(const svg_parser *p, const char *name) {
 
 const char *svg_find_href_id(const svg_parser *p, const svg_e_node *element) {
   const auto wanted = reinterpret_cast<uintptr_t>(element);
+  const char *id = "(empty)"; // of several the first, wherever the elements lie in memory
   size_t low = 0;
   size_t high = ort_vtr_count(p->hrefs);
   while (low < high) {
     const size_t middle = (low + high) / 2;
     const auto &href = ort_item<svg_href>(p->hrefs, middle);
     const auto target = reinterpret_cast<uintptr_t>(href.target);
-    if (target == wanted) return href.id;
-    if (target > wanted)
+    if (target == wanted) id = href.id;
+    if (target >= wanted)
       high = middle;
     else
       low = middle + 1;
   }
-  return "(empty)";
+  return id;
 }
 
 size_t svg_get_href_count(const svg_parser *p) { return ort_vtr_count(p->hrefs); }

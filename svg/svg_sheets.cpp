@@ -64,8 +64,12 @@ int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
 
 void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (!is_svg_or_style(name)) return;
+  if (!is_svg_or_style(name) && static_cast<uint32_t>(p->level) < p->limits.depth) {
+    p->level++;
+    return;
+  }
   svg_in_callback(p, [&] {
+    svg_enter_element(p);
     const char *local;
     if (svg_decomp_fullname(p, name, nullptr, &local) != SVG_NS_SVG) return;
     if (strcmp(local, "svg") == 0) {
@@ -87,6 +91,7 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
 
 void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
   auto *p = static_cast<svg_parser *>(parser);
+  p->level--;
   if (!is_svg_or_style(name)) return;
   svg_in_callback(p, [&] {
     const char *local;
@@ -125,6 +130,7 @@ void svg_css_clear_sheets(svg_parser *p) {
   ort_bs_delete(p->style_sheet);
   p->style_sheet = nullptr;
   p->in_style_elem = 0;
+  p->level = 0;
   ort_vtr_resize(p->css_svg_stack, 1);
 }
 

@@ -36,6 +36,9 @@ void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attr
 void svg_cb_elem_end(void *parser, const XML_Char *name);
 void svg_cb_char_data(void *parser, const XML_Char *s, int len);
 
+// Counts one more open element, in either pass. Raises ORT_E_LIMIT.
+void svg_enter_element(svg_parser *p);
+
 // ---- svg_namespace.cpp ----------------------------------------------------------------------------------------------
 
 enum { SVG_NS_SVG = 0, SVG_NS_XLINK = 1, SVG_NS_XML = 2, SVG_NS_OTHER = 3 };

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include "svg/svg_parser.h"
 #include "tests/support/whole.h"
