@@ -40,19 +40,6 @@ void ort_chunks_remove(ort_chunks *chunks, ort_chunk *chunk) {
   free(chunk);
 }
 
-void ort_chunks_link(ort_chunks *chunks, ort_chunk *chunk) {
-  ort_chunk *&first = chunks->room[chunk->grains];
-  chunk->previous = nullptr;
-  chunk->next = first;
-  if (first) first->previous = chunk;
-  first = chunk;
-}
-
-void ort_chunks_unlink(ort_chunks *chunks, ort_chunk *chunk) {
-  (chunk->previous ? chunk->previous->next : chunks->room[chunk->grains]) = chunk->next;
-  if (chunk->next) chunk->next->previous = chunk->previous;
-}
-
 void ort_chunks_delete(ort_chunks *chunks) {
   for (size_t i = 0; i < chunks->capacity; ++i) free(chunks->table[i]);
   free(chunks->table);

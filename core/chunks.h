@@ -42,8 +42,6 @@ struct ort_chunks {
 
 ort_chunk *ort_chunks_add(ort_chunks *chunks, size_t grains); // null: memory is short
 void ort_chunks_remove(ort_chunks *chunks, ort_chunk *chunk);
-void ort_chunks_link(ort_chunks *chunks, ort_chunk *chunk);
-void ort_chunks_unlink(ort_chunks *chunks, ort_chunk *chunk);
 void ort_chunks_delete(ort_chunks *chunks);
 
 // A note is the tag, and what rounding added to the size.
@@ -54,13 +52,24 @@ static_assert(1U << ORT_SLACK_BITS == ORT_GRAIN && ORT_MAX_TAGS << ORT_SLACK_BIT
 constexpr uint32_t ORT_RECIPROCAL_BITS = 20;
 static_assert(ORT_CHUNK / ORT_GRAIN * ORT_SMALL_GRAINS <= 1U << ORT_RECIPROCAL_BITS);
 
-// A block for a size from 1 to ORT_SMALL_GRAINS grains; null: memory is short.
-inline void *ort_chunks_take(ort_chunks *chunks, ort_label label) {
-  const size_t grains = (label.size + ORT_GRAIN - 1) / ORT_GRAIN;
-  ort_chunk *chunk = chunks->room[grains];
-  if (!chunk) chunk = ort_chunks_add(chunks, grains);
-  if (!chunk) return nullptr;
-  const size_t i = chunk->free, size = grains * ORT_GRAIN;
+inline void ort_chunks_link(ort_chunks *chunks, ort_chunk *chunk) {
+  ort_chunk *&first = chunks->room[chunk->grains];
+  chunk->previous = nullptr;
+  chunk->next = first;
+  if (first) first->previous = chunk;
+  first = chunk;
+}
+
+inline void ort_chunks_unlink(ort_chunks *chunks, ort_chunk *chunk) {
+  (chunk->previous ? chunk->previous->next : chunks->room[chunk->grains]) = chunk->next;
+  if (chunk->next) chunk->next->previous = chunk->previous;
+}
+
+inline size_t ort_grains(size_t size) { return (size + ORT_GRAIN - 1) / ORT_GRAIN; }
+
+// A block of a chunk with room for its size.
+inline void *ort_chunks_take(ort_chunks *chunks, ort_chunk *chunk, ort_label label) {
+  const size_t i = chunk->free, size = chunk->grains * ORT_GRAIN;
   chunk->free = chunk->notes[i];
   chunk->notes[i] = static_cast<uint16_t>(label.tag << ORT_SLACK_BITS | (size - label.size));
   ++chunk->used;

@@ -27,13 +27,15 @@ constexpr size_t MAX_SMALL = ORT_SMALL_GRAINS * ORT_GRAIN;
 
 } // namespace
 
-static inline void *place(ort_memory *memory, ort_label label);
+static inline void *try_malloc(ort_core *core, size_t size, const char *tag);
+static void *allocate(ort_core *core, size_t size, const char *tag);
+static void *place(ort_memory *memory, ort_label label);
 static void *place_behind_label(size_t prefix, ort_label label);
 static inline ort_label remove(ort_memory *memory, void *block);
 static inline bool admit(ort_core *core, uint64_t released, uint64_t wanted);
 static inline void count_in(ort_memory *memory, ort_label label);
 static inline void count_out(ort_memory *memory, ort_label label);
-static inline uint32_t find_tag(ort_memory *memory, const char *literal);
+static uint32_t find_tag(ort_memory *memory, const char *literal);
 static uint32_t add_literal(ort_memory *memory, const char *literal);
 static uint32_t add_tag(ort_memory *memory, const char *text);
 static inline ort_tag_slot *find_slot(const ort_memory *memory, const char *literal);
@@ -46,16 +48,11 @@ static bool is_small(size_t size) { return size - 1 < MAX_SMALL; }
 // ---- Blocks -------------------------------------------------------------------------------------
 
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag) {
-  ort_memory *memory = &core->memory;
-  const ort_label label = {size, find_tag(memory, tag)};
-  if (label.tag == NO_TAG || !admit(core, 0, size)) return nullptr;
-  void *block = place(memory, label);
-  if (block) count_in(memory, label);
-  return block;
+  return try_malloc(core, size, tag);
 }
 
 void *ort_malloc(ort_core *core, size_t size, const char *tag) {
-  void *block = ort_try_malloc(core, size, tag);
+  void *block = try_malloc(core, size, tag);
   if (!block) ort_raise_no_memory(core);
   return block;
 }
@@ -170,10 +167,33 @@ void ort_reset_peak(ort_core *core) {
 
 // ---- Helpers ------------------------------------------------------------------------------------
 
+// Nearly always the tag is known and a chunk has room; then nothing is called.
+static void *try_malloc(ort_core *core, size_t size, const char *tag) {
+  ort_memory *memory = &core->memory;
+  const ort_tag_slot *slot = find_slot(memory, tag);
+  ort_chunk *chunk = is_small(size) ? memory->chunks.room[ort_grains(size)] : nullptr;
+  if (!chunk || !slot || !slot->literal) return allocate(core, size, tag);
+  if (!admit(core, 0, size)) return nullptr;
+  const ort_label label = {size, slot->tag};
+  count_in(memory, label);
+  return ort_chunks_take(&memory->chunks, chunk, label);
+}
+
+static void *allocate(ort_core *core, size_t size, const char *tag) {
+  ort_memory *memory = &core->memory;
+  const ort_label label = {size, find_tag(memory, tag)};
+  if (label.tag == NO_TAG || !admit(core, 0, size)) return nullptr;
+  void *block = place(memory, label);
+  if (block) count_in(memory, label);
+  return block;
+}
+
 // A block that is not counted yet; null: memory is short.
 static void *place(ort_memory *memory, ort_label label) {
-  return is_small(label.size) ? ort_chunks_take(&memory->chunks, label)
-                              : place_behind_label(0, label);
+  if (!is_small(label.size)) return place_behind_label(0, label);
+  ort_chunk *chunk = memory->chunks.room[ort_grains(label.size)];
+  if (!chunk) chunk = ort_chunks_add(&memory->chunks, ort_grains(label.size));
+  return chunk ? ort_chunks_take(&memory->chunks, chunk, label) : nullptr;
 }
 
 static void *place_behind_label(size_t prefix, ort_label label) {
@@ -229,14 +249,13 @@ static void count_out(ort_memory *memory, ort_label label) {
 
 // Number of a tag; NO_TAG: no memory for a new one.
 static uint32_t find_tag(ort_memory *memory, const char *literal) {
-  if (memory->slot_capacity != 0) {
-    const ort_tag_slot *slot = find_slot(memory, literal);
-    if (slot->literal) return slot->tag;
-  }
-  return add_literal(memory, literal);
+  const ort_tag_slot *slot = find_slot(memory, literal);
+  return slot && slot->literal ? slot->tag : add_literal(memory, literal);
 }
 
+// The slot of a literal, or the free one for it; null: there are no slots yet.
 static ort_tag_slot *find_slot(const ort_memory *memory, const char *literal) {
+  if (!memory->slots) return nullptr;
   const uint32_t mask = memory->slot_capacity - 1;
   uint64_t hash = reinterpret_cast<uintptr_t>(literal) * 0x9E3779B97F4A7C15U;
   uint32_t i = static_cast<uint32_t>(hash >> 32) & mask;

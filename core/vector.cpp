@@ -177,6 +177,14 @@ static void merge(const sort_order &order, char *to, const char *a, const char *
 }
 
 static void swap_bytes(char *a, char *b, size_t size) {
+  if (size == sizeof(void *)) { // most items are pointers
+    void *x, *y;
+    memcpy(&x, a, sizeof x);
+    memcpy(&y, b, sizeof y);
+    memcpy(a, &y, sizeof y);
+    memcpy(b, &x, sizeof x);
+    return;
+  }
   char part[64];
   while (size > 0) {
     const size_t n = size < sizeof part ? size : sizeof part;

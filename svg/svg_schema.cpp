@@ -61,7 +61,9 @@ int svg_find_element(const char *name) {
 
 int svg_find_prop(const char *name) {
   const int row = PROP_NAMES.find(name);
-  return row >= 0 && ort_stricmp_a(name, svg_attr_table[row].name) == 0 ? row : -1;
+  if (row < 0) return -1;
+  const char *found = svg_attr_table[row].name;
+  return ort_strcmp(name, found) == 0 || ort_stricmp_a(name, found) == 0 ? row : -1;
 }
 
 int svg_find_string(const char *name, const char *const *list, int32_t count) {
