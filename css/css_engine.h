@@ -254,8 +254,8 @@ struct css_parser {
   int max_elem_nid;
   int log_level;
 
-  struct css_chunk *chunks; // css_keep
-  size_t chunk_used;
+  struct css_chunk *chunks;      // css_keep
+  size_t chunk_used, chunk_size; // of the first one
 
   css_name tables[CSS_TABLES];
   ort_vtr *words[CSS_NUMBERED]; // css_word *, by number

@@ -4,13 +4,15 @@
 // Raises ORT_E_NO_MEMORY.
 #include "css/css_engine.h"
 
+#include <algorithm>
+
 struct css_chunk {
   css_chunk *next;
 };
 
 namespace {
-constexpr size_t CHUNK_SIZE = 32 * 1024;
-constexpr size_t BIG_SIZE = CHUNK_SIZE / 8; // from here on a block has a chunk of its own
+constexpr size_t FIRST_SIZE = 512, LAST_SIZE = 32 * 1024; // each chunk is twice as large
+constexpr size_t BIG_SIZE = FIRST_SIZE / 2; // from here on a block has a chunk of its own
 
 uint64_t end_bit(const css_key &key);
 unsigned key_byte(const css_key &key, uint64_t i);
@@ -25,13 +27,14 @@ void *css_keep(css_parser *css, size_t size) {
     auto *chunk =
         static_cast<css_chunk *>(ort_calloc(css->core, 1, sizeof(css_chunk) + size, __func__));
     css_chunk **place = css->chunks ? &css->chunks->next : &css->chunks;
-    if (!css->chunks) css->chunk_used = CHUNK_SIZE;
     chunk->next = *place;
     *place = chunk;
     return chunk + 1;
   }
-  if (!css->chunks || css->chunk_used + size > CHUNK_SIZE) {
-    auto *chunk = static_cast<css_chunk *>(ort_calloc(css->core, 1, CHUNK_SIZE, __func__));
+  if (css->chunk_used + size > css->chunk_size) {
+    const size_t larger = css->chunk_size ? std::min(2 * css->chunk_size, LAST_SIZE) : FIRST_SIZE;
+    auto *chunk = static_cast<css_chunk *>(ort_calloc(css->core, 1, larger, __func__));
+    css->chunk_size = larger;
     chunk->next = css->chunks;
     css->chunks = chunk;
     css->chunk_used = sizeof(css_chunk);

@@ -59,7 +59,7 @@ static void grow(svg_parser *p, svg_name_index **index) {
   if (*index == nullptr) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
   svg_name_index *old = *index;
   if (old->count < old->capacity - old->capacity / 4) return;
-  const size_t capacity = old->capacity != 0 ? 2 * old->capacity : 64;
+  const size_t capacity = old->capacity != 0 ? 2 * old->capacity : 8;
   const svg_name_index grown = {ort_new_array<svg_index_entry>(p->core, capacity, "svg_index_add"),
                                 capacity, old->count};
   for (size_t i = 0; i < old->capacity; i++) {
