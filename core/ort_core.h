@@ -122,7 +122,8 @@ struct ort_item_desc {
   void (*release)(ort_core *core, void *item);
 };
 
-// capacity and increment may be 0; the vector grows geometrically. Items move when it grows: keep
+// Room for capacity items is in the vector's own block; capacity and increment may be 0. The vector
+// grows geometrically. Items move when it grows: keep
 // indexes, not pointers.
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment);

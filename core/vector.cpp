@@ -4,12 +4,13 @@
 
 #include "core/ort_state.h"
 
+// The first items lie behind the record, in its block.
 struct ort_vtr {
   ort_core *core;
   const ort_item_desc *descriptor;
   char *items;
   size_t count, capacity;
-  size_t first, increment; // items to make room for at first, and at least later; 0: by default
+  size_t increment; // items to make room for at least; 0: by default
 };
 
 namespace {
@@ -27,6 +28,7 @@ struct sort_order {
 
 } // namespace
 
+static char *first_items(ort_vtr *vector);
 static void reserve(ort_vtr *vector, size_t count);
 static void release_from(ort_vtr *vector, size_t count);
 static bool in_order(const sort_order &order, const char *a, const char *b);
@@ -38,18 +40,20 @@ static void swap_bytes(char *a, char *b, size_t size);
 
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment) {
-  ort_vtr *vector = ort_new<ort_vtr>(core, "ort_vtr_new");
-  vector->core = core;
-  vector->descriptor = descriptor;
-  vector->increment = increment;
-  vector->first = capacity;
+  size_t bytes;
+  if (__builtin_mul_overflow(capacity, descriptor->item_size, &bytes) ||
+      __builtin_add_overflow(bytes, sizeof(ort_vtr), &bytes)) {
+    bytes = SIZE_MAX;
+  }
+  ort_vtr *vector = static_cast<ort_vtr *>(ort_malloc(core, bytes, "ort_vtr_new"));
+  *vector = {core, descriptor, first_items(vector), 0, capacity, increment};
   return vector;
 }
 
 void ort_vtr_delete(ort_vtr *vector) {
   if (!vector) return;
   release_from(vector, 0);
-  ort_free(vector->core, vector->items);
+  if (vector->items != first_items(vector)) ort_free(vector->core, vector->items);
   ort_free(vector->core, vector);
 }
 
@@ -92,19 +96,20 @@ void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *))
                0);
 }
 
+static char *first_items(ort_vtr *vector) { return reinterpret_cast<char *>(vector + 1); }
+
 // Makes room for count items, at least half as much again as there is now.
 static void reserve(ort_vtr *vector, size_t count) {
-  size_t capacity = vector->first;
-  if (vector->capacity > 0) {
-    const size_t half = vector->capacity / 2;
-    capacity = vector->capacity + (half > vector->increment ? half : vector->increment);
-  }
+  const size_t half = vector->capacity / 2;
+  size_t capacity = vector->capacity + (half > vector->increment ? half : vector->increment);
   if (capacity < MIN_CAPACITY) capacity = MIN_CAPACITY;
   if (capacity < count) capacity = count;
   size_t bytes;
   if (__builtin_mul_overflow(capacity, vector->descriptor->item_size, &bytes)) bytes = SIZE_MAX;
-  vector->items =
-      static_cast<char *>(ort_realloc(vector->core, vector->items, bytes, "ort_vtr_push"));
+  const bool first = vector->items == first_items(vector);
+  void *items = ort_realloc(vector->core, first ? nullptr : vector->items, bytes, "ort_vtr_push");
+  if (first) memcpy(items, vector->items, vector->count * vector->descriptor->item_size);
+  vector->items = static_cast<char *>(items);
   vector->capacity = capacity;
 }
 

@@ -112,7 +112,7 @@ static void svg_pada_begin(svg_parser *p, int16_t type) {
 
 static void svg_pada_add_points(svg_parser *p) {
   if (p->pada_type == SVG_PADA_NONE) return;
-  if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 0, 0);
+  if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
   auto *record = static_cast<svg_pada *>(ort_vtr_push(p->pada_segments));
   record->type = p->pada_type;
   if (p->pada_count == 0) return;

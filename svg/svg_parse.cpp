@@ -53,17 +53,17 @@ static void make_containers(svg_parser *p) {
   for (ort_bs **text :
        {&p->chardata, &p->tok_buf, &p->name_buf, &p->style_name_buf, &p->style_value_buf})
     *text = ort_bs_new(core);
-  p->nsp_stack = ort_vtr_new(core, &nsp_ced, 0, 0);
-  p->prop_values = ort_vtr_new(core, &ptr_ced, 0, 0);
-  p->css_svg_stack = ort_vtr_new(core, &bool_ced, 0, 0);
+  p->nsp_stack = ort_vtr_new(core, &nsp_ced, 4, 0);
+  p->prop_values = ort_vtr_new(core, &ptr_ced, 8, 0);
+  p->css_svg_stack = ort_vtr_new(core, &bool_ced, 4, 0);
   p->class_nids = ort_vtr_new(core, &nid_ced, 0, 0);
-  p->hrefs = ort_vtr_new(core, &href_ced, 0, 0);
+  p->hrefs = ort_vtr_new(core, &href_ced, 4, 0);
   p->fonts = ort_vtr_new(core, &ptr_ced, 0, 0);
   p->pi_items = ort_vtr_new(core, &ptr_ced, 0, 0);
   p->ext_style_sheets = ort_vtr_new(core, &ext_sheet_ced, 0, 0);
-  p->elem_stack = ort_vtr_new(core, &pe_ced, 0, 0);
-  p->open_elements = ort_vtr_new(core, &open_element_ced, 0, 0);
-  p->an_values = ort_vtr_new(core, &an_ptr_ced, 0, 0);
+  p->elem_stack = ort_vtr_new(core, &pe_ced, 8, 0);
+  p->open_elements = ort_vtr_new(core, &open_element_ced, 8, 0);
+  p->an_values = ort_vtr_new(core, &an_ptr_ced, 8, 0);
   int32_t longest_list = 0;
   for (const svg_elem_def &element : svg_elem_table)
     longest_list = element.esa_count > longest_list ? element.esa_count : longest_list;
