@@ -1,6 +1,7 @@
 // core.cpp: makes and deletes cores. Hosts call it; nothing here raises.
 #include <stdlib.h>
 #include <string.h>
+#include <unistd.h>
 
 #include "core/ort_state.h"
 
@@ -12,6 +13,8 @@ ort_core *ort_core_new(const ort_options *options) {
   if (options) core->options = *options;
   if (core->options.memory_budget == 0) core->options.memory_budget = ORT_LIMIT_MEMORY;
   if (core->options.inflate_budget == 0) core->options.inflate_budget = ORT_LIMIT_INFLATED;
+  if (getentropy(&core->secret, sizeof core->secret) != 0)
+    core->secret = reinterpret_cast<uintptr_t>(core); // less to guess than nothing
   return core;
 }
 
@@ -23,3 +26,5 @@ void ort_core_delete(ort_core *core) {
   ort_memory_delete(core);
   free(core);
 }
+
+uint64_t ort_get_secret(const ort_core *core) { return core->secret; }

@@ -22,6 +22,11 @@ template <class Body> bool ort_protected(ort_core *core, Body &&body) {
              const_cast<void *>(static_cast<const void *>(&body))) == 0;
 }
 
+// ---- The core (core.cpp) ------------------------------------------------------------------------
+
+// A number that no document can know, for hash functions.
+uint64_t ort_get_secret(const ort_core *core);
+
 // ---- Errors (error.cpp) -------------------------------------------------------------------------
 
 // One row of an error table. Rows are in ascending order of code.

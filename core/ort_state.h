@@ -116,6 +116,7 @@ struct ort_core {
   ort_printed printed[ORT_PRINTED_TEXTS];
   unsigned next_printed;
   uint16_t *encodings[ORT_ENCODINGS];
+  uint64_t secret;
   mutable ort_pvf_table files; // a query may close the holes
 };
 

@@ -2,16 +2,20 @@
 //
 // Expat's blocks come from the core, so that the host's budget and statistics count them: one
 // attribute of a hundred megabytes is held by Expat long before a value is made of it. Expat wants
-// null for lack of memory, never a jump. And Expat reads an unfinished token anew with every block,
-// so that the blocks of a long token are gathered until it can have doubled.
+// null for lack of memory, never a jump. And Expat reads an unfinished token anew each time it is
+// called, so that blocks are gathered: more of them as the document goes on, and as many of a long
+// token as it has already.
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 #include "svg/svg_xml.h"
 
-static XML_Status feed(svg_parser *p, const char *bytes, int length, bool last);
+static XML_Status feed(svg_parser *p, bool last);
+static size_t batch_size(const svg_parser *p);
 
-// Bytes of a long token that are gathered at most: what Expat takes at a time is an int.
-constexpr size_t most_held = size_t{1} << 28;
+constexpr size_t most_gathered = 16 * SVG_BLOCK_SIZE;
+constexpr size_t most_of_a_token = size_t{1} << 28; // what Expat takes at a time is an int
 
 // What stands before each of Expat's blocks.
 struct expat_block {
@@ -70,36 +74,67 @@ template <class Call> static void with_core(svg_parser *p, Call call) {
 
 void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
-  with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
+  std::swap(p->xml, p->idle_xml);
+  with_core(p, [&] {
+    if (p->xml != nullptr)
+      XML_ParserReset(p->xml, encoding);
+    else
+      p->xml = XML_ParserCreate_MM(encoding, &suite, separator);
+  });
   if (p->xml == nullptr)
     ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS", nullptr, nullptr, nullptr);
+  // Else Expat asks the system for a number, for every pass.
+  XML_SetHashSalt(p->xml, static_cast<unsigned long>(ort_get_secret(p->core)));
+  p->gathered = p->batch = 0;
+  p->bytes_fed = 0;
 }
 
-XML_Status svg_expat_parse(svg_parser *p, const char *bytes, int length, bool last) {
-  if (p->unfinished == 0) return feed(p, bytes, length, last);
-  if (p->held == nullptr) p->held = ort_bs_new(p->core);
-  ort_bs_append(p->held, bytes, static_cast<size_t>(length));
-  const size_t held = ort_bs_length(p->held);
-  if (held < p->unfinished && held < most_held && !last) return XML_STATUS_OK;
-  const XML_Status status = feed(p, ort_bs_text(p->held), static_cast<int>(held), last);
-  ort_bs_clear(p->held);
-  return status;
+char *svg_expat_room(svg_parser *p) {
+  if (p->gathered == 0) {
+    p->batch = batch_size(p);
+    with_core(p, [&] {
+      p->room = static_cast<char *>(XML_GetBuffer(p->xml, static_cast<int>(p->batch)));
+    });
+    if (p->room == nullptr) // more than an int can count
+      ort_error(p->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
+  }
+  return p->room + p->gathered;
 }
 
-static XML_Status feed(svg_parser *p, const char *bytes, int length, bool last) {
-  XML_Status status = XML_STATUS_ERROR;
-  with_core(p, [&] { status = XML_Parse(p->xml, bytes, length, last); });
-  p->bytes_fed += length;
-  const int64_t unfinished = p->bytes_fed - XML_GetCurrentByteIndex(p->xml);
-  p->unfinished = unfinished > 4 * SVG_BLOCK_SIZE ? static_cast<size_t>(unfinished) : 0;
-  return status;
+XML_Status svg_expat_take(svg_parser *p, size_t length, bool last) {
+  p->gathered += length;
+  const bool full = p->gathered + static_cast<size_t>(p->block_size) > p->batch;
+  return full || last ? feed(p, last) : XML_STATUS_OK;
 }
+
+XML_Status svg_expat_flush(svg_parser *p) {
+  return p->gathered > 0 ? feed(p, false) : XML_STATUS_OK;
+}
+
+void svg_expat_end(svg_parser *p) { std::swap(p->xml, p->idle_xml); }
 
 void svg_expat_delete(svg_parser *p) {
-  if (p->xml != nullptr) XML_ParserFree(p->xml);
-  p->xml = nullptr;
-  ort_bs_delete(p->held);
-  p->held = nullptr;
-  p->bytes_fed = 0;
-  p->unfinished = 0;
+  for (XML_Parser *xml : {&p->xml, &p->idle_xml}) {
+    if (*xml != nullptr) XML_ParserFree(*xml);
+    *xml = nullptr;
+  }
+}
+
+static XML_Status feed(svg_parser *p, bool last) {
+  XML_Status status = XML_STATUS_ERROR;
+  const size_t length = p->gathered;
+  p->gathered = 0;
+  with_core(p, [&] { status = XML_ParseBuffer(p->xml, static_cast<int>(length), last); });
+  p->bytes_fed += static_cast<int64_t>(length);
+  return status;
+}
+
+// The first block is handed over as it comes, so that small drawings need little memory. Expat
+// reads an unfinished token anew with every batch.
+static size_t batch_size(const svg_parser *p) {
+  const auto block = static_cast<size_t>(p->block_size);
+  const size_t most = p->block_size < SVG_BLOCK_SIZE ? block : most_gathered;
+  const auto unfinished = static_cast<size_t>(p->bytes_fed - XML_GetCurrentByteIndex(p->xml));
+  const size_t wanted = std::clamp(static_cast<size_t>(p->bytes_fed), block, most);
+  return p->bytes_fed == 0 ? block : std::min(std::max(wanted, unfinished), most_of_a_token);
 }

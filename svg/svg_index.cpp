@@ -80,10 +80,9 @@ static svg_index_entry *find_place(const svg_name_index *index, std::string_view
   }
 }
 
-// SipHash-1-3, keyed with the address of the parser: no drawing can bring names that are known to
-// collide.
+// SipHash-1-3 under the core's secret: no drawing can bring names that are known to collide.
 static uint64_t hash_name(const svg_parser *p, std::string_view name) {
-  const uint64_t key = reinterpret_cast<uintptr_t>(p);
+  const uint64_t key = ort_get_secret(p->core);
   uint64_t v0 = key ^ 0x736f6d6570736575;
   uint64_t v1 = std::rotl(key, 32) ^ 0x646f72616e646f6d;
   uint64_t v2 = key ^ 0x6c7967656e657261;

@@ -21,7 +21,7 @@ constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
 constexpr size_t SVG_HOOK_SLOTS = 112 / 8; // largest slot area of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
-constexpr int SVG_BLOCK_SIZE = 8192;       // bytes handed to Expat at a time
+constexpr int SVG_BLOCK_SIZE = 8192;       // bytes read at a time
 
 // A namespace declaration in scope.
 struct svg_nsp_entry {
@@ -70,6 +70,7 @@ struct svg_parser {
   const char *filename;
   const css_context *css_context_; // handed unchanged to the CSS engine
   XML_Parser xml;                  // null outside a pass
+  XML_Parser idle_xml;             // of the pass before, to be used again
   int32_t no_namespaces;           // a pass was restarted without namespace processing
   int32_t value_ok;                // 0 between a value error and its handling
   int32_t in_style_attr;
@@ -152,16 +153,16 @@ struct svg_parser {
   char *font_copy;         // font shorthand being split
   int32_t callback_failed; // an Expat callback raised; the error is pending until XML_Parse has
                            // returned
-  ort_bs *held;            // blocks not yet handed to Expat, of a token of many blocks
+  char *room;              // for batch bytes, in Expat's buffer
+  size_t batch, gathered;  // so many of them are there
   int64_t bytes_fed;       // to Expat in this pass
-  size_t unfinished;       // bytes that Expat keeps of a long token, else 0
   svg_limits limits;
   uint64_t nodes; // built so far
   svg_observer_fn observer;
   void *observer_user;
   svg_source source; // where the values being collected come from
   double pass_seconds[2];
-  int block_size; // SVG_BLOCK_SIZE; tests make it smaller
+  int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
 };
 
 #endif

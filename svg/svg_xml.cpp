@@ -12,8 +12,9 @@
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
                      bool *first_block);
-static int read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
-static void check_looks_like_xml(svg_parser *p, const char *block, int length);
+static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
+ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
+static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
 static bool is_namespace_error(int code);
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass);
 
@@ -47,6 +48,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
       namespace_restart = true;
       ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
       restart(p, file, gz, css_pass);
+      svg_expat_delete(p);
       p->no_namespaces = 1;
       if (p->log_level >= 3) ort_logg(p->core, "\tNew parsing without namespace handling\n");
     } else {
@@ -79,18 +81,24 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
 // when it is not 0.
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
                      bool *first_block) {
-  char block[SVG_BLOCK_SIZE];
   bool banner_due = p->log_level >= 3;
   for (bool last = false; !last;) {
-    const int length = read_block(p, file, gz, block, &last);
-    if (*first_block) check_looks_like_xml(p, block, length);
-    *first_block = false;
-    if (banner_due)
-      ort_logg(p->core, css_pass
-                            ? "\n------------------------- CSS rules --------------------------\n"
-                            : "\n------------------------- SVG file ---------------------------\n");
-    banner_due = false;
-    const XML_Status status = svg_expat_parse(p, block, length, last);
+    char *block = svg_expat_room(p);
+    const int64_t length = read_block(p, file, gz, block, &last);
+    XML_Status status;
+    if (length < 0) { // what stands before the fault counts first
+      status = svg_expat_flush(p);
+      if (status == XML_STATUS_OK) raise_read_error(p, gz);
+    } else {
+      if (*first_block) check_looks_like_xml(p, block, length);
+      *first_block = false;
+      if (banner_due)
+        ort_logg(p->core,
+                 css_pass ? "\n------------------------- CSS rules --------------------------\n"
+                          : "\n------------------------- SVG file ---------------------------\n");
+      banner_due = false;
+      status = svg_expat_take(p, static_cast<size_t>(length), last);
+    }
     if (status == XML_STATUS_OK) continue;
     const XML_Error code = XML_GetErrorCode(p->xml);
     ort_set_errmsg(
@@ -103,24 +111,26 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
   return XML_ERROR_NONE;
 }
 
-static int read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last) {
+// The number of bytes read, less than a block at the end; -1: reading failed.
+static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last) {
   const auto wanted = static_cast<size_t>(p->block_size);
-  if (gz != nullptr) {
-    const int64_t length = ort_gzread(gz, block, wanted);
-    if (length < 0) ort_error(p->core, -1, nullptr, nullptr, nullptr, nullptr);
-    *last = static_cast<size_t>(length) < wanted;
-    return static_cast<int>(length);
-  }
-  const size_t length = ort_fread(block, 1, wanted, file);
-  *last = ort_feof(file) != 0;
-  if (length < wanted && !*last)
-    ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
-  return static_cast<int>(length);
+  const int64_t length = gz != nullptr ? ort_gzread(gz, block, wanted)
+                                       : static_cast<int64_t>(ort_fread(block, 1, wanted, file));
+  const bool is_short = length < p->block_size;
+  *last = gz != nullptr ? is_short : ort_feof(file) != 0;
+  return is_short && !*last ? -1 : length;
+}
+
+static void raise_read_error(svg_parser *p, ort_gz *gz) {
+  if (gz == nullptr) ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
+  char byte;
+  ort_gzread(gz, &byte, 1); // fails as before; the pending error may be another by now
+  ort_error(p->core, -1, nullptr, nullptr, nullptr, nullptr);
 }
 
 // Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right behind
 // the mark.
-static void check_looks_like_xml(svg_parser *p, const char *block, int length) {
+static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length) {
   const char *s = block;
   const char *end = block + length;
   if (length >= 3 && memcmp(s, "\xEF\xBB\xBF", 3) == 0)
@@ -155,7 +165,7 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 }
 
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
-  svg_expat_delete(p);
+  svg_expat_end(p);
   if (ort_fseek(file, 0, 0) != 0)
     ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
   if (*gz != nullptr) {

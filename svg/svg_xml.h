@@ -15,10 +15,15 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
 // Line of the input that Expat is at.
 long svg_xml_line(const svg_parser *p);
 
-// svg_expat.cpp: Expat under the core's memory. Both raise for lack of memory, and again what a
-// callback raised.
+// svg_expat.cpp: Expat under the core's memory. Raises for lack of memory, and again what a
+// callback raised. A pass is begun with svg_expat_create; blocks of p->block_size bytes
+// are read into svg_expat_room and taken from there. Expat sees them later, but in order:
+// svg_expat_flush hands over what it has not seen.
 void svg_expat_create(svg_parser *p, const char *encoding);
-XML_Status svg_expat_parse(svg_parser *p, const char *bytes, int length, bool last);
+char *svg_expat_room(svg_parser *p);
+XML_Status svg_expat_take(svg_parser *p, size_t length, bool last);
+XML_Status svg_expat_flush(svg_parser *p);
+void svg_expat_end(svg_parser *p); // the next pass uses the same parser, unless it is deleted
 void svg_expat_delete(svg_parser *p);
 
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays
