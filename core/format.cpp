@@ -23,8 +23,6 @@ static size_t format_signed(char *buffer, int64_t value);
 static size_t plain_character(const unsigned char *p);
 static size_t utf8_character(const unsigned char *p);
 
-void ort_put_text(ort_out *out, const char *text) { out->put(out, text, strlen(text)); }
-
 void ort_put_format(ort_out *out, const char *format, va_list values) {
   char buffer[32];
   while (*format) {

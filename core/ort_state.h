@@ -50,8 +50,6 @@ struct ort_out {
   void (*put)(ort_out *out, const char *bytes, size_t length);
 };
 
-void ort_put_text(ort_out *out, const char *text);
-
 // Puts UTF-8 text with control characters and ill-formed bytes escaped, and cut to at most limit
 // bytes before a whole character or escape. Escaping an escaped text changes nothing.
 void ort_put_escaped(ort_out *out, const char *text, size_t limit);

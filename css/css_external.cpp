@@ -105,7 +105,8 @@ bool read_from_host(reading *r) {
   bool allowed = r->context->read(r->context->user, r->href, &r->sheet) != 0;
   if (r->sheet.no_memory) ort_error(r->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
   if (r->sheet.too_long) return fail(r, CSS_E_REFUSED, TOO_LONG);
-  return allowed || fail(r, CSS_E_REFUSED, "not allowed by the host");
+  if (!allowed) fail(r, CSS_E_REFUSED, "not allowed by the host");
+  return allowed;
 }
 
 bool read_from_folder(reading *r) {
@@ -161,10 +162,10 @@ bool get_local_name(const char *href, char *name, size_t size) {
   }
 }
 
-// Opens the file for r. Links are followed only within the folder: what is opened is the resolved
-// name, and it must still be that file afterwards.
+// Opens the file for r. Links are followed only within the folder: what is opened, folder by
+// folder, is the resolved name, and a link that has come into it since is not followed.
 bool open_beneath(reading *r, const char *folder, const char *name) {
-  char base[PATH_MAX], path[2 * PATH_MAX], real[PATH_MAX], again[PATH_MAX];
+  char base[PATH_MAX], path[2 * PATH_MAX], real[PATH_MAX];
   if (!realpath(folder, base)) return fail(r, CSS_E_UNREADABLE, describe(errno));
   size_t length = strcmp(base, "/") == 0 ? 0 : strlen(base);
   memcpy(path, base, length);
@@ -174,16 +175,20 @@ bool open_beneath(reading *r, const char *folder, const char *name) {
   if (strncmp(real, base, length) != 0 || real[length] != '/')
     return fail(r, CSS_E_REFUSED, "it leads out of the folder of style sheets");
 
-  struct stat opened, named;
-  if (stat(real, &named) == 0 && !S_ISREG(named.st_mode))
-    return fail(r, CSS_E_REFUSED, "not a file");
-  r->file = open(real, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
+  struct stat named = {};
+  stat(real, &named);
+  if (!S_ISREG(named.st_mode)) return fail(r, CSS_E_REFUSED, "not a file");
+  r->file = open(base, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  for (char *at = real + length + 1; r->file >= 0 && *at;) {
+    const char *segment = at;
+    at += strcspn(at, "/");
+    int flags = *at ? O_DIRECTORY : O_NONBLOCK | O_NOCTTY, outer = r->file;
+    if (*at) *at++ = '\0';
+    r->file = openat(outer, segment, flags | O_RDONLY | O_NOFOLLOW | O_CLOEXEC);
+    close(outer);
+  }
   if (r->file < 0) return fail(r, CSS_E_UNREADABLE, describe(errno));
-  bool same = fstat(r->file, &opened) == 0 && realpath(real, again) && strcmp(real, again) == 0 &&
-              stat(real, &named) == 0 && named.st_dev == opened.st_dev &&
-              named.st_ino == opened.st_ino;
-  return (same && S_ISREG(opened.st_mode)) ||
-         fail(r, CSS_E_REFUSED, "it changed while it was opened");
+  return true;
 }
 
 bool fail(reading *r, int code, const char *reason) {
@@ -192,14 +197,17 @@ bool fail(reading *r, int code, const char *reason) {
 }
 
 const char *describe(int error) {
-  switch (error) {
-  case ENOENT:
-  case ENOTDIR: return "no such file";
-  case EACCES: return "permission denied";
-  case ENAMETOOLONG: return "the name is too long";
-  case ELOOP: return "too many links";
-  default: return "error reading it";
-  }
+  static constexpr struct {
+    int error;
+    const char *text;
+  } known[] = {{ENOENT, "no such file"},
+               {ENOTDIR, "no such file"},
+               {EACCES, "permission denied"},
+               {ENAMETOOLONG, "the name is too long"},
+               {ELOOP, "too many links"}};
+  for (const auto &[number, text] : known)
+    if (number == error) return text;
+  return "error reading it";
 }
 
 // CSS 2.1, 4.4: a byte-order mark, then "@charset", then UTF-8.

@@ -58,8 +58,7 @@ ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid) {
   ort_vtr_resize(css->matched, 0);
   subject element = {css, node, elem_nid, parent != nullptr};
   match_bucket(element, css->universal);
-  if (elem_nid >= 0 && elem_nid <= css->max_elem_nid)
-    match_bucket(element, css->elem_buckets[elem_nid]);
+  if (elem_nid >= 0) match_bucket(element, css->elem_buckets[elem_nid]);
   for (size_t i = 0; i < ort_vtr_count(css->subject); ++i) {
     const css_word *word = ort_item<css_word *>(css->subject, i);
     match_bucket(element, word->bucket);

@@ -3,6 +3,8 @@
 //
 // CSS 2.1, chapter 5, with ":not()" of a simple selector, ":root", "~" and the attribute tests ^=
 // $= *= of Selectors 3. Raises ORT_E_NO_MEMORY.
+#include <string_view>
+
 #include "css/css_engine.h"
 
 namespace {
@@ -44,6 +46,7 @@ constexpr ort_keyword PSEUDO_ELEMENTS[] = {
     {"before", PSEUDO_ELEMENT},       {"after", PSEUDO_ELEMENT},     {"first-line", PSEUDO_ELEMENT},
     {"first-letter", PSEUDO_ELEMENT}, {"selection", PSEUDO_ELEMENT}, {nullptr, 0}};
 
+bool is_one_of(std::string_view bytes, char c) { return bytes.find(c) < bytes.size(); }
 bool parse_selector(selector_scan *scan, css_selector **selector);
 bool parse_compound(selector_scan *scan);
 bool parse_type(selector_scan *scan);
@@ -128,7 +131,7 @@ bool parse_compound(selector_scan *scan) {
   for (;;) {
     bool blank = false;
     const char *next = css_skip_space(scan->at, &blank); // comments may stand inside a compound
-    if (blank || !*next || !strchr("#.[:", *next)) return scan->at > from;
+    if (blank || !is_one_of("#.[:", *next)) return scan->at > from;
     scan->at = next;
     if (!parse_simple(scan)) return false;
   }
@@ -144,8 +147,7 @@ bool parse_type(selector_scan *scan) {
   ort_bs_clear(css->name);
   scan->at = css_scan_name(css->name, scan->at);
   int16_t nid = css->callbacks.get_elem_nid(css->user, ort_bs_text(css->name));
-  css_test *test =
-      add_test(scan, nid < 0 || nid > css->max_elem_nid ? CSS_TEST_UNKNOWN : CSS_TEST_ELEMENT);
+  css_test *test = add_test(scan, nid < 0 ? CSS_TEST_UNKNOWN : CSS_TEST_ELEMENT);
   test->elem_nid = nid;
   return true;
 }
@@ -182,7 +184,7 @@ bool parse_attribute(selector_scan *scan) {
   css_test *test = add_test(scan, CSS_TEST_ATTR);
   test->word = word;
   if (*scan->at != ']') {
-    bool two = *scan->at && strchr("~|^$*", *scan->at);
+    bool two = is_one_of("~|^$*", *scan->at);
     if (scan->at[two] != '=') return false;
     if (two)
       test->op = *scan->at;

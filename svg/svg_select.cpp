@@ -22,6 +22,7 @@ static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid);
 static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
 static void svg_css_cb_at_fontface(void *user);
 
+static void tell_facts(svg_parser *p, svg_e_node *node);
 static bool is_important(std::string_view text);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
@@ -95,10 +96,7 @@ void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **att
 }
 
 void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
-  css_set_subject(p->css, node, node->id_nid, node->class_nids, node->class_num);
-  for (const svg_css_attr *attr = node->css_attrs; attr != nullptr; attr = attr->next) {
-    css_add_subject_attr(p->css, attr->nid, attr->value);
-  }
+  if (p->log_level < 6) tell_facts(p, node); // else the log shows what the engine asks
   ort_vtr *rules = css_get_rules(p->css, node, node->head.id);
   size_t count = ort_vtr_count(rules);
   if (count == 0) return;
@@ -130,6 +128,14 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
     }
   }
   p->source = source;
+}
+
+// What the engine would ask for otherwise, name by name.
+static void tell_facts(svg_parser *p, svg_e_node *node) {
+  css_set_subject(p->css, node, node->id_nid, node->class_nids, node->class_num);
+  for (const svg_css_attr *attr = node->css_attrs; attr != nullptr; attr = attr->next) {
+    css_add_subject_attr(p->css, attr->nid, attr->value);
+  }
 }
 
 // The engine ends the text of an important declaration so, however it was written.

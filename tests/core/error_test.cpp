@@ -53,7 +53,8 @@ TEST_F(Error, ParametersAreEscaped) {
       {"\xED\xA0\x80", "\\xed\\xa0\\x80"},                   // surrogate
       {"\xF4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},          // above U+10FFFF
       {"\xE2\x82", "\\xe2\\x82"},                            // cut short by the end
-      {"\xE2\x82z\x80\xFF", "\\xe2\\x82z\\x80\\xff"}};
+      {"\xE2\x82z\x80\xFF", "\\xe2\\x82z\\x80\\xff"},
+      {"\xF0\x9Fz\xF0\x9F\x98z", "\\xf0\\x9fz\\xf0\\x9f\\x98z"}};
   for (const auto &[text, expected] : cases)
     for (const char *parameter : {text, expected}) { // what is escaped stays
       warn(20002, parameter);

@@ -59,6 +59,7 @@ TEST(File, ReadsBlocksAndItemsAndSeeks) {
       EXPECT_EQ(ort_fseek(file, -1, SEEK_SET), -1);
       EXPECT_EQ(ort_fseek(file, 0, SEEK_END), -1);
       EXPECT_EQ(ort_fread(item, 0, 5, file), 0U);
+      EXPECT_EQ(ort_fread(item, SIZE_MAX, 2, file), 0U);
       ort_fclose(file);
     }
   }
@@ -77,6 +78,7 @@ TEST(File, PipesRewindInsideTheirWindow) {
   EXPECT_EQ(ort_is_gzip(file), 1);
   EXPECT_EQ(read_blocks(file), "\x1F\x8B text");
   EXPECT_EQ(ort_fseek(file, 100, SEEK_SET), -1);
+  EXPECT_EQ(ort_is_gzip(file), 1);
   ort_fclose(file);
 }
 
@@ -196,6 +198,9 @@ TEST(VirtualFile, LivesWhileItIsReferenced) {
   EXPECT_EQ(core.protect([&] { ort__addref_pvf(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
   EXPECT_EQ(core.protect([&] { ort_pvf_open(core, "b"); }), ORT_E_NO_VIRTUAL_FILE);
   EXPECT_STREQ(ort_error_text(core), "No virtual file 'b'");
+  EXPECT_EQ(core.protect([&] { ort__create_pvf(core, "a", nullptr, 0, "deletedata"); }),
+            ORT_E_INTERNAL);
+  EXPECT_EQ(core.protect([&] { ort__info_pvf(core, "a", "color"); }), ORT_E_INTERNAL);
 
   ort__addref_pvf(core, "a");
   ort__delete_pvf(core, "a");
@@ -221,7 +226,7 @@ TEST(VirtualFile, NamesKeepTheOrderOfCreation) {
   for (int i = 0; i < 2000; ++i) {
     names.push_back("file " + std::to_string(i));
     create(core, names.back().c_str(), "x");
-    if (i % 3 == 0) {
+    if (i % 3 != 1) {
       const auto victim = names.begin() + static_cast<ptrdiff_t>(i) * 7 % std::ssize(names);
       ort__delete_pvf(core, victim->c_str());
       names.erase(victim);
@@ -240,30 +245,17 @@ TEST(VirtualFile, NamesKeepTheOrderOfCreation) {
 }
 
 TEST(File, SurvivesFailingAllocations) {
-  const std::string data = gzip(some_bytes(50000));
-  allocation_sweep([&](AccountingCore &core) {
+  allocation_sweep([](AccountingCore &core) {
     void *buffer = nullptr; // the caller's when no virtual file could be made of it
-    ort_file *file = nullptr;
-    ort_gz *gz = nullptr;
     const int code = core.protect([&] {
-      for (const char *name : {"a", "b", "c"}) {
-        buffer = ort_malloc(core, 3, "test");
-        ort__create_pvf(core, name, buffer, 3, "deletedata");
-        buffer = nullptr;
-      }
-      ort_fclose(ort_pvf_open(core, "b"));
+      buffer = ort_malloc(core, 3, "test");
+      ort__create_pvf(core, "a", buffer, 3, "deletedata");
+      buffer = nullptr;
+      ort_fclose(ort_pvf_open(core, "a"));
       ort_fclose(ort_fopen(core, "/dev/null"));
-      file = ort_fopen_memory(core, "x", data.data(), data.size());
-      gz = ort_gzopen(file);
-      char block[8192];
-      int64_t got = sizeof block;
-      while (got == sizeof block) got = ort_gzread(gz, block, sizeof block);
-      if (got < 0) ort_rethrow(core);
     });
-    ort_gzclose(gz);
-    ort_fclose(file);
     ort_free(core, buffer);
-    for (const char *name : {"a", "b", "c"}) ort__delete_pvf(core, name);
+    ort__delete_pvf(core, "a");
     return code == 0;
   });
 }

@@ -2,7 +2,9 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <sys/resource.h>
 
+#include "core/chunks.h"
 #include "tests/support/accounting_core.h"
 
 static ort_statistics statistics_of(ort_core *core) {
@@ -81,6 +83,41 @@ TEST(Memory, BudgetIsExact) {
   no_memory([&] { ort_malloc(core, SIZE_MAX, "test"); });
   ort_free(core, block);
 }
+
+TEST(Memory, TagsHaveALimit) {
+  AccountingCore core;
+  std::vector<std::string> tags;
+  for (uint32_t i = 0; i <= ORT_MAX_TAGS; ++i) tags.push_back(std::to_string(i));
+  void *block = nullptr;
+  size_t i = 0;
+  while (core.protect([&] { block = ort_realloc(core, block, 1, tags[i].c_str()); }) == 0) ++i;
+  EXPECT_EQ(i, ORT_MAX_TAGS);
+  EXPECT_EQ(core.protect([&] { ort_malloc_tmp(core, 1, tags[i].c_str()); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.live_blocks(), "8191: 1 blocks, 1 bytes\n");
+  ort_free(core, block);
+}
+
+#if !defined ORT_SANITIZE && !defined __SANITIZE_THREAD__ // which need memory of their own
+TEST(Memory, TheSystemMayHaveNone) {
+  const auto starve = [] {
+    ort_core *core = ort_core_new(nullptr);
+    void *large = ort_malloc(core, 1 << 20, "test");
+    rlimit limit = {0, RLIM_INFINITY};
+    setrlimit(RLIMIT_AS, &limit);
+    for (const size_t size : {1000000, 10000, 600, 1})
+      for (const auto take : {ort_malloc, ort_malloc_tmp})
+        while (ort_protected(core, [&] { take(core, size, "test"); })) {
+        }
+    bool refused = ort_error_code(core) == ORT_E_NO_MEMORY && !ort_core_new(nullptr);
+    for (const size_t size : {9, 1 << 24})
+      refused = refused && !ort_protected(core, [&] { ort_realloc(core, large, size, "test"); });
+    limit.rlim_cur = RLIM_INFINITY;
+    setrlimit(RLIMIT_AS, &limit);
+    exit(refused ? 0 : 1);
+  };
+  EXPECT_EXIT(starve(), testing::ExitedWithCode(0), "");
+}
+#endif
 
 TEST(Memory, TemporariesAreFreedInAnyOrderOrByTheCore) {
   AccountingCore core;

@@ -59,11 +59,20 @@ none.css -> 10201 | loop.css -> 10201 | -> 10200 | d -> 10200 | fifo.css -> 1020
 to sheets2/x.css -> 10200 | to others/x.css -> 10200 | d/../a b.css -> 10200
 ../secret.css -> 10200 | d/%2e%2E/../secret.css -> 10200 | %2fetc/passwd -> 10200
 /etc/passwd -> 10200 | //host/x.css -> 10200 | ..\x5csecret.css -> 10200 | d%5cx.css -> 10200
-d/x.css%00 -> 10200 | c:d.css -> 10200 | http://h/d/x.css -> 10200)",
+d/x.css%00 -> 10200 | c:d.css -> 10200 | http://h/d/x.css -> 10200 | file:d/x.css -> 10200
+a%2 -> 10201 | a%2g -> 10201 | a%g2 -> 10201 | .x/y -> 10201 | dd/y -> 10201 | a b.css/y -> 10201
+./d/./x.css -> a{} | in.css/.. -> 10200 | . -> 10200)",
                [this](const string &href) { return read(href.c_str()); });
   EXPECT_EQ(read(string(5000, 'x').c_str()), "10200");
+  EXPECT_EQ(read(string(300, 'x').c_str()), "10201");
   fs::resize_file(base / "d/x.css", ORT_LIMIT_STYLE_SHEET + 1);
   EXPECT_EQ(read("d/x.css"), "10200");
+  base = "/";
+  EXPECT_EQ(read((root / "secret.css").c_str() + 1), "a{}");
+  base = "/proc/self";
+  EXPECT_EQ(read("mem"), "10201") << "page 0 is not mapped";
+  base = root / "none";
+  EXPECT_EQ(read("x.css"), "10201");
 }
 
 TEST_F(CssFolder, EncodingsBecomeUTF8) {
@@ -81,6 +90,8 @@ TEST_F(CssFolder, EncodingsBecomeUTF8) {
                {"@charset \"iso-8859-1\";\xE4", "@charset \"iso-8859-1\";\xC3\xA4"},
                {"@charset \"UTF-16\";\xC3\xA4", "@charset \"UTF-16\";\xC3\xA4"},
                {"@charset \"no-such\";a", "@charset \"no-such\";a10203"},
+               {"@charset \"\";a", "@charset \"\";a"},
+               {"@charset \"" + string(5000, 'x'), "@charset \"" + string(5000, 'x')},
                {"@charset \"../x\";\xC3\xA4", "@charset \"../x\";\xC3\xA4"},
                {"a\xFF\x62\xC3", "a" + replaced + "b" + replaced},
                {string("a\0b\0", 4), "a" + replaced + "b" + replaced},
@@ -120,7 +131,10 @@ TEST(CssImport, SheetsAndTheirOrder) {
 @import d/two; @import; @import 'd/two\n; a{p:1} -> a{p:1} | a{p:1} @import 'd/two'; -> a{p:1}
 @media tv{} @import 'd/two'; -> | @import 'none'; a{p:1} -> a{p:1} 10200
 @import 'self'; -> a{p:self} 10202 | @import 'ping'; -> a{p:ping} a{p:pong} 10202
-@import 'top'; a{p:1} -> a{p:1} 10202 | @import ''; a{p:1} -> a{p:1} 10202)",
+@import 'top'; a{p:1} -> a{p:1} 10202 | @import ''; a{p:1} -> a{p:1} 10202
+@import url('d/two') -> a{p:two} | @import url( d/t\77o ); -> a{p:two} | @import url('d/two -> a{p:two}
+@import url(d/two -> a{p:two} | @import url(d/two x\)y) ; -> | @import url(d/two\\n); ->
+@import url('d/two\n'); -> | @import 'd/two' '\n; -> | @import 'd/two' 7; ->)",
                [&](const std::string &sheet) {
                  AccountingCore core;
                  Host host{sheets};
@@ -155,7 +169,7 @@ TEST(CssExternal, RefusalsSayWhy) {
                                  const string piece(1 << 20, ' ');
                                  while (css_context_append(text, piece.data(), piece.size())) {
                                  }
-                                 return 1;
+                                 return css_context_append(text, "", 0) + 1;
                                },
                                nullptr};
   const std::pair<const css_context *, const char *> cases[] = {

@@ -28,7 +28,8 @@ a:lang(en), b IN svg(a b!) -> | :not(.x) > a IN svg(a! b.x(a)) -> | :not(:hover)
 a:hover, a::before, a:first-line, b IN svg(a b!) -> | r\65 ct IN svg(rect! ect) ->
 .\31 2, .\33\x0d\n4 IN svg(a.12! b.1 c.34!) -> | #a\:b IN svg(a#a:b! b#a) ->
 .ä IN svg(a.ä! b.a) -> | [k='\110000\0\d800'] IN svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!) ->
-[k='\76\'\\n'] IN svg(a[k=v']!) ->)t",
+[k='\76\'\\n'] IN svg(a[k=v']!) -> | .\33\x0d4 IN svg(c.34!) -> | :not(zzz) IN svg!(a!) ->
+[k='\e9\e000\1f600'] IN svg(a[k=\xC3\xA9\xEE\x80\x80\xF0\x9F\x98\x80]! b[k=\xC3\xA9x!]) ->)t",
                [](const std::string &input) -> std::string {
                  const size_t in = input.find(" IN ");
                  for (bool facts : {true, false}) {
@@ -143,10 +144,12 @@ TEST(CssMatch, NamesPastTheNumbersNeverMatch) {
   AccountingCore core;
   Toy toy(core);
   std::string sheet;
-  for (int i = 0; i < 33000; ++i) sheet += ".c" + std::to_string(i) + "{p:1}";
+  for (int i = 0; i < 33000; ++i)
+    sheet += ".c" + std::to_string(i) + "{p:1}[a" + std::to_string(i) + "]{p:3}";
   toy.parse(sheet + ":not(.c32999){p:2}");
-  EXPECT_EQ(core.messages.size(), 1U);
+  ASSERT_EQ(core.messages.size(), 2U);
   EXPECT_EQ(core.messages[0].text, "Selectors use more than 32768 different class names");
+  EXPECT_EQ(core.messages[1].text, "Selectors use more than 32768 different attribute names");
   EXPECT_EQ(css_get_class_nid(toy.css, "c32767"), 32767);
   EXPECT_EQ(css_get_class_nid(toy.css, "c32768"), -1);
   EXPECT_EQ(toy.rules("svg!.c32768.c32767"), ".c32767{p:1} ");

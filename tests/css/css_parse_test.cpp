@@ -32,6 +32,9 @@ a{p:1} {q:2} a{r:3} -> a{r:3} a{p:1} | a{p:1}}a{q:2} a{r:3} -> a{r:3} a{p:1}
 @media all{a{p:1} @media tv{a{q:1}} @media print{a{r:2}} a{s:3}} a{t:4} -> a{t:4} a{s:3} a{r:2} a{p:1}
 @media screen and (x:{y}),{a{p:1}} ->
 a{p:1 !important x;q:2 ! ;r:!important;s:3!important!important} ->
+a{p:'x\\x0d\ny\\x0dz\\x0c'} -> = | a{p:'x\x0cq:1;s:3} -> a{s:3} | a{p:'x\ -> | a{p:1}/* * / -> a{p:1}
+a\x0d\x0c{p:1} -> a{p:1} | @media print,7{a{p:1}} -> a{p:1} | @media print;a{p:1} -> a{p:1}
+@media 'x\n{a{p:1}} -> | a:{p:1}a{q:2 -> a{q:2} | @x{ -> | a{\\n:1;q:2} -> a{q:2}
 a{p:1!important} -> a{p:1 !important} | a{p:1 ! /**/ IMPORT\61nt } -> a{p:1 !important})t",
                [](const std::string &sheet) {
                  AccountingCore core;
@@ -120,8 +123,8 @@ TEST(CssParse, EveryFailingAllocation) {
   allocation_sweep([](AccountingCore &core) {
     css_context context = {nullptr,
                            [](void *, const char *, css_sheet_text *text) {
-                             constexpr std::string_view sheet = "a{q:\xFF}";
-                             return css_context_append(text, sheet.data(), sheet.size());
+                             css_context_append(text, "a{q:", 4);
+                             return css_context_append(text, "\xFF}", 2);
                            },
                            nullptr};
     Toy toy(core, &context);

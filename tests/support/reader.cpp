@@ -69,11 +69,14 @@ svg_e_node *Document::find(const char *name) const {
 
 std::string Document::values(const svg_e_node *element, const char *name) const {
   std::string result;
+  const svg_a_node *last = nullptr;
   for (int32_t i = 0; i < element->values_num; i++) {
     const svg_a_node *value = element->values[i];
     if (std::string(svg_attr_table[value->row].name) != name) continue;
     result += (result.empty() ? "" : "; ") + value_text(parser, value);
+    last = value;
   }
+  EXPECT_EQ(svg_find_value(element, name), last) << name;
   return result.empty() ? "-" : result;
 }
 

@@ -120,20 +120,15 @@ TEST(Links, AreLogged) {
 // sixteen times. Every value with a bad fallback gives its link up in the middle of a long chain.
 TEST(Links, TakeTimeInProportionToTheirNumber) {
   const auto seconds = [](int count) {
-    std::string text = svg_begin;
+    std::string text = svg_begin, targets;
     for (int i = 0; i < count; i++) {
-      const std::string n = std::to_string(i);
-      text +=
-          "<use id='u" + n + "' xlink:href='#g" + n + "' fill='url(#all)' stroke='url(#all) x'/>";
+      const std::string name = "g" + std::to_string(i);
+      text += "<use xlink:href='#" + name + "' fill='url(#all)' stroke='url(#all) x'/>";
+      targets += "<g id='" + name + "'/>";
     }
-    for (int i = 0; i < count; i++) text += "<g id='g" + std::to_string(i) + "'/>";
     const clock_t start = clock();
-    const Document document(text + "<linearGradient id='all'/></svg>");
-    const double elapsed = double(clock() - start) / CLOCKS_PER_SEC;
-    EXPECT_EQ(document.values(document.find("u7"), "xlink:href"), "#g7");
-    EXPECT_EQ(waiting(document), "");
-    EXPECT_EQ(document.values(document.find("u7"), "fill"), "#all");
-    return elapsed;
+    EXPECT_EQ(waiting(Document(text + targets + "<linearGradient id='all'/></svg>")), "");
+    return double(clock() - start) / CLOCKS_PER_SEC;
   };
   seconds(1000);
   EXPECT_LT(seconds(32000), 9 * seconds(8000));

@@ -81,4 +81,5 @@ TEST(Schema, RecordKindsFollowTheRows) {
   for (const int row : {-1, int(SVG_ATTR_COUNT), int(SVG_PROP_font)})
     EXPECT_EQ(svg_get_record_kind(row), SVG_RECORD_NONE);
   EXPECT_EQ(svg_get_record_kind(SVG_PROP_fill), SVG_RECORD_PAINT);
+  for (const int id : {-1, int(SVG_KW_COUNT)}) EXPECT_EQ(svg_get_keyword_text(id), nullptr);
 }

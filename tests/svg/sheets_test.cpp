@@ -196,6 +196,21 @@ TEST(Sheets, OpenElementsAgreeWithTheWalk) {
                         "<g fill='red'><a/><rect/></g></g><rect/><g/><rect/><g><g><g x='1'/></g>"
                         "</g><svg><rect/></svg><g fill='red'/></svg>");
   EXPECT_GT(drawing.walks, 100);
+  svg_parser *p = drawing.parser;
+  EXPECT_EQ(svg_css_callbacks.get_parent(p, nullptr, -1), nullptr);
+  EXPECT_EQ(svg_css_callbacks.get_siblng(p, nullptr, -1), nullptr);
+  EXPECT_EQ(svg_css_callbacks.get_attr_value(p, nullptr, 0), nullptr);
+  EXPECT_FALSE(svg_css_callbacks.check_class(p, nullptr, 0) ||
+               svg_css_callbacks.check_id(p, nullptr, 0));
+}
+
+TEST(Sheets, NumberOfInstructionsHasALimit) {
+  std::string text;
+  for (int i = 0; i <= ORT_LIMIT_IMPORTS; i++)
+    text += "<?xml-stylesheet type='text/css' href='red.css'?>";
+  const Drawing drawing(text + "<svg/>");
+  EXPECT_EQ(drawing.asked.size(), ORT_LIMIT_IMPORTS * strlen("red.css "));
+  EXPECT_EQ(drawing.codes(), " " + std::to_string(ORT_E_LIMIT));
 }
 
 TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {

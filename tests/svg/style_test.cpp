@@ -29,21 +29,6 @@ static std::string with_style(const std::string &style) {
   return properties("<g style=\"" + style + "\"/>");
 }
 
-TEST(Style, Lexer) {
-  const struct {
-    const char *text;
-    size_t ident, space;
-  } cases[] = {
-      {"fill:x", 4, 0}, {"-x9_-b c", 6, 0},     {"-", 0, 0},       {"--x", 0, 0},
-      {"-1", 0, 0},     {"9a", 0, 0},           {"_", 1, 0},       {"a\xC3\xA4", 1, 0},
-      {"", 0, 0},       {" \t\n\v\f\rx", 0, 6}, {"/**/x", 0, 4},   {" /* * / */ /*/*/ x", 0, 17},
-      {"/*/x", 0, 4},   {"/ *", 0, 0},          {"/* open", 0, 7}, {"/* open *", 0, 9}};
-  for (const auto &c : cases) {
-    EXPECT_EQ(size_t(svg_css_skip_ident(c.text) - c.text), c.ident) << c.text;
-    EXPECT_EQ(size_t(svg_css_skip_wsp_c(c.text) - c.text), c.space) << c.text;
-  }
-}
-
 TEST(Style, Declarations) {
   expect_cases(R"(
 fill:red;stroke:blue -> fill #ff0000; stroke #0000ff | fill:;stroke:blue -> stroke #0000ff
@@ -51,7 +36,9 @@ fill:red;stroke:blue -> fill #ff0000; stroke #0000ff | fill:;stroke:blue -> stro
 /* c */fill/* d */:/* e */red;/**/stroke:blue;/* f -> fill #ff0000; stroke #0000ff
 fill:red;fill:blue -> fill #ff0000; fill #0000ff | fill: ;stroke:blue -> stroke #0000ff
 unknown:1;-x:2;stroke:blue -> stroke #0000ff | stroke:blue;fill -> stroke #0000ff
-stroke:blue;fill: -> stroke #0000ff | -> | \s/* */\s ->)",
+stroke:blue;fill: -> stroke #0000ff | -> | \s/* */\s ->
+-x9_-b\xC3\xA4:1;_:2;\t\n\s/* * / */ /*/*/fill:red -> fill #ff0000 | fill:red;/*/x -> fill #ff0000
+--x:1;fill:red -> | -:1;fill:red -> | -1:1;fill:red -> | / *fill:red -> | fill:red;/* * -> fill #ff0000)",
                with_style);
   // The first thing that is no declaration ends the attribute. A bad value costs one warning, and
   // only itself.

@@ -367,6 +367,9 @@ INPUTS = (  # file, standard input, message
     ("-", b"\x7fELF\0\0", "error 10009: File 'standard input' does not seem to be an SVG file"),
     ("-", b"\x1f\x8b\x08\0cut", "error 1057: Error in compressed file 'standard input': "),
     ("-", svg('<rect x="?"/>'), "warning 10004: "),
+    ("/dev/stdin", svg('<rect x="?"/>'), "warning 10004: "),
+    ("/dev/stdin", svg("<g/>" * 20000), "error 1056: Error reading file '/dev/stdin'"),
+    ("/proc/self/mem", b"", "error 1056: Error reading file '/proc/self/mem'"),
 )
 
 MISTAKES = (
