@@ -176,10 +176,10 @@ TEST(CssExternal, RefusalsSayWhy) {
       {nullptr, "external style sheets are not allowed"},
       {&none, "external style sheets are not allowed"},
       {&endless, "it is too long"}};
-  for (const auto &[context, reason] : cases) {
+  for (const auto &c : cases) {
     AccountingCore core;
-    core.protect([&] { EXPECT_FALSE(css_read_external_stylesheet(core, "a", context, 0)); });
+    core.protect([&] { EXPECT_FALSE(css_read_external_stylesheet(core, "a", c.first, 0)); });
     ASSERT_EQ(core.messages.size(), 1U);
-    EXPECT_EQ(core.messages[0].text, string("Style sheet 'a' refused: ") + reason);
+    EXPECT_EQ(core.messages[0].text, string("Style sheet 'a' refused: ") + c.second);
   }
 }
