@@ -20,6 +20,18 @@
 /** Bytes that entities may produce before the factor is looked at. */
 #define ORT_LIMIT_ENTITY_START (1ULL << 20)
 
+/** General entities of one document that refer to others: Expat recurses from each into the next.
+ */
+#define ORT_LIMIT_NESTED_ENTITIES 100
+
+/** Attributes that a document type may declare: each costs Expat a step in every start tag. What
+ * their defaults add to start tags counts as growth by entities. */
+#define ORT_LIMIT_ATTRIBUTE_DECLARATIONS 10000
+
+/** Bytes of the name or the prefix of a namespace: Expat copies it for every attribute with that
+ * prefix. */
+#define ORT_LIMIT_NAMESPACE_NAME 1000
+
 /** Element and text nodes of one tree: documents of endless tiny elements. */
 #define ORT_LIMIT_NODES 50000000
 
@@ -30,6 +42,10 @@
 #define ORT_LIMIT_IMPORT_DEPTH 8
 /** Sheets that one drawing's sheets may import in all. */
 #define ORT_LIMIT_IMPORTS 256
+
+/** Steps that matching rules with elements may take: many rules of which each must be tried, or
+ * matches, at each of many elements. */
+#define ORT_LIMIT_RULE_STEPS 1000000000
 
 /** Bytes of one external style sheet. */
 #define ORT_LIMIT_STYLE_SHEET (16ULL << 20)

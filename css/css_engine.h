@@ -276,6 +276,7 @@ struct css_parser {
   uint64_t declaration_pass;
   ort_vtr *chain; // const css_selector *: scratch of css_append_selector
 
+  uint64_t steps;     // of matching so far; see ORT_LIMIT_RULE_STEPS
   uint64_t serial;    // of the element being matched
   void *subject_node; // css_set_subject was called for it
   ort_vtr *subject;   // css_word *: its id, classes and attributes

@@ -4,8 +4,9 @@
 // Nothing is searched: as elements open and close, each selector that others continue keeps note of
 // the open elements and of the earlier siblings that it matches, so that a combinator is one
 // comparison. Frames, one per open element, list the notes to be taken back. The cost of an element
-// is that of the selectors in the buckets of its facts. Raises ORT_E_NO_MEMORY; what was noted then
-// can still be taken back.
+// is that of the selectors in the buckets of its facts, and of the rules that match; what all of
+// them may cost has a limit. Raises ORT_E_NO_MEMORY and ORT_E_LIMIT; what was noted then can still
+// be taken back.
 #include <initializer_list>
 
 #include "css/css_engine.h"
@@ -24,14 +25,15 @@ css_word *get_word(const css_parser *css, css_table table, int32_t nid);
 void close_frames(css_parser *css, void *parent);
 void close_frame(css_parser *css, bool before_sibling);
 void open_frame(css_parser *css, void *node);
-void note(css_selector *selector, css_place place, size_t depth);
+void note(css_parser *css, css_selector *selector, css_place place, size_t depth);
 void match_bucket(const subject &element, css_selector *selector);
 bool match(const subject &element, const css_selector &selector);
 bool match_left(const css_parser *css, const css_selector &selector);
 bool match_test(const subject &element, const css_test &test);
-bool match_value(const css_test &test);
+bool match_value(css_parser *css, const css_test &test);
 bool has_item(const char *list, const char *item, size_t length);
 void add_rules(css_parser *css);
+void take_steps(css_parser *css, size_t count);
 } // namespace
 
 void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
@@ -86,6 +88,7 @@ void gather_facts(css_parser *css, void *node) {
   const css_callbacks &ask = css->callbacks;
   for (css_table table : {CSS_IDS, CSS_CLASSES, CSS_ATTRS}) {
     for (int32_t i = 0; i < static_cast<int32_t>(ort_vtr_count(css->words[table])); ++i) {
+      take_steps(css, 1);
       int16_t nid = static_cast<int16_t>(i);
       const char *value = table == CSS_ATTRS ? ask.get_attr_value(css->user, node, nid) : nullptr;
       bool has = table == CSS_ATTRS     ? value != nullptr
@@ -128,7 +131,7 @@ void close_frame(css_parser *css, bool before_sibling) {
   size_t depth = ort_vtr_count(css->frames);
   for (size_t i = first; i < count; ++i) {
     const auto &trace = ort_item<css_trace>(css->traces, i);
-    note(trace.selector, trace.place, trace.previous);
+    note(css, trace.selector, trace.place, trace.previous);
   }
   // What the closed element matched is now what an earlier child of its parent matched.
   for (size_t i = first; before_sibling && i < count; ++i) {
@@ -138,7 +141,7 @@ void close_frame(css_parser *css, bool before_sibling) {
     size_t earlier = selector->noted[CSS_EARLIER_SIBLING];
     if (!selector->preceding || earlier == depth) continue;
     ort_item<css_trace>(css->traces, kept++) = {selector, earlier, CSS_EARLIER_SIBLING};
-    note(selector, CSS_EARLIER_SIBLING, depth);
+    note(css, selector, CSS_EARLIER_SIBLING, depth);
   }
   ort_vtr_resize(css->traces, kept);
 }
@@ -152,16 +155,17 @@ void open_frame(css_parser *css, void *node) {
     size_t open = selector->noted[CSS_OPEN_ELEMENT];
     if (!selector->framed && (!selector->extended || open > 0)) continue;
     ort_push(css->traces, css_trace{selector, open, CSS_OPEN_ELEMENT});
-    note(selector, CSS_OPEN_ELEMENT, depth);
+    note(css, selector, CSS_OPEN_ELEMENT, depth);
   }
 }
 
-void note(css_selector *selector, css_place place, size_t depth) {
+void note(css_parser *css, css_selector *selector, css_place place, size_t depth) {
   bool was = selector->noted[place] > 0, is = depth > 0;
   selector->noted[place] = depth;
   if (was == is) return;
   for (css_selector *sleeper = selector->sleepers[place]; sleeper;
        sleeper = sleeper->next_sleeper) {
+    ++css->steps;
     if (is) {
       css_enter_bucket(sleeper);
     } else {
@@ -173,6 +177,7 @@ void note(css_selector *selector, css_place place, size_t depth) {
 
 void match_bucket(const subject &element, css_selector *selector) {
   for (; selector; selector = selector->next) {
+    take_steps(element.css, 1);
     if (match(element, *selector)) ort_push(element.css->matched, selector);
   }
 }
@@ -198,7 +203,7 @@ bool match_left(const css_parser *css, const css_selector &selector) {
 }
 
 bool match_test(const subject &element, const css_test &test) {
-  const css_parser *css = element.css;
+  css_parser *css = element.css;
   switch (test.kind) {
   case CSS_TEST_ELEMENT: return test.elem_nid == element.elem_nid;
   case CSS_TEST_FIRST_CHILD:
@@ -207,17 +212,18 @@ bool match_test(const subject &element, const css_test &test) {
   case CSS_TEST_CLASS:
   case CSS_TEST_ID: return test.word->mark == css->serial;
   case CSS_TEST_ATTR:
-  case CSS_TEST_VALUE: return test.word->mark == css->serial && match_value(test);
+  case CSS_TEST_VALUE: return test.word->mark == css->serial && match_value(css, test);
   default: return false;
   }
 }
 
-bool match_value(const css_test &test) {
+bool match_value(css_parser *css, const css_test &test) {
   const char *value = test.word->value;
   size_t length = test.word->value_length;
   if (test.kind == CSS_TEST_VALUE)
     return length == test.length && memcmp(value, test.value, length) == 0;
   if (test.op == 0) return true;
+  if (test.op == '~' || test.op == '*') take_steps(css, length); // these search
   if (test.op == '~') return has_item(value, test.value, test.length);
   if (length < test.length) return false;
   bool begins = memcmp(value, test.value, test.length) == 0;
@@ -242,11 +248,13 @@ bool has_item(const char *list, const char *item, size_t length) {
 
 // Each block once, with the most specific of the selectors of its rule that match.
 void add_rules(css_parser *css) {
+  constexpr size_t steps_per_rule = 16; // they are sorted
   ort_vtr_resize(css->result, 0);
   for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
     css_rule_entry *rule = ort_item<css_selector *>(css->matched, i)->rules;
     for (; rule; rule = rule->next) ort_push<css_rule *>(css->result, rule);
   }
+  take_steps(css, steps_per_rule * ort_vtr_count(css->result));
   ort_vtr_sort_c(css->result, css_compare_rules);
   size_t kept = 0;
   for (size_t i = 0; i < ort_vtr_count(css->result); ++i) {
@@ -254,8 +262,16 @@ void add_rules(css_parser *css) {
     auto *block = static_cast<css_block *>(rule->decls);
     if (block->mark == css->serial) continue;
     block->mark = css->serial;
+    take_steps(css, static_cast<size_t>(block->decl_count));
     ort_item<css_rule *>(css->result, kept++) = rule;
   }
   ort_vtr_resize(css->result, kept);
+}
+
+void take_steps(css_parser *css, size_t count) {
+  css->steps += count;
+  if (css->steps > ORT_LIMIT_RULE_STEPS)
+    ort_error(css->core, ORT_E_LIMIT, "steps to match style rules",
+              ort_errprintf(css->core, "%d", ORT_LIMIT_RULE_STEPS), nullptr, nullptr);
 }
 } // namespace

@@ -43,6 +43,16 @@ def laughs():
     return f"<!DOCTYPE svg [<!ENTITY a0 'lol'>{entities}]>{SVG}&a11;</svg>".encode()
 
 
+def doctype(declarations, *parts):
+    return f"<!DOCTYPE svg [{declarations}]>".encode() + svg(*parts)
+
+
+def nested(use):
+    """10^5 entities, of which each refers to the one before."""
+    return doctype("<!ENTITY a0 ''>" + "".join(
+        f"<!ENTITY a{i} '&a{i - 1};'>" for i in range(1, MILLION // 10)), use.replace("&;", "&a99999;"))
+
+
 def quadratic():
     return f"<!DOCTYPE svg [<!ENTITY a '{'a' * MILLION}'>]>{SVG}{'&a;' * MILLION}</svg>".encode()
 
@@ -51,6 +61,20 @@ ATTACKS = {
     "gzip bomb": gzip_bomb,
     "billion laughs": laughs,
     "quadratic entities": quadratic,
+    "entities 10^5 deep": lambda: nested("&;"),
+    "entities 10^5 deep, attribute": lambda: nested("<g a='&;'/>"),
+    "10^6 default attributes of 100 KB": lambda: doctype(
+        f"<!ATTLIST g style CDATA '{'x:y;' * 25000}'>", "<g/>" * MILLION),
+    "10^6 attribute declarations": lambda: doctype(
+        f"<!ATTLIST g {million(' a%d CDATA #IMPLIED')}>", "<g/>" * MILLION),
+    "10^6 elements, 9999 declarations": lambda: doctype(
+        f"<!ATTLIST g {' a CDATA #IMPLIED' * 9999}>", "<g/>" * MILLION),
+    "10^6 uses of a namespace of 1 MB": lambda: svg(
+        f"<x xmlns:a='{'a' * MILLION}'", million(" a:b%d=''"), "/>"),
+    "10^6 uses of a namespace of 1000 bytes": lambda: svg(
+        f"<x xmlns:a='{'a' * 1000}'>", "<g a:b=''/>" * MILLION, "</x>"),
+    "10^6 captured prefixes of 1000 bytes": lambda: svg(
+        f"<metadata><a:b xmlns:a='a' xmlns:{'b' * 1000}='a'>", "<a:b/>" * MILLION, "</a:b></metadata>"),
     "depth 10^6": lambda: svg("<g>" * MILLION, "</g>" * MILLION),
     "depth 10^6, unknown elements": lambda: svg("<x>" * MILLION, "</x>" * MILLION),
     "10^7 elements": lambda: svg("<g/>" * (10 * MILLION)),
@@ -68,6 +92,12 @@ ATTACKS = {
     "10^6 elements under 1000 sibling rules": lambda: svg(
         "<style>", "".join(f"g~rect+.a{i}~g,g .a{i}+g{{fill:red}}" for i in range(1000)), "</style>",
         "<g class='a1 a2 a3'/>" * MILLION),
+    "10^5 elements under 20,000 rules": lambda: svg(
+        "<style>", "".join(f"g:not(.a{i}){{fill:red}}" for i in range(20000)), "</style>",
+        "<g/>" * (MILLION // 10)),
+    "10^6 classes under 20,000 rules": lambda: svg(
+        "<style>", "".join(f"[class~=a{i}]{{fill:red}}" for i in range(20000)), "</style>",
+        "<g class='", "a " * MILLION, "'/>"),
     "10^6 classes": lambda: svg("<style>.a1{fill:red}</style><g class='", million("a%d "), "'/>"),
     "10^6 imports": lambda: style(million("@import 'a%d';")),
     "10^6 fonts": lambda: svg("<font><font-face font-family='a'/></font>" * MILLION),
@@ -84,6 +114,8 @@ ATTACKS = {
     "100 MB: comment": lambda: svg("<!--", "x" * (100 * MILLION), "-->"),
     "100 MB: text": lambda: svg("<text>", "x" * (100 * MILLION), "</text>"),
     "100 MB: title": lambda: svg("<title>", "<a>x" * (25 * MILLION)),
+    "100 MB: title in small pieces": lambda:
+        svg("<title>", "<b>x</b>" * (12 * MILLION), "</title>"),
     "100 MB: processing instruction": lambda:
         b"<?xml-stylesheet " + b"href='a' " * (11 * MILLION) + b"?>" + svg(),
 }

@@ -116,7 +116,7 @@ typedef struct svg_limits {
 } svg_limits;
 
 /** Sets the budgets before svg_parse; null: the defaults. Past them svg_parse raises ORT_E_LIMIT,
- * for entities ORT_E_XML. */
+ * for entities (but not for default attributes, which count like them) ORT_E_XML. */
 ORT_API void svg_set_limits(svg_parser *parser, const svg_limits *limits);
 
 /** Where a value came from. */

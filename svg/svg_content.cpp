@@ -59,6 +59,7 @@ void svg_enter_element(svg_parser *p) {
 }
 
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {
+  if (p->declared_attributes > 0) svg_count_defaults(p, attrs);
   const char *prefix = "";
   const char *local = nullptr;
   const int32_t type = svg_decomp_fullname(p, name, needs_prefix(p) ? &prefix : nullptr, &local);

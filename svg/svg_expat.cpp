@@ -25,21 +25,25 @@ struct expat_block {
 
 // Expat hands no context to its allocator: this is set while Expat is at work.
 struct expat_work {
-  ort_core *core;
+  const svg_parser *parser;
   bool memory_was_short;
 };
 static thread_local expat_work work;
 
+// Nothing is given when a callback has failed: Expat, which goes on to the end of a start tag,
+// stops there.
 static void *expat_malloc(size_t size) {
+  if (work.parser->callback_failed) return nullptr;
+  ort_core *core = work.parser->core;
   void *memory = size < SIZE_MAX - sizeof(expat_block)
-                     ? ort_try_malloc(work.core, sizeof(expat_block) + size, "svg_parse_xml")
+                     ? ort_try_malloc(core, sizeof(expat_block) + size, "svg_parse_xml")
                      : nullptr;
   if (memory == nullptr) {
     work.memory_was_short = true;
     return nullptr;
   }
   auto *block = static_cast<expat_block *>(memory);
-  *block = {work.core, size};
+  *block = {core, size};
   return block + 1;
 }
 
@@ -64,7 +68,7 @@ static constexpr XML_Memory_Handling_Suite suite = {expat_malloc, expat_realloc,
 // Raises when memory was short, also where Expat could do without.
 template <class Call> static void with_core(svg_parser *p, Call call) {
   const expat_work outer = work;
-  work = {p->core, false};
+  work = {p, false};
   call();
   const bool memory_was_short = work.memory_was_short;
   work = outer;

@@ -62,6 +62,7 @@ void svg_pop_nsp_entry(svg_parser *p) {
 void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
+    svg_check_namespace(p, prefix, uri);
     if (p->log_level >= 3)
       ort_logg(p->core, "\t\t[push namespace \"%s\" (uri=\"%s\")]\n",
                prefix != nullptr ? prefix : "", uri != nullptr ? uri : "");

@@ -157,7 +157,9 @@ struct svg_parser {
   size_t batch, gathered;  // so many of them are there
   int64_t bytes_fed;       // to Expat in this pass
   svg_limits limits;
-  uint64_t nodes; // built so far
+  int32_t nested_entities, declared_attributes; // declared in this pass
+  uint64_t defaulted;                           // bytes of default attributes in this pass
+  uint64_t nodes;                               // built so far
   svg_observer_fn observer;
   void *observer_user;
   svg_source source; // where the values being collected come from

@@ -64,11 +64,13 @@ int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
 
 void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (!is_svg_or_style(name) && static_cast<uint32_t>(p->level) < p->limits.depth) {
+  if (!is_svg_or_style(name) && static_cast<uint32_t>(p->level) < p->limits.depth &&
+      p->declared_attributes == 0) {
     p->level++;
     return;
   }
   svg_in_callback(p, [&] {
+    if (p->declared_attributes > 0) svg_count_defaults(p, attrs);
     svg_enter_element(p);
     const char *local;
     if (svg_decomp_fullname(p, name, nullptr, &local) != SVG_NS_SVG) return;

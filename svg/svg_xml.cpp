@@ -67,6 +67,7 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   XML_SetUnknownEncodingHandler(p->xml, svg_cb_encoding_handler, p);
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(p->xml, p->limits.entity_factor);
   XML_SetBillionLaughsAttackProtectionActivationThreshold(p->xml, p->limits.entity_start);
+  svg_bound_growth(p);
   if (css_pass) {
     XML_SetProcessingInstructionHandler(p->xml, svg_cb_proc_instr_css);
     XML_SetElementHandler(p->xml, svg_cb_elem_start_css, svg_cb_elem_end_css);

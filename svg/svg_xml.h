@@ -44,6 +44,12 @@ void svg_cb_char_data(void *parser, const XML_Char *s, int len);
 // Counts one more open element, in either pass. Raises ORT_E_LIMIT.
 void svg_enter_element(svg_parser *p);
 
+// ---- svg_growth.cpp: bounds for what Expat does again and again -----------------------------------------------------
+
+void svg_bound_growth(svg_parser *p); // of a new pass
+void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri);
+void svg_count_defaults(svg_parser *p, const XML_Char **attrs); // of a start tag
+
 // ---- svg_namespace.cpp ----------------------------------------------------------------------------------------------
 
 enum { SVG_NS_SVG = 0, SVG_NS_XLINK = 1, SVG_NS_XML = 2, SVG_NS_OTHER = 3 };

@@ -26,6 +26,8 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
   options.log = on_log;
   options.log_levels[ORT_LOG_READER] = static_cast<unsigned char>(settings.log_level);
   options.log_levels[ORT_LOG_LINES] = settings.log_level > 0 ? 1 : 0;
+  options.memory_budget = settings.memory;
+  options.inflate_budget = settings.inflated;
   core_ = ort_core_new(&options);
   if (core_ == nullptr) {
     messages_.push_back({ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory"});
@@ -73,6 +75,7 @@ void Drawing::read() {
                      settings_.language.c_str(), refused_elements_.data(),
                      static_cast<int32_t>(refused_elements_.size()), refused_properties_.data(),
                      static_cast<int32_t>(refused_properties_.size()), nullptr, nullptr);
+  svg_set_limits(parser_, &settings_.limits);
   if (settings_.note_sources) svg_set_observer(parser_, on_value, this);
   svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
                    &elems_used_, &has_text_);

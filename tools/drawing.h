@@ -22,6 +22,8 @@ struct ReadSettings {
   bool external_sheets = true;
   std::string style_folder; // "": the drawing's own
   bool note_sources = false;
+  uint64_t memory = 0, inflated = 0; // budgets in bytes; 0: the defaults
+  svg_limits limits = {};
 };
 
 struct Message {

@@ -5,7 +5,9 @@
 #include <strings.h>
 
 #include <algorithm>
+#include <charconv>
 #include <cstdio>
+#include <string_view>
 #include <tuple>
 
 #include "tools/explain.h"
@@ -13,6 +15,7 @@
 static void add_output_options(CLI::App &app, Options &options);
 static void add_question_options(CLI::App &app, Options &options);
 static void add_reading_options(CLI::App &app, Options &options);
+static bool take_limit(const std::string &text, ReadSettings &reading);
 static std::string take_property(std::vector<std::string> &arguments);
 static const char *find_mistake(const Options &options);
 
@@ -35,7 +38,10 @@ int parse_options(int argc, char **argv, Options &options) {
     return app.exit(error) == 0 ? 0 : 2;
   }
   if (options.pretty && !options.schema) options.json = true;
-  if (const char *mistake = find_mistake(options); mistake != nullptr) {
+  const auto bad = std::ranges::find_if_not(
+      options.limits, [&](const std::string &limit) { return take_limit(limit, options.reading); });
+  const char *mistake = bad != options.limits.end() ? "bad --limit" : find_mistake(options);
+  if (mistake != nullptr) {
     fprintf(stderr, "svgtree: %s\nRun svgtree --help for more information.\n", mistake);
     return 2;
   }
@@ -99,17 +105,47 @@ static void add_reading_options(CLI::App &app, Options &options) {
   app.add_flag_callback(
          "--no-external", [&] { reading.external_sheets = false; }, "Read no external style sheets")
       ->group("Reading");
-  for (const auto &[name, names, text] :
-       {std::tuple("--refuse-element", &reading.refused_elements,
+  for (const auto &[name, values, argument, text] :
+       {std::tuple("--refuse-element", &reading.refused_elements, "NAME",
                    "Refuse drawings with this unsupported element (repeatable)"),
-        std::tuple("--refuse-property", &reading.refused_properties,
-                   "Refuse drawings with this unsupported property (repeatable)")})
-    option(name, *names, "NAME", text)
+        std::tuple("--refuse-property", &reading.refused_properties, "NAME",
+                   "Refuse drawings with this unsupported property (repeatable)"),
+        std::tuple("--limit", &options.limits, "NAME=N",
+                   "Set memory, inflated (bytes), growth, nodes or depth (repeatable)")})
+    option(name, *values, argument, text)
         ->expected(1)
+        ->allow_extra_args(false)
         ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
   option("--log", reading.log_level, "LEVEL",
          "Log to standard error: 3 markup, 5 detail, 6 everything")
       ->check(CLI::Range(0, 9));
+}
+
+static bool take_limit(const std::string &text, ReadSettings &reading) {
+  const size_t equals = std::min(text.find('='), text.size());
+  const char *begin = text.c_str() + std::min(equals + 1, text.size());
+  const char *end = text.c_str() + text.size();
+  uint64_t number = 0;
+  const auto [rest, error] = std::from_chars(begin, end, number);
+  const std::string_view name(text.data(), equals), unit(rest, end);
+  const int shift = unit.empty() ? 0 : unit == "K" ? 10 : unit == "M" ? 20 : unit == "G" ? 30 : -1;
+  if (error != std::errc{} || number == 0 || shift < 0 || number > UINT64_MAX >> shift)
+    return false;
+  number <<= shift;
+  svg_limits &limits = reading.limits;
+  if (name == "memory")
+    reading.memory = number;
+  else if (name == "inflated")
+    reading.inflated = number;
+  else if (name == "growth")
+    limits.entity_factor = static_cast<float>(number);
+  else if (name == "nodes")
+    limits.nodes = number;
+  else if (name == "depth")
+    limits.depth = static_cast<uint32_t>(std::min<uint64_t>(number, UINT32_MAX));
+  else
+    return false;
+  return true;
 }
 
 // The word behind --explain ID, when it is the name of a property, is taken out of the arguments:

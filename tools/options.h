@@ -12,6 +12,7 @@ struct Options {
   ReadSettings reading;
   TextOptions text;
   std::vector<std::string> files;
+  std::vector<std::string> limits; // as they are written
   int jobs = 1;
 
   // What to print; the whole document when nothing is said.

@@ -11,8 +11,7 @@ TEST(Log, FormatsValues) {
   ort_logg(core, "[%02ld|%2d|%d|%d]", 7L, 5, INT_MIN, 123);
   ort_logg(core, "%*s<%s>%a%%", 20, "", "text", "a\nb");
   ort_logg(core, "%06X %X %c%4d %04d", 0xABCDE, 255U, 'z', -3, -3);
-  const char *none = nullptr;
-  ort_logg(core, " %p%a%s %lX%03d%", nullptr, none, none, 0xFFFFFFFFFFUL, 7);
+  ort_logg(core, " %p%a%s %lX%03d%", nullptr, nullptr, nullptr, 0xFFFFFFFFFFUL, 7);
   EXPECT_EQ(core.log, "[07| 5|-2147483648|123]                    <text>a\\nb%"
                       "0ABCDE FF z  -3 -003 0x0 FFFFFFFFFF007");
 }

@@ -2,6 +2,7 @@
 #include <random>
 #include <sstream>
 
+#include "css/css_engine.h"
 #include "tests/css/toy.h"
 #include "tests/support/cases.h"
 
@@ -153,6 +154,16 @@ TEST(CssMatch, NamesPastTheNumbersNeverMatch) {
   EXPECT_EQ(css_get_class_nid(toy.css, "c32767"), 32767);
   EXPECT_EQ(css_get_class_nid(toy.css, "c32768"), -1);
   EXPECT_EQ(toy.rules("svg!.c32768.c32767"), ".c32767{p:1} ");
+}
+
+TEST(CssMatch, StepsHaveALimit) {
+  AccountingCore core;
+  Toy toy(core);
+  toy.parse("a ~ b{p:1} :root{p:1} [k~=v]{p:2}");
+  toy.css->steps = ORT_LIMIT_RULE_STEPS - 40;
+  EXPECT_EQ(toy.rules("svg!"), ":root{p:1} ");
+  EXPECT_EQ(toy.rules("svg(a b[k=uuuuuuuuuuuuuuuuuuuuu_v]!)"), "");
+  EXPECT_STREQ(ort_error_text(core), "Limit of 1000000000 steps to match style rules exceeded");
 }
 
 TEST(CssMatch, AnElementWithoutParentBeginsADocument) {

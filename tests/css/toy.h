@@ -69,11 +69,10 @@ struct Toy {
 
   // "bad" and unknown properties have no value, "font" gives two, "fatal" raises.
   void *get_prop(const char *name, const char *value) {
-    std::string text = std::string(name) + ":" + value;
-    declared.push_back(text);
+    declared.push_back(std::string(name) + ":" + value);
     if (strcmp(name, "fatal") == 0) ort_error(core, 1926, nullptr, nullptr, nullptr, nullptr);
     if (strcmp(name, "bad") == 0) return nullptr;
-    values.push_back(text);
+    values.push_back(declared.back());
     if (strcmp(name, "font") != 0) return &values.back();
     css_add_value(css, "font-size", &values.back());
     css_add_value(css, "font-family", &values.back());

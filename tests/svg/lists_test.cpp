@@ -1,9 +1,6 @@
 // Lists: numbers, numbers with unit, keywords, names.
 #include <gtest/gtest.h>
 
-#include "svg/svg_tree.h"
-#include "svg/svg_values.h"
-#include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
 namespace {
@@ -38,21 +35,6 @@ TEST(Lists, OccupyWhatTheyHold) {
   for (size_t i = 0; i < count; i++)
     if (std::string(counts[i].tag) == "svg_ctor_an_unum_list") bytes = counts[i].bytes;
   EXPECT_EQ(bytes, 1000 * (sizeof(double) + sizeof(uint8_t)));
-}
-
-// No element has the row's attribute.
-TEST(Lists, OneOrTwoNumbers) {
-  Document document("<svg/>");
-  expect_cases(".5 -> 0.5 | 1, 2 -> 1 2 | 1 2 3 -> 1926 | 1px -> 10004", [&](auto &text) {
-    svg_parser *p = document.parser;
-    p->attr_name = "baseFrequency";
-    document.core.protect([&] { svg_parse_attr(p, 48, text.c_str(), 1); });
-    if (p->new_value == nullptr) return std::to_string(document.core.messages.back().code);
-    const std::string result = value_text(p, p->new_value);
-    svg_a_node_delete(p->core, p->new_value);
-    p->new_value = nullptr;
-    return result;
-  });
 }
 
 TEST(Lists, NamesAreLogged) {

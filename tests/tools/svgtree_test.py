@@ -5,6 +5,7 @@ With --update in the place of those arguments it writes golden/ anew; read the d
 committing it.
 """
 import glob
+import gzip
 import json
 import math
 import os
@@ -375,7 +376,8 @@ INPUTS = (  # file, standard input, message
 MISTAKES = (
     [], ["--nonsense", "-"], ["--log", "x", "-"], ["--jobs", "0", "-"], ["-", "-"], ["--force", "-"],
     ["--explain"], ["--explain", "#a", "fill"], ["--check", "--json", "-"], ["--check", "--ids", "-"],
-    ["--json", "--links", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
+    ["--limit", "depth", "-"], ["--limit", "width=1", "-"], ["--limit", "nodes=0", "-"],
+    ["--limit", "nodes=9T", "-"], ["--json", "--links", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
 )
 
 
@@ -387,6 +389,21 @@ class Streams(unittest.TestCase):
                 name = "standard input" if file == "-" else file
                 self.assertTrue(messages.startswith(f"{name}: {message}"), messages)
                 self.assertEqual((status, output), (0 if "warning" in message else 1, ""))
+
+    def test_limits(self):
+        drawing = svg("<g><g/></g>")
+        for limit, message in (("memory=4K", "error 1001: "), ("inflated=1", "error 1930: Limit of 1 inf"),
+                               ("nodes=2", "error 1930: Limit of 2 n"), ("depth=2", "error 1930: Limit of 2 n"),
+                               ("depth=1G", "")):
+            data = gzip.compress(drawing) if limit == "inflated=1" else drawing
+            found = run("--check", "--limit", "growth=2", "--limit", limit, "-", stdin=data)[2]
+            self.assertEqual(found[:len(f"standard input: {message}")],
+                             message and f"standard input: {message}")
+
+    def test_refused_names(self):
+        for option in ("--refuse-element", "--refuse-property"):
+            found = run("--check", option, "zoom", option, "blink", "-", stdin=svg('<blink/><g zoom="1"/>'))
+            self.assertIn("contains unsupported", found[2])
 
     def test_mistakes(self):
         for arguments in MISTAKES:
