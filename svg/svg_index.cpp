@@ -7,8 +7,8 @@
 
 static void grow(svg_parser *p, svg_name_index **index);
 static svg_index_entry *find_place(const svg_name_index *index, std::string_view name,
-                                   uint64_t hash);
-static uint64_t hash_name(const svg_parser *p, std::string_view name);
+                                   uint32_t hash);
+static uint32_t hash_name(const svg_parser *p, std::string_view name);
 
 struct svg_name_index {
   svg_index_entry *entries;
@@ -18,20 +18,36 @@ struct svg_name_index {
 
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name) {
-  if (index == nullptr || index->count == 0) return nullptr;
+  if (svg_index_is_empty(index)) return nullptr;
   svg_index_entry *entry = find_place(index, name, hash_name(p, name));
   return entry->name != nullptr ? entry : nullptr;
 }
 
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, std::string_view name) {
+  svg_index_entry *entry = svg_index_place(p, index, name);
+  if (entry->name == nullptr) svg_index_fill(*index, entry, name.data());
+  return entry;
+}
+
+svg_index_entry *svg_index_place(svg_parser *p, svg_name_index **index, std::string_view name) {
   grow(p, index);
-  const uint64_t hash = hash_name(p, name);
+  const uint32_t hash = hash_name(p, name);
   svg_index_entry *entry = find_place(*index, name, hash);
   if (entry->name == nullptr) {
-    *entry = {.hash = hash, .name = name.data(), .length = name.size(), .number = 0};
-    (*index)->count++;
+    entry->hash = hash;
+    entry->length = static_cast<uint32_t>(name.size());
   }
   return entry;
+}
+
+void svg_index_fill(svg_name_index *index, svg_index_entry *place, const char *name) {
+  place->name = name;
+  place->number = 0;
+  index->count++;
+}
+
+bool svg_index_is_empty(const svg_name_index *index) {
+  return index == nullptr || index->count == 0;
 }
 
 // Moves up what stood behind the entry because of it.
@@ -72,7 +88,7 @@ static void grow(svg_parser *p, svg_name_index **index) {
 
 // The entry of a name, or the free place for it.
 static svg_index_entry *find_place(const svg_name_index *index, std::string_view name,
-                                   uint64_t hash) {
+                                   uint32_t hash) {
   for (size_t i = hash;; i++) {
     svg_index_entry *entry = &index->entries[i & (index->capacity - 1)];
     if (entry->name == nullptr) return entry;
@@ -81,7 +97,7 @@ static svg_index_entry *find_place(const svg_name_index *index, std::string_view
 }
 
 // SipHash-1-3 under the core's secret: no drawing can bring names that are known to collide.
-static uint64_t hash_name(const svg_parser *p, std::string_view name) {
+static uint32_t hash_name(const svg_parser *p, std::string_view name) {
   const uint64_t key = ort_get_secret(p->core);
   uint64_t v0 = key ^ 0x736f6d6570736575;
   uint64_t v1 = std::rotl(key, 32) ^ 0x646f72616e646f6d;
@@ -108,5 +124,5 @@ static uint64_t hash_name(const svg_parser *p, std::string_view name) {
   }
   v2 ^= 0xff;
   for (int i = 0; i < 3; i++) round();
-  return v0 ^ v1 ^ v2 ^ v3;
+  return static_cast<uint32_t>(v0 ^ v1 ^ v2 ^ v3);
 }

@@ -10,9 +10,9 @@
 #include "svg/svg_parser.h"
 
 struct svg_index_entry {
-  uint64_t hash;
+  uint32_t hash;
+  uint32_t length;
   const char *name; // null: the place is free
-  size_t length;
   union {
     size_t number;
     svg_e_node *element;
@@ -27,6 +27,12 @@ svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index
 // Raises for lack of memory, before anything has changed.
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, std::string_view name);
 
+// The same in two steps, for a name that is copied only when it is new: its entry, or a free place
+// that is then filled before anything else is done with the index.
+svg_index_entry *svg_index_place(svg_parser *p, svg_name_index **index, std::string_view name);
+void svg_index_fill(svg_name_index *index, svg_index_entry *place, const char *name);
+
+bool svg_index_is_empty(const svg_name_index *index); // index may be null
 void svg_index_remove(svg_name_index *index, svg_index_entry *entry);
 void svg_index_delete(ort_core *core,
                       svg_name_index **index); // *index may be null; it becomes null

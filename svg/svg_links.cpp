@@ -11,6 +11,8 @@ struct waiting_link : svg_unres_link {
   size_t previous; // slot, counted from 1, of the link made before it with the same id, or 0
 };
 
+static void log_search(svg_parser *p, const char *id, bool found);
+static void delete_waiting_links(svg_parser *p);
 static waiting_link *link_at(const svg_parser *p, size_t slot);
 
 static void svg_href_reclaim(void *item) { *static_cast<svg_href *>(item) = {}; }
@@ -34,21 +36,30 @@ static const ort_item_desc unres_link_ced = {sizeof(waiting_link), svg_unres_lin
 
 // The first element that bears a name keeps it.
 void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
-  if (svg_find_href(p, id) != nullptr) return;
+  const std::string_view name = id;
+  svg_index_entry *entry = svg_index_place(p, &p->href_index, name);
+  log_search(p, id, entry->name != nullptr);
+  if (entry->name != nullptr) return;
   auto *href = static_cast<svg_href *>(ort_vtr_push(p->hrefs));
   if (p->log_level >= 5)
     ort_logg(p->core, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
-  href->id = ort_strdup(p->core, id);
+  href->id = ort_strndup(p->core, id, name.size(), "svg_add_href");
   href->target = target;
-  svg_index_add(p, &p->href_index, href->id)->element = target;
+  svg_index_fill(p->href_index, entry, href->id);
+  entry->element = target;
   p->cur_href = href->id;
 }
 
 svg_e_node *svg_find_href(svg_parser *p, const char *id) {
-  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[search for id \"%a\"]\n", id);
   svg_e_node *target = svg_find_name(p, id);
-  if (target == nullptr && p->log_level >= 5) ort_logg(p->core, "\t\t\t[id not found]\n");
+  log_search(p, id, target != nullptr);
   return target;
+}
+
+static void log_search(svg_parser *p, const char *id, bool found) {
+  if (p->log_level < 5) return;
+  ort_logg(p->core, "\t\t\t[search for id \"%a\"]\n", id);
+  if (!found) ort_logg(p->core, "\t\t\t[id not found]\n");
 }
 
 int svg_href_compare(const void *a, const void *b) {
@@ -103,7 +114,8 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   link->id = ort_strdup(p->core, id);
   svg_index_entry *entry = svg_index_add(p, &p->unres_index, link->id);
   link->previous = entry->number;
-  *entry = {.hash = entry->hash, .name = link->id, .length = entry->length, .number = slot + 1};
+  entry->name = link->id;
+  entry->number = slot + 1;
   if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[add unresolved reference \"#%a\"]\n", link->id);
 }
 
@@ -174,14 +186,22 @@ const char *svg_get_unresolved(const svg_parser *p, size_t i, const svg_iri **ir
   return link->id;
 }
 
+void svg_drop_resolved_links(svg_parser *p) {
+  if (svg_index_is_empty(p->unres_index)) delete_waiting_links(p);
+}
+
 void svg_clear_links(svg_parser *p) {
   svg_index_delete(p->core, &p->href_index);
-  svg_index_delete(p->core, &p->unres_index);
   if (p->hrefs != nullptr) ort_vtr_resize(p->hrefs, 0);
-  ort_hvtr_delete(p->unres_links);
-  p->unres_links = nullptr;
+  delete_waiting_links(p);
   p->cur_href = nullptr;
   p->value_link = -1;
+}
+
+static void delete_waiting_links(svg_parser *p) {
+  svg_index_delete(p->core, &p->unres_index);
+  ort_hvtr_delete(p->unres_links);
+  p->unres_links = nullptr;
 }
 
 static waiting_link *link_at(const svg_parser *p, size_t slot) {

@@ -38,6 +38,7 @@ svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewpo
   timed_pass(p, file, gz, 0, &encoding);
   check_is_svg(p);
   resolve_links(p);
+  svg_drop_resolved_links(p);
   log_fonts(p);
   store(viewport_width, p->viewport_width);
   store(viewport_height, p->viewport_height);

@@ -56,6 +56,7 @@ int svg_href_compare(const void *a, const void *b);
 // dropped.
 void svg_drop_value_link(svg_parser *p);
 // Forgets all ids and links: before a restarted pass and at deletion.
+void svg_drop_resolved_links(svg_parser *p); // frees what waiting links need, when none is left
 void svg_clear_links(svg_parser *p);
 
 #endif
