@@ -196,8 +196,7 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
              x, y);
   svg_collect_value(p, &trafo->head, nullptr);
   p->new_value = nullptr;
-  const svg_elem_def &element = svg_elem_table[node->head.id];
-  const int index = svg_find_esa(p, "transform", element.esa_list, element.esa_count);
+  const int index = svg_find_esa(p, "transform", svg_elem_table[node->head.id]);
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
 }
 

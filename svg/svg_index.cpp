@@ -1,16 +1,17 @@
 // svg_index.cpp: a hash table of names: open addressing with linear probing, the number of places a
-// power of 2. Raises for lack of memory.
+// power of 2. The marks of the places lie apart, so that a search meets little memory. Raises for
+// lack of memory.
 #include "svg/svg_index.h"
 
 #include <bit>
 #include <cstring>
 
 static void grow(svg_parser *p, svg_name_index **index);
-static svg_index_entry *find_place(const svg_name_index *index, std::string_view name,
-                                   uint32_t hash);
-static uint32_t hash_name(const svg_parser *p, std::string_view name);
+static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark);
+static uint32_t mark_of(const svg_parser *p, std::string_view name);
 
 struct svg_name_index {
+  uint32_t *marks; // of the entries' names, in the same block; 0: the place is free
   svg_index_entry *entries;
   size_t capacity;
   size_t count;
@@ -18,49 +19,36 @@ struct svg_name_index {
 
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name) {
-  if (svg_index_is_empty(index)) return nullptr;
-  svg_index_entry *entry = find_place(index, name, hash_name(p, name));
-  return entry->name != nullptr ? entry : nullptr;
+  if (index == nullptr || index->count == 0) return nullptr;
+  const size_t place = find_place(index, name, mark_of(p, name));
+  return index->marks[place] != 0 ? &index->entries[place] : nullptr;
 }
 
-svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, std::string_view name) {
-  svg_index_entry *entry = svg_index_place(p, index, name);
-  if (entry->name == nullptr) svg_index_fill(*index, entry, name.data());
-  return entry;
-}
-
-svg_index_entry *svg_index_place(svg_parser *p, svg_name_index **index, std::string_view name) {
+svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name) {
   grow(p, index);
-  const uint32_t hash = hash_name(p, name);
-  svg_index_entry *entry = find_place(*index, name, hash);
-  if (entry->name == nullptr) {
-    entry->hash = hash;
-    entry->length = static_cast<uint32_t>(name.size());
+  const uint32_t mark = mark_of(p, name);
+  const size_t place = find_place(*index, name, mark);
+  svg_index_entry *entry = &(*index)->entries[place];
+  if ((*index)->marks[place] == 0) {
+    (*index)->marks[place] = mark;
+    *entry = {.name = name, .number = 0, .element = nullptr};
+    (*index)->count++;
   }
   return entry;
-}
-
-void svg_index_fill(svg_name_index *index, svg_index_entry *place, const char *name) {
-  place->name = name;
-  place->number = 0;
-  index->count++;
-}
-
-bool svg_index_is_empty(const svg_name_index *index) {
-  return index == nullptr || index->count == 0;
 }
 
 // Moves up what stood behind the entry because of it.
 void svg_index_remove(svg_name_index *index, svg_index_entry *entry) {
-  const size_t mask = index->capacity - 1;
+  const size_t last = index->capacity - 1;
   auto gap = static_cast<size_t>(entry - index->entries);
-  for (size_t i = gap + 1; index->entries[i & mask].name != nullptr; i++) {
-    const svg_index_entry &other = index->entries[i & mask];
-    if (((i - other.hash) & mask) < ((i - gap) & mask)) continue; // its own place is behind the gap
-    index->entries[gap] = other;
-    gap = i & mask;
+  for (size_t i = gap + 1; index->marks[i & last] != 0; i++) {
+    // Its own place may be behind the gap.
+    if (((i - index->marks[i & last]) & last) < ((i - gap) & last)) continue;
+    index->marks[gap] = index->marks[i & last];
+    index->entries[gap] = index->entries[i & last];
+    gap = i & last;
   }
-  index->entries[gap] = {};
+  index->marks[gap] = 0;
   index->count--;
 }
 
@@ -76,28 +64,34 @@ static void grow(svg_parser *p, svg_name_index **index) {
   svg_name_index *old = *index;
   if (old->count < old->capacity - old->capacity / 4) return;
   const size_t capacity = old->capacity != 0 ? 2 * old->capacity : 8;
-  const svg_name_index grown = {ort_new_array<svg_index_entry>(p->core, capacity, "svg_index_add"),
-                                capacity, old->count};
+  constexpr size_t place_size = sizeof(svg_index_entry) + sizeof(uint32_t);
+  auto *entries =
+      static_cast<svg_index_entry *>(ort_calloc(p->core, capacity, place_size, "svg_index_add"));
+  auto *marks = reinterpret_cast<uint32_t *>(entries + capacity);
   for (size_t i = 0; i < old->capacity; i++) {
-    const svg_index_entry &entry = old->entries[i];
-    if (entry.name != nullptr) *find_place(&grown, {entry.name, entry.length}, entry.hash) = entry;
+    if (old->marks[i] == 0) continue;
+    size_t place = old->marks[i] & (capacity - 1);
+    while (marks[place] != 0) place = (place + 1) & (capacity - 1);
+    marks[place] = old->marks[i];
+    entries[place] = old->entries[i];
   }
   ort_free(p->core, old->entries);
-  *old = grown;
+  *old = {marks, entries, capacity, old->count};
 }
 
-// The entry of a name, or the free place for it.
-static svg_index_entry *find_place(const svg_name_index *index, std::string_view name,
-                                   uint32_t hash) {
-  for (size_t i = hash;; i++) {
-    svg_index_entry *entry = &index->entries[i & (index->capacity - 1)];
-    if (entry->name == nullptr) return entry;
-    if (entry->hash == hash && std::string_view(entry->name, entry->length) == name) return entry;
+// Where a name is, or the free place for it.
+static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark) {
+  for (size_t i = mark;; i++) {
+    const size_t place = i & (index->capacity - 1);
+    if (index->marks[place] == 0) return place;
+    if (index->marks[place] != mark) continue;
+    const char *other = index->entries[place].name;
+    if (strncmp(other, name.data(), name.size()) == 0 && other[name.size()] == '\0') return place;
   }
 }
 
 // SipHash-1-3 under the core's secret: no drawing can bring names that are known to collide.
-static uint32_t hash_name(const svg_parser *p, std::string_view name) {
+static uint32_t mark_of(const svg_parser *p, std::string_view name) {
   const uint64_t key = ort_get_secret(p->core);
   uint64_t v0 = key ^ 0x736f6d6570736575;
   uint64_t v1 = std::rotl(key, 32) ^ 0x646f72616e646f6d;
@@ -124,5 +118,5 @@ static uint32_t hash_name(const svg_parser *p, std::string_view name) {
   }
   v2 ^= 0xff;
   for (int i = 0; i < 3; i++) round();
-  return static_cast<uint32_t>(v0 ^ v1 ^ v2 ^ v3);
+  return static_cast<uint32_t>(v0 ^ v1 ^ v2 ^ v3) | 1U << 31;
 }

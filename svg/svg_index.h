@@ -1,4 +1,4 @@
-// svg_index.h: a table from names to numbers or pointers, in constant time whatever the names.
+// svg_index.h: a table from names to numbers and elements, in constant time whatever the names.
 //
 // Used by svg_links.cpp for ids and waiting links and by svg_namespace.cpp for namespace names. The
 // names are not copied: each must last as long as its entry.
@@ -10,29 +10,19 @@
 #include "svg/svg_parser.h"
 
 struct svg_index_entry {
-  uint32_t hash;
-  uint32_t length;
-  const char *name; // null: the place is free
-  union {
-    size_t number;
-    svg_e_node *element;
-  };
+  const char *name;
+  size_t number;
+  svg_e_node *element;
 };
 
 // The entry of a name, or null. Entries move when one is added or removed. index may be null.
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name);
 
-// The entry of a name, a new one with number 0 if there was none; *index is made on first use.
-// Raises for lack of memory, before anything has changed.
-svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, std::string_view name);
+// The entry of a name, terminated, a new one with number 0 and no element if there was none; *index
+// is made on first use. Raises for lack of memory, before anything has changed.
+svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name);
 
-// The same in two steps, for a name that is copied only when it is new: its entry, or a free place
-// that is then filled before anything else is done with the index.
-svg_index_entry *svg_index_place(svg_parser *p, svg_name_index **index, std::string_view name);
-void svg_index_fill(svg_name_index *index, svg_index_entry *place, const char *name);
-
-bool svg_index_is_empty(const svg_name_index *index); // index may be null
 void svg_index_remove(svg_name_index *index, svg_index_entry *entry);
 void svg_index_delete(ort_core *core,
                       svg_name_index **index); // *index may be null; it becomes null

@@ -1,8 +1,9 @@
 // svg_links.cpp: ids and names, and the links that wait for elements still to come.
 //
 // Ids are registered and links made while values are parsed; svg_add_e_node and the end of the
-// parse resolve them. Hosts ask for names and elements. Two indexes by name stand beside the
-// vectors, so that every step takes constant time. Raises for lack of memory.
+// parse resolve them. Hosts ask for names and elements. An index by name stands beside the vectors,
+// so that every step takes constant time: it leads to the element that bears the name, and to the
+// slot, counted from 1, of the last link that waits for it. Raises for lack of memory.
 #include "svg/svg_index.h"
 #include "svg/svg_tree.h"
 
@@ -12,7 +13,6 @@ struct waiting_link : svg_unres_link {
 };
 
 static void log_search(svg_parser *p, const char *id, bool found);
-static void delete_waiting_links(svg_parser *p);
 static waiting_link *link_at(const svg_parser *p, size_t slot);
 
 static void svg_href_reclaim(void *item) { *static_cast<svg_href *>(item) = {}; }
@@ -34,20 +34,24 @@ static const ort_item_desc unres_link_ced = {sizeof(waiting_link), svg_unres_lin
 
 // ---- Targets ------------------------------------------------------------------------------------
 
-// The first element that bears a name keeps it.
+// The first element that bears a name keeps it. The entry's name is that of the element from now
+// on: a link's goes with the link.
 void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
-  const std::string_view name = id;
-  svg_index_entry *entry = svg_index_place(p, &p->href_index, name);
-  log_search(p, id, entry->name != nullptr);
-  if (entry->name != nullptr) return;
   auto *href = static_cast<svg_href *>(ort_vtr_push(p->hrefs));
+  href->id = ort_strdup(p->core, id);
+  href->target = target;
+  svg_index_entry *entry = svg_index_add(p, &p->name_index, href->id);
+  log_search(p, id, entry->element != nullptr);
+  if (entry->element != nullptr) {
+    ort_vtr_pop(p->hrefs);
+    return;
+  }
   if (p->log_level >= 5)
     ort_logg(p->core, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
-  href->id = ort_strndup(p->core, id, name.size(), "svg_add_href");
-  href->target = target;
-  svg_index_fill(p->href_index, entry, href->id);
+  entry->name = href->id;
   entry->element = target;
   p->cur_href = href->id;
+  p->cur_href_awaited = entry->number != 0;
 }
 
 svg_e_node *svg_find_href(svg_parser *p, const char *id) {
@@ -69,7 +73,7 @@ int svg_href_compare(const void *a, const void *b) {
 }
 
 svg_e_node *svg_find_name(const svg_parser *p, const char *name) {
-  const svg_index_entry *entry = svg_index_find(p, p->href_index, name);
+  const svg_index_entry *entry = svg_index_find(p, p->name_index, name);
   return entry != nullptr ? entry->element : nullptr;
 }
 
@@ -102,8 +106,6 @@ const char *svg_get_href(const svg_parser *p, size_t i, svg_e_node **element) {
 
 // ---- Waiting links ------------------------------------------------------------------------------
 
-// The index leads from a name to the slot, counted from 1, of the last link made; each link leads
-// to the one before.
 void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   if (p->unres_links == nullptr) p->unres_links = ort_hvtr_new(p->core, &unres_link_ced);
   const size_t slot = ort_hvtr_reclaim_item(p->unres_links);
@@ -112,7 +114,7 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   link->iri = iri;
   link->source = p->cur_enode;
   link->id = ort_strdup(p->core, id);
-  svg_index_entry *entry = svg_index_add(p, &p->unres_index, link->id);
+  svg_index_entry *entry = svg_index_add(p, &p->name_index, link->id);
   link->previous = entry->number;
   entry->name = link->id;
   entry->number = slot + 1;
@@ -121,10 +123,10 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
 
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   p->value_link = -1; // its slot may pass to another link
-  svg_index_entry *entry = svg_index_find(p, p->unres_index, id);
+  svg_index_entry *entry = svg_index_find(p, p->name_index, id);
   if (entry == nullptr) return;
   size_t number = entry->number;
-  svg_index_remove(p->unres_index, entry);
+  entry->number = 0;
 
   size_t first = 0; // the chain, turned around
   while (number != 0) {
@@ -152,10 +154,10 @@ void svg_drop_value_link(svg_parser *p) {
   p->value_link = -1;
   const waiting_link *link = link_at(p, slot);
   svg_index_entry *entry =
-      link->id != nullptr ? svg_index_find(p, p->unres_index, link->id) : nullptr;
+      link->id != nullptr ? svg_index_find(p, p->name_index, link->id) : nullptr;
   if (entry != nullptr && entry->number == slot + 1) {
     if (link->previous == 0) {
-      svg_index_remove(p->unres_index, entry);
+      svg_index_remove(p->name_index, entry);
     } else {
       entry->number = link->previous;
       entry->name = link_at(p, link->previous - 1)->id;
@@ -187,21 +189,19 @@ const char *svg_get_unresolved(const svg_parser *p, size_t i, const svg_iri **ir
 }
 
 void svg_drop_resolved_links(svg_parser *p) {
-  if (svg_index_is_empty(p->unres_index)) delete_waiting_links(p);
+  for (size_t i = 0; i < svg_get_unresolved_count(p); i++)
+    if (ort_hvtr_check_idx(p->unres_links, i)) return;
+  ort_hvtr_delete(p->unres_links);
+  p->unres_links = nullptr;
 }
 
 void svg_clear_links(svg_parser *p) {
-  svg_index_delete(p->core, &p->href_index);
+  svg_index_delete(p->core, &p->name_index);
   if (p->hrefs != nullptr) ort_vtr_resize(p->hrefs, 0);
-  delete_waiting_links(p);
-  p->cur_href = nullptr;
-  p->value_link = -1;
-}
-
-static void delete_waiting_links(svg_parser *p) {
-  svg_index_delete(p->core, &p->unres_index);
   ort_hvtr_delete(p->unres_links);
   p->unres_links = nullptr;
+  p->cur_href = nullptr;
+  p->value_link = -1;
 }
 
 static waiting_link *link_at(const svg_parser *p, size_t slot) {

@@ -38,7 +38,6 @@ svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewpo
   timed_pass(p, file, gz, 0, &encoding);
   check_is_svg(p);
   resolve_links(p);
-  svg_drop_resolved_links(p);
   log_fonts(p);
   store(viewport_width, p->viewport_width);
   store(viewport_height, p->viewport_height);
@@ -113,15 +112,16 @@ static void check_is_svg(svg_parser *p) {
 static void resolve_links(svg_parser *p) {
   if (ort_vtr_count(p->hrefs) == 0) return;
   ort_vtr_sort_c(p->hrefs, svg_href_compare);
+  svg_drop_resolved_links(p);
   const bool listed = p->log_level >= 5;
-  const bool waiting = p->unres_links != nullptr && ort_hvtr_size(p->unres_links) > 0;
-  if (!listed && !waiting) return;
+  if (!listed && p->unres_links == nullptr) return;
   if (listed) ort_logg(p->core, "\t\tList of all ids and names:\n");
   for (size_t i = 0; i < ort_vtr_count(p->hrefs); i++) {
     const auto &href = ort_item<svg_href>(p->hrefs, i);
     if (listed) ort_logg(p->core, "\t\t%p: %a\n", static_cast<void *>(href.target), href.id);
     svg_resolve_href(p, href.id, href.target);
   }
+  svg_drop_resolved_links(p);
   if (listed) ort_logg(p->core, "\n");
 }
 

@@ -142,9 +142,9 @@ struct svg_parser {
   int32_t pada_vertices;
 
   // Beside the fields above, which later drawing modules know by name:
-  svg_name_index *nsp_index;   // namespace name -> its innermost declaration in nsp_stack
-  svg_name_index *href_index;  // id -> hrefs
-  svg_name_index *unres_index; // id -> waiting links
+  svg_name_index *nsp_index;  // namespace name -> its innermost declaration in nsp_stack
+  svg_name_index *name_index; // id or name -> its element, and the last link that waits for it
+  bool cur_href_awaited;      // links wait for cur_href
   const char *tok_begin;       // text of the current token when tok_text is null
   size_t tok_length;
   int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1

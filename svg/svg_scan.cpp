@@ -5,6 +5,7 @@
 // (svg_err_unxtok): a string without end, or a token that is not the number asked for.
 #include "svg/svg_scan.h"
 
+#include <array>
 #include <cstring>
 #include <iterator>
 
@@ -42,7 +43,15 @@ void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }
 
 bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
 
-static bool ends_word(char c) { return c == '\0' || ort_isspace(c) || svg_is_special(c); }
+static bool ends_word(char c) {
+  static constexpr auto ends = [] {
+    std::array<bool, 256> table = {};
+    for (const char end : {'\0', ' ', '\t', '\n', '\v', '\f', '\r', '(', ')', ','})
+      table[static_cast<unsigned char>(end)] = true;
+    return table;
+  }();
+  return ends[static_cast<unsigned char>(c)];
+}
 
 int svg_get_token(svg_parser *p) {
   while (ort_isspace(*p->scan_pos)) p->scan_pos++;

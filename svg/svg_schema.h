@@ -19,9 +19,11 @@ int svg_find_element(const char *name);
 int svg_find_prop(const char *name);
 // Index in a list sorted ignoring ASCII case, or -1.
 int svg_find_string(const char *name, const char *const *list, int32_t count);
-// Index in an element's attribute list, or -1. "xml:id" is found as "id".
-int svg_find_esa(const svg_parser *p, const char *name, const svg_esa_entry *esa_list,
-                 int32_t esa_count);
+// Index in the attribute list of an element of svg_elem_table, or -1. "xml:id" is found as "id".
+int svg_find_esa(const svg_parser *p, const char *name, const svg_elem_def &element);
+// The same, and when it is -1 the row of the property of this name, or -1.
+int svg_find_esa_or_prop(const svg_parser *p, const char *name, const svg_elem_def &element,
+                         int *prop);
 // Comparison of names in values: ignoring ASCII case while css_mode is set.
 int svg_strcmp(const svg_parser *p, const char *a, const char *b);
 

@@ -65,7 +65,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   p->source = SVG_SOURCE_ATTRIBUTE;
   if (row->beg_hook != nullptr) row->beg_hook(p, node);
   store_values(p, node);
-  if (p->cur_href != nullptr) svg_resolve_href(p, p->cur_href, node);
+  if (p->cur_href != nullptr && p->cur_href_awaited) svg_resolve_href(p, p->cur_href, node);
   p->cur_href = nullptr;
   if (p->log_level >= 6) ort_logg(p->core, "\n");
 
@@ -102,16 +102,17 @@ static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Cha
   bool styled = false;
   for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
     const char *local = attr[0];
-    int index = svg_find_esa(p, local, row->esa_list, row->esa_count);
-    int prop = index < 0 ? svg_find_prop(local) : -1;
+    int prop;
+    int index = svg_find_esa_or_prop(p, local, *row, &prop);
     if (index < 0 && prop < 0) {
       const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
       styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
       if (type != SVG_NS_OTHER) {
         local = svg_get_internal_name(type, local);
-        index = svg_find_esa(p, local, row->esa_list, row->esa_count);
+        index = svg_find_esa_or_prop(p, local, *row, &prop);
+      } else {
+        prop = svg_find_prop(local);
       }
-      if (index < 0) prop = svg_find_prop(local);
     }
     if (index >= 0) {
       styled |= row->esa_list[index].attr == SVG_ATTR_style;
@@ -203,26 +204,34 @@ void svg_add_t_node(svg_parser *p) {
   }
 }
 
-// Children are moved in front of the nodes still to be freed, so that depth costs no stack; each
-// sibling list is walked once.
+// The elements whose children are being freed are a list, by first_child: depth costs no stack, and
+// each node is visited once.
 void svg_del_e_node(ort_core *core, svg_e_node *root) {
   if (root == nullptr) return;
   root->head.next = nullptr;
-  for (svg_node *list = &root->head; list != nullptr;) {
-    svg_node *node = list;
-    list = node->next;
-    if (const svg_t_node *text = svg_as_text(node)) {
-      ort_free(core, text->text);
-    } else {
-      svg_e_node *element = svg_as_element(node);
-      if (svg_node *last = element->first_child) {
-        while (last->next != nullptr) last = last->next;
-        last->next = list;
-        list = element->first_child;
-      }
+  svg_node *parents = nullptr;
+  for (svg_node *node = &root->head; node != nullptr;) {
+    __builtin_prefetch(node->next);
+    if (svg_e_node *element = svg_as_element(node)) {
       delete_element_data(core, element);
+      if (svg_node *child = element->first_child) {
+        element->first_child = parents;
+        parents = node;
+        node = child;
+        continue;
+      }
+    } else {
+      ort_free(core, svg_as_text(node)->text);
     }
+    svg_node *next = node->next;
     ort_free(core, node);
+    while (next == nullptr && parents != nullptr) {
+      node = parents;
+      parents = svg_as_element(node)->first_child;
+      next = node->next;
+      ort_free(core, node);
+    }
+    node = next;
   }
 }
 

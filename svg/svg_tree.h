@@ -55,8 +55,9 @@ int svg_href_compare(const void *a, const void *b);
 // Releases the waiting link that the value being parsed has made, if any: the value is about to be
 // dropped.
 void svg_drop_value_link(svg_parser *p);
+// Frees what waiting links need, when none is left.
+void svg_drop_resolved_links(svg_parser *p);
 // Forgets all ids and links: before a restarted pass and at deletion.
-void svg_drop_resolved_links(svg_parser *p); // frees what waiting links need, when none is left
 void svg_clear_links(svg_parser *p);
 
 #endif

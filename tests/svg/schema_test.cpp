@@ -46,8 +46,7 @@ svg viewBox -> 120 120 | title fill -> -1 -1)",
                  for (const int css_mode : {0, 1}) {
                    svg_parser parser = {};
                    parser.css_mode = css_mode;
-                   const int index =
-                       svg_find_esa(&parser, &input[blank + 1], def.esa_list, def.esa_count);
+                   const int index = svg_find_esa(&parser, &input[blank + 1], def);
                    rows += std::to_string(index < 0 ? -1 : def.esa_list[index].attr) + " ";
                  }
                  return rows;
@@ -67,7 +66,7 @@ TEST(Schema, RowsLeadToSlotsAndDefaults) {
   svg_parser parser = {};
   for (const auto &c : cases) {
     const svg_elem_def &def = svg_elem_table[c.element];
-    const int index = svg_find_esa(&parser, c.name, def.esa_list, def.esa_count);
+    const int index = svg_find_esa(&parser, c.name, def);
     ASSERT_GE(index, 0) << c.name;
     const svg_attr_def &row = svg_attr_table[def.esa_list[index].attr];
     EXPECT_EQ(row.apo[c.element], c.slot) << c.name;
