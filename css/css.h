@@ -85,6 +85,7 @@ char *css_read_external_stylesheet(ort_core *core, const char *href, const css_c
 // Numbers of the names that selectors use; -1 when no selector does. For attributes: when no
 // selector tests it.
 int16_t css_get_attr_nid(const css_parser *css, const char *name);
+bool css_has_attr_nids(const css_parser *css); // whether any selector tests an attribute
 int16_t css_get_class_nid(const css_parser *css, const char *name);
 int16_t css_get_id_nid(const css_parser *css, const char *name);
 

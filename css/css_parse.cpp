@@ -108,6 +108,7 @@ void css_parse_sheet(css_parser *css, const char *text, const char *href) {
 int16_t css_get_attr_nid(const css_parser *css, const char *name) {
   return css_get_nid(css, CSS_ATTRS, name);
 }
+bool css_has_attr_nids(const css_parser *css) { return ort_vtr_count(css->words[CSS_ATTRS]) > 0; }
 int16_t css_get_class_nid(const css_parser *css, const char *name) {
   return css_get_nid(css, CSS_CLASSES, name);
 }

@@ -145,7 +145,7 @@ struct svg_parser {
   svg_name_index *nsp_index;  // namespace name -> its innermost declaration in nsp_stack
   svg_name_index *name_index; // id or name -> its element, and the last link that waits for it
   bool cur_href_awaited;      // links wait for cur_href
-  const char *tok_begin;       // text of the current token when tok_text is null
+  const char *tok_begin;      // text of the current token when tok_text is null
   size_t tok_length;
   int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1
   ort_vtr *open_elements;  // svg_open_element
@@ -162,7 +162,7 @@ struct svg_parser {
   uint64_t nodes;                               // built so far
   svg_observer_fn observer;
   void *observer_user;
-  svg_source source; // where the values being collected come from
+  svg_source source; // where the values being collected come from, for the observer
   double pass_seconds[2];
   int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
 };

@@ -82,6 +82,7 @@ svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
 // ---- The element being built -------------------------------------------------------------------
 
 void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs) {
+  if (!css_has_attr_nids(p->css)) return;
   for (; *attrs != nullptr; attrs += 2) {
     const char *local;
     svg_decomp_fullname(p, attrs[0], nullptr, &local);
@@ -118,7 +119,8 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
       auto *value = static_cast<svg_a_node *>(block->decl_values[k]);
       auto row = static_cast<size_t>(value->row);
       if (ort_getbit(p->props_set, row)) continue;
-      p->source = is_important(block->decl_texts[k]) ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
+      if (p->observer != nullptr)
+        p->source = is_important(block->decl_texts[k]) ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
       svg_collect_value(p, value, selector);
       ort_setbit(p->props_set, row);
       if (p->log_level >= 5) {
