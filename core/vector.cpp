@@ -15,7 +15,7 @@ struct ort_vtr {
 
 namespace {
 
-constexpr size_t MIN_CAPACITY = 8;
+constexpr size_t MIN_CAPACITY = 4;
 
 // Arrays up to this size are sorted in place, longer ones are merged from runs of this size.
 constexpr size_t RUN = 12;
@@ -48,6 +48,14 @@ ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t cap
   ort_vtr *vector = static_cast<ort_vtr *>(ort_malloc(core, bytes, "ort_vtr_new"));
   *vector = {core, descriptor, first_items(vector), 0, capacity, increment};
   return vector;
+}
+
+ort_vtr *ort_vtr_take(ort_vtr *vector) {
+  ort_vtr *taken = ort_vtr_new(vector->core, vector->descriptor, vector->count, 0);
+  memcpy(taken->items, vector->items, vector->count * vector->descriptor->item_size);
+  taken->count = vector->count;
+  vector->count = 0;
+  return taken;
 }
 
 void ort_vtr_delete(ort_vtr *vector) {

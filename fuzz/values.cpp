@@ -19,6 +19,7 @@ void fuzz_values(const std::string &input) {
   Document document("<svg><g id='a'/></svg>", AccountingCore::with_log(way & 4 ? 6 : 0));
   svg_parser *p = document.parser;
   const int code = document.core.protect([=] {
+    svg_make_work_space(p);
     p->css_mode = way & 1;
     p->in_style_attr = p->css_mode && (way & 2);
     p->attr_name = svg_get_attr_table()[row].name;

@@ -72,19 +72,32 @@ void svg_get_pass_times(const svg_parser *p, double *style_sheet_pass, double *m
 void svg_parser_delete(svg_parser *p) {
   if (p == nullptr) return;
   ort_core *core = p->core;
-  for (ort_bs *text : {p->chardata, p->tok_buf, p->name_buf, p->style_name_buf, p->style_value_buf,
-                       p->style_sheet})
-    ort_bs_delete(text);
-  for (char *text : {p->language_primary, p->pi_copy, p->font_copy}) ort_free(core, text);
   svg_clear_document(p);
+  svg_delete_work_space(p);
   svg_expat_delete(p);
-  for (unsigned char *bits : {p->attrs_set, p->props_set}) ort_free(core, bits);
-  for (ort_vtr *vector :
-       {p->nsp_stack, p->css_svg_stack, p->class_nids, p->pi_items, p->ext_style_sheets,
-        p->elem_stack, p->open_elements, p->an_values, p->hrefs, p->prop_values, p->fonts})
-    ort_vtr_delete(vector);
-  ort_hvtr_delete(p->unres_links);
+  ort_bs_delete(p->style_sheet);
+  for (char *text : {p->language_primary, p->pi_copy, p->font_copy}) ort_free(core, text);
+  for (ort_vtr *vector : {p->hrefs, p->prop_values, p->fonts}) ort_vtr_delete(vector);
   ort_free(core, p);
+}
+
+void svg_delete_work_space(svg_parser *p) {
+  for (ort_bs **text :
+       {&p->chardata, &p->tok_buf, &p->name_buf, &p->style_name_buf, &p->style_value_buf}) {
+    ort_bs_delete(*text);
+    *text = nullptr;
+  }
+  for (ort_vtr **vector :
+       {&p->nsp_stack, &p->css_svg_stack, &p->class_nids, &p->pi_items, &p->ext_style_sheets,
+        &p->elem_stack, &p->open_elements, &p->an_values, &p->pada_segments}) {
+    ort_vtr_delete(*vector);
+    *vector = nullptr;
+  }
+  for (unsigned char **bits : {&p->attrs_set, &p->props_set}) {
+    ort_free(p->core, *bits);
+    *bits = nullptr;
+  }
+  svg_index_delete(p->core, &p->nsp_index);
 }
 
 // The containers stay, empty. The CSS engine goes before the values that its rules name, the tree
@@ -117,8 +130,6 @@ void svg_clear_document(svg_parser *p) {
   ort_free(core, p->font_face);
   p->font_face = nullptr;
   delete_blocks(core, p->fonts);
-  ort_vtr_delete(p->pada_segments);
-  p->pada_segments = nullptr;
 
   p->level = p->log_indent = p->log_tag_open = p->text_depth = p->chardata_nonblank = p->has_text =
       0;

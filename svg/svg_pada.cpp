@@ -30,16 +30,16 @@ void svg_ctor_an_path_data(svg_parser *p, svg_a_node *node) {
   p->pada_vertices = 0;
   svg_scan_reset(p);
   auto *value = reinterpret_cast<svg_an_path_data *>(node);
-  if (ort_protected(p->core, [p] { svg_pada_parse(p); })) {
+  const auto parse = [=] {
+    if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
+    svg_pada_parse(p);
+    if (ort_vtr_count(p->pada_segments) > 0) value->segments = ort_vtr_take(p->pada_segments);
     value->vertices = p->pada_vertices;
-    value->segments = p->pada_segments;
-  } else {
+  };
+  if (!ort_protected(p->core, parse)) {
     ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
-    ort_vtr_delete(p->pada_segments);
-    value->vertices = 0;
-    value->segments = nullptr;
+    if (p->pada_segments != nullptr) ort_vtr_resize(p->pada_segments, 0);
   }
-  p->pada_segments = nullptr;
   p->pada_points = nullptr;
   if (p->log_level < 5) return;
   if (value->segments != nullptr)
@@ -57,7 +57,7 @@ void svg_pada_parse(svg_parser *p) {
   svg_spp_parse(p->core, 1, p->scan_pos, 0.0, 0.0, p, svg_pada_cb_closepath, svg_pada_cb_curveto,
                 svg_pada_cb_elliarc, svg_pada_cb_lineto, svg_pada_cb_moveto);
   // A moveto alone draws nothing and is not stored.
-  if (p->pada_segments != nullptr || p->pada_count > 1) svg_pada_add_points(p);
+  if (ort_vtr_count(p->pada_segments) > 0 || p->pada_count > 1) svg_pada_add_points(p);
 }
 
 // ---- Segments -----------------------------------------------------------------------------------
@@ -112,7 +112,6 @@ static void svg_pada_begin(svg_parser *p, int16_t type) {
 
 static void svg_pada_add_points(svg_parser *p) {
   if (p->pada_type == SVG_PADA_NONE) return;
-  if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
   auto *record = static_cast<svg_pada *>(ort_vtr_push(p->pada_segments));
   record->type = p->pada_type;
   if (p->pada_count == 0) return;

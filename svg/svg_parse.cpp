@@ -29,8 +29,9 @@ constexpr ort_item_desc open_element_ced = {sizeof(svg_open_element), nullptr, n
 svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewport_width,
                       double *viewport_height, double *viewbox_width, double *viewbox_height,
                       const unsigned char **elems_used, int32_t *has_text) {
-  if (p->chardata != nullptr)
+  if (p->chardata != nullptr || p->root != nullptr)
     ort_internal_error(p->core, "svg_parse", __LINE__); // a parser serves one document
+  svg_make_work_space(p);
   make_containers(p);
   int32_t encoding = 0;
   timed_pass(p, file, gz, 1, &encoding);
@@ -39,6 +40,7 @@ svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewpo
   check_is_svg(p);
   resolve_links(p);
   log_fonts(p);
+  svg_delete_work_space(p);
   store(viewport_width, p->viewport_width);
   store(viewport_height, p->viewport_height);
   store(viewbox_width, p->viewbox_width);
@@ -49,27 +51,9 @@ svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewpo
 }
 
 static void make_containers(svg_parser *p) {
-  ort_core *core = p->core;
-  for (ort_bs **text :
-       {&p->chardata, &p->tok_buf, &p->name_buf, &p->style_name_buf, &p->style_value_buf})
-    *text = ort_bs_new(core);
-  p->nsp_stack = ort_vtr_new(core, &nsp_ced, 4, 0);
-  p->prop_values = ort_vtr_new(core, &ptr_ced, 8, 0);
-  p->css_svg_stack = ort_vtr_new(core, &bool_ced, 4, 0);
-  p->class_nids = ort_vtr_new(core, &nid_ced, 0, 0);
-  p->hrefs = ort_vtr_new(core, &href_ced, 4, 0);
-  p->fonts = ort_vtr_new(core, &ptr_ced, 0, 0);
-  p->pi_items = ort_vtr_new(core, &ptr_ced, 0, 0);
-  p->ext_style_sheets = ort_vtr_new(core, &ext_sheet_ced, 0, 0);
-  p->elem_stack = ort_vtr_new(core, &pe_ced, 8, 0);
-  p->open_elements = ort_vtr_new(core, &open_element_ced, 8, 0);
-  p->an_values = ort_vtr_new(core, &an_ptr_ced, 8, 0);
-  int32_t longest_list = 0;
-  for (const svg_elem_def &element : svg_elem_table)
-    longest_list = element.esa_count > longest_list ? element.esa_count : longest_list;
-  p->attrs_set = ort_bitarr_new(core, static_cast<size_t>(longest_list));
-  p->props_set = ort_bitarr_new(core, SVG_PROP_COUNT);
-  ort_push<int32_t>(p->css_svg_stack, 1);
+  p->prop_values = ort_vtr_new(p->core, &ptr_ced, 8, 0);
+  p->hrefs = ort_vtr_new(p->core, &href_ced, 4, 0);
+  p->fonts = ort_vtr_new(p->core, &ptr_ced, 0, 0);
 }
 
 static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
@@ -81,6 +65,27 @@ static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_p
   clock_gettime(CLOCK_MONOTONIC, &end);
   p->pass_seconds[css_pass ? 0 : 1] = static_cast<double>(end.tv_sec - begin.tv_sec) +
                                       static_cast<double>(end.tv_nsec - begin.tv_nsec) * 1e-9;
+}
+
+void svg_make_work_space(svg_parser *p) {
+  ort_core *core = p->core;
+  for (ort_bs **text :
+       {&p->chardata, &p->tok_buf, &p->name_buf, &p->style_name_buf, &p->style_value_buf})
+    *text = ort_bs_new(core);
+  p->nsp_stack = ort_vtr_new(core, &nsp_ced, 4, 0);
+  p->css_svg_stack = ort_vtr_new(core, &bool_ced, 4, 0);
+  p->class_nids = ort_vtr_new(core, &nid_ced, 0, 0);
+  p->pi_items = ort_vtr_new(core, &ptr_ced, 0, 0);
+  p->ext_style_sheets = ort_vtr_new(core, &ext_sheet_ced, 0, 0);
+  p->elem_stack = ort_vtr_new(core, &pe_ced, 8, 0);
+  p->open_elements = ort_vtr_new(core, &open_element_ced, 8, 0);
+  p->an_values = ort_vtr_new(core, &an_ptr_ced, 8, 0);
+  int32_t longest_list = 0;
+  for (const svg_elem_def &element : svg_elem_table)
+    longest_list = element.esa_count > longest_list ? element.esa_count : longest_list;
+  p->attrs_set = ort_bitarr_new(core, static_cast<size_t>(longest_list));
+  p->props_set = ort_bitarr_new(core, SVG_PROP_COUNT);
+  ort_push<int32_t>(p->css_svg_stack, 1);
 }
 
 // External sheets stand before the internal one, so that the document's own rules win over them.

@@ -138,7 +138,7 @@ struct svg_parser {
   int16_t pada_type;
   uint16_t pada_count;
   double *pada_points; // SVG_PADA_BUFFER pairs, during one path
-  ort_vtr *pada_segments;
+  ort_vtr *pada_segments; // svg_pada, of the path being parsed
   int32_t pada_vertices;
 
   // Beside the fields above, which later drawing modules know by name:

@@ -9,6 +9,8 @@
 
 void svg_clear_document(
     svg_parser *p); // frees all that the main pass and the parsed style sheets made
+void svg_make_work_space(svg_parser *p); // what only reading needs
+void svg_delete_work_space(svg_parser *p);
 void svg_prepare_document(
     svg_parser *p); // parses the gathered style sheets and makes the root: before a main pass
 

@@ -17,10 +17,13 @@ public:
     parser_.log_level = log_level;
     parser_.scan_start = parser_.scan_pos = path.c_str();
     EXPECT_EQ(core.protect([&] { svg_ctor_an_path_data(&parser_, &value.head); }), 0);
-    EXPECT_EQ(parser_.pada_segments, nullptr);
+    EXPECT_EQ(ort_vtr_count(parser_.pada_segments), 0U);
     EXPECT_EQ(parser_.pada_points, nullptr);
   }
-  ~PathValue() { svg_dtor_an_path_data(core_, &value.head); }
+  ~PathValue() {
+    svg_dtor_an_path_data(core_, &value.head);
+    ort_vtr_delete(parser_.pada_segments);
+  }
 
   // "M1 L2 Z0 (4)": type and points of each record, and the vertices.
   std::string shape() const {

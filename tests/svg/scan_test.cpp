@@ -5,6 +5,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 
+#include "svg/svg_tree.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
@@ -12,7 +13,10 @@ namespace {
 
 class Scan : public testing::Test {
 protected:
-  Scan() { p_->attr_name = "a"; }
+  Scan() {
+    p_->attr_name = "a";
+    svg_make_work_space(p_);
+  }
 
   // All tokens: punctuation and numbers as they are, r and the value of a real, 'string',
   // <keyword>; the error's code ends it.
