@@ -185,18 +185,21 @@ static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *va
     svg_set_elem_flag(p, node, iri->ref.target);
 }
 
+// The text stands behind the node, in its block.
 void svg_add_t_node(svg_parser *p) {
   count_node(p);
-  auto *node = static_cast<svg_t_node *>(ort_malloc(p->core, sizeof(svg_t_node), "svg_add_t_node"));
+  const bool skipped = p->level >= p->skip_level;
+  const size_t length = skipped ? 0 : ort_bs_length(p->chardata);
+  auto *node = static_cast<svg_t_node *>(
+      ort_malloc(p->core, sizeof(svg_t_node) + length + 1, "svg_add_t_node"));
   *node = svg_t_node{};
   node->head.id = SVG_ID_TEXT;
+  node->text = reinterpret_cast<char *>(node + 1);
+  memcpy(node->text, ort_bs_text(p->chardata), length);
+  node->text[length] = '\0';
   link_child(p, &node->head);
-  const bool skipped = p->level >= p->skip_level;
   if (p->chardata_nonblank && p->text_depth > 0 && !skipped) p->last_tnode = node;
   p->chardata_nonblank = 0;
-  node->text = skipped ? ort_strndup(p->core, "", 0, "svg_add_t_node")
-                       : ort_strndup(p->core, ort_bs_text(p->chardata), ort_bs_length(p->chardata),
-                                     "svg_add_t_node");
   if (p->log_level >= 6) {
     ort_logg(p->core, "\t\t\tdata[%d]%s=", static_cast<int>(ort_bs_length(p->chardata)),
              skipped ? "[skip]" : "");
@@ -220,8 +223,6 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
         node = child;
         continue;
       }
-    } else {
-      ort_free(core, svg_as_text(node)->text);
     }
     svg_node *next = node->next;
     ort_free(core, node);
