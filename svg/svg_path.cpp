@@ -21,10 +21,6 @@ constexpr double SPP_MAX_NUMBER = 2147483647.0;
 constexpr double SPP_MIN_RADIUS = 1e-6;
 constexpr double SPP_RADIANS = 0.0174532925199433; // of a degree
 constexpr int SPP_MAX_OPERANDS = 7;
-constexpr int SPP_EXACT_DIGITS = 15; // integers of so many digits are exact doubles
-constexpr double SPP_POWERS[SPP_EXACT_DIGITS + 1] = {1,     1e-1,  1e-2,  1e-3, 1e-4,  1e-5,
-                                                     1e-6,  1e-7,  1e-8,  1e-9, 1e-10, 1e-11,
-                                                     1e-12, 1e-13, 1e-14, 1e-15};
 constexpr size_t SPP_REST_CHARACTERS = 40;
 constexpr size_t SPP_REST_BYTES = 4 * SPP_REST_CHARACTERS;
 
@@ -49,24 +45,19 @@ struct spp_state {
   char previous = '\0';            // lower-case letter of the command before this one
 };
 
-struct spp_number {
-  const char *end; // behind the number, or where it is at fault
-  double value;
-  bool valid;
-};
-
 bool spp_is_sep(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == ','; }
 
 } // namespace
 
 static int spp_run(spp_state *s);
+static bool spp_is_command(char letter);
 ORT_NORETURN static void spp_raise(const spp_state *s, int error);
-static const char *spp_operands(char command);
-static bool spp_get_operands(spp_state *s, const char *kinds, double *operands);
-static inline spp_number spp_get_num(const char *pos);
-static inline spp_number spp_get_short(const char *pos);
-static spp_number spp_get_long(const char *pos);
-static spp_number spp_get_flag(const char *pos);
+static bool spp_get_operands(spp_state *s, char command, double *v);
+static bool spp_get_points(spp_state *s, int count, double *v);
+static bool spp_get_nums(spp_state *s, int count, double base, double *v);
+static inline const char *spp_get_num(spp_state *s, const char *pos, double *value);
+static const char *spp_get_long(spp_state *s, const char *pos, double *value);
+static bool spp_get_flag(spp_state *s, double *value);
 static inline const char *spp_skip_sep(const char *pos);
 static void spp_execute(spp_state *s, char command, const double *v);
 static ort_vector spp_reflected(const spp_state *s, char curve, char smooth_curve);
@@ -113,20 +104,30 @@ static int spp_run(spp_state *s) {
     s->cmd = *s->pos;
     s->absolute = ort_isupper(s->cmd);
     char command = s->absolute ? static_cast<char>(s->cmd - 'A' + 'a') : s->cmd;
-    const char *kinds = spp_operands(command);
-    if (kinds == nullptr) return SPP_UNKNOWN_COMMAND;
+    if (!spp_is_command(command)) return SPP_UNKNOWN_COMMAND;
     s->pos = spp_skip_sep(s->pos + 1);
     // The first moveto may do without operands and then stays at the origin.
-    if (s->previous == '\0' && !svg_is_numstart(*s->pos)) kinds = "";
+    const bool bare = command == 'z' || (s->previous == '\0' && !svg_is_numstart(*s->pos));
     do {
-      double operands[SPP_MAX_OPERANDS] = {};
-      if (!spp_get_operands(s, kinds, operands)) return SPP_BAD_NUMBER;
+      double operands[SPP_MAX_OPERANDS];
+      operands[0] = operands[1] = 0;
+      if (!bare && !spp_get_operands(s, command, operands)) return SPP_BAD_NUMBER;
       spp_execute(s, command, operands);
       s->previous = command;
       if (command == 'm') command = 'l';
-    } while (*kinds != '\0' && svg_is_numstart(*s->pos));
+    } while (!bare && svg_is_numstart(*s->pos));
   }
   return 0;
+}
+
+static bool spp_is_command(char letter) {
+  constexpr auto letters = [] {
+    uint32_t bits = 0;
+    for (const char *l = "achlmqstvz"; *l != '\0'; ++l) bits |= 1U << (*l - 'a');
+    return bits;
+  }();
+  const unsigned number = static_cast<unsigned char>(letter) - unsigned{'a'};
+  return number < 26 && (letters >> number & 1) != 0;
 }
 
 // The rest of the text tells where the error is, but it can be long.
@@ -145,78 +146,75 @@ static void spp_raise(const spp_state *s, int error) {
 
 // ---- Operands -----------------------------------------------------------------------------------
 
-// The operand group of a command: x and y are coordinates, n another number, f a flag. null: no
-// command.
-static const char *spp_operands(char command) {
+// Reads the operand group of a command, coordinates as absolute ones. False: s->pos is at fault.
+static bool spp_get_operands(spp_state *s, char command, double *v) {
   switch (command) {
-  case 'm':
-  case 'l':
-  case 't': return "xy";
-  case 'h': return "x";
-  case 'v': return "y";
+  case 'h': return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_x, v);
+  case 'v': return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_y, v);
   case 's':
-  case 'q': return "xyxy";
-  case 'c': return "xyxyxy";
-  case 'a': return "nnnffxy";
-  case 'z': return "";
-  default: return nullptr;
+  case 'q': return spp_get_points(s, 2, v);
+  case 'c': return spp_get_points(s, 3, v);
+  case 'a':
+    return spp_get_nums(s, 3, -0.0, v) && spp_get_flag(s, v + 3) && spp_get_flag(s, v + 4) &&
+           spp_get_points(s, 1, v + 5);
+  default: return spp_get_points(s, 1, v);
   }
 }
 
-static bool spp_get_operands(spp_state *s, const char *kinds, double *operands) {
-  for (; *kinds != '\0'; ++kinds, ++operands) {
-    const spp_number number = *kinds == 'f' ? spp_get_flag(s->pos) : spp_get_num(s->pos);
-    s->pos = number.end;
-    if (!number.valid) return false;
-    *operands = number.value;
-    if (!s->absolute && *kinds == 'x') *operands += s->cur_x;
-    if (!s->absolute && *kinds == 'y') *operands += s->cur_y;
+static bool spp_get_points(spp_state *s, int count, double *v) {
+  const double base_x = s->absolute ? -0.0 : s->cur_x; // -0 leaves every number as it is
+  const double base_y = s->absolute ? -0.0 : s->cur_y;
+  const char *pos = s->pos;
+  for (; count > 0; --count, v += 2) {
+    pos = spp_get_num(s, pos, &v[0]);
+    if (pos == nullptr) return false;
+    pos = spp_get_num(s, pos, &v[1]);
+    if (pos == nullptr) return false;
+    v[0] += base_x;
+    v[1] += base_y;
   }
+  s->pos = pos;
   return true;
 }
 
-static inline spp_number spp_get_num(const char *pos) {
-  // Half of all signs cannot be predicted: they are read and applied without a branch.
-  const uint64_t negative = *pos == '-';
-  pos += negative | (*pos == '+');
-  spp_number number = spp_get_short(pos);
-  if (!number.valid) number = spp_get_long(pos);
-  if (!number.valid) return number;
-  number.end = spp_skip_sep(number.end);
-  number.valid = number.value <= SPP_MAX_NUMBER;
-  number.value = std::bit_cast<double>(std::bit_cast<uint64_t>(number.value) ^ negative << 63);
-  return number;
-}
-
-// Nearly all numbers have few digits and no exponent. Their digits are gathered as an integer,
-// which is what gathering them in a double would give. Any other text is not valid here.
-static inline spp_number spp_get_short(const char *pos) {
-  const auto digit = [&] { return static_cast<unsigned>(static_cast<unsigned char>(*pos)) - '0'; };
-  uint64_t mantissa = 0;
-  const char *begin = pos;
-  for (; digit() < 10; ++pos) mantissa = 10 * mantissa + digit();
-  ptrdiff_t digits = pos - begin, fraction = 0;
-  if (*pos == '.') {
-    begin = ++pos;
-    for (; digit() < 10; ++pos) mantissa = 10 * mantissa + digit();
-    fraction = pos - begin;
-    digits += fraction;
+static bool spp_get_nums(spp_state *s, int count, double base, double *v) {
+  const char *pos = s->pos;
+  for (; count > 0; --count, ++v) {
+    pos = spp_get_num(s, pos, v);
+    if (pos == nullptr) return false;
+    *v += base;
   }
-  if (digits == 0 || digits > SPP_EXACT_DIGITS || *pos == 'e' || *pos == 'E')
-    return {pos, 0, false};
-  return {pos, static_cast<double>(static_cast<int64_t>(mantissa)) * SPP_POWERS[fraction], true};
+  s->pos = pos;
+  return true;
 }
 
-static spp_number spp_get_long(const char *pos) {
+// Returns where the next operand begins, or null and leaves s->pos at the fault. Half of all signs
+// cannot be predicted and are applied without a branch.
+static inline const char *spp_get_num(spp_state *s, const char *pos, double *value) {
+  const uint64_t negative = *pos == '-';
+  const svg_short_number number = svg_read_short(pos + negative);
+  if (!number.valid || number.value > SPP_MAX_NUMBER) return spp_get_long(s, pos, value);
+  *value = std::bit_cast<double>(std::bit_cast<uint64_t>(number.value) ^ negative << 63);
+  return spp_skip_sep(number.end);
+}
+
+static const char *spp_get_long(spp_state *s, const char *pos, double *value) {
+  const bool negative = *pos == '-';
+  if (negative || *pos == '+') ++pos;
   svg_decimal number;
   pos = svg_read_mantissa(pos, &number);
   if (number.valid && (*pos == 'e' || *pos == 'E')) pos = svg_read_exponent(pos + 1, &number);
-  return {pos, svg_decimal_value(&number), number.valid};
+  const double magnitude = svg_decimal_value(&number);
+  *value = negative ? -magnitude : magnitude;
+  s->pos = number.valid ? spp_skip_sep(pos) : pos;
+  return number.valid && magnitude <= SPP_MAX_NUMBER ? s->pos : nullptr;
 }
 
-static spp_number spp_get_flag(const char *pos) {
-  if (!ort_isdigit(*pos)) return {pos, 0, false};
-  return {spp_skip_sep(pos + 1), *pos != '0' ? 1.0 : 0.0, true};
+static bool spp_get_flag(spp_state *s, double *value) {
+  if (!ort_isdigit(*s->pos)) return false;
+  *value = *s->pos != '0' ? 1.0 : 0.0;
+  s->pos = spp_skip_sep(s->pos + 1);
+  return true;
 }
 
 static inline const char *spp_skip_sep(const char *pos) {
