@@ -105,15 +105,12 @@ void ort_pvf_delete_all(ort_core *core);
 
 // ---- The core -----------------------------------------------------------------------------------
 
-constexpr int ORT_ENCODINGS = 17; // by number of the ISO 8859 part
-
 struct ort_core {
   ort_options options;
   ort_memory memory;
   ort_errors errors;
   ort_printed printed[ORT_PRINTED_TEXTS];
   unsigned next_printed;
-  uint16_t *encodings[ORT_ENCODINGS];
   uint64_t secret;
   mutable ort_pvf_table files; // a query may close the holes
 };

@@ -1,5 +1,6 @@
 #include <cctype>
 #include <gtest/gtest.h>
+#include <iconv.h>
 
 #include "tests/support/accounting_core.h"
 #include "tests/support/cases.h"
@@ -132,21 +133,21 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9 | utf8 -> -9)",
                  EXPECT_EQ(number, result < 0 ? 0 : result);
                  return std::to_string(result);
                });
-  const int codes[][3] = {{1, 0x80, 0x80},    {2, 0xB1, 0x0105},  {3, 0xA5, 0xFFFF},
-                          {5, 0xE0, 0x0440},  {7, 0xE1, 0x03B1},  {8, 0xE0, 0x05D0},
-                          {11, 0xDB, 0xFFFF}, {15, 0xA4, 0x20AC}, {16, 0xA5, 0x201E}};
-  for (const auto &[number, byte, code] : codes)
-    EXPECT_EQ(ort_get_encoding_vector(core, number)[byte], code) << number << " " << byte;
-  for (int32_t number = 1; number <= 16; ++number) {
-    if (number == 12) continue;
-    const uint16_t *vector = ort_get_encoding_vector(core, number);
-    for (int i = 0; i < 128; ++i) ASSERT_EQ(vector[i], i) << number;
-    EXPECT_EQ(ort_get_encoding_vector(core, number), vector) << "made once";
+  for (int part = 1; part <= 16; ++part) { // as the system converts them
+    if (part == 12) continue;
+    const uint16_t *codes = ort_get_encoding_vector(core, part);
+    iconv_t converter = iconv_open("UTF-16LE", ("ISO-8859-" + std::to_string(part)).c_str());
+    for (int i = 0; i < 256; ++i) {
+      char byte = static_cast<char>(i), code[2], *from = &byte, *to = code;
+      size_t size = 1, room = 2;
+      const bool used = iconv(converter, &from, &size, &to, &room) != SIZE_MAX;
+      const int expected = static_cast<unsigned char>(code[0]) | static_cast<unsigned char>(code[1])
+                                                                     << 8;
+      EXPECT_EQ(codes[i], used ? expected : 0xFFFF) << part << ": " << i;
+    }
+    iconv_close(converter);
   }
   EXPECT_EQ(core.protect([&] { ort_get_encoding_vector(core, 12); }), ORT_E_INTERNAL);
-  allocation_sweep([](AccountingCore &failing) {
-    return failing.protect([&] { ort_get_encoding_vector(failing, 2); }) == 0;
-  });
 }
 
 // What else transforms are is seen in drawings.
