@@ -177,7 +177,7 @@ void note(css_parser *css, css_selector *selector, css_place place, size_t depth
 
 void match_bucket(const subject &element, css_selector *selector) {
   for (; selector; selector = selector->next) {
-    take_steps(element.css, 1);
+    take_steps(element.css, 1 + static_cast<size_t>(selector->test_count));
     if (match(element, *selector)) ort_push(element.css->matched, selector);
   }
 }
