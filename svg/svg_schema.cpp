@@ -56,13 +56,13 @@ static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES, SVG_PROP_COU
 // Places in the attribute lists, by element and by the first row of the attribute's name. A list
 // has at most one of the rows that share a name.
 static constexpr auto ESA_INDEXES = [] {
-  std::array<std::array<int8_t, size_t{SVG_ATTR_COUNT} - SVG_PROP_COUNT>, SVG_ELEM_COUNT> indexes;
+  std::array<std::array<int16_t, size_t{SVG_ATTR_COUNT} - SVG_PROP_COUNT>, SVG_ELEM_COUNT> indexes;
   for (size_t id = 0; id < indexes.size(); id++) {
     indexes[id].fill(-1);
     const auto list = svg_tables::ELEMENTS[id].attributes;
     for (size_t i = 0; i < list.size(); i++)
       indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(list[i].name)) - SVG_PROP_COUNT)] =
-          static_cast<int8_t>(i);
+          static_cast<int16_t>(i);
   }
   return indexes;
 }();
