@@ -17,6 +17,7 @@ std::string utf16(const std::string &text, bool big_endian) {
 
 TEST(Xml, AcceptsAndRefuses) {
   const std::string not_svg = "File 'test.svg' does not seem to be an SVG file\n";
+  const std::string blanks(40000, ' ');
   const struct {
     const char *name;
     std::string bytes, messages; // a line each
@@ -52,6 +53,11 @@ TEST(Xml, AcceptsAndRefuses) {
       {"gzip, cut", gzip(svg_start + "/>").substr(0, 30),
        "Error in compressed file 'test.svg': unexpected end of data\n"},
       {"gzip, members", gzip(svg_start + ">") + gzip("</svg>"), ""},
+      {"gzip, cut late", gzip(svg_start + ">" + blanks) + gzip("</svg>").substr(0, 12),
+       "Error in compressed file 'test.svg': unexpected end of data\n"},
+      {"gzip, cut behind another error",
+       gzip(svg_start + ">" + blanks + "<<" + blanks) + gzip("</svg>").substr(0, 12),
+       "XML: not well-formed (invalid token) in line 1, column 40041\n"},
   };
   for (const auto &input : inputs)
     EXPECT_EQ(Document(input.bytes).messages(), input.messages) << input.name;
