@@ -133,10 +133,10 @@ struct ort_item_desc {
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment);
 ort_vtr *ort_vtr_take(ort_vtr *vector); // a new one, of the items of this one, which is then empty
-void ort_vtr_delete(ort_vtr *vector); // releases the items; null is allowed
-void *ort_vtr_push(ort_vtr *vector);  // the new item, reclaimed
-void *ort_vtr_grow(ort_vtr *vector);  // the new item, to be filled by the caller at once
-void ort_vtr_pop(ort_vtr *vector);    // releases the top item; the vector must not be empty
+void ort_vtr_delete(ort_vtr *vector);   // releases the items; null is allowed
+void *ort_vtr_push(ort_vtr *vector);    // the new item, reclaimed
+void *ort_vtr_grow(ort_vtr *vector);    // the new item, to be filled by the caller at once
+void ort_vtr_pop(ort_vtr *vector);      // releases the top item; the vector must not be empty
 void *ort_vtr_top(const ort_vtr *vector);
 void ort_vtr_resize(ort_vtr *vector,
                     size_t count); // releases or reclaims the difference; keeps the storage

@@ -137,7 +137,7 @@ struct svg_parser {
   int32_t has_text;
   int16_t pada_type;
   uint16_t pada_count;
-  double *pada_points; // SVG_PADA_BUFFER pairs, during one path
+  double *pada_points;    // SVG_PADA_BUFFER pairs, during one path
   ort_vtr *pada_segments; // svg_pada, of the path being parsed
   int32_t pada_vertices;
 
