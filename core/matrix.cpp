@@ -1,4 +1,5 @@
 // matrix.cpp: affine matrices. The reader's transforms and arcs call it; nothing here raises.
+#include <initializer_list>
 #include <math.h>
 #include <numbers>
 
@@ -23,6 +24,12 @@ void ort_multiply_matrix(const ort_matrix *m, ort_matrix *n) {
   const ort_matrix &p = *m, q = *n;
   *n = {q.a * p.a + q.c * p.b, q.b * p.a + q.d * p.b,       q.a * p.c + q.c * p.d,
         q.b * p.c + q.d * p.d, q.a * p.e + q.c * p.f + q.e, q.b * p.e + q.d * p.f + q.f};
+}
+
+bool ort_is_matrix(const ort_matrix *m) {
+  for (const double number : {m->a, m->b, m->c, m->d, m->e, m->f})
+    if (isnan(number)) return false;
+  return true;
 }
 
 ort_vector ort_get_vector(const ort_matrix *m, double x, double y) {

@@ -281,6 +281,7 @@ void ort_rotation_matrix(ort_matrix *m, double degrees);
 void ort_skew_matrix(ort_core *core, ort_matrix *m, double alpha,
                      double beta);                            // [1, tan alpha, tan beta, 1, 0, 0]
 void ort_multiply_matrix(const ort_matrix *m, ort_matrix *n); // n = m * n
+bool ort_is_matrix(const ort_matrix *m); // every member is a number, maybe an infinite one
 ort_vector ort_get_vector(const ort_matrix *m, double x, double y); // null m: identity
 
 // Cubic approximation of the elliptical arc of SVG 1.1, 8.3.8 and appendix F.6, from start to end.

@@ -211,6 +211,7 @@ static void translate(svg_parser *p, const svg_e_node *node, svg_an_trafo *trafo
   ort_matrix product = trafo_matrix(p->core, trafo);
   ort_translation_matrix(&translation, x, y);
   ort_multiply_matrix(&translation, &product);
+  if (!ort_is_matrix(&product)) return; // infinite numbers, which no translation changes
   if (trafo->type == SVG_TRAFO_MATRIX)
     store_matrix(trafo, product);
   else
