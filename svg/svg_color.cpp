@@ -50,7 +50,7 @@ uint8_t svg_parse_color_comp(svg_parser *p) {
   case SVG_TOK_INT:
     return p->tok_int >= 0 && p->tok_int <= 255 ? static_cast<uint8_t>(p->tok_int) : 0;
   case SVG_TOK_PERCENT:
-    return p->tok_num >= 0 && p->tok_num <= 100 ? static_cast<uint8_t>(p->tok_num * 255 / 100) : 0;
+    return static_cast<uint8_t>(p->tok_num >= 0 && p->tok_num <= 100 ? p->tok_num * 255 / 100 : 0);
   default: return 0;
   }
 }
