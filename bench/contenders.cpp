@@ -14,7 +14,7 @@ namespace {
 
 // ---- Expat --------------------------------------------------------------------------------------
 
-// One pass with handlers that do nothing, with namespaces and in blocks as the reader does it.
+// One pass with handlers that do nothing, with namespaces, and in blocks as the reader reads them.
 bool expat_pass(const std::string &document) {
   constexpr size_t block = 8192;
   XML_Parser xml = XML_ParserCreateNS(nullptr, '*');
