@@ -41,12 +41,11 @@ constexpr svg_key_entry svg_units[] = {
 
 void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }
 
-bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
-
 static bool ends_word(char c) {
   static constexpr auto ends = [] {
     std::array<bool, 256> table = {};
-    for (const char end : {'\0', ' ', '\t', '\n', '\v', '\f', '\r', '(', ')', ','})
+    for (size_t i = 0; i < table.size(); i++) table[i] = svg_is_special(static_cast<char>(i));
+    for (const char end : {'\0', ' ', '\t', '\n', '\v', '\f', '\r'})
       table[static_cast<unsigned char>(end)] = true;
     return table;
   }();

@@ -35,7 +35,7 @@ double svg_get_unum(svg_parser *p, uint8_t *unit);
 double svg_chk_sep_num(svg_parser *p);
 double svg_get_sep_num(svg_parser *p);
 void svg_scan_reset(svg_parser *p); // back to the start of the value; tok_pushed stays
-bool svg_is_special(char c);        // "(", ")" or ","
+constexpr bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
 
 // ---- svg_errors.cpp -------------------------------------------------------------------------------------------------
 
