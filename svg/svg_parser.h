@@ -153,9 +153,9 @@ struct svg_parser {
   char *font_copy;         // font shorthand being split
   int32_t callback_failed; // an Expat callback raised; the error is pending until XML_ParseBuffer
                            // has returned
-  char *room;             // for batch bytes, in Expat's buffer
-  size_t batch, gathered; // so many of them are there
-  int64_t bytes_fed;      // to Expat in this pass
+  char *room;              // for batch bytes, in Expat's buffer
+  size_t batch, gathered;  // so many of them are there
+  int64_t bytes_fed;       // to Expat in this pass
   svg_limits limits;
   int32_t nested_entities, declared_attributes; // declared in this pass
   uint64_t defaulted;                           // bytes of default attributes in this pass
