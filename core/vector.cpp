@@ -4,7 +4,8 @@
 
 #include "core/ort_state.h"
 
-// The first items lie behind the record, in its block.
+// The first items lie behind the record, in its block. There is always room for one: else the next
+// block could begin where they would be, and be taken for them.
 struct ort_vtr {
   ort_core *core;
   const ort_item_desc *descriptor;
@@ -40,6 +41,7 @@ static void swap_bytes(char *a, char *b, size_t size);
 
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment) {
+  if (capacity == 0) capacity = 1;
   size_t bytes;
   if (__builtin_mul_overflow(capacity, descriptor->item_size, &bytes) ||
       __builtin_add_overflow(bytes, sizeof(ort_vtr), &bytes)) {

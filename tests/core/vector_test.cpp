@@ -61,6 +61,17 @@ TEST(Vector, OwnsItsItemsThroughEveryFailure) {
   });
 }
 
+// The items get a block of the record's size, right behind it.
+TEST(Vector, KnowsItsBlockFromItsNeighbor) {
+  static constexpr ort_item_desc twelve = {12, nullptr, nullptr};
+  AccountingCore core;
+  for (int i = 0; i < 3; ++i) {
+    ort_vtr *vector = ort_vtr_new(core, &twelve, 0, 0);
+    for (int k = 0; k < 9; ++k) ort_vtr_push(vector);
+    ort_vtr_delete(vector);
+  }
+}
+
 TEST(Vector, IsZeroedAndGrowsGeometrically) {
   AccountingCore core;
   EXPECT_EQ(ort_vtr_count(nullptr), 0U);
