@@ -161,6 +161,11 @@ size_t ort_get_tag_counts(const ort_core *core, ort_tag_count *counts, size_t ca
   return memory.tag_count;
 }
 
+uint64_t ort_memory_left(const ort_core *core) {
+  const ort_memory &memory = core->memory;
+  return core->options.memory_budget - memory.statistics.live_bytes - memory.own_bytes;
+}
+
 void ort_reset_peak(ort_core *core) {
   core->memory.statistics.peak_bytes = core->memory.statistics.live_bytes;
 }

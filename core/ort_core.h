@@ -94,6 +94,8 @@ void ort_free(ort_core *core, void *block); // null is allowed
 // may cross.
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
 
+uint64_t ort_memory_left(const ort_core *core); // bytes that the budget still allows
+
 template <class T> T *ort_new_array(ort_core *core, size_t count, const char *tag) { // zeroed
   static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);
   return static_cast<T *>(ort_calloc(core, count, sizeof(T), tag));

@@ -2,8 +2,8 @@
  * Every budget of the library, each with the attack that it stops.
  *
  * The values are defaults; a host changes the first two with ort_options (core/ort.h) and those of
- * entities, nodes and depth with svg_set_limits (svg/svg.h). They are far above what any real
- * drawing needs.
+ * entities, recording, nodes and depth with svg_set_limits (svg/svg.h). They are far above what any
+ * real drawing needs.
  */
 #ifndef ORT_LIMITS_H
 #define ORT_LIMITS_H
@@ -19,6 +19,10 @@
 #define ORT_LIMIT_ENTITY_FACTOR 16.0f
 /** Bytes that entities may produce before the factor is looked at. */
 #define ORT_LIMIT_ENTITY_START (1ULL << 20)
+
+/** Bytes that the reader keeps of what Expat told it in its first pass. It reads the input again
+ * when that is not enough, or more than a quarter of the memory that the core may still take. */
+#define ORT_LIMIT_RECORDED (256ULL << 20)
 
 /** General entities of one document that refer to others: Expat recurses from each into the next.
  */

@@ -113,10 +113,12 @@ typedef struct svg_limits {
   uint32_t depth;        /**< nesting of elements: ORT_LIMIT_DEPTH */
   float entity_factor;   /**< ORT_LIMIT_ENTITY_FACTOR */
   uint64_t entity_start; /**< in bytes: ORT_LIMIT_ENTITY_START */
+  uint64_t recorded;     /**< in bytes: ORT_LIMIT_RECORDED; 1: the input is always read twice */
 } svg_limits;
 
 /** Sets the budgets before svg_parse; null: the defaults. Past them svg_parse raises ORT_E_LIMIT,
- * for entities (but not for default attributes, which count like them) ORT_E_XML. */
+ * for entities (but not for default attributes, which count like them) ORT_E_XML. Past `recorded`
+ * it only becomes slower. */
 ORT_API void svg_set_limits(svg_parser *parser, const svg_limits *limits);
 
 /** Where a value came from. */

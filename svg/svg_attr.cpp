@@ -8,6 +8,7 @@
 #include "svg/svg_schema.h"
 #include "svg/svg_tree.h"
 #include "svg/svg_values.h"
+#include "svg/svg_xml.h"
 
 static void make_value(svg_parser *p, int32_t row);
 static void report_failure(svg_parser *p, uint32_t line);
@@ -52,7 +53,7 @@ static void report_failure(svg_parser *p, uint32_t line) {
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
 
-  if (line == SVG_EXPAT_LINE) line = static_cast<uint32_t>(XML_GetCurrentLineNumber(p->xml));
+  if (line == SVG_LINE_BEING_READ) line = static_cast<uint32_t>(svg_xml_line(p));
   ort_push2_errmsg(p->core, 10008, p->filename,
                    ort_errprintf(p->core, "%d", static_cast<int>(line)),
                    ort_errprintf(p->core, "%a", p->elem_name), nullptr);
@@ -67,7 +68,7 @@ static void report_failure(svg_parser *p, uint32_t line) {
 void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, const char *text) {
   const int16_t row = element->esa_list[esa_index].attr;
   const svg_attr_def *def = &svg_attr_table[row];
-  svg_parse_attr(p, row, text, SVG_EXPAT_LINE);
+  svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
   svg_a_node *value = p->new_value;
   if (value == nullptr) return;
 
@@ -91,7 +92,7 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
     if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
     svg_find_nottol_property(p, name);
   } else if (p->in_style_attr != 0 || !ort_getbit(p->props_set, static_cast<size_t>(row))) {
-    svg_parse_attr(p, row, text, SVG_EXPAT_LINE);
+    svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
     if (svg_a_node *value = p->new_value) {
       if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add property %a=\"%a\"]\n", name, text);
       ort_push(p->prop_values, value);

@@ -7,7 +7,6 @@
 // token as it has already.
 #include <algorithm>
 #include <cstring>
-#include <utility>
 
 #include "svg/svg_xml.h"
 
@@ -78,13 +77,7 @@ template <class Call> static void with_core(svg_parser *p, Call call) {
 
 void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
-  std::swap(p->xml, p->idle_xml);
-  with_core(p, [&] {
-    if (p->xml != nullptr)
-      XML_ParserReset(p->xml, encoding);
-    else
-      p->xml = XML_ParserCreate_MM(encoding, &suite, separator);
-  });
+  with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
   if (p->xml == nullptr)
     ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS", nullptr, nullptr, nullptr);
   // Else Expat asks the system for a number, for every pass.
@@ -115,13 +108,9 @@ XML_Status svg_expat_flush(svg_parser *p) {
   return p->gathered > 0 ? feed(p, false) : XML_STATUS_OK;
 }
 
-void svg_expat_end(svg_parser *p) { std::swap(p->xml, p->idle_xml); }
-
 void svg_expat_delete(svg_parser *p) {
-  for (XML_Parser *xml : {&p->xml, &p->idle_xml}) {
-    if (*xml != nullptr) XML_ParserFree(*xml);
-    *xml = nullptr;
-  }
+  if (p->xml != nullptr) XML_ParserFree(p->xml);
+  p->xml = nullptr;
 }
 
 static XML_Status feed(svg_parser *p, bool last) {

@@ -32,17 +32,11 @@ static void cb_attribute(void *parser, const XML_Char *, const XML_Char *, const
   });
 }
 
-static void cb_namespace(void *parser, const XML_Char *prefix, const XML_Char *uri) {
-  auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] { svg_check_namespace(p, prefix, uri); });
-}
-
 void svg_bound_growth(svg_parser *p) {
   p->nested_entities = p->declared_attributes = 0;
   p->defaulted = 0;
   XML_SetEntityDeclHandler(p->xml, cb_entity);
   XML_SetAttlistDeclHandler(p->xml, cb_attribute);
-  XML_SetStartNamespaceDeclHandler(p->xml, cb_namespace);
 }
 
 void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {

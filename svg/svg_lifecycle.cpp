@@ -51,6 +51,7 @@ void svg_set_limits(svg_parser *p, const svg_limits *limits) {
   p->limits.entity_factor =
       wanted.entity_factor != 0 ? wanted.entity_factor : ORT_LIMIT_ENTITY_FACTOR;
   p->limits.entity_start = wanted.entity_start != 0 ? wanted.entity_start : ORT_LIMIT_ENTITY_START;
+  p->limits.recorded = wanted.recorded != 0 ? wanted.recorded : ORT_LIMIT_RECORDED;
 }
 
 void svg_set_observer(svg_parser *p, svg_observer_fn observer, void *user) {
@@ -75,6 +76,7 @@ void svg_parser_delete(svg_parser *p) {
   svg_clear_document(p);
   svg_delete_work_space(p);
   svg_expat_delete(p);
+  svg_recording_delete(p);
   ort_bs_delete(p->style_sheet);
   for (char *text : {p->language_primary, p->pi_copy, p->font_copy}) ort_free(core, text);
   for (ort_vtr *vector : {p->hrefs, p->prop_values, p->fonts}) ort_vtr_delete(vector);

@@ -64,13 +64,22 @@ struct svg_open_element {
   svg_e_node *last_child; // last element child built so far, or null
 };
 
+struct svg_recorded_chunk; // svg_recording.cpp
+
+// The events of the style-sheet pass.
+struct svg_recording {
+  bool on; // and nothing is missing
+  svg_recorded_chunk *first, *last;
+  size_t size; // bytes in all chunks
+  long line;   // of the event being played, else 0
+};
+
 struct svg_parser {
   ort_core *core;
   int32_t font_number;
   const char *filename;
   const css_context *css_context_; // handed unchanged to the CSS engine
   XML_Parser xml;                  // null outside a pass
-  XML_Parser idle_xml;             // of the pass before, to be used again
   int32_t no_namespaces;           // a pass was restarted without namespace processing
   int32_t value_ok;                // 0 between a value error and its handling
   int32_t in_style_attr;
@@ -156,6 +165,7 @@ struct svg_parser {
   char *room;              // for batch bytes, in Expat's buffer
   size_t batch, gathered;  // so many of them are there
   int64_t bytes_fed;       // to Expat in this pass
+  svg_recording recording;
   svg_limits limits;
   int32_t nested_entities, declared_attributes; // declared in this pass
   uint64_t defaulted;                           // bytes of default attributes in this pass

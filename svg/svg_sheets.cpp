@@ -86,7 +86,6 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
       if (p->style_sheet == nullptr) p->style_sheet = ort_bs_new(p->core);
       if (p->log_level >= 3) ort_logg(p->core, "\tFetching internal style sheet...\n");
       p->in_style_elem = 1;
-      XML_SetCharacterDataHandler(p->xml, svg_cb_char_data_css);
     }
   });
 }
@@ -102,14 +101,13 @@ void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
       ort_vtr_pop(p->css_svg_stack);
     } else {
       p->in_style_elem = 0;
-      XML_SetCharacterDataHandler(p->xml, nullptr);
     }
   });
 }
 
-// Expat knows this callback only inside of style elements.
 void svg_cb_char_data_css(void *parser, const XML_Char *s, int len) {
   auto *p = static_cast<svg_parser *>(parser);
+  if (!p->in_style_elem) return;
   svg_in_callback(p, [&] { ort_bs_append(p->style_sheet, s, static_cast<size_t>(len)); });
 }
 

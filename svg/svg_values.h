@@ -12,7 +12,7 @@ template <class Record> Record *svg_record(svg_a_node *node) {
 
 // ---- svg_attr.cpp: dispatch -----------------------------------------------------------------------------------------
 
-constexpr uint32_t SVG_EXPAT_LINE = UINT32_MAX; // take the line from Expat
+constexpr uint32_t SVG_LINE_BEING_READ = UINT32_MAX;
 
 // Parses text by its row; the result is new_value (null for none), which the caller takes over. A
 // bad value is a warning.

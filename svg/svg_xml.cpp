@@ -1,8 +1,8 @@
 // svg_xml.cpp: one pass over the input through Expat.
 //
-// Called by svg_parse.cpp for the style-sheet pass and for the main pass. A pass that fails with an
-// encoding error or a namespace error is restarted, from a clean state. Raises 10009, ORT_E_READ,
-// ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+// Called by svg_parse.cpp for the style-sheet pass and, when that could not be recorded, for the
+// main pass. A pass that fails with an encoding error or a namespace error is restarted, from a
+// clean state. Raises 10009, ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
 #include <cstring>
 
 #include "svg/svg_style.h"
@@ -12,6 +12,8 @@
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
                      bool *first_block);
+static void log_banner(svg_parser *p, int32_t css_pass);
+static void log_end(svg_parser *p, int32_t css_pass);
 static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
 ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
 static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
@@ -26,13 +28,18 @@ constexpr int32_t last_encoding = 4;
 
 void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
                    int32_t *encoding) {
+  if (!css_pass && p->recording.on) {
+    log_banner(p, css_pass);
+    svg_recording_play(p);
+    log_end(p, css_pass);
+    return;
+  }
   bool first_block = true;
   bool namespace_restart = false;
   for (int32_t enc = *encoding;;) {
     create_expat(p, css_pass, enc);
     const int code = run_expat(p, file, *gz, css_pass, &first_block);
-    if (!css_pass && p->log_level >= 3)
-      ort_logg(p->core, "--------------------------------------------------------------\n");
+    log_end(p, css_pass);
     if (code == XML_ERROR_NONE) {
       *encoding = enc;
       break;
@@ -48,7 +55,6 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
       namespace_restart = true;
       ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
       restart(p, file, gz, css_pass);
-      svg_expat_delete(p);
       p->no_namespaces = 1;
       if (p->log_level >= 3) ort_logg(p->core, "\tNew parsing without namespace handling\n");
     } else {
@@ -70,7 +76,7 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   svg_bound_growth(p);
   if (css_pass) {
     XML_SetProcessingInstructionHandler(p->xml, svg_cb_proc_instr_css);
-    XML_SetElementHandler(p->xml, svg_cb_elem_start_css, svg_cb_elem_end_css);
+    svg_recording_begin(p);
   } else {
     XML_SetElementHandler(p->xml, svg_cb_elem_start, svg_cb_elem_end);
     XML_SetCharacterDataHandler(p->xml, svg_cb_char_data);
@@ -82,7 +88,7 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
 // when it is not 0.
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
                      bool *first_block) {
-  bool banner_due = p->log_level >= 3;
+  bool banner_due = true;
   for (bool last = false; !last;) {
     char *block = svg_expat_room(p);
     const int64_t length = read_block(p, file, gz, block, &last);
@@ -93,10 +99,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
     } else {
       if (*first_block) check_looks_like_xml(p, block, length);
       *first_block = false;
-      if (banner_due)
-        ort_logg(p->core,
-                 css_pass ? "\n------------------------- CSS rules --------------------------\n"
-                          : "\n------------------------- SVG file ---------------------------\n");
+      if (banner_due) log_banner(p, css_pass);
       banner_due = false;
       status = svg_expat_take(p, static_cast<size_t>(length), last);
     }
@@ -110,6 +113,18 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
     return code;
   }
   return XML_ERROR_NONE;
+}
+
+static void log_banner(svg_parser *p, int32_t css_pass) {
+  if (p->log_level >= 3)
+    ort_logg(p->core, css_pass
+                          ? "\n------------------------- CSS rules --------------------------\n"
+                          : "\n------------------------- SVG file ---------------------------\n");
+}
+
+static void log_end(svg_parser *p, int32_t css_pass) {
+  if (!css_pass && p->log_level >= 3)
+    ort_logg(p->core, "--------------------------------------------------------------\n");
 }
 
 // The number of bytes read, less than a block at the end; -1: reading failed.
@@ -166,7 +181,7 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 }
 
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
-  svg_expat_end(p);
+  svg_expat_delete(p);
   if (ort_fseek(file, 0, 0) != 0)
     ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
   if (*gz != nullptr) {
@@ -199,5 +214,6 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
 }
 
 long svg_xml_line(const svg_parser *p) {
-  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : 0;
+  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml))
+                           : p->recording.line;
 }

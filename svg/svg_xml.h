@@ -23,7 +23,6 @@ void svg_expat_create(svg_parser *p, const char *encoding);
 char *svg_expat_room(svg_parser *p);
 XML_Status svg_expat_take(svg_parser *p, size_t length, bool last);
 XML_Status svg_expat_flush(svg_parser *p);
-void svg_expat_end(svg_parser *p); // the next pass uses the same parser, unless it is deleted
 void svg_expat_delete(svg_parser *p);
 
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays
@@ -32,8 +31,14 @@ void svg_expat_delete(svg_parser *p);
 template <class Body> void svg_in_callback(svg_parser *p, Body &&body) {
   if (p->callback_failed || ort_protected(p->core, body)) return;
   p->callback_failed = 1;
-  XML_StopParser(p->xml, XML_FALSE);
+  if (p->xml != nullptr) XML_StopParser(p->xml, XML_FALSE);
 }
+
+// ---- svg_recording.cpp: the events of the style-sheet pass, for the main pass ---------------------------------------
+
+void svg_recording_begin(svg_parser *p); // sets Expat's handlers; what was recorded goes
+void svg_recording_play(svg_parser *p);  // while p->recording.on; afterwards it is empty
+void svg_recording_delete(svg_parser *p);
 
 // ---- svg_content.cpp: callbacks of the main pass --------------------------------------------------------------------
 

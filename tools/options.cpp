@@ -111,7 +111,7 @@ static void add_reading_options(CLI::App &app, Options &options) {
         std::tuple("--refuse-property", &reading.refused_properties, "NAME",
                    "Refuse drawings with this unsupported property (repeatable)"),
         std::tuple("--limit", &options.limits, "NAME=N",
-                   "Set memory, inflated (bytes), growth, nodes or depth (repeatable)")})
+                   "Set memory, inflated, recorded (bytes), growth, nodes or depth (repeatable)")})
     option(name, *values, argument, text)
         ->expected(1)
         ->allow_extra_args(false)
@@ -143,6 +143,8 @@ static bool take_limit(const std::string &text, ReadSettings &reading) {
     limits.nodes = number;
   else if (name == "depth")
     limits.depth = static_cast<uint32_t>(std::min<uint64_t>(number, UINT32_MAX));
+  else if (name == "recorded")
+    limits.recorded = number;
   else
     return false;
   return true;

@@ -76,7 +76,7 @@ void fuzz_read(const std::string &drawing, const FuzzInput &input, const std::st
     p->block_size = block_sizes[set[FuzzInput::BLOCK] % std::size(block_sizes)];
     if (const unsigned limits = set[FuzzInput::LIMITS]) {
       const svg_limits tight = {limits % 8 ? 1ULL << limits % 8 : 0, limits / 8 % 8 * 2,
-                                limits / 64 ? 1.5f : 0.0f, limits / 64 * 100};
+                                limits / 64 ? 1.5f : 0.0f, limits / 64 * 100, limits % 32 * 1000};
       svg_set_limits(p, &tight);
     }
   });

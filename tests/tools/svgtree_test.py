@@ -395,7 +395,7 @@ class Streams(unittest.TestCase):
         drawing = svg("<g><g/></g>")
         for limit, message in (("memory=4K", "error 1001: "), ("inflated=1", "error 1930: Limit of 1 inf"),
                                ("nodes=2", "error 1930: Limit of 2 n"), ("depth=2", "error 1930: Limit of 2 n"),
-                               ("depth=1G", "")):
+                               ("depth=1G", ""), ("recorded=1", "")):
             data = gzip.compress(drawing) if limit == "inflated=1" else drawing
             found = run("--check", "--limit", "growth=2", "--limit", limit, "-", stdin=data)[2]
             self.assertEqual(found[:len(f"standard input: {message}")],
