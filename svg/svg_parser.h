@@ -64,15 +64,7 @@ struct svg_open_element {
   svg_e_node *last_child; // last element child built so far, or null
 };
 
-struct svg_recorded_chunk; // svg_recording.cpp
-
-// The events of the style-sheet pass.
-struct svg_recording {
-  bool on; // and nothing is missing
-  svg_recorded_chunk *first, *last;
-  size_t size; // bytes in all chunks
-  long line;   // of the event being played, else 0
-};
+struct svg_recording; // svg_recording.cpp
 
 struct svg_parser {
   ort_core *core;
@@ -156,16 +148,17 @@ struct svg_parser {
   bool cur_href_awaited;      // links wait for cur_href
   const char *tok_begin;      // text of the current token when tok_text is null
   size_t tok_length;
-  int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1
-  ort_vtr *open_elements;  // svg_open_element
-  char *pi_copy;           // instruction data being split
-  char *font_copy;         // font shorthand being split
-  int32_t callback_failed; // an Expat callback raised; the error is pending until XML_ParseBuffer
-                           // has returned
-  char *room;              // for batch bytes, in Expat's buffer
-  size_t batch, gathered;  // so many of them are there
-  int64_t bytes_fed;       // to Expat in this pass
-  svg_recording recording;
+  int64_t value_link;       // slot of the waiting link made by the value being parsed, or -1
+  ort_vtr *open_elements;   // svg_open_element
+  char *pi_copy;            // instruction data being split
+  char *font_copy;          // font shorthand being split
+  int32_t callback_failed;  // an Expat callback raised; the error is pending until XML_ParseBuffer
+                            // has returned
+  char *room;               // for batch bytes, in Expat's buffer
+  size_t batch, gathered;   // so many of them are there
+  int64_t bytes_fed;        // to Expat in this pass
+  svg_recording *recording; // of what Expat told, for the main pass; null: it reads for itself
+  uint32_t played_line;     // of the event being played, else 0
   svg_limits limits;
   int32_t nested_entities, declared_attributes; // declared in this pass
   uint64_t defaulted;                           // bytes of default attributes in this pass

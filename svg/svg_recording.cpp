@@ -6,33 +6,55 @@
 // svg_xml.cpp reads the input again. Raises for lack of memory, and again what a callback raised.
 #include <algorithm>
 #include <cstring>
+#include <initializer_list>
+#include <utility>
 
 #include "svg/svg_style.h"
 #include "svg/svg_xml.h"
 
 namespace {
 
-enum class kind : uint32_t { start, end, text, namespace_start, namespace_end };
-
-// Texts may be null. The first has a length; the others end with a NUL.
-struct event {
-  kind what;
-  int length;
-  long line;
-  size_t size; // with the texts, which stand behind the pointers
-  const char *texts[];
+// Behind an event's head follow, with no gaps:
+enum class kind : uint32_t {
+  start,           // name; of each attribute its name, and its value with a NUL
+  end,             // name
+  text,            // the characters
+  namespace_start, // prefix or null, name or null
+  namespace_end,   // prefix or null
 };
 
+struct head {
+  kind what;
+  uint32_t count = 0; // of attributes, or of characters
+  uint32_t line = 0;
+};
+
+struct chunk {
+  chunk *next;
+  size_t size, used;
+  char *bytes() { return reinterpret_cast<char *>(this + 1); }
+};
+
+// One behind the other.
+struct chunks {
+  chunk *first, *last;
+};
+
+constexpr int known_shift = 58;
+constexpr size_t known_pairs = size_t{1} << (64 - known_shift);
 constexpr size_t smallest_chunk = 1 << 12;
 constexpr size_t largest_chunk = 1 << 16; // but for an event that needs more
 constexpr size_t part_of_memory = 4;      // the recording may take this part of what is left
 
 } // namespace
 
-// Its events follow it, in the order in which they came.
-struct svg_recorded_chunk {
-  svg_recorded_chunk *next;
-  size_t size, used;
+struct svg_recording {
+  chunks events, names;
+  size_t size; // bytes of all chunks
+  size_t most_attributes;
+  const char **attributes; // of the start tag being played
+  // Names recur. The last two with the same hash, of which the first was used later; or null.
+  const char *known[known_pairs][2];
 };
 
 static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs);
@@ -40,31 +62,31 @@ static void cb_end(void *parser, const XML_Char *name);
 static void cb_text(void *parser, const XML_Char *s, int length);
 static void cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri);
 static void cb_namespace_end(void *parser, const XML_Char *prefix);
-static void record(svg_parser *p, kind what, const char *first, size_t length,
-                   const char *const *others = nullptr, size_t count = 0);
-static event *add_event(svg_parser *p, size_t size);
-static void add_chunk(svg_parser *p, size_t needed);
-static void play(svg_parser *p, event *e);
-static void remove_first(svg_parser *p);
-static size_t length_of(const char *text);
+static void record_names(svg_parser *p, kind what, std::initializer_list<const char *> names);
+static char *add_event(svg_parser *p, head event, size_t size);
+static const char *keep(svg_parser *p, const char *text);
+static char *make_room(svg_parser *p, chunks *list, size_t size);
+static void add_chunk(svg_parser *p, chunks *list, size_t needed);
+static const char *play(svg_parser *p, const char *at);
+static void remove_first(svg_parser *p, chunks *list);
 
 void svg_recording_begin(svg_parser *p) {
   svg_recording_delete(p);
-  p->recording.on = true;
+  p->recording = ort_new<svg_recording>(p->core, "svg_recording");
   XML_SetElementHandler(p->xml, cb_start, cb_end);
   XML_SetCharacterDataHandler(p->xml, cb_text);
   XML_SetNamespaceDeclHandler(p->xml, cb_namespace_start, cb_namespace_end);
 }
 
 void svg_recording_play(svg_parser *p) {
+  svg_recording *recording = p->recording;
   p->declared_attributes = 0; // what they add to start tags has been counted
-  for (; p->recording.first != nullptr; remove_first(p)) {
-    auto *at = reinterpret_cast<char *>(p->recording.first + 1);
-    for (const char *end = at + p->recording.first->used; at < end;) {
-      auto *e = reinterpret_cast<event *>(at);
-      at += e->size;
-      p->recording.line = e->line;
-      play(p, e);
+  recording->attributes =
+      ort_new_array<const char *>(p->core, 2 * recording->most_attributes + 1, "svg_recording");
+  for (chunks &events = recording->events; events.first != nullptr; remove_first(p, &events)) {
+    const char *at = events.first->bytes();
+    for (const char *end = at + events.first->used; at < end;) {
+      at = play(p, at);
       if (p->callback_failed) ort_rethrow(p->core);
     }
   }
@@ -72,107 +94,160 @@ void svg_recording_play(svg_parser *p) {
 }
 
 void svg_recording_delete(svg_parser *p) {
-  while (p->recording.first != nullptr) remove_first(p);
-  p->recording = {};
+  svg_recording *recording = p->recording;
+  if (recording == nullptr) return;
+  for (chunks *list : {&recording->events, &recording->names})
+    while (list->first != nullptr) remove_first(p, list);
+  ort_free(p->core, recording->attributes);
+  ort_free(p->core, recording);
+  p->recording = nullptr;
+  p->played_line = 0;
 }
 
 // ---- Recording ----------------------------------------------------------------------------------
 
+template <class T> static char *put(char *room, T value) {
+  memcpy(room, &value, sizeof value);
+  return room + sizeof value;
+}
+
 static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
-  size_t count = 1; // with the null at the end
-  while (attrs[count - 1] != nullptr) count++;
-  record(static_cast<svg_parser *>(parser), kind::start, name, strlen(name), attrs, count);
+  auto *p = static_cast<svg_parser *>(parser);
+  uint32_t count = 0;
+  size_t size = sizeof name;
+  for (; attrs[2 * count] != nullptr; count++)
+    size += sizeof name + strlen(attrs[2 * count + 1]) + 1;
+  if (char *room = add_event(p, {kind::start, count}, size)) {
+    room = put(room, keep(p, name));
+    for (uint32_t i = 0; i < count; i++) {
+      room = put(room, keep(p, attrs[2 * i]));
+      room = stpcpy(room, attrs[2 * i + 1]) + 1;
+    }
+    p->recording->most_attributes = std::max<size_t>(p->recording->most_attributes, count);
+  }
   svg_cb_elem_start_css(parser, name, attrs);
 }
 
 static void cb_end(void *parser, const XML_Char *name) {
-  record(static_cast<svg_parser *>(parser), kind::end, name, strlen(name));
+  record_names(static_cast<svg_parser *>(parser), kind::end, {name});
   svg_cb_elem_end_css(parser, name);
 }
 
 static void cb_text(void *parser, const XML_Char *s, int length) {
-  record(static_cast<svg_parser *>(parser), kind::text, s, static_cast<size_t>(length));
+  const auto count = static_cast<uint32_t>(length);
+  if (char *room = add_event(static_cast<svg_parser *>(parser), {kind::text, count}, count))
+    memcpy(room, s, count);
   svg_cb_char_data_css(parser, s, length);
 }
 
 static void cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
   auto *p = static_cast<svg_parser *>(parser);
-  record(p, kind::namespace_start, prefix, length_of(prefix), &uri, 1);
+  record_names(p, kind::namespace_start, {prefix, uri});
   svg_in_callback(p, [&] { svg_check_namespace(p, prefix, uri); });
 }
 
 static void cb_namespace_end(void *parser, const XML_Char *prefix) {
-  record(static_cast<svg_parser *>(parser), kind::namespace_end, prefix, length_of(prefix));
+  record_names(static_cast<svg_parser *>(parser), kind::namespace_end, {prefix});
 }
 
-static void record(svg_parser *p, kind what, const char *first, size_t length,
-                   const char *const *others, size_t count) {
-  if (!p->recording.on || p->callback_failed) return;
-  size_t size = sizeof(event) + (count + 1) * sizeof(char *) + length + 1;
-  for (size_t i = 0; i < count; i++)
-    if (others[i] != nullptr) size += strlen(others[i]) + 1;
-  size = (size + alignof(event) - 1) / alignof(event) * alignof(event);
-  event *e = add_event(p, size);
-  if (e == nullptr) return;
-  *e = {what, static_cast<int>(length), svg_xml_line(p), size};
-  auto *room = reinterpret_cast<char *>(e->texts + count + 1);
-  const auto put = [&](const char *text, size_t bytes) {
-    memcpy(room, text, bytes);
-    room += bytes;
-    return room - bytes;
-  };
-  e->texts[0] = first != nullptr ? put(first, length) : nullptr;
-  *room++ = '\0';
-  for (size_t i = 0; i < count; i++)
-    e->texts[i + 1] = others[i] != nullptr ? put(others[i], strlen(others[i]) + 1) : nullptr;
+static void record_names(svg_parser *p, kind what, std::initializer_list<const char *> names) {
+  char *room = add_event(p, {what}, names.size() * sizeof(const char *));
+  if (room == nullptr) return;
+  for (const char *text : names) room = put(room, keep(p, text));
 }
 
-// Null: the recording is given up, or memory is short.
-static event *add_event(svg_parser *p, size_t size) {
-  if (svg_recorded_chunk *last = p->recording.last;
-      last == nullptr || last->size - last->used < size) {
-    svg_in_callback(p, [=] { add_chunk(p, size); });
-    if (p->callback_failed || !p->recording.on) return nullptr;
-  }
-  svg_recorded_chunk *last = p->recording.last;
-  auto *e = reinterpret_cast<event *>(reinterpret_cast<char *>(last + 1) + last->used);
-  last->used += size;
-  return e;
-}
-
-static void add_chunk(svg_parser *p, size_t needed) {
-  svg_recording &recording = p->recording;
-  const size_t size = std::max(needed, std::clamp(recording.size, smallest_chunk, largest_chunk));
-  const uint64_t most =
-      std::min<uint64_t>(p->limits.recorded, ort_memory_left(p->core) / part_of_memory);
-  if (recording.size + size > most) {
+// Where the event goes on behind its head. Null: the recording is given up, or memory is short.
+static char *add_event(svg_parser *p, head event, size_t size) {
+  svg_recording *recording = p->recording;
+  if (recording == nullptr || p->callback_failed) return nullptr;
+  const uint64_t most = ort_memory_left(p->core) / part_of_memory;
+  if (recording->size + size > std::min<uint64_t>(most, p->limits.recorded)) {
     svg_recording_delete(p);
-    return;
+    return nullptr;
   }
-  auto *chunk = static_cast<svg_recorded_chunk *>(
-      ort_malloc(p->core, sizeof(svg_recorded_chunk) + size, "svg_recording"));
-  *chunk = {nullptr, size, 0};
-  (recording.last != nullptr ? recording.last->next : recording.first) = chunk;
-  recording.last = chunk;
-  recording.size += size;
+  char *room = make_room(p, &recording->events, sizeof event + size);
+  if (room == nullptr) return nullptr;
+  event.line = static_cast<uint32_t>(svg_xml_line(p));
+  return put(room, event);
+}
+
+// The text as long as the recording lasts; null for null, and when memory is short.
+static const char *keep(svg_parser *p, const char *text) {
+  if (text == nullptr) return nullptr;
+  const size_t length = strlen(text);
+  uint64_t end = 0;
+  if (length >= sizeof end)
+    memcpy(&end, text + length - sizeof end, sizeof end);
+  else
+    for (size_t i = 0; i < length; i++) end = end << 8 | static_cast<unsigned char>(text[i]);
+  auto &[first, second] = p->recording->known[end * 0x9E3779B97F4A7C15 >> known_shift];
+  if (first != nullptr && strcmp(first, text) == 0) return first;
+  std::swap(first, second);
+  if (first != nullptr && strcmp(first, text) == 0) return first;
+  char *room = make_room(p, &p->recording->names, length + 1);
+  return first = room != nullptr ? strcpy(room, text) : nullptr;
+}
+
+// Null: memory is short.
+static char *make_room(svg_parser *p, chunks *list, size_t size) {
+  if (list->last == nullptr || list->last->size - list->last->used < size) {
+    svg_in_callback(p, [=] { add_chunk(p, list, size); });
+    if (p->callback_failed) return nullptr;
+  }
+  char *room = list->last->bytes() + list->last->used;
+  list->last->used += size;
+  return room;
+}
+
+static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
+  svg_recording *recording = p->recording;
+  const size_t size = std::max(needed, std::clamp(recording->size, smallest_chunk, largest_chunk));
+  auto *added = static_cast<chunk *>(ort_malloc(p->core, sizeof(chunk) + size, "svg_recording"));
+  *added = {nullptr, size, 0};
+  (list->last != nullptr ? list->last->next : list->first) = added;
+  list->last = added;
+  recording->size += size;
 }
 
 // ---- Playing ------------------------------------------------------------------------------------
 
-static void play(svg_parser *p, event *e) {
-  switch (e->what) {
-  case kind::start: svg_cb_elem_start(p, e->texts[0], e->texts + 1); break;
-  case kind::end: svg_cb_elem_end(p, e->texts[0]); break;
-  case kind::text: svg_cb_char_data(p, e->texts[0], e->length); break;
-  case kind::namespace_start: svg_cb_namespace_start(p, e->texts[0], e->texts[1]); break;
-  case kind::namespace_end: svg_cb_namespace_end(p, e->texts[0]); break;
-  }
+template <class T> static T take(const char **at) {
+  T value;
+  memcpy(&value, *at, sizeof value);
+  *at += sizeof value;
+  return value;
 }
 
-static void remove_first(svg_parser *p) {
-  svg_recorded_chunk *first = p->recording.first;
-  p->recording.first = first->next;
+// Returns where the next event is.
+static const char *play(svg_parser *p, const char *at) {
+  const auto event = take<head>(&at);
+  p->played_line = event.line;
+  const char *first = event.what == kind::text ? at : take<const char *>(&at);
+  switch (event.what) {
+  case kind::start: {
+    const char **attribute = p->recording->attributes;
+    for (uint32_t i = 0; i < event.count; i++) {
+      *attribute++ = take<const char *>(&at);
+      *attribute++ = at;
+      at += strlen(at) + 1;
+    }
+    *attribute = nullptr;
+    svg_cb_elem_start(p, first, p->recording->attributes);
+    break;
+  }
+  case kind::end: svg_cb_elem_end(p, first); break;
+  case kind::text:
+    at += event.count;
+    svg_cb_char_data(p, first, static_cast<int>(event.count));
+    break;
+  case kind::namespace_start: svg_cb_namespace_start(p, first, take<const char *>(&at)); break;
+  case kind::namespace_end: svg_cb_namespace_end(p, first); break;
+  }
+  return at;
+}
+
+static void remove_first(svg_parser *p, chunks *list) {
+  chunk *first = list->first;
+  list->first = first->next;
   ort_free(p->core, first);
 }
-
-static size_t length_of(const char *text) { return text != nullptr ? strlen(text) : 0; }

@@ -28,7 +28,7 @@ constexpr int32_t last_encoding = 4;
 
 void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
                    int32_t *encoding) {
-  if (!css_pass && p->recording.on) {
+  if (!css_pass && p->recording != nullptr) {
     log_banner(p, css_pass);
     svg_recording_play(p);
     log_end(p, css_pass);
@@ -214,6 +214,5 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
 }
 
 long svg_xml_line(const svg_parser *p) {
-  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml))
-                           : p->recording.line;
+  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : p->played_line;
 }

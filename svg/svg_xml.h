@@ -37,7 +37,7 @@ template <class Body> void svg_in_callback(svg_parser *p, Body &&body) {
 // ---- svg_recording.cpp: the events of the style-sheet pass, for the main pass ---------------------------------------
 
 void svg_recording_begin(svg_parser *p); // sets Expat's handlers; what was recorded goes
-void svg_recording_play(svg_parser *p);  // while p->recording.on; afterwards it is empty
+void svg_recording_play(svg_parser *p);  // once, unless p->recording is null
 void svg_recording_delete(svg_parser *p);
 
 // ---- svg_content.cpp: callbacks of the main pass --------------------------------------------------------------------
