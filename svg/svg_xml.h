@@ -1,4 +1,4 @@
-// svg_xml.h: from bytes to XML events. The passes over Expat, the callbacks of the main pass,
+// svg_xml.h: from bytes to XML events. The two passes, the callbacks of the second, the main pass,
 // namespaces and names, and the capture of title, desc and metadata. The style-sheet pass's
 // callbacks are in svg_style.h.
 #ifndef SVG_XML_H
@@ -12,7 +12,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz);
 int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info);
 
-// Line of the input that Expat is at.
+// Line of the event that is being handled; 0 outside of the passes.
 long svg_xml_line(const svg_parser *p);
 
 // svg_expat.cpp: Expat under the core's memory. Raises for lack of memory, and again what a
