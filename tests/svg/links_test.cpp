@@ -1,9 +1,9 @@
 // Ids, names and the links between elements.
-#include <ctime>
 #include <gtest/gtest.h>
+#include <memory>
 #include <set>
 
-#include "svg/svg_parser.h"
+#include "svg/svg_index.h"
 #include "tests/support/reader.h"
 
 namespace {
@@ -116,22 +116,29 @@ TEST(Links, AreLogged) {
                  "\t\tList of all ids and names:\n"});
 }
 
-// Four times the elements may take about four times as long; a scan over names or links would take
-// sixteen times. Every value with a bad fallback gives its link up in the middle of a long chain.
-TEST(Links, TakeTimeInProportionToTheirNumber) {
-  const auto seconds = [](int count) {
-    std::string text = svg_begin, targets;
-    for (int i = 0; i < count; i++) {
-      const std::string name = "g" + std::to_string(i);
-      text += "<use xlink:href='#" + name + "' fill='url(#all)' stroke='url(#all) x'/>";
-      targets += "<g id='" + name + "'/>";
+// Entries stand in for others that were removed between them and their own place.
+TEST(Links, IndexFindsWhatIsLeft) {
+  AccountingCore core;
+  const auto parser = std::make_unique<svg_parser>();
+  parser->core = core.get();
+  svg_name_index *index = nullptr;
+  std::vector<std::string> names(3000);
+  core.protect([&] {
+    for (size_t i = 0; i < names.size(); i++) {
+      names[i] = "name" + std::to_string(i);
+      svg_index_add(parser.get(), &index, names[i].c_str())->number = i;
     }
-    const clock_t start = clock();
-    EXPECT_EQ(waiting(Document(text + targets + "<linearGradient id='all'/></svg>")), "");
-    return double(clock() - start) / CLOCKS_PER_SEC;
-  };
-  seconds(1000);
-  EXPECT_LT(seconds(32000), 9 * seconds(8000));
+    for (size_t i = 0; i < names.size(); i += 3)
+      svg_index_remove(index, svg_index_find(parser.get(), index, names[i]));
+  });
+  for (size_t i = 0; i < names.size(); i++) {
+    const svg_index_entry *entry = svg_index_find(parser.get(), index, names[i]);
+    if (i % 3 == 0)
+      EXPECT_EQ(entry, nullptr) << i;
+    else
+      EXPECT_TRUE(entry != nullptr && entry->number == i) << i;
+  }
+  svg_index_delete(core, &index);
 }
 
 } // namespace
