@@ -52,6 +52,17 @@ TEST(Hostile, EveryFailingAllocationIsReported) {
   }
 }
 
+// The blocks of one drawing lie where those of others were.
+TEST(Hostile, OneCoreReadsAllAndKeepsNothing) {
+  AccountingCore core;
+  core.allow_temporaries();
+  for (int round = 0; round < 3; round++)
+    for (const auto &[name, bytes] : documents()) {
+      read_once(core, bytes);
+      ASSERT_EQ(core.live_blocks(), "") << name;
+    }
+}
+
 TEST(Hostile, EveryPrefixIsReadCleanly) {
   for (const auto &[name, bytes] : documents()) {
     const size_t stride = hostile_stride(bytes.size(), 400);
