@@ -12,8 +12,7 @@
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
                      bool *first_block);
-static void log_banner(svg_parser *p, int32_t css_pass);
-static void log_end(svg_parser *p, int32_t css_pass);
+static void log_line(svg_parser *p, const char *line);
 static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
 ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
 static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
@@ -26,12 +25,16 @@ constexpr ort_keyword svg_xp_encodings[] = {
     {"UTF-8", 1}, {"ISO-8859-1", 2}, {"US-ASCII", 3}, {"UTF-16", 4}, {nullptr, 0}};
 constexpr int32_t last_encoding = 4;
 
+constexpr char css_banner[] = "\n------------------------- CSS rules --------------------------\n";
+constexpr char main_banner[] = "\n------------------------- SVG file ---------------------------\n";
+constexpr char main_end[] = "--------------------------------------------------------------\n";
+
 void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
                    int32_t *encoding) {
   if (!css_pass && p->recording != nullptr) {
-    log_banner(p, css_pass);
+    log_line(p, main_banner);
     svg_recording_play(p);
-    log_end(p, css_pass);
+    log_line(p, main_end);
     return;
   }
   bool first_block = true;
@@ -39,7 +42,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
   for (int32_t enc = *encoding;;) {
     create_expat(p, css_pass, enc);
     const int code = run_expat(p, file, *gz, css_pass, &first_block);
-    log_end(p, css_pass);
+    if (!css_pass) log_line(p, main_end);
     if (code == XML_ERROR_NONE) {
       *encoding = enc;
       break;
@@ -99,7 +102,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
     } else {
       if (*first_block) check_looks_like_xml(p, block, length);
       *first_block = false;
-      if (banner_due) log_banner(p, css_pass);
+      if (banner_due) log_line(p, css_pass ? css_banner : main_banner);
       banner_due = false;
       status = svg_expat_take(p, static_cast<size_t>(length), last);
     }
@@ -115,16 +118,8 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
   return XML_ERROR_NONE;
 }
 
-static void log_banner(svg_parser *p, int32_t css_pass) {
-  if (p->log_level >= 3)
-    ort_logg(p->core, css_pass
-                          ? "\n------------------------- CSS rules --------------------------\n"
-                          : "\n------------------------- SVG file ---------------------------\n");
-}
-
-static void log_end(svg_parser *p, int32_t css_pass) {
-  if (!css_pass && p->log_level >= 3)
-    ort_logg(p->core, "--------------------------------------------------------------\n");
+static void log_line(svg_parser *p, const char *line) {
+  if (p->log_level >= 3) ort_logg(p->core, "%s", line);
 }
 
 // The number of bytes read, less than a block at the end; -1: reading failed.
