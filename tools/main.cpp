@@ -97,7 +97,7 @@ static void print_messages(const Drawing &drawing) {
   for (const Message &message : drawing.messages())
     fprintf(stderr, "%s: %s %d: %s\n", escaped(drawing.name()).c_str(),
             message.severity == ORT_ERROR ? "error" : "warning", message.code,
-            message.text.c_str());
+            escaped(message.text).c_str());
 }
 
 static bool flush_output() {

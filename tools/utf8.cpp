@@ -3,6 +3,7 @@
 
 #include <cstdio>
 
+static bool turns_direction(std::string_view character);
 static std::string escape(std::string_view text, std::string_view also);
 
 size_t utf8_length(std::string_view text) {
@@ -38,11 +39,17 @@ std::string escaped(std::string_view text) { return escape(text, ""); }
 
 std::string quoted(std::string_view text) { return '"' + escape(text, "\"\\") + '"'; }
 
+// Unicode Standard Annex 9, 2: explicit directional formatting, which reaches beyond the text.
+static bool turns_direction(std::string_view character) {
+  return (character >= "\u202A" && character <= "\u202E") ||
+         (character >= "\u2066" && character <= "\u2069");
+}
+
 static std::string escape(std::string_view text, std::string_view also) {
   std::string result;
-  const auto append_hex = [&](unsigned char byte) {
+  const auto append_code = [&](const char *format, unsigned code) {
     char hex[8];
-    snprintf(hex, sizeof hex, "\\x%02X", byte);
+    snprintf(hex, sizeof hex, format, code);
     result += hex;
   };
   while (!text.empty()) {
@@ -57,9 +64,11 @@ static std::string escape(std::string_view text, std::string_view also) {
     else if (byte == '\r')
       result += "\\r";
     else if (byte < 0x20 || byte == 0x7F || length == 0)
-      append_hex(byte);
+      append_code("\\x%02X", byte);
     else if (high_control)
-      append_hex(static_cast<unsigned char>(text[1])); // U+0080 to U+009F
+      append_code("\\x%02X", static_cast<unsigned char>(text[1])); // U+0080 to U+009F
+    else if (turns_direction(text.substr(0, length)))
+      append_code("\\u%04X", 0x2000U | (text[1] & 0x3FU) << 6 | (text[2] & 0x3FU));
     else
       result += (also.find(text[0]) != also.npos ? "\\" : "") + std::string(text.substr(0, length));
     text.remove_prefix(length > 0 ? length : 1);

@@ -234,8 +234,8 @@ ANSWERS = (  # arguments, drawing, answer behind the first line
      svg('<switch id="s"><g systemLanguage="en"/>x<a systemLanguage="fr, de-CH"/><g/></switch>'),
      "  g [language not accepted]\n    . systemLanguage: en\n  \"x\"\n"
      "  a [needs bbox] [language accepted] [chosen]\n    . systemLanguage: fr, de-CH\n  g\n"),
-    (["--query", "#n"], svg('<a id="n" xlink:title="&#x9b;&#127;&#9;é"/>'),
-     '  . xlink:title: "\\x9B\\x7F\\té"\n'),
+    (["--query", "#n"], svg('<a id="n" xlink:title="&#x9b;&#127;&#9;é&#x202e;&#x2069;&#x206a;"/>'),
+     '  . xlink:title: "\\x9B\\x7F\\té\\u202E\\u2069\u206a"\n'),
 )
 
 
