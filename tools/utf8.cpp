@@ -52,6 +52,7 @@ static std::string escape(std::string_view text, std::string_view also) {
     snprintf(hex, sizeof hex, format, code);
     result += hex;
   };
+  const auto low_bits = [&](size_t i) { return static_cast<unsigned char>(text[i]) & 0x3FU; };
   while (!text.empty()) {
     const size_t length = utf8_length(text);
     const auto byte = static_cast<unsigned char>(text[0]);
@@ -68,7 +69,7 @@ static std::string escape(std::string_view text, std::string_view also) {
     else if (high_control)
       append_code("\\x%02X", static_cast<unsigned char>(text[1])); // U+0080 to U+009F
     else if (turns_direction(text.substr(0, length)))
-      append_code("\\u%04X", 0x2000U | (text[1] & 0x3FU) << 6 | (text[2] & 0x3FU));
+      append_code("\\u%04X", 0x2000U | low_bits(1) << 6 | low_bits(2));
     else
       result += (also.find(text[0]) != also.npos ? "\\" : "") + std::string(text.substr(0, length));
     text.remove_prefix(length > 0 ? length : 1);
