@@ -1,93 +1,119 @@
 // svg_index.cpp: a hash table of names: open addressing with linear probing, the number of places a
-// power of 2. The marks of the places lie apart, so that a search meets little memory. Raises for
-// lack of memory.
+// power of 2. The entries lie apart, one behind the other: names that are asked for in the order in
+// which they came meet little memory. Raises for lack of memory.
 #include "svg/svg_index.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
-static void grow(svg_parser *p, svg_name_index **index);
+static void grow_places(svg_parser *p, svg_name_index *index);
+static void grow_entries(svg_parser *p, svg_name_index *index);
 static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark);
+static size_t place_of(const svg_parser *p, const svg_name_index *index, size_t entry);
+static void free_place(svg_name_index *index, size_t place);
 static uint32_t mark_of(const svg_parser *p, std::string_view name);
 
+struct index_place {
+  uint32_t mark; // of the entry's name; 0: the place is free
+  uint32_t entry;
+};
+
 struct svg_name_index {
-  uint32_t *marks; // of the entries' names, in the same block; 0: the place is free
+  index_place *places;
+  size_t place_count;
   svg_index_entry *entries;
-  size_t capacity;
-  size_t count;
+  size_t entry_count, entry_room;
 };
 
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name) {
-  if (index == nullptr || index->count == 0) return nullptr;
-  const size_t place = find_place(index, name, mark_of(p, name));
-  return index->marks[place] != 0 ? &index->entries[place] : nullptr;
+  if (index == nullptr || index->entry_count == 0) return nullptr;
+  const index_place place = index->places[find_place(index, name, mark_of(p, name))];
+  return place.mark != 0 ? &index->entries[place.entry] : nullptr;
 }
 
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name) {
-  grow(p, index);
+  if (*index == nullptr) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
+  svg_name_index *names = *index;
+  if (names->entry_count >= names->place_count - names->place_count / 4) grow_places(p, names);
+  if (names->entry_count == names->entry_room) grow_entries(p, names);
   const uint32_t mark = mark_of(p, name);
-  const size_t place = find_place(*index, name, mark);
-  svg_index_entry *entry = &(*index)->entries[place];
-  if ((*index)->marks[place] == 0) {
-    (*index)->marks[place] = mark;
-    *entry = {.name = name, .number = 0, .element = nullptr};
-    (*index)->count++;
+  index_place &place = names->places[find_place(names, name, mark)];
+  if (place.mark == 0) {
+    place = {mark, static_cast<uint32_t>(names->entry_count)};
+    names->entries[names->entry_count++] = {.name = name, .number = 0, .element = nullptr};
   }
-  return entry;
+  return &names->entries[place.entry];
 }
 
-// Moves up what stood behind the entry because of it.
-void svg_index_remove(svg_name_index *index, svg_index_entry *entry) {
-  const size_t last = index->capacity - 1;
-  auto gap = static_cast<size_t>(entry - index->entries);
-  for (size_t i = gap + 1; index->marks[i & last] != 0; i++) {
-    // Its own place may be behind the gap.
-    if (((i - index->marks[i & last]) & last) < ((i - gap) & last)) continue;
-    index->marks[gap] = index->marks[i & last];
-    index->entries[gap] = index->entries[i & last];
-    gap = i & last;
-  }
-  index->marks[gap] = 0;
-  index->count--;
+// The last entry takes its place among the entries.
+void svg_index_remove(const svg_parser *p, svg_name_index *index, svg_index_entry *entry) {
+  const auto number = static_cast<size_t>(entry - index->entries);
+  free_place(index, place_of(p, index, number));
+  const size_t last = --index->entry_count;
+  if (number == last) return;
+  index->places[place_of(p, index, last)].entry = static_cast<uint32_t>(number);
+  *entry = index->entries[last];
 }
 
 void svg_index_delete(ort_core *core, svg_name_index **index) {
-  if (*index != nullptr) ort_free(core, (*index)->entries);
+  if (*index != nullptr) {
+    ort_free(core, (*index)->places);
+    ort_free(core, (*index)->entries);
+  }
   ort_free(core, *index);
   *index = nullptr;
 }
 
-// Makes sure that one more entry fits.
-static void grow(svg_parser *p, svg_name_index **index) {
-  if (*index == nullptr) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
-  svg_name_index *old = *index;
-  if (old->count < old->capacity - old->capacity / 4) return;
-  const size_t capacity = old->capacity != 0 ? 2 * old->capacity : 8;
-  constexpr size_t place_size = sizeof(svg_index_entry) + sizeof(uint32_t);
-  auto *entries =
-      static_cast<svg_index_entry *>(ort_calloc(p->core, capacity, place_size, "svg_index_add"));
-  auto *marks = reinterpret_cast<uint32_t *>(entries + capacity);
-  for (size_t i = 0; i < old->capacity; i++) {
-    if (old->marks[i] == 0) continue;
-    size_t place = old->marks[i] & (capacity - 1);
-    while (marks[place] != 0) place = (place + 1) & (capacity - 1);
-    marks[place] = old->marks[i];
-    entries[place] = old->entries[i];
+static void grow_places(svg_parser *p, svg_name_index *index) {
+  const size_t count = std::max<size_t>(2 * index->place_count, 8);
+  auto *places = ort_new_array<index_place>(p->core, count, "svg_index_add");
+  for (size_t i = 0; i < index->place_count; i++) {
+    if (index->places[i].mark == 0) continue;
+    size_t place = index->places[i].mark & (count - 1);
+    while (places[place].mark != 0) place = (place + 1) & (count - 1);
+    places[place] = index->places[i];
   }
-  ort_free(p->core, old->entries);
-  *old = {marks, entries, capacity, old->count};
+  ort_free(p->core, index->places);
+  index->places = places;
+  index->place_count = count;
+}
+
+static void grow_entries(svg_parser *p, svg_name_index *index) {
+  const size_t room = std::max<size_t>(index->entry_room + index->entry_room / 2, 4);
+  index->entries = static_cast<svg_index_entry *>(
+      ort_realloc(p->core, index->entries, room * sizeof(svg_index_entry), "svg_index_add"));
+  index->entry_room = room;
 }
 
 // Where a name is, or the free place for it.
 static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark) {
   for (size_t i = mark;; i++) {
-    const size_t place = i & (index->capacity - 1);
-    if (index->marks[place] == 0) return place;
-    if (index->marks[place] != mark) continue;
-    const char *other = index->entries[place].name;
+    const size_t place = i & (index->place_count - 1);
+    if (index->places[place].mark == 0) return place;
+    if (index->places[place].mark != mark) continue;
+    const char *other = index->entries[index->places[place].entry].name;
     if (strncmp(other, name.data(), name.size()) == 0 && other[name.size()] == '\0') return place;
   }
+}
+
+static size_t place_of(const svg_parser *p, const svg_name_index *index, size_t entry) {
+  const char *name = index->entries[entry].name;
+  return find_place(index, name, mark_of(p, name));
+}
+
+// Moves up what stood behind the place because of it.
+static void free_place(svg_name_index *index, size_t place) {
+  const size_t last = index->place_count - 1;
+  size_t gap = place;
+  for (size_t i = gap + 1; index->places[i & last].mark != 0; i++) {
+    // Its own place may be behind the gap.
+    if (((i - index->places[i & last].mark) & last) < ((i - gap) & last)) continue;
+    index->places[gap] = index->places[i & last];
+    gap = i & last;
+  }
+  index->places[gap].mark = 0;
 }
 
 // SipHash-1-3 under the core's secret: no drawing can bring names that are known to collide.

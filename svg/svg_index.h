@@ -23,7 +23,7 @@ svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index
 // is made on first use. Raises for lack of memory, before anything has changed.
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name);
 
-void svg_index_remove(svg_name_index *index, svg_index_entry *entry);
+void svg_index_remove(const svg_parser *p, svg_name_index *index, svg_index_entry *entry);
 void svg_index_delete(ort_core *core,
                       svg_name_index **index); // *index may be null; it becomes null
 

@@ -157,7 +157,7 @@ void svg_drop_value_link(svg_parser *p) {
       link->id != nullptr ? svg_index_find(p, p->name_index, link->id) : nullptr;
   if (entry != nullptr && entry->number == slot + 1) {
     if (link->previous == 0) {
-      svg_index_remove(p->name_index, entry);
+      svg_index_remove(p, p->name_index, entry);
     } else {
       entry->number = link->previous;
       entry->name = link_at(p, link->previous - 1)->id;

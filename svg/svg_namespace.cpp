@@ -51,7 +51,7 @@ void svg_pop_nsp_entry(svg_parser *p) {
   const auto &entry = ort_top<svg_nsp_entry>(p->nsp_stack);
   svg_index_entry *innermost = svg_index_find(p, p->nsp_index, entry.uri);
   if (entry.outer == 0) {
-    svg_index_remove(p->nsp_index, innermost);
+    svg_index_remove(p, p->nsp_index, innermost);
   } else {
     innermost->number = static_cast<size_t>(entry.outer);
     innermost->name = ort_item<svg_nsp_entry>(p->nsp_stack, innermost->number - 1).uri;

@@ -129,7 +129,7 @@ TEST(Links, IndexFindsWhatIsLeft) {
       svg_index_add(parser.get(), &index, names[i].c_str())->number = i;
     }
     for (size_t i = 0; i < names.size(); i += 3)
-      svg_index_remove(index, svg_index_find(parser.get(), index, names[i]));
+      svg_index_remove(parser.get(), index, svg_index_find(parser.get(), index, names[i]));
   });
   for (size_t i = 0; i < names.size(); i++) {
     const svg_index_entry *entry = svg_index_find(parser.get(), index, names[i]);
