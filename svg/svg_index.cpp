@@ -7,8 +7,7 @@
 #include <bit>
 #include <cstring>
 
-static void grow_places(svg_parser *p, svg_name_index *index);
-static void grow_entries(svg_parser *p, svg_name_index *index);
+static void grow(svg_parser *p, svg_name_index *index);
 static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark);
 static size_t place_of(const svg_parser *p, const svg_name_index *index, size_t entry);
 static void free_place(svg_name_index *index, size_t place);
@@ -21,14 +20,14 @@ struct index_place {
 
 struct svg_name_index {
   index_place *places;
+  svg_index_entry *entries; // behind the places, in their block
   size_t place_count;
-  svg_index_entry *entries;
-  size_t entry_count, entry_room;
+  size_t room, count; // of entries
 };
 
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name) {
-  if (index == nullptr || index->entry_count == 0) return nullptr;
+  if (index == nullptr || index->count == 0) return nullptr;
   const index_place place = index->places[find_place(index, name, mark_of(p, name))];
   return place.mark != 0 ? &index->entries[place.entry] : nullptr;
 }
@@ -36,13 +35,12 @@ svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name) {
   if (*index == nullptr) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
   svg_name_index *names = *index;
-  if (names->entry_count >= names->place_count - names->place_count / 4) grow_places(p, names);
-  if (names->entry_count == names->entry_room) grow_entries(p, names);
+  if (names->count == names->room) grow(p, names);
   const uint32_t mark = mark_of(p, name);
   index_place &place = names->places[find_place(names, name, mark)];
   if (place.mark == 0) {
-    place = {mark, static_cast<uint32_t>(names->entry_count)};
-    names->entries[names->entry_count++] = {.name = name, .number = 0, .element = nullptr};
+    place = {mark, static_cast<uint32_t>(names->count)};
+    names->entries[names->count++] = {.name = name, .number = 0, .element = nullptr};
   }
   return &names->entries[place.entry];
 }
@@ -51,24 +49,27 @@ svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char
 void svg_index_remove(const svg_parser *p, svg_name_index *index, svg_index_entry *entry) {
   const auto number = static_cast<size_t>(entry - index->entries);
   free_place(index, place_of(p, index, number));
-  const size_t last = --index->entry_count;
+  const size_t last = --index->count;
   if (number == last) return;
   index->places[place_of(p, index, last)].entry = static_cast<uint32_t>(number);
   *entry = index->entries[last];
 }
 
 void svg_index_delete(ort_core *core, svg_name_index **index) {
-  if (*index != nullptr) {
-    ort_free(core, (*index)->places);
-    ort_free(core, (*index)->entries);
-  }
+  if (*index != nullptr) ort_free(core, (*index)->places);
   ort_free(core, *index);
   *index = nullptr;
 }
 
-static void grow_places(svg_parser *p, svg_name_index *index) {
-  const size_t count = std::max<size_t>(2 * index->place_count, 8);
-  auto *places = ort_new_array<index_place>(p->core, count, "svg_index_add");
+// A quarter of the places stays free.
+static void grow(svg_parser *p, svg_name_index *index) {
+  const size_t count = std::max<size_t>(2 * index->place_count, 4);
+  const size_t room = count / 4 * 3;
+  auto *places = static_cast<index_place *>(ort_malloc(
+      p->core, count * sizeof(index_place) + room * sizeof(svg_index_entry), "svg_index_add"));
+  auto *entries = reinterpret_cast<svg_index_entry *>(places + count);
+  std::fill_n(places, count, index_place{});
+  std::copy_n(index->entries, index->count, entries);
   for (size_t i = 0; i < index->place_count; i++) {
     if (index->places[i].mark == 0) continue;
     size_t place = index->places[i].mark & (count - 1);
@@ -76,15 +77,7 @@ static void grow_places(svg_parser *p, svg_name_index *index) {
     places[place] = index->places[i];
   }
   ort_free(p->core, index->places);
-  index->places = places;
-  index->place_count = count;
-}
-
-static void grow_entries(svg_parser *p, svg_name_index *index) {
-  const size_t room = std::max<size_t>(index->entry_room + index->entry_room / 2, 4);
-  index->entries = static_cast<svg_index_entry *>(
-      ort_realloc(p->core, index->entries, room * sizeof(svg_index_entry), "svg_index_add"));
-  index->entry_room = room;
+  *index = {places, entries, count, room, index->count};
 }
 
 // Where a name is, or the free place for it.
