@@ -230,8 +230,7 @@ static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
   // fail_at is 0 for none: one comparison tells that, too.
   if (number - 1 >= options.fail_at - 1 && (options.fail_on || number == options.fail_at))
     return false;
-  const uint64_t kept = memory.statistics.live_bytes + memory.own_bytes - released;
-  return wanted <= MAX_SIZE && wanted <= options.memory_budget - kept;
+  return wanted <= MAX_SIZE && wanted <= ort_memory_left(core) + released;
 }
 
 static void count_in(ort_memory *memory, ort_label label) {

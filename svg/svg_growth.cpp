@@ -47,7 +47,6 @@ void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
 
 // Declarations without a default cost Expat a step each.
 void svg_count_defaults(svg_parser *p, const XML_Char **attrs) {
-  if (p->declared_attributes == 0) return;
   constexpr uint64_t steps_per_byte = 16;
   p->defaulted += static_cast<uint64_t>(p->declared_attributes) / steps_per_byte;
   for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs != nullptr; attrs++)

@@ -1,6 +1,6 @@
-// svg_xml.h: from bytes to XML events. The two passes, the callbacks of the second, the main pass,
-// namespaces and names, and the capture of title, desc and metadata. The style-sheet pass's
-// callbacks are in svg_style.h.
+// svg_xml.h: from bytes to XML events. The two passes, the recording between them, the callbacks of
+// the main pass, namespaces and names, and the capture of title, desc and metadata. The style-sheet
+// pass's callbacks are in svg_style.h.
 #ifndef SVG_XML_H
 #define SVG_XML_H
 
@@ -53,7 +53,8 @@ void svg_enter_element(svg_parser *p);
 
 void svg_bound_growth(svg_parser *p); // of a new pass
 void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri);
-void svg_count_defaults(svg_parser *p, const XML_Char **attrs); // of a start tag
+// Of a start tag, when attributes were declared.
+void svg_count_defaults(svg_parser *p, const XML_Char **attrs);
 
 // ---- svg_namespace.cpp ----------------------------------------------------------------------------------------------
 
