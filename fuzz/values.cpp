@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "fuzz/support/fuzz.h"
-#include "svg/svg_tree.h"
-#include "svg/svg_values.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_values.h"
 
 // The first byte is the row, the second says how the value came.
 void fuzz_values(const std::string &input) {

@@ -4,11 +4,11 @@
 // svg_parser_new raises.
 #include <initializer_list>
 
-#include "svg/svg_index.h"
-#include "svg/svg_schema.h"
-#include "svg/svg_style.h"
-#include "svg/svg_tree.h"
-#include "svg/svg_xml.h"
+#include "svg/names/svg_index.h"
+#include "svg/names/svg_schema.h"
+#include "svg/style/svg_style.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/xml/svg_xml.h"
 
 static void empty(ort_vtr *vector);
 static void delete_attribute_values(ort_core *core, ort_vtr *values);

@@ -6,11 +6,11 @@
 #include <ctime>
 #include <initializer_list>
 
-#include "svg/svg_schema.h"
-#include "svg/svg_style.h"
-#include "svg/svg_tree.h"
-#include "svg/svg_values.h"
-#include "svg/svg_xml.h"
+#include "svg/names/svg_schema.h"
+#include "svg/style/svg_style.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_values.h"
+#include "svg/xml/svg_xml.h"
 
 static void make_containers(svg_parser *p);
 static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,

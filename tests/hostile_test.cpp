@@ -8,7 +8,7 @@
 
 #include "core/ort_state.h"
 #include "fuzz/support/fuzz.h"
-#include "svg/svg_parser.h"
+#include "svg/parser/svg_parser.h"
 #include "tests/support/documents.h"
 #include "tests/support/gzip.h"
 #include "tests/support/whole.h"

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-#include "svg/svg_parser.h"
+#include "svg/parser/svg_parser.h"
 #include "tests/support/whole.h"
 
 namespace {

@@ -8,7 +8,7 @@
 #ifndef SVG_TABLES_ATTRIBUTES_H
 #define SVG_TABLES_ATTRIBUTES_H
 
-#include "svg/svg_values.h"
+#include "svg/values/svg_values.h"
 
 namespace svg_tables {
 

@@ -4,7 +4,7 @@
 // Names are in ASCII order, as the binary search of svg_color.cpp needs them.
 #include <string_view>
 
-#include "svg/svg_values.h"
+#include "svg/values/svg_values.h"
 
 // clang-format off
 constexpr svg_rgb_entry svg_rgb_table[SVG_COLOR_COUNT] = {

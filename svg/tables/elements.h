@@ -7,7 +7,7 @@
 
 #include <span>
 
-#include "svg/svg_tree.h"
+#include "svg/tree/svg_tree.h"
 
 namespace svg_tables {
 

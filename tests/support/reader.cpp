@@ -3,7 +3,7 @@
 #include <charconv>
 #include <gtest/gtest.h>
 
-#include "svg/svg_schema.h"
+#include "svg/names/svg_schema.h"
 #include "tests/support/cases.h"
 
 // ---- Reading ------------------------------------------------------------------------------------

@@ -1,0 +1,171 @@
+// svg_schema.cpp: look-ups in the schema by name. They run for every tag and attribute of a
+// document.
+//
+// Called by the content callbacks, the attribute dispatch and the style subsystems. Raises 10020
+// and 10021 for names that the host does not tolerate.
+#include "svg/names/svg_schema.h"
+
+#include <array>
+#include <bit>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "svg/tables/attributes.h"
+#include "svg/tables/elements.h"
+
+static constexpr uint32_t hash_name(const char *name) {
+  uint32_t h = 0;
+  for (; *name != '\0'; name++) h = std::rotl(h, 5) ^ (static_cast<unsigned char>(*name) | 0x20U);
+  return h * 0x9E3779B1U;
+}
+
+// The rows of a range of a table, by name. Letter case is not regarded, and only hashes are
+// compared: the caller looks at the name of the row that is found. Of equal names the first counts.
+template <size_t Places> struct name_table {
+  static_assert(std::has_single_bit(Places));
+  uint32_t hashes[Places] = {};
+  int16_t rows[Places] = {}; // counted from 1; 0: the place is free
+
+  // The place of a hash, or the free one for it.
+  constexpr size_t find_place(uint32_t h) const {
+    size_t i = h >> (32 - std::bit_width(Places - 1));
+    while (rows[i] != 0 && hashes[i] != h) i = (i + 1) % Places;
+    return i;
+  }
+
+  template <class Table> constexpr name_table(const Table &table, int begin, int end) {
+    for (int row = end - 1; row >= begin; row--) {
+      const uint32_t h = hash_name(table[row].name);
+      const size_t i = find_place(h);
+      if (rows[i] != 0 && std::string_view(table[row].name) != table[rows[i] - 1].name)
+        std::abort(); // stops the compiler: two names have one hash
+      hashes[i] = h;
+      rows[i] = static_cast<int16_t>(row + 1);
+    }
+  }
+
+  // -1 when no name has this hash.
+  constexpr int find(uint32_t h) const { return rows[find_place(h)] - 1; }
+};
+
+static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, 0, SVG_ELEM_COUNT};
+static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, 0, SVG_PROP_COUNT};
+static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES, SVG_PROP_COUNT, SVG_ATTR_COUNT};
+
+// Places in the attribute lists, by element and by the first row of the attribute's name. A list
+// has at most one of the rows that share a name.
+static constexpr auto ESA_INDEXES = [] {
+  std::array<std::array<int16_t, size_t{SVG_ATTR_COUNT} - SVG_PROP_COUNT>, SVG_ELEM_COUNT> indexes;
+  for (size_t id = 0; id < indexes.size(); id++) {
+    indexes[id].fill(-1);
+    const auto list = svg_tables::ELEMENTS[id].attributes;
+    for (size_t i = 0; i < list.size(); i++)
+      indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(list[i].name)) - SVG_PROP_COUNT)] =
+          static_cast<int16_t>(i);
+  }
+  return indexes;
+}();
+
+static int find_esa(const svg_parser *p, const char *name, uint32_t hash,
+                    const svg_elem_def &element);
+static int find_prop(const char *name, uint32_t hash);
+
+int svg_find_element(const char *name) {
+  if (*name == 's' && std::strncmp(name, "svg:", 4) == 0) name += 4;
+  const int id = ELEMENT_NAMES.find(hash_name(name));
+  return id >= 0 && ort_strcmp(name, svg_elem_table[id].name) == 0 ? id : -1;
+}
+
+int svg_find_prop(const char *name) { return find_prop(name, hash_name(name)); }
+
+int svg_find_esa(const svg_parser *p, const char *name, const svg_elem_def &element) {
+  return find_esa(p, name, hash_name(name), element);
+}
+
+int svg_find_esa_or_prop(const svg_parser *p, const char *name, const svg_elem_def &element,
+                         int *prop) {
+  const uint32_t hash = hash_name(name);
+  const int index = find_esa(p, name, hash, element);
+  *prop = index < 0 ? find_prop(name, hash) : -1;
+  return index;
+}
+
+static int find_esa(const svg_parser *p, const char *name, uint32_t hash,
+                    const svg_elem_def &element) {
+  if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id", hash = hash_name("id");
+  const int row = ATTR_NAMES.find(hash);
+  if (row < 0) return -1;
+  const auto id = static_cast<size_t>(&element - svg_elem_table);
+  const int i = ESA_INDEXES[id][static_cast<size_t>(row - SVG_PROP_COUNT)];
+  return i >= 0 && svg_strcmp(p, name, element.esa_list[i].name) == 0 ? i : -1;
+}
+
+static int find_prop(const char *name, uint32_t hash) {
+  const int row = PROP_NAMES.find(hash);
+  if (row < 0) return -1;
+  const char *found = svg_attr_table[row].name;
+  return ort_strcmp(name, found) == 0 || ort_stricmp_a(name, found) == 0 ? row : -1;
+}
+
+int svg_find_string(const char *name, const char *const *list, int32_t count) {
+  int lower = 0, upper = count;
+  while (lower != upper) {
+    const int probe = (lower + upper) / 2;
+    const int order = ort_stricmp_a(name, list[probe]);
+    if (order == 0) return probe;
+    if (order < 0)
+      upper = probe;
+    else
+      lower = probe + 1;
+  }
+  return -1;
+}
+
+int svg_strcmp(const svg_parser *p, const char *a, const char *b) {
+  return p->css_mode ? ort_stricmp_a(a, b) : ort_strcmp(a, b);
+}
+
+void svg_find_nottol_element(svg_parser *p, const char *name) {
+  if (svg_find_string(name, p->nottol_elements, p->nottol_elements_num) >= 0)
+    ort_ascii_error(p->core, 10020, 2, p->filename, name, nullptr, nullptr);
+}
+
+void svg_find_nottol_property(svg_parser *p, const char *name) {
+  if (svg_find_string(name, p->nottol_props, p->nottol_props_num) >= 0)
+    ort_ascii_error(p->core, 10021, 2, p->filename, name, nullptr, nullptr);
+}
+
+// ---- Record kinds -------------------------------------------------------------------------------
+
+static constexpr auto KINDS = [] {
+  std::array<uint8_t, SVG_ATTR_COUNT> kinds = {};
+  for (size_t row = 0; row < kinds.size(); row++)
+    kinds[row] = static_cast<uint8_t>(svg_tables::ATTRIBUTES[row].type.kind);
+  return kinds;
+}();
+
+svg_record_kind svg_get_record_kind(int32_t row) {
+  return row >= 0 && row < SVG_ATTR_COUNT
+             ? static_cast<svg_record_kind>(KINDS[static_cast<size_t>(row)])
+             : SVG_RECORD_NONE;
+}
+
+// ---- Values by name -----------------------------------------------------------------------------
+
+const svg_a_node *svg_find_value(const svg_e_node *element, const char *name) {
+  for (int32_t i = element->values_num - 1; i >= 0; i--)
+    if (ort_strcmp(svg_attr_table[element->values[i]->row].name, name) == 0)
+      return element->values[i];
+  return nullptr;
+}
+
+// ---- The tables for hosts -----------------------------------------------------------------------
+
+const svg_attr_def *svg_get_attr_table() { return svg_attr_table; }
+
+const svg_elem_def *svg_get_elem_table() { return svg_elem_table; }
+
+const char *svg_get_keyword_text(int32_t id) {
+  return id >= 0 && id < SVG_KW_COUNT ? svg_keyword_texts[id] : nullptr;
+}

@@ -1,0 +1,266 @@
+// svg_select.cpp: the reader's side of the CSS engine: the callbacks by which it asks for values
+// and for facts about elements, and the rules of the element being built.
+//
+// The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise 10021
+// and lack of memory; the questions about elements raise nothing.
+#include <cstring>
+#include <string_view>
+
+#include "svg/names/svg_schema.h"
+#include "svg/style/svg_style.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_values.h"
+#include "svg/xml/svg_xml.h"
+
+static int16_t svg_css_cb_get_elem_nid(void *user, const char *name);
+static void *svg_css_cb_get_prop(void *user, const char *name, const char *value);
+static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t attr_nid);
+static bool svg_css_cb_check_class(void *user, void *node, int16_t class_nid);
+static bool svg_css_cb_check_id(void *user, void *node, int16_t id_nid);
+static void *svg_css_cb_get_ancest(void *user, void *node, int16_t elem_nid);
+static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid);
+static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
+static void svg_css_cb_at_fontface(void *user);
+
+static void tell_facts(svg_parser *p, svg_e_node *node);
+static bool is_important(std::string_view text);
+static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
+static void add_longhand(svg_parser *p, const char *name, const char *text);
+static const svg_open_element *open_element(const svg_parser *p, int32_t level);
+static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node);
+
+constexpr css_callbacks svg_css_callbacks = {
+    .get_elem_nid = svg_css_cb_get_elem_nid,
+    .get_prop = svg_css_cb_get_prop,
+    .get_attr_value = svg_css_cb_get_attr_value,
+    .check_class = svg_css_cb_check_class,
+    .check_id = svg_css_cb_check_id,
+    .get_ancest = svg_css_cb_get_ancest,
+    .get_parent = svg_css_cb_get_parent,
+    .get_siblng = svg_css_cb_get_siblng,
+    .at_fontface = svg_css_cb_at_fontface,
+};
+
+// ---- Questions about elements ------------------------------------------------------------------
+
+// An open element's parent is the open element one level up. For any other node it is the nearest
+// one before it, in document order, that is a level higher.
+svg_e_node *svg_css_find_parent(svg_parser *p, svg_e_node *node, int16_t nid) {
+  if (node == nullptr) return nullptr;
+  int32_t level = node->level - 1;
+  const svg_open_element *self = open_element(p, node->level);
+  const svg_open_element *outer = open_element(p, level);
+  svg_e_node *parent = node->prev;
+  if (outer != nullptr && (node == p->cur_enode || (self != nullptr && self->node == node))) {
+    parent = outer->node;
+  }
+  while (parent != nullptr && parent->head.id != SVG_ID_ROOT && parent->level != level) {
+    parent = parent->prev;
+  }
+  if (parent == nullptr || parent->head.id == SVG_ID_ROOT) return nullptr;
+  return nid == CSS_NO_NID || parent->head.id == nid ? log_found(p, "parent", parent) : nullptr;
+}
+
+// The element being built starts at its parent's last child, which spares the walk over that
+// child's content.
+svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
+  if (node == nullptr) return nullptr;
+  const svg_open_element *outer = open_element(p, node->level - 1);
+  svg_e_node *other = node->prev;
+  if (node == p->cur_enode && outer != nullptr && outer->last_child != node) {
+    other = outer->last_child;
+  }
+  for (; other != nullptr && other->head.id != SVG_ID_ROOT; other = other->prev) {
+    if (other->level < node->level) return nullptr;
+    if (other->level == node->level && (nid == CSS_NO_NID || other->head.id == nid)) {
+      return log_found(p, "sibling", other);
+    }
+  }
+  return nullptr;
+}
+
+// ---- The element being built -------------------------------------------------------------------
+
+void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs) {
+  if (!css_has_attr_nids(p->css)) return;
+  for (; *attrs != nullptr; attrs += 2) {
+    const char *local;
+    svg_decomp_fullname(p, attrs[0], nullptr, &local);
+    int16_t nid = css_get_attr_nid(p->css, local);
+    if (nid == CSS_NO_NID) continue;
+    svg_css_attr *attr = svg_css_attr_new(p->core, nid);
+    attr->next = node->css_attrs;
+    node->css_attrs = attr;
+    attr->value = ort_strdup(p->core, attrs[1]);
+    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%a=\"%a\"]\n", local, attrs[1]);
+  }
+}
+
+void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
+  if (p->log_level < 6) tell_facts(p, node); // else the log shows what the engine asks
+  ort_vtr *rules = css_get_rules(p->css, node, node->head.id);
+  size_t count = ort_vtr_count(rules);
+  if (count == 0) return;
+  if (p->log_level >= 5) {
+    ort_logg(p->core, "\t\t\tProcess %d CSS rules...\n", static_cast<int>(count));
+  }
+  svg_source source = p->source;
+  for (size_t i = 0; i < count; i++) {
+    const css_rule *rule = ort_item<css_rule *>(rules, i);
+    if (p->log_level >= 5) css_logg_sel(p->css, rule->selector);
+    const char *selector = nullptr;
+    if (p->observer != nullptr) { // the buffer is free until the style attribute is read
+      ort_bs_clear(p->style_value_buf);
+      css_append_selector(p->css, rule->selector, p->style_value_buf);
+      selector = ort_bs_text(p->style_value_buf);
+    }
+    const css_decl_block *block = rule->decls;
+    for (int32_t k = 0; k < block->decl_count; k++) {
+      auto *value = static_cast<svg_a_node *>(block->decl_values[k]);
+      auto row = static_cast<size_t>(value->row);
+      if (ort_getbit(p->props_set, row)) continue;
+      if (p->observer != nullptr)
+        p->source = is_important(block->decl_texts[k]) ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
+      svg_collect_value(p, value, selector);
+      ort_setbit(p->props_set, row);
+      if (p->log_level >= 5) {
+        ort_logg(p->core, "\t\t\t[add css property %a=\"%a\"]\n", svg_attr_table[row].name,
+                 block->decl_texts[k]);
+      }
+    }
+  }
+  p->source = source;
+}
+
+// What the engine would ask for otherwise, name by name.
+static void tell_facts(svg_parser *p, svg_e_node *node) {
+  css_set_subject(p->css, node, node->id_nid, node->class_nids, node->class_num);
+  for (const svg_css_attr *attr = node->css_attrs; attr != nullptr; attr = attr->next) {
+    css_add_subject_attr(p->css, attr->nid, attr->value);
+  }
+}
+
+// The engine ends the text of an important declaration so, however it was written.
+static bool is_important(std::string_view text) { return text.ends_with("!important"); }
+
+// ---- Callbacks ---------------------------------------------------------------------------------
+
+static int16_t svg_css_cb_get_elem_nid(void *, const char *name) {
+  return static_cast<int16_t>(svg_find_element(name));
+}
+
+// An incomplete "data:" IRI, which elsewhere ends the parse, only makes the declaration void. All
+// else that is raised here is not the value's fault and goes on.
+static void *svg_css_cb_get_prop(void *user, const char *name, const char *value) {
+  auto *p = static_cast<svg_parser *>(user);
+  int32_t row = svg_find_prop(name);
+  if (row < 0) {
+    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
+    svg_find_nottol_property(p, name);
+    return nullptr;
+  }
+  svg_a_node *node = nullptr;
+  char *copy = nullptr;
+  bool done = ort_protected(p->core, [&] {
+    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%a=\"%a\"]\n", name, value);
+    const char *important = strstr(value, "!important");
+    if (important != nullptr) {
+      copy = ort_strdup_ext(p->core, value, ORT_DUP_TEMPORARY, "svg_css_cb_get_prop");
+      copy[important - value] = '\0';
+    }
+    const char *text = copy != nullptr ? copy : value;
+    if (row == SVG_PROP_font) {
+      p->css_mode = 1;
+      svg_split_font(p, text, add_longhand);
+    } else {
+      p->prop_name = name;
+      node = parse_declaration(p, row, text);
+    }
+  });
+  ort_free_tmp(p->core, copy);
+  p->css_mode = 0;
+  p->prop_name = nullptr;
+  if (!done && (ort_error_code(p->core) < 10000 || ort_error_code(p->core) > 10006)) {
+    ort_rethrow(p->core);
+  }
+  return node;
+}
+
+static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t attr_nid) {
+  auto *p = static_cast<svg_parser *>(user);
+  auto *element = static_cast<svg_e_node *>(node);
+  const svg_css_attr *attr = element != nullptr ? element->css_attrs : nullptr;
+  for (; attr != nullptr; attr = attr->next) {
+    if (p->log_level >= 6) ort_logg(p->core, "\t\t\t\tattribute=%d vs %d\n", attr->nid, attr_nid);
+    if (attr->nid == attr_nid) return attr->value;
+  }
+  return nullptr;
+}
+
+static bool svg_css_cb_check_class(void *user, void *node, int16_t class_nid) {
+  auto *p = static_cast<svg_parser *>(user);
+  auto *element = static_cast<svg_e_node *>(node);
+  if (element == nullptr) return false;
+  for (int32_t i = 0; i < element->class_num; i++) {
+    if (p->log_level >= 6) {
+      ort_logg(p->core, "\t\t\t\t[%d/%d]: class=%d vs %d\n", i + 1, element->class_num, class_nid,
+               element->class_nids[i]);
+    }
+    if (element->class_nids[i] == class_nid) return true;
+  }
+  return false;
+}
+
+static bool svg_css_cb_check_id(void *, void *node, int16_t id_nid) {
+  auto *element = static_cast<svg_e_node *>(node);
+  return element != nullptr && element->id_nid == id_nid;
+}
+
+static void *svg_css_cb_get_ancest(void *user, void *node, int16_t elem_nid) {
+  return svg_css_find_parent(static_cast<svg_parser *>(user), static_cast<svg_e_node *>(node),
+                             elem_nid);
+}
+
+static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid) {
+  return svg_css_cb_get_ancest(user, node, elem_nid);
+}
+
+static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid) {
+  return svg_css_find_sibling(static_cast<svg_parser *>(user), static_cast<svg_e_node *>(node),
+                              elem_nid);
+}
+
+static void svg_css_cb_at_fontface(void *) {} // fonts of style sheets are not loaded
+
+// The value belongs to the parser and may be shared by many elements. Null when there is none. A
+// style sheet has no line of the document.
+static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text) {
+  p->css_mode = 1;
+  svg_parse_attr(p, row, text, 0);
+  svg_a_node *node = p->new_value;
+  if (node != nullptr) {
+    ort_push<svg_a_node *>(p->prop_values, node);
+    p->new_value = nullptr;
+  }
+  return node;
+}
+
+static void add_longhand(svg_parser *p, const char *name, const char *text) {
+  p->prop_name = name;
+  svg_a_node *node = parse_declaration(p, svg_find_prop(name), text);
+  if (node != nullptr) css_add_value(p->css, name, node);
+}
+
+static const svg_open_element *open_element(const svg_parser *p, int32_t level) {
+  auto i = static_cast<size_t>(level);
+  return i < ort_vtr_count(p->open_elements) ? &ort_item<svg_open_element>(p->open_elements, i)
+                                             : nullptr;
+}
+
+static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node) {
+  if (p->log_level >= 6) {
+    ort_logg(p->core, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_table[node->head.id].name,
+             static_cast<void *>(node));
+  }
+  return node;
+}

@@ -1,0 +1,267 @@
+// svg_tree.cpp: the nodes of the document tree, and the construction of an element from its start
+// tag.
+//
+// Called by svg_content.cpp while the main pass runs, and for deletion. An element is linked into
+// the tree before its values are read, so that an error leaves a tree that can be freed. Raises
+// ORT_E_LIMIT, 10021 and fatal value errors; bad values are warnings of svg_parse_attr.
+#include "svg/tree/svg_tree.h"
+
+#include <cstring>
+
+#include "svg/names/svg_schema.h"
+#include "svg/style/svg_style.h"
+#include "svg/values/svg_values.h"
+#include "svg/xml/svg_xml.h"
+
+static void count_node(svg_parser *p);
+static void link_child(svg_parser *p, svg_node *node);
+static uint16_t initial_flags(int id);
+static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs);
+static void add_style(svg_parser *p, const XML_Char **attrs);
+static void add_defaults(svg_parser *p, const svg_elem_def *row);
+static void store_values(svg_parser *p, svg_e_node *node);
+static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
+static void delete_element_data(ort_core *core, svg_e_node *element);
+
+static void pe_reclaim(void *item) { *static_cast<svg_pe_entry *>(item) = {nullptr, nullptr}; }
+
+static void pe_release(ort_core *, void *) {}
+
+const ort_item_desc pe_ced = {sizeof(svg_pe_entry), pe_reclaim, pe_release};
+
+svg_e_node *svg_e_node_new(ort_core *core, int id) {
+  auto *node = static_cast<svg_e_node *>(ort_malloc(core, sizeof(svg_e_node), "svg_e_node_new"));
+  *node = svg_e_node{};
+  node->head.id = static_cast<int16_t>(id);
+  node->id_nid = CSS_NO_NID;
+  return node;
+}
+
+void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
+  const svg_elem_def *row = &svg_elem_table[id];
+  count_node(p);
+  if (p->elems_used == nullptr) p->elems_used = ort_bitarr_new(p->core, SVG_ELEM_COUNT);
+  ort_setbit(p->elems_used, static_cast<size_t>(id));
+
+  svg_e_node *node = svg_e_node_new(p->core, id);
+  node->level = p->level;
+  node->prev = p->cur_enode;
+  node->head.flags = initial_flags(id);
+  link_child(p, &node->head);
+  p->cur_enode = node;
+  *static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack)) = {row, &node->first_child};
+
+  ort_purge_bitarr(p->attrs_set, static_cast<size_t>(row->esa_count));
+  ort_purge_bitarr(p->props_set, SVG_PROP_COUNT);
+  if (row->beg_hook != nullptr && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
+
+  if (p->css != nullptr && attrs[0] != nullptr) svg_css_collect_attrs(p, node, attrs);
+  p->source = SVG_SOURCE_ATTRIBUTE;
+  const bool styled = add_attributes(p, row, attrs);
+  if (p->css != nullptr) svg_css_apply_rules(p, node);
+  if (styled) add_style(p, attrs);
+  p->source = SVG_SOURCE_DEFAULT;
+  add_defaults(p, row);
+  p->source = SVG_SOURCE_ATTRIBUTE;
+  if (row->beg_hook != nullptr) row->beg_hook(p, node);
+  store_values(p, node);
+  if (p->cur_href != nullptr && p->cur_href_awaited) svg_resolve_href(p, p->cur_href, node);
+  p->cur_href = nullptr;
+  if (p->log_level >= 6) ort_logg(p->core, "\n");
+
+  ort_top<svg_open_element>(p->open_elements).last_child = node;
+  ort_push(p->open_elements, svg_open_element{node, nullptr});
+}
+
+static void count_node(svg_parser *p) {
+  if (p->nodes >= p->limits.nodes)
+    ort_error(p->core, ORT_E_LIMIT, "nodes",
+              ort_errprintf(p->core, "%ld", static_cast<long>(p->limits.nodes)), nullptr, nullptr);
+  p->nodes++;
+}
+
+static void link_child(svg_parser *p, svg_node *node) {
+  auto &parent = ort_top<svg_pe_entry>(p->elem_stack);
+  *parent.link = node;
+  parent.link = &node->next;
+}
+
+static uint16_t initial_flags(int id) {
+  switch (id) {
+  case SVG_ELEM_a: return SVG_EF_NEEDS_BBOX | SVG_EF_NEEDS_BBOX2;
+  case SVG_ELEM_g: return SVG_EF_GROUP;
+  case SVG_ELEM_marker: return SVG_EF_NEEDS_BBOX;
+  case SVG_ELEM_text: return SVG_EF_TEXT;
+  default: return 0;
+  }
+}
+
+// Returns whether there is a style attribute. Most names are those of the schema as they stand, and
+// need not be split.
+static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs) {
+  bool styled = false;
+  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+    const char *local = attr[0];
+    int prop;
+    int index = svg_find_esa_or_prop(p, local, *row, &prop);
+    if (index < 0 && prop < 0) {
+      const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
+      styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
+      if (type != SVG_NS_OTHER) {
+        local = svg_get_internal_name(type, local);
+        index = svg_find_esa_or_prop(p, local, *row, &prop);
+      } else {
+        prop = svg_find_prop(local);
+      }
+    }
+    if (index >= 0) {
+      styled |= row->esa_list[index].attr == SVG_ATTR_style;
+      p->attr_name = row->esa_list[index].name;
+      svg_add_attr(p, row, index, attr[1]);
+    } else {
+      svg_add_prop_row(p, prop, local, attr[1]);
+    }
+  }
+  return styled;
+}
+
+static void add_style(svg_parser *p, const XML_Char **attrs) {
+  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+    const char *local = nullptr;
+    if (svg_decomp_fullname(p, attr[0], nullptr, &local) == SVG_NS_SVG &&
+        ort_strcmp(local, "style") == 0)
+      svg_parse_style(p, attr[1]);
+  }
+}
+
+static void add_defaults(svg_parser *p, const svg_elem_def *row) {
+  for (int32_t i = 0; i < row->req_count; i++) {
+    const int16_t index = row->req_list[i];
+    const svg_esa_entry &entry = row->esa_list[index];
+    const char *text = svg_attr_table[entry.attr].default_text;
+    if (text == nullptr || ort_getbit(p->attrs_set, static_cast<size_t>(index))) continue;
+    p->attr_name = entry.name;
+    svg_add_attr(p, row, index, text);
+  }
+}
+
+void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {
+  ort_push(p->an_values, value);
+  if (p->observer != nullptr)
+    p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
+}
+
+static void store_values(svg_parser *p, svg_e_node *node) {
+  const size_t count = ort_vtr_count(p->an_values);
+  if (count == 0) return;
+  node->values = static_cast<svg_a_node **>(
+      ort_malloc(p->core, count * sizeof(svg_a_node *), "svg_add_e_node"));
+  memcpy(node->values, ort_vtr_at(p->an_values, 0), count * sizeof(svg_a_node *));
+  node->values_num = static_cast<int32_t>(count);
+  // From here on the node owns the values; nothing may raise in between.
+  ort_vtr_resize(p->an_values, 0);
+  for (size_t i = 0; i < count; i++) pass_bbox_need(p, node, node->values[i]);
+  ort_qsort_sc(p->core, node->values, count, sizeof(svg_a_node *), svg_cmp_an_prio, 0);
+}
+
+static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value) {
+  const svg_iri *iri = nullptr;
+  switch (value->row) {
+  case SVG_ATTR_systemLanguage: node->head.flags |= SVG_EF_SYSLANG; return;
+  case SVG_PROP_clip_path:
+  case SVG_PROP_marker:
+  case SVG_PROP_marker_end:
+  case SVG_PROP_marker_mid:
+  case SVG_PROP_marker_start:
+  case SVG_PROP_mask: iri = &reinterpret_cast<const svg_an_iri *>(value)->iri; break;
+  case SVG_PROP_fill:
+  case SVG_PROP_stop_color:
+  case SVG_PROP_stroke:
+    if (value->kind == SVG_PAINT_IRI) iri = &reinterpret_cast<const svg_an_paint_iri *>(value)->iri;
+    break;
+  default: break;
+  }
+  if (iri != nullptr && iri->kind == SVG_IRI_LINK && iri->ref.target != nullptr)
+    svg_set_elem_flag(p, node, iri->ref.target);
+}
+
+// The text stands behind the node, in its block.
+void svg_add_t_node(svg_parser *p) {
+  count_node(p);
+  const bool skipped = p->level >= p->skip_level;
+  const size_t length = skipped ? 0 : ort_bs_length(p->chardata);
+  auto *node = static_cast<svg_t_node *>(
+      ort_malloc(p->core, sizeof(svg_t_node) + length + 1, "svg_add_t_node"));
+  *node = svg_t_node{};
+  node->head.id = SVG_ID_TEXT;
+  node->text = reinterpret_cast<char *>(node + 1);
+  memcpy(node->text, ort_bs_text(p->chardata), length);
+  node->text[length] = '\0';
+  link_child(p, &node->head);
+  if (p->chardata_nonblank && p->text_depth > 0 && !skipped) p->last_tnode = node;
+  p->chardata_nonblank = 0;
+  if (p->log_level >= 6) {
+    ort_logg(p->core, "\t\t\tdata[%d]%s=", static_cast<int>(ort_bs_length(p->chardata)),
+             skipped ? "[skip]" : "");
+    ort_logg_unitext(p->core, ort_bs_text(p->chardata), 0, 0, 1);
+  }
+}
+
+// The elements whose children are being freed are a list, by first_child: depth costs no stack, and
+// each node is visited once.
+void svg_del_e_node(ort_core *core, svg_e_node *root) {
+  if (root == nullptr) return;
+  root->head.next = nullptr;
+  svg_node *parents = nullptr;
+  for (svg_node *node = &root->head; node != nullptr;) {
+    __builtin_prefetch(node->next);
+    if (svg_e_node *element = svg_as_element(node)) {
+      delete_element_data(core, element);
+      if (svg_node *child = element->first_child) {
+        element->first_child = parents;
+        parents = node;
+        node = child;
+        continue;
+      }
+    }
+    svg_node *next = node->next;
+    ort_free(core, node);
+    while (next == nullptr && parents != nullptr) {
+      node = parents;
+      parents = svg_as_element(node)->first_child;
+      next = node->next;
+      ort_free(core, node);
+    }
+    node = next;
+  }
+}
+
+static void delete_element_data(ort_core *core, svg_e_node *element) {
+  for (int32_t i = 0; i < element->values_num; i++)
+    if (element->values[i]->row >= SVG_PROP_COUNT) // property values belong to prop_values
+      svg_a_node_delete(core, element->values[i]);
+  ort_free(core, element->values);
+  while (svg_css_attr *attr = element->css_attrs) {
+    element->css_attrs = attr->next;
+    svg_css_attr_delete(core, attr);
+  }
+  ort_free(core, element->class_nids);
+}
+
+void svg_a_node_delete(ort_core *core, svg_a_node *value) {
+  if (value == nullptr) return;
+  if (auto *dtor = svg_attr_table[value->row].dtor; dtor != nullptr) dtor(core, value);
+  ort_free(core, value);
+}
+
+svg_css_attr *svg_css_attr_new(ort_core *core, int16_t nid) {
+  auto *attr =
+      static_cast<svg_css_attr *>(ort_malloc(core, sizeof(svg_css_attr), "svg_css_attr_new"));
+  *attr = {nid, nullptr, nullptr};
+  return attr;
+}
+
+void svg_css_attr_delete(ort_core *core, svg_css_attr *attr) {
+  ort_free(core, attr->value);
+  ort_free(core, attr);
+}

@@ -1,0 +1,113 @@
+// svg_attr.cpp: dispatch: from the text of one attribute or property, by its row of svg_attr_table,
+// to a value of the element being built.
+//
+// Called while an element is built from its start tag, and for the declarations of style sheets. A
+// bad value costs one warning. Raises everything else that a constructor raises (lack of memory,
+// "data:" without data), and 10021.
+#include "svg/names/svg_schema.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_scan.h"
+#include "svg/values/svg_values.h"
+#include "svg/xml/svg_xml.h"
+
+static void make_value(svg_parser *p, int32_t row);
+static void report_failure(svg_parser *p, uint32_t line);
+
+void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line) {
+  const svg_attr_def *def = &svg_attr_table[row];
+  p->value_link = -1;
+  const char *given = text;
+  if ((def->flags & SVG_AF_KEEPSPACE) == 0)
+    while (ort_isspace(*given)) given++;
+  if (*given == '\0') return;
+
+  p->keys = def->keys;
+  p->key_count = static_cast<int32_t>(def->key_count);
+  p->scan_pos = p->scan_start = text;
+  if (!ort_protected(p->core, [=] { make_value(p, row); })) report_failure(p, line);
+}
+
+static void make_value(svg_parser *p, int32_t row) {
+  const svg_attr_def *def = &svg_attr_table[row];
+  p->tok_pushed = 0;
+  if ((def->flags & SVG_AF_NONUM) != 0)
+    svg_ntok_nonum(p);
+  else
+    svg_ntok(p);
+  p->tok_pushed = 1;
+  if (def->anew != nullptr)
+    p->new_value = def->anew(p);
+  else if (def->value_size > 0)
+    p->new_value = static_cast<svg_a_node *>(
+        ort_calloc(p->core, 1, static_cast<size_t>(def->value_size), "svg_parse_attr"));
+  if (p->new_value != nullptr) p->new_value->row = static_cast<int16_t>(row);
+  if (def->ctor != nullptr) def->ctor(p, p->new_value);
+}
+
+// Drops the half-made value. Its row may be another one than was asked for: a shorthand makes the
+// values of its longhands.
+static void report_failure(svg_parser *p, uint32_t line) {
+  const bool bad_value = p->value_ok == 0;
+  p->value_ok = 1;
+  svg_drop_value_link(p);
+  svg_a_node_delete(p->core, p->new_value);
+  p->new_value = nullptr;
+
+  if (line == SVG_LINE_BEING_READ) line = static_cast<uint32_t>(svg_xml_line(p));
+  ort_push2_errmsg(p->core, 10008, p->filename,
+                   ort_errprintf(p->core, "%d", static_cast<int>(line)),
+                   ort_errprintf(p->core, "%a", p->elem_name), nullptr);
+  if (!bad_value) ort_rethrow(p->core);
+  ort_logg_cond(p->core, 1, ORT_LOG_LINES, "\n");
+  ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+  p->in_style_attr = 0;
+  p->css_mode = 0;
+  p->prop_name = nullptr;
+}
+
+void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, const char *text) {
+  const int16_t row = element->esa_list[esa_index].attr;
+  const svg_attr_def *def = &svg_attr_table[row];
+  svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
+  svg_a_node *value = p->new_value;
+  if (value == nullptr) return;
+
+  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
+  svg_collect_value(p, value, nullptr);
+  p->new_value = nullptr;
+  ort_setbit(p->attrs_set, static_cast<size_t>(esa_index));
+  if (element->beg_hook != nullptr && (def->flags & SVG_AF_ATTRIBUTE) != 0)
+    p->hook_slots[static_cast<size_t>(def->apo[p->cur_enode->head.id]) / sizeof(svg_a_node *)] =
+        value;
+}
+
+void svg_add_prop(svg_parser *p, const char *name, const char *text) {
+  svg_add_prop_row(p, svg_find_prop(name), name, text);
+}
+
+void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *text) {
+  p->prop_name = name;
+  p->css_mode = 1;
+  if (row < 0) {
+    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
+    svg_find_nottol_property(p, name);
+  } else if (p->in_style_attr != 0 || !ort_getbit(p->props_set, static_cast<size_t>(row))) {
+    svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
+    if (svg_a_node *value = p->new_value) {
+      if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add property %a=\"%a\"]\n", name, text);
+      ort_push(p->prop_values, value);
+      p->new_value = nullptr;
+      svg_collect_value(p, value, nullptr);
+      if (p->in_style_attr != 0) ort_setbit(p->props_set, static_cast<size_t>(row));
+    }
+  }
+  p->css_mode = 0;
+  p->prop_name = nullptr;
+}
+
+int svg_cmp_an_prio(const void *a, const void *b) {
+  const auto *first = *static_cast<const svg_a_node *const *>(a);
+  const auto *second = *static_cast<const svg_a_node *const *>(b);
+  return static_cast<int>(svg_attr_table[first->row].prio) -
+         static_cast<int>(svg_attr_table[second->row].prio);
+}

@@ -1,0 +1,209 @@
+// svg_links.cpp: ids and names, and the links that wait for elements still to come.
+//
+// Ids are registered and links made while values are parsed; svg_add_e_node and the end of the
+// parse resolve them. Hosts ask for names and elements. An index by name stands beside the vectors,
+// so that every step takes constant time: it leads to the element that bears the name, and to the
+// slot, counted from 1, of the last link that waits for it. Raises for lack of memory.
+#include "svg/names/svg_index.h"
+#include "svg/tree/svg_tree.h"
+
+// An item of unres_links.
+struct waiting_link : svg_unres_link {
+  size_t previous; // slot, counted from 1, of the link made before it with the same id, or 0
+};
+
+static void log_search(svg_parser *p, const char *id, bool found);
+static waiting_link *link_at(const svg_parser *p, size_t slot);
+
+static void svg_href_reclaim(void *item) { *static_cast<svg_href *>(item) = {}; }
+
+static void svg_href_release(ort_core *core, void *item) {
+  ort_free(core, static_cast<svg_href *>(item)->id);
+}
+
+const ort_item_desc href_ced = {sizeof(svg_href), svg_href_reclaim, svg_href_release};
+
+static void svg_unres_link_reclaim(void *item) { *static_cast<waiting_link *>(item) = {}; }
+
+static void svg_unres_link_release(ort_core *core, void *item) {
+  ort_free(core, static_cast<waiting_link *>(item)->id);
+}
+
+static const ort_item_desc unres_link_ced = {sizeof(waiting_link), svg_unres_link_reclaim,
+                                             svg_unres_link_release};
+
+// ---- Targets ------------------------------------------------------------------------------------
+
+// The first element that bears a name keeps it. The entry's name is that of the element from now
+// on: a link's goes with the link.
+void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
+  auto *href = static_cast<svg_href *>(ort_vtr_push(p->hrefs));
+  href->id = ort_strdup(p->core, id);
+  href->target = target;
+  svg_index_entry *entry = svg_index_add(p, &p->name_index, href->id);
+  log_search(p, id, entry->element != nullptr);
+  if (entry->element != nullptr) {
+    ort_vtr_pop(p->hrefs);
+    return;
+  }
+  if (p->log_level >= 5)
+    ort_logg(p->core, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
+  entry->name = href->id;
+  entry->element = target;
+  p->cur_href = href->id;
+  p->cur_href_awaited = entry->number != 0;
+}
+
+svg_e_node *svg_find_href(svg_parser *p, const char *id) {
+  svg_e_node *target = svg_find_name(p, id);
+  log_search(p, id, target != nullptr);
+  return target;
+}
+
+static void log_search(svg_parser *p, const char *id, bool found) {
+  if (p->log_level < 5) return;
+  ort_logg(p->core, "\t\t\t[search for id \"%a\"]\n", id);
+  if (!found) ort_logg(p->core, "\t\t\t[id not found]\n");
+}
+
+int svg_href_compare(const void *a, const void *b) {
+  const auto first = reinterpret_cast<uintptr_t>(static_cast<const svg_href *>(a)->target);
+  const auto second = reinterpret_cast<uintptr_t>(static_cast<const svg_href *>(b)->target);
+  return first < second ? -1 : first > second;
+}
+
+svg_e_node *svg_find_name(const svg_parser *p, const char *name) {
+  const svg_index_entry *entry = svg_index_find(p, p->name_index, name);
+  return entry != nullptr ? entry->element : nullptr;
+}
+
+const char *svg_find_href_id(const svg_parser *p, const svg_e_node *element) {
+  const auto wanted = reinterpret_cast<uintptr_t>(element);
+  const char *id = "(empty)"; // of several the first, wherever the elements lie in memory
+  size_t low = 0;
+  size_t high = ort_vtr_count(p->hrefs);
+  while (low < high) {
+    const size_t middle = (low + high) / 2;
+    const auto &href = ort_item<svg_href>(p->hrefs, middle);
+    const auto target = reinterpret_cast<uintptr_t>(href.target);
+    if (target == wanted) id = href.id;
+    if (target >= wanted)
+      high = middle;
+    else
+      low = middle + 1;
+  }
+  return id;
+}
+
+size_t svg_get_href_count(const svg_parser *p) { return ort_vtr_count(p->hrefs); }
+
+const char *svg_get_href(const svg_parser *p, size_t i, svg_e_node **element) {
+  if (i >= ort_vtr_count(p->hrefs)) return nullptr;
+  const auto &href = ort_item<svg_href>(p->hrefs, i);
+  if (element != nullptr) *element = href.target;
+  return href.id;
+}
+
+// ---- Waiting links ------------------------------------------------------------------------------
+
+void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
+  if (p->unres_links == nullptr) p->unres_links = ort_hvtr_new(p->core, &unres_link_ced);
+  const size_t slot = ort_hvtr_reclaim_item(p->unres_links);
+  waiting_link *link = link_at(p, slot);
+  p->value_link = static_cast<int64_t>(slot);
+  link->iri = iri;
+  link->source = p->cur_enode;
+  link->id = ort_strdup(p->core, id);
+  svg_index_entry *entry = svg_index_add(p, &p->name_index, link->id);
+  link->previous = entry->number;
+  entry->name = link->id;
+  entry->number = slot + 1;
+  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[add unresolved reference \"#%a\"]\n", link->id);
+}
+
+void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
+  p->value_link = -1; // its slot may pass to another link
+  svg_index_entry *entry = svg_index_find(p, p->name_index, id);
+  if (entry == nullptr) return;
+  size_t number = entry->number;
+  entry->number = 0;
+
+  size_t first = 0; // the chain, turned around
+  while (number != 0) {
+    waiting_link *link = link_at(p, number - 1);
+    const size_t previous = link->previous;
+    link->previous = first;
+    first = number;
+    number = previous;
+  }
+  for (number = first; number != 0;) {
+    const waiting_link *link = link_at(p, number - 1);
+    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[reference \"%a\" resolved]\n", id);
+    link->iri->ref.target = target;
+    if (link->source != nullptr) svg_set_elem_flag(p, link->source, target);
+    const size_t next = link->previous;
+    ort_hvtr_release_item(p->unres_links, number - 1);
+    number = next;
+  }
+}
+
+// No link has been made or resolved since, so it is the last of its chain, if it got that far.
+void svg_drop_value_link(svg_parser *p) {
+  if (p->value_link < 0) return;
+  const auto slot = static_cast<size_t>(p->value_link);
+  p->value_link = -1;
+  const waiting_link *link = link_at(p, slot);
+  svg_index_entry *entry =
+      link->id != nullptr ? svg_index_find(p, p->name_index, link->id) : nullptr;
+  if (entry != nullptr && entry->number == slot + 1) {
+    if (link->previous == 0) {
+      svg_index_remove(p, p->name_index, entry);
+    } else {
+      entry->number = link->previous;
+      entry->name = link_at(p, link->previous - 1)->id;
+    }
+  }
+  ort_hvtr_release_item(p->unres_links, slot);
+}
+
+void svg_set_elem_flag(svg_parser *p, svg_e_node *source, const svg_e_node *target) {
+  if ((target->head.flags & SVG_EF_BBOX_USER) == 0) return;
+  if (p->log_level >= 6)
+    ort_logg(p->core, "\t\t\t[source %p needs bbox because of target %p]\n",
+             static_cast<const void *>(source), static_cast<const void *>(target));
+  source->head.flags |= SVG_EF_NEEDS_BBOX;
+  if ((target->head.flags & SVG_EF_BBOX_USER2) != 0) source->head.flags |= SVG_EF_NEEDS_BBOX2;
+}
+
+size_t svg_get_unresolved_count(const svg_parser *p) {
+  return p->unres_links != nullptr ? ort_hvtr_size(p->unres_links) : 0;
+}
+
+const char *svg_get_unresolved(const svg_parser *p, size_t i, const svg_iri **iri,
+                               svg_e_node **source) {
+  if (i >= svg_get_unresolved_count(p) || !ort_hvtr_check_idx(p->unres_links, i)) return nullptr;
+  const waiting_link *link = link_at(p, i);
+  if (iri != nullptr) *iri = link->iri;
+  if (source != nullptr) *source = link->source;
+  return link->id;
+}
+
+void svg_drop_resolved_links(svg_parser *p) {
+  for (size_t i = 0; i < svg_get_unresolved_count(p); i++)
+    if (ort_hvtr_check_idx(p->unres_links, i)) return;
+  ort_hvtr_delete(p->unres_links);
+  p->unres_links = nullptr;
+}
+
+void svg_clear_links(svg_parser *p) {
+  svg_index_delete(p->core, &p->name_index);
+  if (p->hrefs != nullptr) ort_vtr_resize(p->hrefs, 0);
+  ort_hvtr_delete(p->unres_links);
+  p->unres_links = nullptr;
+  p->cur_href = nullptr;
+  p->value_link = -1;
+}
+
+static waiting_link *link_at(const svg_parser *p, size_t slot) {
+  return static_cast<waiting_link *>(ort_hvtr_at(p->unres_links, slot));
+}

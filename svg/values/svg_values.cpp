@@ -1,0 +1,121 @@
+// svg_values.cpp: constructors of values that are not lists: keywords, numbers, texts, viewBox,
+// preserveAspectRatio, clip; and those of class, id and name, which work on the element instead.
+//
+// Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. Bad text is
+// raised with svg_err_unxtok; what follows a complete value is ignored. Raises for lack of memory.
+#include "svg/values/svg_values.h"
+
+#include <cstring>
+
+#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_scan.h"
+
+// ---- Keywords and numbers -----------------------------------------------------------------------
+
+void svg_ctor_an_keyword(svg_parser *p, svg_a_node *node) {
+  svg_ntok_nonum(p);
+  svg_record<svg_an_keyword>(node)->key = svg_ctok_as_key(p);
+}
+
+void svg_ctor_an_number(svg_parser *p, svg_a_node *node) {
+  svg_record<svg_an_number>(node)->value = svg_get_num(p);
+}
+
+void svg_ctor_an_unum(svg_parser *p, svg_a_node *node) {
+  svg_record<svg_an_unum>(node)->value = svg_get_unum(p, &node->unit);
+}
+
+void svg_ctor_an_key_number(svg_parser *p, svg_a_node *node) {
+  auto *record = svg_record<svg_an_key_number>(node);
+  if (svg_ntok(p) == SVG_TOK_KEYWORD)
+    record->key = p->tok_key;
+  else
+    record->value = svg_ctok_as_num(p);
+}
+
+void svg_ctor_an_key_unum(svg_parser *p, svg_a_node *node) {
+  auto *record = svg_record<svg_an_key_unum>(node);
+  if (svg_ntok(p) == SVG_TOK_KEYWORD)
+    record->key = p->tok_key;
+  else
+    record->value = svg_ctok_as_unum(p, &node->unit);
+}
+
+// The keywords stand in any order and may repeat; the last alignment counts.
+void svg_ctor_an_preserveAspectRatio(svg_parser *p, svg_a_node *node) {
+  auto *record = svg_record<svg_an_aspect>(node);
+  record->meet = 1;
+  record->align = SVG_KW_xMinYMin;
+  while (svg_ntok_nonum(p) != SVG_TOK_END) {
+    switch (const int32_t key = svg_ctok_as_key(p)) {
+    case SVG_KW_defer: record->defer = 1; break;
+    case SVG_KW_meet: break;
+    case SVG_KW_slice: record->meet = 0; break;
+    default: record->align = key; break;
+    }
+  }
+}
+
+void svg_ctor_an_viewBox(svg_parser *p, svg_a_node *node) {
+  auto *record = svg_record<svg_an_viewbox>(node);
+  record->min_x = svg_get_num(p);
+  record->min_y = svg_get_sep_num(p);
+  record->width = svg_get_sep_num(p);
+  record->height = svg_get_sep_num(p);
+}
+
+void svg_ctor_an_clip(svg_parser *p, svg_a_node *node) {
+  auto *record = svg_record<svg_an_clip>(node);
+  svg_ntok_nonum(p);
+  record->key = svg_ctok_as_key(p);
+  if (record->key != SVG_KW_rect) return;
+  if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_unxtok(p, 0);
+  record->rect[0] = svg_get_num(p);
+  for (int i = 1; i < 4; i++) record->rect[i] = svg_get_sep_num(p);
+  if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_unxtok(p, 0);
+}
+
+// ---- Texts --------------------------------------------------------------------------------------
+
+// The value as written, with white space and quotes.
+void svg_ctor_an_string(svg_parser *p, svg_a_node *node) {
+  svg_scan_reset(p);
+  svg_record<svg_an_string>(node)->text = ort_strdup(p->core, p->scan_pos);
+}
+
+void svg_dtor_an_string(ort_core *core, svg_a_node *node) {
+  ort_free(core, svg_record<svg_an_string>(node)->text);
+}
+
+// ---- Values that go to the element --------------------------------------------------------------
+
+// Keeps the classes that some selector names.
+void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
+  if (p->css == nullptr) return;
+  ort_vtr_resize(p->class_nids, 0);
+  while (svg_ntok_nonum(p) != SVG_TOK_END) {
+    const int16_t nid = css_get_class_nid(p->css, p->tok_text);
+    if (p->log_level >= 6)
+      ort_logg(p->core, "\t\t\t[class=\"%a\", id=%d]\n", p->tok_text, static_cast<int>(nid));
+    if (nid != CSS_NO_NID) ort_push(p->class_nids, nid);
+  }
+  const size_t count = ort_vtr_count(p->class_nids);
+  if (count == 0) return;
+  auto *nids =
+      static_cast<int16_t *>(ort_malloc(p->core, count * sizeof(int16_t), "svg_ctor_an_class"));
+  memcpy(nids, ort_vtr_at(p->class_nids, 0), count * sizeof(int16_t));
+  ort_free(p->core, p->cur_enode->class_nids); // of "class" beside "svg:class"
+  p->cur_enode->class_nids = nids;
+  p->cur_enode->class_num = static_cast<int32_t>(count);
+}
+
+void svg_ctor_an_id(svg_parser *p, svg_a_node *) {
+  const char *id = p->scan_start;
+  svg_add_href(p, id, p->cur_enode);
+  if (p->css == nullptr) return;
+  p->cur_enode->id_nid = css_get_id_nid(p->css, id);
+  if (p->cur_enode->id_nid != CSS_NO_NID && p->log_level >= 6)
+    ort_logg(p->core, "\t\t\t[selector #%a found]\n", id);
+}
+
+void svg_ctor_an_name(svg_parser *p, svg_a_node *) { svg_add_href(p, p->scan_start, p->cur_enode); }

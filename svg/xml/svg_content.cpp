@@ -1,0 +1,220 @@
+// svg_content.cpp: Expat's callbacks of the main pass: start tag, end tag, character data.
+//
+// They decide which elements are built and which are skipped with all their content, keep the
+// nesting level, hand start tags to svg_tree.cpp and captured content to svg_saved.cpp, and echo
+// the document into the log. Raises 10020 and ORT_E_LIMIT, and what the building of an element
+// raises; no raise leaves a callback (svg_in_callback).
+#include "svg/names/svg_schema.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/xml/svg_xml.h"
+
+static void start_element(svg_parser *p, const char *name, const XML_Char **attrs);
+static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local);
+static void end_element(svg_parser *p, const char *name);
+static bool end_may_raise(const svg_parser *p);
+static void char_data(svg_parser *p, const char *s, int len);
+static void finish_text(svg_parser *p);
+static bool is_blank(const char *s, int len);
+static bool needs_prefix(const svg_parser *p);
+static void echo_start(svg_parser *p, const char *prefix, const char *local,
+                       const XML_Char **attrs);
+static void echo_end(svg_parser *p, const char *prefix, const char *local);
+static void echo_text(svg_parser *p, size_t piece);
+static void close_open_tag(svg_parser *p);
+static void echo_line(svg_parser *p, int level);
+static void echo_name(svg_parser *p, const char *prefix, const char *local);
+
+// Character data arrive in pieces; each echo shows the whole run so far while it is no longer than
+// this.
+constexpr size_t echo_whole_run = 4096;
+
+void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
+  auto *p = static_cast<svg_parser *>(parser);
+  svg_in_callback(p, [&] { start_element(p, name, attrs); });
+  p->elem_name = nullptr; // it points into Expat's buffer
+}
+
+void svg_cb_elem_end(void *parser, const XML_Char *name) {
+  auto *p = static_cast<svg_parser *>(parser);
+  if (end_may_raise(p))
+    svg_in_callback(p, [&] { end_element(p, name); });
+  else
+    end_element(p, name);
+}
+
+void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
+  auto *p = static_cast<svg_parser *>(parser);
+  if (p->callback_failed || needs_prefix(p) ||
+      !ort_bs_has_room(p->chardata, static_cast<size_t>(len)))
+    svg_in_callback(p, [&] { char_data(p, s, len); });
+  else
+    char_data(p, s, len); // cannot raise
+}
+
+void svg_enter_element(svg_parser *p) {
+  if (static_cast<uint32_t>(p->level) >= p->limits.depth)
+    ort_error(p->core, ORT_E_LIMIT, "nested elements",
+              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)), nullptr, nullptr);
+  p->level++;
+}
+
+static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {
+  if (p->declared_attributes > 0) svg_count_defaults(p, attrs);
+  const char *prefix = "";
+  const char *local = nullptr;
+  const int32_t type = svg_decomp_fullname(p, name, needs_prefix(p) ? &prefix : nullptr, &local);
+  if (p->savelem != SVG_NO_ELEMENT) svg_savelem_start(p, prefix, local, attrs);
+  finish_text(p);
+  if (p->log_level >= 3) echo_start(p, prefix, local, attrs);
+  svg_enter_element(p);
+  if (p->level < p->skip_level) {
+    const int id = type == SVG_NS_SVG ? svg_find_element(local) : -1;
+    if (id >= 0) {
+      if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[supported element \"%a\"]\n", local);
+      if (p->savelem == SVG_NO_ELEMENT) svg_savelem_open(p, id);
+      p->elem_name = local;
+      svg_add_e_node(p, id, attrs);
+      if (id == SVG_ELEM_text) p->has_text = 1;
+    } else {
+      skip_element(p, type, prefix, local);
+    }
+  }
+  if (p->log_level >= 6) {
+    ort_logg(p->core, "\t\t\t[nesting level %d", p->level);
+    if (p->skip_level != SVG_NO_SKIP) ort_logg(p->core, ", skip level %d", p->skip_level);
+    ort_logg(p->core, "]\n");
+  }
+}
+
+static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local) {
+  if (p->log_level >= 6) {
+    ort_logg(p->core, "\t\t\t[%a element \"",
+             ort_strcmp(local, "style") == 0 ? "processed" : "unsupported");
+    if (*prefix != '\0') ort_logg(p->core, "%a:", prefix);
+    ort_logg(p->core, "%a\"]\n", local);
+  }
+  if (type == SVG_NS_SVG) svg_find_nottol_element(p, local);
+  p->skip_level = p->level;
+}
+
+static void end_element(svg_parser *p, const char *name) {
+  const char *prefix = "";
+  const char *local = name;
+  if (needs_prefix(p)) {
+    const int32_t type = svg_decomp_fullname(p, name, &prefix, &local);
+    if (p->savelem != SVG_NO_ELEMENT) svg_savelem_end(p, type, prefix, local);
+  }
+  finish_text(p);
+  if (p->level < p->skip_level)
+    if (const svg_elem_def *row = ort_top<svg_pe_entry>(p->elem_stack).row;
+        row->end_hook != nullptr)
+      row->end_hook(p);
+  if (p->log_level >= 3) echo_end(p, prefix, local);
+  p->level--;
+  if (p->level == p->skip_level - 1) {
+    p->skip_level = SVG_NO_SKIP;
+  } else if (p->level < p->skip_level) {
+    ort_vtr_pop(p->elem_stack);
+    ort_vtr_pop(p->open_elements);
+  }
+}
+
+// Most end tags only close what is open, and need no frame.
+static bool end_may_raise(const svg_parser *p) {
+  return p->callback_failed || needs_prefix(p) || ort_bs_length(p->chardata) > 0 ||
+         (p->level < p->skip_level &&
+          ort_top<svg_pe_entry>(p->elem_stack).row->end_hook != nullptr);
+}
+
+static void char_data(svg_parser *p, const char *s, int len) {
+  if (p->savelem != SVG_NO_ELEMENT) svg_savelem_char_data(p, s, len);
+  ort_bs_append(p->chardata, s, static_cast<size_t>(len));
+  if (!is_blank(s, len)) {
+    p->chardata_nonblank = 1;
+    if (p->level < p->skip_level && p->log_level >= 3) echo_text(p, static_cast<size_t>(len));
+  }
+  if (p->log_tag_open && p->log_level >= 3) ort_logg(p->core, ">\n");
+  p->log_tag_open = 0;
+}
+
+// Turns the character data since the last tag into a text node.
+static void finish_text(svg_parser *p) {
+  if (ort_bs_length(p->chardata) == 0) return;
+  svg_add_t_node(p);
+  ort_bs_clear(p->chardata);
+}
+
+static bool is_blank(const char *s, int len) {
+  for (int i = 0; i < len; i++)
+    if (!ort_isspace(s[i])) return false;
+  return true;
+}
+
+// Finding the prefix of a name costs a search of the declarations in scope; only the log and a
+// capture show it.
+static bool needs_prefix(const svg_parser *p) {
+  return p->log_level >= 3 || p->savelem != SVG_NO_ELEMENT;
+}
+
+static void echo_start(svg_parser *p, const char *prefix, const char *local,
+                       const XML_Char **attrs) {
+  const int indent = 2 * p->log_indent;
+  if (p->log_tag_open) close_open_tag(p);
+  echo_line(p, 4);
+  ort_logg(p->core, "%*s<", indent, "");
+  echo_name(p, prefix, local);
+  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+    svg_decomp_fullname(p, attr[0], &prefix, &local);
+    ort_logg(p->core, " ");
+    echo_name(p, prefix, local);
+    ort_logg(p->core, "=\"%a\"", attr[1]);
+  }
+  if (p->log_level >= 5) ort_logg(p->core, "\n");
+  p->log_indent++;
+  p->log_tag_open = 1;
+}
+
+static void echo_end(svg_parser *p, const char *prefix, const char *local) {
+  p->log_indent--;
+  const int indent = 2 * p->log_indent;
+  if (p->log_tag_open) {
+    if (p->log_level >= 5) {
+      echo_line(p, 5);
+      ort_logg(p->core, "%*s", indent, "");
+    }
+    ort_logg(p->core, "/>\n");
+  } else {
+    echo_line(p, 4);
+    ort_logg(p->core, "%*s</", indent, "");
+    echo_name(p, prefix, local);
+    ort_logg(p->core, ">\n");
+  }
+  p->log_tag_open = 0;
+}
+
+static void echo_text(svg_parser *p, size_t piece) {
+  if (p->log_tag_open) close_open_tag(p);
+  p->log_tag_open = 0;
+  echo_line(p, 4);
+  ort_logg(p->core, "%*s", 2 * p->log_indent, "");
+  const char *run = ort_bs_text(p->chardata);
+  const size_t length = ort_bs_length(p->chardata);
+  ort_logg(p->core, "%a\n", length <= echo_whole_run ? run : run + length - piece);
+}
+
+static void close_open_tag(svg_parser *p) {
+  if (p->log_level >= 5) {
+    echo_line(p, 5);
+    ort_logg(p->core, "%*s", 2 * p->log_indent - 2, "");
+  }
+  ort_logg(p->core, ">\n");
+}
+
+static void echo_line(svg_parser *p, int level) {
+  if (p->log_level >= level) ort_logg(p->core, "[%02ld]", svg_xml_line(p));
+}
+
+static void echo_name(svg_parser *p, const char *prefix, const char *local) {
+  if (*prefix != '\0') ort_logg(p->core, "%a:", prefix);
+  ort_logg(p->core, "%a", local);
+}

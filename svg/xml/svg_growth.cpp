@@ -1,0 +1,64 @@
+// svg_growth.cpp: bounds for what a few bytes of a document can make Expat do again and again.
+//
+// An entity that names another makes Expat recurse, default attributes come anew with each start
+// tag, and the name of a namespace with each attribute that has its prefix. svg_xml.cpp and the
+// start tags of both passes call this. Raises ORT_E_LIMIT.
+#include <cstring>
+#include <string_view>
+
+#include "svg/xml/svg_xml.h"
+
+static void raise_limit(svg_parser *p, const char *what, int limit);
+
+static void cb_entity(void *parser, const XML_Char *, int is_parameter, const XML_Char *value,
+                      int length, const XML_Char *, const XML_Char *, const XML_Char *,
+                      const XML_Char *) {
+  auto *p = static_cast<svg_parser *>(parser);
+  if (is_parameter || value == nullptr) return; // neither is ever put in
+  const std::string_view text(value, static_cast<size_t>(length));
+  if (text.find('&') == text.npos) return;
+  svg_in_callback(p, [&] {
+    if (++p->nested_entities > ORT_LIMIT_NESTED_ENTITIES)
+      raise_limit(p, "entities with references", ORT_LIMIT_NESTED_ENTITIES);
+  });
+}
+
+static void cb_attribute(void *parser, const XML_Char *, const XML_Char *, const XML_Char *,
+                         const XML_Char *, int) {
+  auto *p = static_cast<svg_parser *>(parser);
+  svg_in_callback(p, [&] {
+    if (++p->declared_attributes > ORT_LIMIT_ATTRIBUTE_DECLARATIONS)
+      raise_limit(p, "attribute declarations", ORT_LIMIT_ATTRIBUTE_DECLARATIONS);
+  });
+}
+
+void svg_bound_growth(svg_parser *p) {
+  p->nested_entities = p->declared_attributes = 0;
+  p->defaulted = 0;
+  XML_SetEntityDeclHandler(p->xml, cb_entity);
+  XML_SetAttlistDeclHandler(p->xml, cb_attribute);
+}
+
+void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
+  for (const char *name : {prefix, uri})
+    if (name != nullptr && strlen(name) > ORT_LIMIT_NAMESPACE_NAME)
+      raise_limit(p, "bytes in the name of a namespace", ORT_LIMIT_NAMESPACE_NAME);
+}
+
+// Declarations without a default cost Expat a step each.
+void svg_count_defaults(svg_parser *p, const XML_Char **attrs) {
+  constexpr uint64_t steps_per_byte = 16;
+  p->defaulted += static_cast<uint64_t>(p->declared_attributes) / steps_per_byte;
+  for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs != nullptr; attrs++)
+    p->defaulted += strlen(*attrs);
+  const auto read = static_cast<double>(XML_GetCurrentByteIndex(p->xml));
+  if (p->defaulted > p->limits.entity_start &&
+      static_cast<double>(p->defaulted) > read * static_cast<double>(p->limits.entity_factor))
+    ort_error(p->core, ORT_E_LIMIT, "times the input in default attributes",
+              ort_errprintf(p->core, "%g", static_cast<double>(p->limits.entity_factor)), nullptr,
+              nullptr);
+}
+
+static void raise_limit(svg_parser *p, const char *what, int limit) {
+  ort_error(p->core, ORT_E_LIMIT, what, ort_errprintf(p->core, "%d", limit), nullptr, nullptr);
+}

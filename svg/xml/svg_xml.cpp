@@ -1,0 +1,213 @@
+// svg_xml.cpp: one pass over the input through Expat.
+//
+// Called by svg_parse.cpp for the style-sheet pass and, when that could not be recorded, for the
+// main pass. A pass that fails with an encoding error or a namespace error is restarted, from a
+// clean state. Raises 10009, ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+#include <cstring>
+
+#include "svg/style/svg_style.h"
+#include "svg/tree/svg_tree.h"
+#include "svg/xml/svg_xml.h"
+
+static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
+static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
+                     bool *first_block);
+static void log_line(svg_parser *p, const char *line);
+static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
+ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
+static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
+static bool is_namespace_error(int code);
+static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass);
+
+// Encodings that may be forced on Expat, in the order of the attempts; 0 leaves the choice to the
+// document.
+constexpr ort_keyword svg_xp_encodings[] = {
+    {"UTF-8", 1}, {"ISO-8859-1", 2}, {"US-ASCII", 3}, {"UTF-16", 4}, {nullptr, 0}};
+constexpr int32_t last_encoding = 4;
+
+constexpr char css_banner[] = "\n------------------------- CSS rules --------------------------\n";
+constexpr char main_banner[] = "\n------------------------- SVG file ---------------------------\n";
+constexpr char main_end[] = "--------------------------------------------------------------\n";
+
+void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
+                   int32_t *encoding) {
+  if (!css_pass && p->recording != nullptr) {
+    log_line(p, main_banner);
+    svg_recording_play(p);
+    log_line(p, main_end);
+    return;
+  }
+  bool first_block = true;
+  bool namespace_restart = false;
+  for (int32_t enc = *encoding;;) {
+    create_expat(p, css_pass, enc);
+    const int code = run_expat(p, file, *gz, css_pass, &first_block);
+    if (!css_pass) log_line(p, main_end);
+    if (code == XML_ERROR_NONE) {
+      *encoding = enc;
+      break;
+    }
+    if (code == XML_ERROR_INCORRECT_ENCODING && enc < last_encoding) {
+      ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+      restart(p, file, gz, css_pass);
+      enc++;
+      if (p->log_level >= 3)
+        ort_logg(p->core, "\tNew parsing with encoding %a\n",
+                 ort_get_keyword(enc, svg_xp_encodings));
+    } else if (is_namespace_error(code) && !namespace_restart) {
+      namespace_restart = true;
+      ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+      restart(p, file, gz, css_pass);
+      p->no_namespaces = 1;
+      if (p->log_level >= 3) ort_logg(p->core, "\tNew parsing without namespace handling\n");
+    } else {
+      ort_rethrow(p->core);
+    }
+  }
+  if (css_pass)
+    svg_reset_xml(p, file, gz);
+  else
+    svg_expat_delete(p);
+}
+
+static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
+  svg_expat_create(p, ort_get_keyword(encoding, svg_xp_encodings));
+  XML_SetUserData(p->xml, p);
+  XML_SetUnknownEncodingHandler(p->xml, svg_cb_encoding_handler, p);
+  XML_SetBillionLaughsAttackProtectionMaximumAmplification(p->xml, p->limits.entity_factor);
+  XML_SetBillionLaughsAttackProtectionActivationThreshold(p->xml, p->limits.entity_start);
+  svg_bound_growth(p);
+  if (css_pass) {
+    XML_SetProcessingInstructionHandler(p->xml, svg_cb_proc_instr_css);
+    svg_recording_begin(p);
+  } else {
+    XML_SetElementHandler(p->xml, svg_cb_elem_start, svg_cb_elem_end);
+    XML_SetCharacterDataHandler(p->xml, svg_cb_char_data);
+    XML_SetNamespaceDeclHandler(p->xml, svg_cb_namespace_start, svg_cb_namespace_end);
+  }
+}
+
+// Feeds the whole input. Returns Expat's error code, with ORT_E_XML composed as the pending error
+// when it is not 0.
+static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
+                     bool *first_block) {
+  bool banner_due = true;
+  for (bool last = false; !last;) {
+    char *block = svg_expat_room(p);
+    const int64_t length = read_block(p, file, gz, block, &last);
+    XML_Status status;
+    if (length < 0) { // what stands before the fault counts first
+      status = svg_expat_flush(p);
+      if (status == XML_STATUS_OK) raise_read_error(p, gz);
+    } else {
+      if (*first_block) check_looks_like_xml(p, block, length);
+      *first_block = false;
+      if (banner_due) log_line(p, css_pass ? css_banner : main_banner);
+      banner_due = false;
+      status = svg_expat_take(p, static_cast<size_t>(length), last);
+    }
+    if (status == XML_STATUS_OK) continue;
+    const XML_Error code = XML_GetErrorCode(p->xml);
+    ort_set_errmsg(
+        p->core, ORT_E_XML, ort_errprintf(p->core, "%a", XML_ErrorString(code)),
+        ort_errprintf(p->core, "%d", static_cast<int>(svg_xml_line(p))),
+        ort_errprintf(p->core, "%d", static_cast<int>(XML_GetCurrentColumnNumber(p->xml))),
+        nullptr);
+    return code;
+  }
+  return XML_ERROR_NONE;
+}
+
+static void log_line(svg_parser *p, const char *line) {
+  if (p->log_level >= 3) ort_logg(p->core, "%s", line);
+}
+
+// The number of bytes read, less than a block at the end; -1: reading failed.
+static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last) {
+  const auto wanted = static_cast<size_t>(p->block_size);
+  const int64_t length = gz != nullptr ? ort_gzread(gz, block, wanted)
+                                       : static_cast<int64_t>(ort_fread(block, 1, wanted, file));
+  const bool is_short = length < p->block_size;
+  *last = gz != nullptr ? is_short : ort_feof(file) != 0;
+  return is_short && !*last ? -1 : length;
+}
+
+static void raise_read_error(svg_parser *p, ort_gz *gz) {
+  if (gz == nullptr) ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
+  char byte;
+  ort_gzread(gz, &byte, 1); // fails as before; the pending error may be another by now
+  ort_error(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+}
+
+// Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right behind
+// the mark.
+static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length) {
+  const char *s = block;
+  const char *end = block + length;
+  if (length >= 3 && memcmp(s, "\xEF\xBB\xBF", 3) == 0)
+    s += 3;
+  else if (length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0))
+    s += 2;
+  while (s < end && ort_isspace(*s)) s++;
+  if (s == end || *s != '<') ort_error(p->core, 10009, p->filename, nullptr, nullptr, nullptr);
+}
+
+static bool is_namespace_error(int code) {
+  switch (code) {
+  case XML_ERROR_UNBOUND_PREFIX:
+  case XML_ERROR_UNDECLARING_PREFIX:
+  case XML_ERROR_RESERVED_PREFIX_XML:
+  case XML_ERROR_RESERVED_PREFIX_XMLNS:
+  case XML_ERROR_RESERVED_NAMESPACE_URI: return true;
+  default: return false;
+  }
+}
+
+// Undoes what the failed attempt made, so that the next one starts as if it were the first.
+static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass) {
+  svg_reset_xml(p, file, gz);
+  ort_bs_clear(p->chardata);
+  if (css_pass) {
+    svg_css_clear_sheets(p);
+  } else {
+    svg_clear_document(p);
+    svg_prepare_document(p);
+  }
+}
+
+void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
+  svg_expat_delete(p);
+  if (ort_fseek(file, 0, 0) != 0)
+    ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
+  if (*gz != nullptr) {
+    ort_gzclose(*gz);
+    *gz = nullptr; // in case the next line raises
+    *gz = ort_gzopen(file);
+  }
+}
+
+int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info) {
+  auto *p = static_cast<svg_parser *>(data);
+  if (name == nullptr || strlen(name) < 9 || ort_strincmp_a(name, "ISO", 3) != 0) return 0;
+  const char *part = name + (name[3] == '-' ? 4 : 3);
+  if (strncmp(part, "8859", 4) != 0) return 0;
+  part += part[4] == '-' ? 5 : 4;
+  char host_name[16] = "iso8859-";
+  strncat(host_name, part, 2);
+  bool known = false;
+  svg_in_callback(p, [&] {
+    int32_t number = 0;
+    if (ort_get_encoding(p->core, host_name, &number, 0) < 0) return;
+    const uint16_t *codes = ort_get_encoding_vector(p->core, number);
+    for (int i = 0; i < 256; i++) info->map[i] = codes[i];
+    info->data = p;
+    info->convert = nullptr;
+    info->release = nullptr;
+    known = true;
+  });
+  return known;
+}
+
+long svg_xml_line(const svg_parser *p) {
+  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : p->played_line;
+}

@@ -1,0 +1,105 @@
+// The tree that a document becomes: what is built, skipped and linked, and the life of a parser.
+#include <gtest/gtest.h>
+
+#include "svg/parser/svg_parser.h"
+#include "tests/support/cases.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+// "g(rect 'text' a())": elements, and texts in quotes.
+std::string outline(const svg_e_node *element) {
+  std::string result = svg_get_elem_table()[element->head.id].name;
+  result += '(';
+  for (svg_node *child = element->first_child; child != nullptr; child = child->next) {
+    if (result.back() != '(') result += ' ';
+    if (const svg_e_node *below = svg_as_element(child))
+      result += outline(below);
+    else
+      result += std::string("'") + svg_as_text(child)->text + "'";
+  }
+  return result + ')';
+}
+
+TEST(Tree, BuildsSupportedElementsAndSkipsOthersWhole) {
+  expect_cases(R"(
+<rect/> <g><g/></g> -> svg(rect() ' ' g(g()))
+<text>x&lt;<![CDATA[<y>]]><!-- c -->z</text> -> svg(text('x<<y>z'))
+<foo>a<rect/>b<foo/>c</foo><rect/> -> svg('' '' '' rect())
+<style>rect{}</style><rect/> -> svg('' rect())
+<text>a<x:b xmlns:x='urn:x'>skipped</x:b>c</text> -> svg(text('a' '' 'c'))
+<a xmlns='urn:x'><rect xmlns='http://www.w3.org/2000/svg'/></a><g/> -> svg(g())
+<l:a xmlns:l='http://www.w3.org/1999/xlink'/><v:g xmlns:v='http://www.w3.org/2000/svg'/> -> svg(g())
+<g xmlns=''><rect/></g> -> svg(g(rect())) | <RECT/><svg:rect xmlns:svg='urn:y'/> -> svg())",
+               [](const std::string &content) {
+                 const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + content +
+                                         "</svg>");
+                 EXPECT_EQ(document.messages(), "");
+                 return outline(document.svg);
+               });
+}
+
+TEST(Tree, AttributesAreKnownByNamespaceAndName) {
+  const Document document(
+      "<svg xmlns='http://www.w3.org/2000/svg' xmlns:k='http://www.w3.org/1999/xlink' "
+      "xmlns:o='urn:o'>"
+      "<use id='a' k:href='#b' xml:space='preserve' o:x='5' o:fill='red' o:style='stroke:blue'/>"
+      "<g xml:id='b'/><rect id='c' x='1' width='7' nix='0' FILL='#0f0'/></svg>");
+  EXPECT_EQ(document.values(document.find("a"), "xlink:href"), "#b");
+  EXPECT_EQ(document.values(document.find("a"), "xml:space"), "preserve");
+  EXPECT_EQ(document.values(document.find("a"), "x"), "-");
+  EXPECT_EQ(document.values(document.find("a"), "fill"),
+            "#ff0000"); // a foreign name counts by its local part
+  EXPECT_EQ(document.values(document.find("a"), "stroke"), "-");
+  EXPECT_EQ(document.values(document.find("c"), "fill"), "#00ff00");
+  EXPECT_EQ(document.values(document.find("c"), "x"), "1");
+}
+
+TEST(Tree, RefusedNamesEndTheParse) {
+  static const char *const names[] = {"blink", "filter", "Script"};
+  for (const bool elements : {true, false}) {
+    const Document document("<svg><g Filter='x'/><rect blink='none'/><SCRIPT/></svg>",
+                            AccountingCore::defaults(), [=](svg_parser *p) {
+                              (elements ? p->nottol_elements : p->nottol_props) = names;
+                              (elements ? p->nottol_elements_num : p->nottol_props_num) = 3;
+                            });
+    EXPECT_EQ(document.code, elements ? 10020 : 10021);
+    EXPECT_EQ(document.messages(),
+              elements ? "File 'test.svg' contains unsupported element 'SCRIPT'\n"
+                       : "File 'test.svg' contains unsupported property 'Filter'\n");
+  }
+}
+
+TEST(Tree, LimitsOfNodesAndDepth) {
+  const std::pair<svg_limits, const char *> cases[] = {
+      {{4, 3, 0, 0, 0}, ""},
+      {{3, 0, 0, 0, 1}, "Limit of 3 nodes exceeded\n"},
+      {{0, 2, 0, 0, 0}, "Limit of 2 nested elements exceeded\n"}};
+  for (const auto &[limits, message] : cases) {
+    const svg_limits *tried = &limits;
+    EXPECT_EQ(Document("<svg><g><g/><g/></g></svg>", AccountingCore::defaults(),
+                       [=](svg_parser *p) { svg_set_limits(p, tried); })
+                  .messages(),
+              message);
+  }
+}
+
+TEST(Tree, AParserThatNeverParsedIsOneBlock) {
+  AccountingCore core;
+  core.protect([&] {
+    svg_parser *parser = svg_parser_new(core, 0, nullptr, nullptr, nullptr, nullptr, 0, nullptr, 0,
+                                        nullptr, nullptr);
+    EXPECT_EQ(svg_get_title_text(parser), nullptr);
+    EXPECT_EQ(svg_find_name(parser, "a"), nullptr);
+    EXPECT_STREQ(svg_find_href_id(parser, nullptr), "(empty)");
+    svg_parser_delete(parser);
+    svg_parser_delete(nullptr);
+  });
+}
+
+TEST(Tree, EchoesTheDocumentIntoTheLog) {
+  expect_logged("<svg a='1'>\n<g>x</g><g/></svg>", 4,
+                {"[01]<svg a=\"1\"", "[02]  <g>\n", "[02]  </g>\n", "[02]  <g/>\n"});
+}
+
+} // namespace

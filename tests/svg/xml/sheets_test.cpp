@@ -1,0 +1,229 @@
+// Style sheets: how they are found, what becomes of their declarations, which elements they reach.
+#include <gtest/gtest.h>
+
+#include "svg/names/svg_schema.h"
+#include "svg/style/svg_style.h"
+#include "tests/support/cases.h"
+#include "tests/support/reader.h"
+
+namespace {
+
+// A drawing read with a host that serves the sheets "red.css" and "lime.css", notes which sheets
+// are asked for, and listens to the values.
+class Drawing {
+public:
+  explicit Drawing(const std::string &text, const ort_options &options = AccountingCore::defaults())
+      : document(text, options, [this](svg_parser *p) {
+          static const char *const refused[] = {"refused"};
+          parser = p;
+          p->css_context_ = &context;
+          p->nottol_props = refused;
+          p->nottol_props_num = 1;
+          svg_set_observer(p, observe, this);
+        }) {}
+
+  // Codes of the messages.
+  std::string codes() const {
+    std::string result;
+    for (const Message &message : document.core.messages)
+      result += " " + std::to_string(message.code);
+    return result;
+  }
+
+  std::string asked;    // names of sheets
+  std::string observed; // values of fill with their sources
+  int walks = 0;
+  svg_parser *parser = nullptr;
+  const css_context context = {nullptr, read, this};
+  const Document document; // behind what its parse needs
+
+private:
+  static int read(void *user, const char *href, css_sheet_text *text) {
+    const std::string name = href;
+    static_cast<Drawing *>(user)->asked += name + " ";
+    const std::string sheet = name == "red.css"    ? "rect{fill:red}"
+                              : name == "lime.css" ? "rect{fill:lime}"
+                                                   : "";
+    return !sheet.empty() && css_context_append(text, sheet.data(), sheet.size());
+  }
+
+  static void observe(void *user, const svg_e_node *element, const svg_a_node *value,
+                      svg_source source, const char *selector);
+};
+
+svg_e_node *walk_to_parent(const svg_e_node *node, int16_t nid) {
+  for (svg_e_node *other = node->prev; other != nullptr; other = other->prev)
+    if (other->level == node->level - 1)
+      return nid == -1 || other->head.id == nid ? other : nullptr;
+  return nullptr;
+}
+
+svg_e_node *walk_to_sibling(const svg_e_node *node, int16_t nid) {
+  svg_e_node *other = node->prev;
+  for (; other != nullptr && other->level >= node->level; other = other->prev)
+    if (other->level == node->level && (nid == -1 || other->head.id == nid)) return other;
+  return nullptr;
+}
+
+void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *value,
+                      svg_source source, const char *selector) {
+  auto *self = static_cast<Drawing *>(user);
+  if (value->row == SVG_PROP_fill) {
+    static constexpr const char *sources[] = {"attribute", "sheet", "style", "default",
+                                              "important"};
+    self->observed += value_text(self->parser, value) + " " + sources[source] +
+                      (selector != nullptr ? " " + std::string(selector) : "") + "\n";
+  }
+  // The open elements must give what the walk over the elements built so far gives.
+  for (auto *node = const_cast<svg_e_node *>(element); node != nullptr; node = node->prev)
+    for (const int id : {-1, int(SVG_ELEM_g), int(SVG_ELEM_rect), int(SVG_ELEM_svg)}) {
+      const auto nid = static_cast<int16_t>(id);
+      EXPECT_EQ(svg_css_find_parent(self->parser, node, nid), walk_to_parent(node, nid));
+      EXPECT_EQ(svg_css_find_sibling(self->parser, node, nid), walk_to_sibling(node, nid));
+      self->walks++;
+    }
+}
+
+} // namespace
+
+TEST(Sheets, Instructions) {
+  const auto asked = [](const std::string &data) {
+    const Drawing drawing("<?xml-stylesheet " + data + "?><svg/>");
+    return drawing.asked + drawing.codes();
+  };
+  expect_cases(R"(
+href='red.css' type='text/css' -> red.css | \s\stype =\t"text/css"\nhref= 'red.css'\s -> red.css
+type='text/css'href='a'href='red.css' -> red.css | type='text/css' href='red.css -> red.css
+type='x' type='text/css' href='red.css' -> red.css | href='red.css' -> | type='text/css' -> | ->
+type='text/css' title='a="b" c' href="it's.css" -> it's.css  10200
+href='red.css' type='text/xsl' -> | href='red.css' type='text/CSS' ->)",
+               asked);
+  // Malformed: one warning, no sheet.
+  expect_cases(R"(
+='text/css' href='red.css' -> 10003 | href='red.css' type='text/css' alternate -> 10000
+href='red.css' type='text/css' alternate\s -> 10000 | type='' href='red.css' -> 10000
+href='red.css' type='text/css' a=' -> 10000 | type=text/css href='red.css' -> 10004
+type 'text/css' href='red.css' -> 10004 | href='red.css' type='text/css' a= -> 10004)",
+               asked);
+  EXPECT_EQ(Drawing("<?XML-stylesheet href='red.css' type='text/css'?><svg/>").asked, "");
+  const Drawing malformed("<svg>\n<?xml-stylesheet type=text/css?></svg>");
+  EXPECT_EQ(malformed.document.core.messages.at(0).text,
+            "attribute 'type': unexpected token 't', in file 'test.svg', line 2, element ''");
+}
+
+TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
+  // The last one: the pass begins anew without namespaces, and nothing is gathered twice.
+  expect_cases(R"(
+<g/> -> none | <s:style xmlns:s='http://www.w3.org/2000/svg'>a{}</s:style> -> a{} | <style/> ->
+<style>a{}</style><g><style type='text/css'>b{}<![CDATA[c>d{}]]></style></g> -> a{}b{}c>d{}
+<style type='text/ecmascript'>a{}</style>b<style type='TEXT/CSS'>b{}</style> -> none
+<svg type='x'><style>a{}</style><svg><style>b{}</style></svg><style type='text/css'>c{}</style></svg><style>d{}</style> -> c{}d{}
+<svg type='x'><svg type='text/css'><style>a{}</style></svg></svg> -> a{}
+<f:style xmlns:f='urn:f'>a{}</f:style><f:g xmlns:f='urn:f'><style>b{}</style></f:g> -> b{}
+<svg type='x'><style type='text/css'>a{}</style><style>b{}<u:u/></style></svg> -> a{})",
+               [](const std::string &content) {
+                 const Drawing drawing("<svg xmlns='http://www.w3.org/2000/svg'>" + content +
+                                       "</svg>");
+                 EXPECT_EQ(drawing.document.code, 0);
+                 const ort_bs *sheet = drawing.parser->style_sheet;
+                 return std::string(sheet != nullptr ? ort_bs_text(sheet) : "none");
+               });
+}
+
+TEST(Sheets, ExternalSheetsComeFirstAndOnce) {
+  const Drawing drawing("<?xml-stylesheet type='text/css' href='red.css'?>"
+                        "<?xml-stylesheet type='text/css' href='lime.css'?>"
+                        "<svg><rect fill='#000001' style='fill:#000002'/>"
+                        "<style>#a{fill:blue} rect{stroke:red}</style><rect id='a'/><u:u/></svg>");
+  EXPECT_EQ(drawing.asked, "red.css lime.css red.css lime.css "); // restarted for the prefix
+  EXPECT_EQ(drawing.observed, "#000001 attribute\n#00ff00 sheet rect\n#000002 style\n"
+                              "#0000ff sheet #a\n");
+}
+
+TEST(Sheets, Declarations) {
+  const auto fill = [](const std::string &declarations) {
+    const Document document("<svg><style>rect{" + declarations +
+                            "}</style><rect id='r'/><rect/></svg>");
+    return document.values(document.find("r"), "fill") + " " +
+           document.messages().substr(0, document.messages().find(','));
+  };
+  // Elsewhere the last two would end the parse.
+  expect_cases(R"(
+fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> #r
+fill:none;fill:red -> #ff0000
+fill:red;fill:foo -> #ff0000 property 'fill': unexpected token 'foo'
+font:foo x;fill:red -> #ff0000 property 'font-size': unexpected token 'foo'
+fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)",
+               fill);
+  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").document.code, 10021);
+}
+
+TEST(Sheets, AValueIsSharedByAllElements) {
+  const Document document("<svg><style>rect{fill:url(#later) red}</style><rect id='a'/>"
+                          "<rect id='b'/><g id='later'/></svg>");
+  const svg_e_node *a = document.find("a"), *b = document.find("b");
+  ASSERT_EQ(a->values_num, 1);
+  EXPECT_EQ(document.values(a, "fill"), "#later #ff0000");
+  EXPECT_EQ(a->values[0], b->values[0]);
+}
+
+// The drawing's elements answer through the callbacks; selectors in general are the engine's.
+TEST(Sheets, SelectorsReachElements) {
+  const std::string drawing =
+      "<g id='g1'><rect id='r1' class='p q' x='1'/><a><circle id='c1' r='1'/></a>"
+      "<rect id='r2' class=' q'/></g><rect id='r3' xml:space='preserve'/><g id='g2' x='1'>"
+      "<foreign><rect id='never'/></foreign><circle id='c2' r='2' class='q'/></g>";
+  expect_cases(R"(
+rect -> r1 r2 r3 | svg > rect -> r3 | g > rect -> r1 r2 | g circle -> c1 c2
+svg > g > circle -> c2 | a + rect -> r2 | g + rect, rect + g -> r3 g2
+rect + circle, g > a + circle -> | rect ~ rect -> r2 | :first-child -> g1 r1 c1 c2
+rect.q -> r1 r2 | .q.p, .q.r -> r1 | #r2, g#c2, #never -> r2 | [x] -> r1 g2
+[r='2'], [space=preserve], [class~=p] -> r1 r3 c2 | unknown, unknown rect ->
+root, :root > :root ->)",
+               [&](const std::string &selector) {
+                 const Document document("<svg xmlns='http://www.w3.org/2000/svg'><style>" +
+                                         selector + "{stroke:red}</style>" + drawing + "</svg>");
+                 std::string ids;
+                 for (const char *id : {"g1", "r1", "c1", "r2", "r3", "g2", "c2"})
+                   if (document.values(document.find(id), "stroke") != "-")
+                     ids += std::string(id) + " ";
+                 return ids;
+               });
+}
+
+TEST(Sheets, OpenElementsAgreeWithTheWalk) {
+  const Drawing drawing("<svg x='1'><g><g><rect x='1'/></g><unknown><g/></unknown><rect x='1'/>"
+                        "<g fill='red'><a/><rect/></g></g><rect/><g/><rect/><g><g><g x='1'/></g>"
+                        "</g><svg><rect/></svg><g fill='red'/></svg>");
+  EXPECT_GT(drawing.walks, 100);
+  svg_parser *p = drawing.parser;
+  EXPECT_EQ(svg_css_callbacks.get_parent(p, nullptr, -1), nullptr);
+  EXPECT_EQ(svg_css_callbacks.get_siblng(p, nullptr, -1), nullptr);
+  EXPECT_EQ(svg_css_callbacks.get_attr_value(p, nullptr, 0), nullptr);
+  EXPECT_FALSE(svg_css_callbacks.check_class(p, nullptr, 0) ||
+               svg_css_callbacks.check_id(p, nullptr, 0));
+}
+
+TEST(Sheets, NumberOfInstructionsHasALimit) {
+  std::string text;
+  for (int i = 0; i <= ORT_LIMIT_IMPORTS; i++)
+    text += "<?xml-stylesheet type='text/css' href='red.css'?>";
+  const Drawing drawing(text + "<svg/>");
+  EXPECT_EQ(drawing.asked.size(), ORT_LIMIT_IMPORTS * strlen("red.css "));
+  EXPECT_EQ(drawing.codes(), " " + std::to_string(ORT_E_LIMIT));
+}
+
+TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {
+  const Drawing drawing("<?xml-stylesheet type='text/css'?><svg>"
+                        "<style type='text/css'>rect{fill:red!important;odd:1}[x]{}</style>\n"
+                        "<style>.c{}</style><rect x='1' class='c'/></svg>",
+                        AccountingCore::with_log(6));
+  for (const char *line :
+       {"[01]<?xml-stylesheet type='text/css'?>\n\t\t\t[type: text/css]\n",
+        "[01]<style type=\"text/css\" ...>\n\tFetching internal style sheet...\n",
+        "[02]<style>\n\tFetching internal style sheet...\n", "\t\t\t[fill=\"red !important\"]\n",
+        "\t\t\t[property \"odd\" unsupported]\n",
+        "\t\t\tProcess 1 CSS rules...\n\t\t\t\tselector: rect\n", "\t\t\t\tparent svg (",
+        "\t\t\t[add css property fill=\"red !important\"]\n"})
+    EXPECT_NE(drawing.document.core.log.find(line), std::string::npos) << line;
+}
