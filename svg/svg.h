@@ -21,9 +21,12 @@ extern "C" {
 
 /* ---- Schema ---------------------------------------------------------------------------------- */
 
-/** The table of attributes and properties: SVG_ATTR_COUNT rows, the first SVG_PROP_COUNT of which
- * are the properties. */
+/** The table of attributes and properties: SVG_ATTR_COUNT rows. */
 ORT_API const svg_attr_def *svg_get_attr_table(void);
+
+/** 1 when a row is a property, SVG_PROP_* of svg_names.h; 0 for attributes and for a row outside of
+ * the table. */
+ORT_API int32_t svg_is_property(int32_t row);
 
 /** The table of elements: SVG_ELEM_COUNT rows by id. */
 ORT_API const svg_elem_def *svg_get_elem_table(void);

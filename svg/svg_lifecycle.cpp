@@ -153,7 +153,7 @@ static void empty(ort_vtr *vector) {
 // properties belong to prop_values.
 static void delete_attribute_values(ort_core *core, ort_vtr *values) {
   for (size_t i = 0; i < ort_vtr_count(values); i++)
-    if (svg_a_node *value = ort_item<svg_a_node *>(values, i); value->row >= SVG_PROP_COUNT)
+    if (svg_a_node *value = ort_item<svg_a_node *>(values, i); !svg_is_property(value->row))
       svg_a_node_delete(core, value);
   empty(values);
 }

@@ -1,107 +1,93 @@
 /** @file
  * The numbers by which the tree names elements, properties and keywords.
  *
- * Element and property numbers are rows of svg_elem_table and svg_attr_table. Keyword ids are in
- * ASCII order of the texts; one text has one id in every list. A "-" of the text is a "_" of the
- * constant.
+ * Each list stands here once: "X(name)" becomes a constant below, and a host can make tables of its
+ * own from it. A "-" of a name is a "_" here. Numbers stay as they are in later versions: what is new
+ * follows at the end of its list.
  */
 #ifndef SVG_NAMES_H
 #define SVG_NAMES_H
 
-/** Elements: ids 0 to 38. */
-enum {
-  SVG_ELEM_a = 0,
-  SVG_ELEM_circle,
-  SVG_ELEM_clipPath,
-  SVG_ELEM_color_profile,
-  SVG_ELEM_defs,
-  SVG_ELEM_desc,
-  SVG_ELEM_ellipse,
-  SVG_ELEM_font,
-  SVG_ELEM_font_face,
-  SVG_ELEM_font_face_src,
-  SVG_ELEM_font_face_uri,
-  SVG_ELEM_g,
-  SVG_ELEM_glyph,
-  SVG_ELEM_hkern,
-  SVG_ELEM_image,
-  SVG_ELEM_line,
-  SVG_ELEM_linearGradient,
-  SVG_ELEM_marker,
-  SVG_ELEM_mask,
-  SVG_ELEM_metadata,
-  SVG_ELEM_missing_glyph,
-  SVG_ELEM_path,
-  SVG_ELEM_pattern,
-  SVG_ELEM_polygon,
-  SVG_ELEM_polyline,
-  SVG_ELEM_radialGradient,
-  SVG_ELEM_rect,
-  SVG_ELEM_stop,
-  SVG_ELEM_svg,
-  SVG_ELEM_switch,
-  SVG_ELEM_symbol,
-  SVG_ELEM_text,
-  SVG_ELEM_textPath,
-  SVG_ELEM_title,
-  SVG_ELEM_tref,
-  SVG_ELEM_tspan,
-  SVG_ELEM_use,
-  SVG_ELEM_view,
-  SVG_ELEM_vkern,
-  SVG_ELEM_COUNT
-};
+/* clang-format off */
 
-/** Properties: rows 0 to 45 of svg_attr_table. */
-enum {
-  SVG_PROP_background_color = 0,
-  SVG_PROP_baseline_shift,
-  SVG_PROP_clip,
-  SVG_PROP_clip_path,
-  SVG_PROP_clip_rule,
-  SVG_PROP_color,
-  SVG_PROP_color_profile,
-  SVG_PROP_direction,
-  SVG_PROP_display,
-  SVG_PROP_fill,
-  SVG_PROP_fill_opacity,
-  SVG_PROP_fill_rule,
-  SVG_PROP_font,
-  SVG_PROP_font_family,
-  SVG_PROP_font_size,
-  SVG_PROP_font_size_adjust,
-  SVG_PROP_font_stretch,
-  SVG_PROP_font_style,
-  SVG_PROP_font_variant,
-  SVG_PROP_font_weight,
-  SVG_PROP_glyph_orientation_vertical,
-  SVG_PROP_kerning,
-  SVG_PROP_letter_spacing,
-  SVG_PROP_marker,
-  SVG_PROP_marker_end,
-  SVG_PROP_marker_mid,
-  SVG_PROP_marker_start,
-  SVG_PROP_mask,
-  SVG_PROP_opacity,
-  SVG_PROP_overflow,
-  SVG_PROP_stop_color,
-  SVG_PROP_stop_opacity,
-  SVG_PROP_stroke,
-  SVG_PROP_stroke_dasharray,
-  SVG_PROP_stroke_dashoffset,
-  SVG_PROP_stroke_linecap,
-  SVG_PROP_stroke_linejoin,
-  SVG_PROP_stroke_miterlimit,
-  SVG_PROP_stroke_opacity,
-  SVG_PROP_stroke_width,
-  SVG_PROP_text_anchor,
-  SVG_PROP_text_decoration,
-  SVG_PROP_unicode_bidi,
-  SVG_PROP_visibility,
-  SVG_PROP_word_spacing,
-  SVG_PROP_writing_mode,
-  SVG_PROP_COUNT
-};
+/** The elements, in the order of their ids. */
+#define SVG_ELEMENTS(X) \
+  /*   0 */ X(a)              X(circle)         X(clipPath) X(color_profile) X(defs)          \
+  /*   5 */ X(desc)           X(ellipse)        X(font)     X(font_face)     X(font_face_src) \
+  /*  10 */ X(font_face_uri)  X(g)              X(glyph)    X(hkern)         X(image)         \
+  /*  15 */ X(line)           X(linearGradient) X(marker)   X(mask)          X(metadata)      \
+  /*  20 */ X(missing_glyph)  X(path)           X(pattern)  X(polygon)       X(polyline)      \
+  /*  25 */ X(radialGradient) X(rect)           X(stop)     X(svg)           X(switch)        \
+  /*  30 */ X(symbol)         X(text)           X(textPath) X(title)         X(tref)          \
+  /*  35 */ X(tspan)          X(use)            X(view)     X(vkern)                          \
+
+/** The properties, each with its row of the attribute table. */
+#define SVG_PROPERTIES(X) \
+  X(background_color, 0)            X(baseline_shift, 1)     X(clip, 2)               X(clip_path, 3)         \
+  X(clip_rule, 4)                   X(color, 5)              X(color_profile, 6)      X(direction, 7)         \
+  X(display, 8)                     X(fill, 9)               X(fill_opacity, 10)      X(fill_rule, 11)        \
+  X(font, 12)                       X(font_family, 13)       X(font_size, 14)         X(font_size_adjust, 15) \
+  X(font_stretch, 16)               X(font_style, 17)        X(font_variant, 18)      X(font_weight, 19)      \
+  X(glyph_orientation_vertical, 20) X(kerning, 21)           X(letter_spacing, 22)    X(marker, 23)           \
+  X(marker_end, 24)                 X(marker_mid, 25)        X(marker_start, 26)      X(mask, 27)             \
+  X(opacity, 28)                    X(overflow, 29)          X(stop_color, 30)        X(stop_opacity, 31)     \
+  X(stroke, 32)                     X(stroke_dasharray, 33)  X(stroke_dashoffset, 34) X(stroke_linecap, 35)   \
+  X(stroke_linejoin, 36)            X(stroke_miterlimit, 37) X(stroke_opacity, 38)    X(stroke_width, 39)     \
+  X(text_anchor, 40)                X(text_decoration, 41)   X(unicode_bidi, 42)      X(visibility, 43)       \
+  X(word_spacing, 44)               X(writing_mode, 45)                                                       \
+
+/** The keywords, in the order of their ids, which begin at 1. One text has one id, whichever attribute
+ * it is a keyword of. */
+#define SVG_KEYWORDS(X) \
+  /*   1 */ X(0)                X(100)                X(180)                X(200)                X(270)               \
+  /*   6 */ X(300)              X(400)                X(500)                X(600)                X(700)               \
+  /*  11 */ X(800)              X(90)                 X(900)                X(A)                  X(B)                 \
+  /*  16 */ X(G)                X(R)                  X(all)                X(auto)               X(baseline)          \
+  /*  21 */ X(bevel)            X(bidi_override)      X(blink)              X(block)              X(bold)              \
+  /*  26 */ X(bolder)           X(butt)               X(caption)            X(collapse)           X(compact)           \
+  /*  31 */ X(condensed)        X(currentColor)       X(cursive)            X(default)            X(defer)             \
+  /*  36 */ X(discrete)         X(embed)              X(end)                X(evenodd)            X(expanded)          \
+  /*  41 */ X(extra_condensed)  X(extra_expanded)     X(fantasy)            X(freeze)             X(gamma)             \
+  /*  46 */ X(hidden)           X(icon)               X(identity)           X(inherit)            X(inline)            \
+  /*  51 */ X(inline_table)     X(italic)             X(large)              X(larger)             X(lighter)           \
+  /*  56 */ X(line_through)     X(linear)             X(list_item)          X(lr)                 X(lr_tb)             \
+  /*  61 */ X(ltr)              X(marker)             X(matrix)             X(medium)             X(meet)              \
+  /*  66 */ X(menu)             X(message_box)        X(middle)             X(miter)              X(monospace)         \
+  /*  71 */ X(narrower)         X(none)               X(nonzero)            X(normal)             X(objectBoundingBox) \
+  /*  76 */ X(oblique)          X(overline)           X(pad)                X(preserve)           X(rect)              \
+  /*  81 */ X(reflect)          X(regular)            X(remove)             X(repeat)             X(rl)                \
+  /*  86 */ X(rl_tb)            X(rotate)             X(round)              X(rtl)                X(run_in)            \
+  /*  91 */ X(sRGB)             X(sans_serif)         X(scale)              X(scroll)             X(semi_condensed)    \
+  /*  96 */ X(semi_expanded)    X(serif)              X(skewX)              X(skewY)              X(slice)             \
+  /* 101 */ X(small)            X(small_caps)         X(small_caption)      X(smaller)            X(spacing)           \
+  /* 106 */ X(spacingAndGlyphs) X(square)             X(start)              X(status_bar)         X(strokeWidth)       \
+  /* 111 */ X(sub)              X(super)              X(table)              X(table_caption)      X(table_cell)        \
+  /* 116 */ X(table_column)     X(table_column_group) X(table_footer_group) X(table_header_group) X(table_row)         \
+  /* 121 */ X(table_row_group)  X(tb)                 X(tb_rl)              X(translate)          X(transparent)       \
+  /* 126 */ X(ultra_condensed)  X(ultra_expanded)     X(underline)          X(url)                X(userSpaceOnUse)    \
+  /* 131 */ X(visible)          X(wider)              X(x_large)            X(x_small)            X(xMaxYMax)          \
+  /* 136 */ X(xMaxYMid)         X(xMaxYMin)           X(xMidYMax)           X(xMidYMid)           X(xMidYMin)          \
+  /* 141 */ X(xMinYMax)         X(xMinYMid)           X(xMinYMin)           X(xx_large)           X(xx_small)          \
+
+#define SVG_NAME_ELEMENT(name)       SVG_ELEM_##name,
+#define SVG_NAME_PROPERTY(name, row) SVG_PROP_##name = row,
+#define SVG_NAME_KEYWORD(name)       SVG_KW_##name,
+#define SVG_NAME_ONE(name, row)      +1
+/* clang-format on */
+
+/** Elements: SVG_ELEM_a is 0. */
+enum { SVG_ELEMENTS(SVG_NAME_ELEMENT) SVG_ELEM_COUNT };
+
+/** Properties: their rows. Rows that are no property lie between them; see svg_is_property. */
+enum { SVG_PROPERTIES(SVG_NAME_PROPERTY) SVG_PROP_COUNT = 0 SVG_PROPERTIES(SVG_NAME_ONE) };
+
+/** Keywords: SVG_KW_NONE is no keyword. */
+enum { SVG_KW_NONE = 0, SVG_KEYWORDS(SVG_NAME_KEYWORD) SVG_KW_COUNT };
+
+#undef SVG_NAME_ELEMENT
+#undef SVG_NAME_PROPERTY
+#undef SVG_NAME_KEYWORD
+#undef SVG_NAME_ONE
 
 /** Attributes that the reader itself looks at, and the number of rows. */
 enum {
@@ -120,157 +106,6 @@ enum {
   SVG_ATTR_x = 124, /**< single lengths: not those of text, tref, tspan, mask */
   SVG_ATTR_y = 138,
   SVG_ATTR_COUNT = 147
-};
-
-/** Keywords: ids 1 to 145; SVG_KW_NONE is no keyword. */
-enum {
-  SVG_KW_NONE = 0,
-  SVG_KW_0,
-  SVG_KW_100,
-  SVG_KW_180,
-  SVG_KW_200,
-  SVG_KW_270,
-  SVG_KW_300,
-  SVG_KW_400,
-  SVG_KW_500,
-  SVG_KW_600,
-  SVG_KW_700,
-  SVG_KW_800,
-  SVG_KW_90,
-  SVG_KW_900,
-  SVG_KW_A,
-  SVG_KW_B,
-  SVG_KW_G,
-  SVG_KW_R,
-  SVG_KW_all,
-  SVG_KW_auto,
-  SVG_KW_baseline,
-  SVG_KW_bevel,
-  SVG_KW_bidi_override,
-  SVG_KW_blink,
-  SVG_KW_block,
-  SVG_KW_bold,
-  SVG_KW_bolder,
-  SVG_KW_butt,
-  SVG_KW_caption,
-  SVG_KW_collapse,
-  SVG_KW_compact,
-  SVG_KW_condensed,
-  SVG_KW_currentColor,
-  SVG_KW_cursive,
-  SVG_KW_default,
-  SVG_KW_defer,
-  SVG_KW_discrete,
-  SVG_KW_embed,
-  SVG_KW_end,
-  SVG_KW_evenodd,
-  SVG_KW_expanded,
-  SVG_KW_extra_condensed,
-  SVG_KW_extra_expanded,
-  SVG_KW_fantasy,
-  SVG_KW_freeze,
-  SVG_KW_gamma,
-  SVG_KW_hidden,
-  SVG_KW_icon,
-  SVG_KW_identity,
-  SVG_KW_inherit,
-  SVG_KW_inline,
-  SVG_KW_inline_table,
-  SVG_KW_italic,
-  SVG_KW_large,
-  SVG_KW_larger,
-  SVG_KW_lighter,
-  SVG_KW_line_through,
-  SVG_KW_linear,
-  SVG_KW_list_item,
-  SVG_KW_lr,
-  SVG_KW_lr_tb,
-  SVG_KW_ltr,
-  SVG_KW_marker,
-  SVG_KW_matrix,
-  SVG_KW_medium,
-  SVG_KW_meet,
-  SVG_KW_menu,
-  SVG_KW_message_box,
-  SVG_KW_middle,
-  SVG_KW_miter,
-  SVG_KW_monospace,
-  SVG_KW_narrower,
-  SVG_KW_none,
-  SVG_KW_nonzero,
-  SVG_KW_normal,
-  SVG_KW_objectBoundingBox,
-  SVG_KW_oblique,
-  SVG_KW_overline,
-  SVG_KW_pad,
-  SVG_KW_preserve,
-  SVG_KW_rect,
-  SVG_KW_reflect,
-  SVG_KW_regular,
-  SVG_KW_remove,
-  SVG_KW_repeat,
-  SVG_KW_rl,
-  SVG_KW_rl_tb,
-  SVG_KW_rotate,
-  SVG_KW_round,
-  SVG_KW_rtl,
-  SVG_KW_run_in,
-  SVG_KW_sRGB,
-  SVG_KW_sans_serif,
-  SVG_KW_scale,
-  SVG_KW_scroll,
-  SVG_KW_semi_condensed,
-  SVG_KW_semi_expanded,
-  SVG_KW_serif,
-  SVG_KW_skewX,
-  SVG_KW_skewY,
-  SVG_KW_slice,
-  SVG_KW_small,
-  SVG_KW_small_caps,
-  SVG_KW_small_caption,
-  SVG_KW_smaller,
-  SVG_KW_spacing,
-  SVG_KW_spacingAndGlyphs,
-  SVG_KW_square,
-  SVG_KW_start,
-  SVG_KW_status_bar,
-  SVG_KW_strokeWidth,
-  SVG_KW_sub,
-  SVG_KW_super,
-  SVG_KW_table,
-  SVG_KW_table_caption,
-  SVG_KW_table_cell,
-  SVG_KW_table_column,
-  SVG_KW_table_column_group,
-  SVG_KW_table_footer_group,
-  SVG_KW_table_header_group,
-  SVG_KW_table_row,
-  SVG_KW_table_row_group,
-  SVG_KW_tb,
-  SVG_KW_tb_rl,
-  SVG_KW_translate,
-  SVG_KW_transparent,
-  SVG_KW_ultra_condensed,
-  SVG_KW_ultra_expanded,
-  SVG_KW_underline,
-  SVG_KW_url,
-  SVG_KW_userSpaceOnUse,
-  SVG_KW_visible,
-  SVG_KW_wider,
-  SVG_KW_x_large,
-  SVG_KW_x_small,
-  SVG_KW_xMaxYMax,
-  SVG_KW_xMaxYMid,
-  SVG_KW_xMaxYMin,
-  SVG_KW_xMidYMax,
-  SVG_KW_xMidYMid,
-  SVG_KW_xMidYMin,
-  SVG_KW_xMinYMax,
-  SVG_KW_xMinYMid,
-  SVG_KW_xMinYMin,
-  SVG_KW_xx_large,
-  SVG_KW_xx_small,
-  SVG_KW_COUNT
 };
 
 #endif

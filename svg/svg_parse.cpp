@@ -84,7 +84,7 @@ void svg_make_work_space(svg_parser *p) {
   for (const svg_elem_def &element : svg_elem_table)
     longest_list = element.esa_count > longest_list ? element.esa_count : longest_list;
   p->attrs_set = ort_bitarr_new(core, static_cast<size_t>(longest_list));
-  p->props_set = ort_bitarr_new(core, SVG_PROP_COUNT);
+  p->props_set = ort_bitarr_new(core, SVG_ATTR_COUNT);
   ort_push<int32_t>(p->css_svg_stack, 1);
 }
 

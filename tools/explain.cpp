@@ -72,8 +72,9 @@ static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain) {
   for (int32_t i = 0; i < chain.front()->values_num; i++)
     if (const int row = chain.front()->values[i]->row; !std::ranges::count(rows, row))
       rows.push_back(row);
-  for (int row = 0; row < SVG_PROP_COUNT; row++)
-    if (!std::ranges::count(rows, row) && find_holder(drawing, chain, row).value != nullptr)
+  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+    if (svg_is_property(row) && !std::ranges::count(rows, row) &&
+        find_holder(drawing, chain, row).value != nullptr)
       rows.push_back(row);
   return rows;
 }
@@ -83,8 +84,8 @@ static int find_row(const svg_e_node *element, const std::string &name) {
   const svg_elem_def &definition = svg_get_elem_table()[element->head.id];
   for (int32_t i = 0; i < definition.esa_count; i++)
     if (name == definition.esa_list[i].name) return definition.esa_list[i].attr;
-  for (int row = 0; row < SVG_PROP_COUNT; row++)
-    if (name == row_name(row)) return row;
+  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+    if (svg_is_property(row) && name == row_name(row)) return row;
   return no_row;
 }
 
@@ -108,7 +109,7 @@ static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, i
     print_value(out, drawing, holder, row);
   } else if (const char *initial = svg_get_attr_table()[row].default_text; initial != nullptr) {
     fprintf(out, "    initial value: %s\n", initial);
-  } else if (row < SVG_PROP_COUNT) {
+  } else if (svg_is_property(row)) {
     fputs("    initial value: the program's own\n", out);
   }
 }
@@ -119,7 +120,7 @@ static void print_value(FILE *out, const Drawing &drawing, const Holder &holder,
   // Of IRIs the tree does not tell the two keywords apart.
   const bool iri = svg_get_record_kind(holder.value->row) == SVG_RECORD_IRI;
   fprintf(out, "%s%s  (%s%s)\n", text.c_str(),
-          iri && row < SVG_PROP_COUNT && value_iri(holder.value) == nullptr ? " or inherit" : "",
+          iri && svg_is_property(row) && value_iri(holder.value) == nullptr ? " or inherit" : "",
           source.empty() ? "attribute" : source.c_str(),
           holder.value->row != row ? ", through marker" : "");
 }
@@ -194,6 +195,6 @@ static bool inherits(int row) {
   case SVG_PROP_stop_opacity:
   case SVG_PROP_text_decoration:
   case SVG_PROP_unicode_bidi: return false;
-  default: return row < SVG_PROP_COUNT;
+  default: return svg_is_property(row);
   }
 }

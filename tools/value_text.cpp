@@ -124,7 +124,7 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   case SVG_RECORD_COLOR: return rgb_text(as<svg_an_color>(value)->rgb);
   case SVG_RECORD_PAINT: return paint_text(drawing, value, full);
   case SVG_RECORD_IRI:
-    return value->row < SVG_PROP_COUNT ? funciri_text(drawing, as<svg_an_iri>(value)->iri)
+    return svg_is_property(value->row) ? funciri_text(drawing, as<svg_an_iri>(value)->iri)
                                        : iri_text(drawing, as<svg_an_iri>(value)->iri);
   case SVG_RECORD_COLOR_PROFILE: {
     const auto *record = as<svg_an_color_profile>(value);

@@ -11,8 +11,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "svg/tables/attributes.h"
-#include "svg/tables/elements.h"
+#include "svg/svg.h"
+#include "svg/tables/lists.h"
 
 static constexpr uint32_t hash_name(const char *name) {
   uint32_t h = 0;
@@ -20,8 +20,8 @@ static constexpr uint32_t hash_name(const char *name) {
   return h * 0x9E3779B1U;
 }
 
-// The rows of a range of a table, by name. Letter case is not regarded, and only hashes are
-// compared: the caller looks at the name of the row that is found. Of equal names the first counts.
+// Rows of a table by name. Letter case is not regarded, and only hashes are compared: the caller
+// looks at the name of the row that is found. Of equal names the first counts.
 template <size_t Places> struct name_table {
   static_assert(std::has_single_bit(Places));
   uint32_t hashes[Places] = {};
@@ -34,8 +34,9 @@ template <size_t Places> struct name_table {
     return i;
   }
 
-  template <class Table> constexpr name_table(const Table &table, int begin, int end) {
-    for (int row = end - 1; row >= begin; row--) {
+  template <class Table, class Filter> constexpr name_table(const Table &table, Filter is_in) {
+    for (int row = static_cast<int>(std::size(table)) - 1; row >= 0; --row) {
+      if (!is_in(row)) continue;
       const uint32_t h = hash_name(table[row].name);
       const size_t i = find_place(h);
       if (rows[i] != 0 && std::string_view(table[row].name) != table[rows[i] - 1].name)
@@ -49,20 +50,27 @@ template <size_t Places> struct name_table {
   constexpr int find(uint32_t h) const { return rows[find_place(h)] - 1; }
 };
 
-static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, 0, SVG_ELEM_COUNT};
-static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, 0, SVG_PROP_COUNT};
-static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES, SVG_PROP_COUNT, SVG_ATTR_COUNT};
+static constexpr bool is_property(int row) {
+  return svg_tables::IS_PROPERTY[static_cast<size_t>(row)];
+}
 
-// Places in the attribute lists, by element and by the first row of the attribute's name. A list
-// has at most one of the rows that share a name.
+static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, [](int) { return true; }};
+static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, is_property};
+static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES,
+                                            [](int row) { return !is_property(row); }};
+
+// Places in the attribute lists, by element and by the first row of the attribute's name.
 static constexpr auto ESA_INDEXES = [] {
-  std::array<std::array<int16_t, size_t{SVG_ATTR_COUNT} - SVG_PROP_COUNT>, SVG_ELEM_COUNT> indexes;
-  for (size_t id = 0; id < indexes.size(); id++) {
+  std::array<std::array<int8_t, SVG_ATTR_COUNT>, SVG_ELEM_COUNT> indexes;
+  for (size_t id = 0; id < indexes.size(); ++id) {
     indexes[id].fill(-1);
-    const auto list = svg_tables::ELEMENTS[id].attributes;
-    for (size_t i = 0; i < list.size(); i++)
-      indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(list[i].name)) - SVG_PROP_COUNT)] =
-          static_cast<int16_t>(i);
+    int8_t i = 0;
+    for (const svg_esa_entry &entry :
+         svg_tables::ATTRIBUTE_LISTS.attributes(static_cast<int>(id))) {
+      int8_t &place = indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(entry.name)))];
+      if (place >= 0) std::abort(); // stops the compiler: two rows of one name are in one list
+      place = i++;
+    }
   }
   return indexes;
 }();
@@ -97,7 +105,7 @@ static int find_esa(const svg_parser *p, const char *name, uint32_t hash,
   const int row = ATTR_NAMES.find(hash);
   if (row < 0) return -1;
   const auto id = static_cast<size_t>(&element - svg_elem_table);
-  const int i = ESA_INDEXES[id][static_cast<size_t>(row - SVG_PROP_COUNT)];
+  const int i = ESA_INDEXES[id][static_cast<size_t>(row)];
   return i >= 0 && svg_strcmp(p, name, element.esa_list[i].name) == 0 ? i : -1;
 }
 
@@ -136,7 +144,11 @@ void svg_find_nottol_property(svg_parser *p, const char *name) {
     ort_ascii_error(p->core, 10021, 2, p->filename, name, nullptr, nullptr);
 }
 
-// ---- Record kinds -------------------------------------------------------------------------------
+// ---- Rows ---------------------------------------------------------------------------------------
+
+int32_t svg_is_property(int32_t row) {
+  return row >= 0 && row < SVG_ATTR_COUNT && is_property(row) ? 1 : 0;
+}
 
 static constexpr auto KINDS = [] {
   std::array<uint8_t, SVG_ATTR_COUNT> kinds = {};

@@ -15,7 +15,7 @@ extern const char *const (&svg_keyword_texts)[SVG_KW_COUNT]; // by id; [0] is ""
 
 // Element id of a local name, a leading "svg:" apart, or -1. Case-sensitive.
 int svg_find_element(const char *name);
-// Row 0 to 45 of a property, ignoring ASCII case, or -1.
+// Row of a property, ignoring ASCII case, or -1.
 int svg_find_prop(const char *name);
 // Index in a list sorted ignoring ASCII case, or -1.
 int svg_find_string(const char *name, const char *const *list, int32_t count);

@@ -19,7 +19,7 @@
 
 constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
-constexpr size_t SVG_HOOK_SLOTS = 112 / 8; // largest slot area of any element
+constexpr size_t SVG_HOOK_SLOTS = 16; // at least those of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes read at a time
 

@@ -3,8 +3,7 @@
 #ifndef SVG_TABLES_SCHEMA_H
 #define SVG_TABLES_SCHEMA_H
 
-#include "svg/tables/keywords.h"
-#include "svg/tables/slots.h"
+#include "svg/tables/lists.h"
 
 namespace svg_tables {
 
@@ -23,7 +22,7 @@ constexpr int KEY_TOTAL = [] {
   return total;
 }();
 
-// The keyword lists of all rows, one behind the other.
+// The keyword lists of all rows, one after the other.
 struct key_lists {
   svg_key_entry entries[KEY_TOTAL];
 };
@@ -72,26 +71,6 @@ inline constexpr attribute_table ATTRIBUTE_TABLE = make_attribute_table();
 
 // ---- Elements -----------------------------------------------------------------------------------
 
-// The required attributes of each element, as indexes into its attribute list.
-struct required_lists {
-  int16_t indexes[SVG_ELEM_COUNT][std::size(element{}.required)];
-};
-
-constexpr required_lists make_required() {
-  required_lists lists = {};
-  for (int id = 0; id < SVG_ELEM_COUNT; id++)
-    for (int i = 0; i < count_texts(ELEMENTS[id].required); i++) {
-      int16_t index = 0;
-      while (std::string_view(ELEMENTS[id].attributes[static_cast<size_t>(index)].name) !=
-             ELEMENTS[id].required[i])
-        index++;
-      lists.indexes[id][i] = index;
-    }
-  return lists;
-}
-
-inline constexpr required_lists REQUIRED = make_required();
-
 struct element_table {
   svg_elem_def rows[SVG_ELEM_COUNT];
 };
@@ -100,14 +79,15 @@ constexpr element_table make_element_table() {
   element_table table = {};
   for (int id = 0; id < SVG_ELEM_COUNT; id++) {
     const element &row = ELEMENTS[id];
-    const int req_count = count_texts(row.required);
+    const auto &range = ATTRIBUTE_LISTS.of[id];
+    const int16_t *required = ATTRIBUTE_LISTS.required + range.first_required;
     table.rows[id] = {.name = row.name,
                       .beg_hook = row.beg_hook,
                       .end_hook = row.end_hook,
-                      .esa_count = static_cast<int32_t>(row.attributes.size()),
-                      .esa_list = row.attributes.data(),
-                      .req_count = req_count,
-                      .req_list = req_count > 0 ? REQUIRED.indexes[id] : nullptr,
+                      .esa_count = static_cast<int32_t>(range.count),
+                      .esa_list = ATTRIBUTE_LISTS.entries + range.first,
+                      .req_count = static_cast<int32_t>(range.required_count),
+                      .req_list = range.required_count > 0 ? required : nullptr,
                       .slot_size = SLOTS.size[id],
                       .category = row.category,
                       .kind = row.kind};

@@ -52,7 +52,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   *static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack)) = {row, &node->first_child};
 
   ort_purge_bitarr(p->attrs_set, static_cast<size_t>(row->esa_count));
-  ort_purge_bitarr(p->props_set, SVG_PROP_COUNT);
+  ort_purge_bitarr(p->props_set, SVG_ATTR_COUNT);
   if (row->beg_hook != nullptr && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
 
   if (p->css != nullptr && attrs[0] != nullptr) svg_css_collect_attrs(p, node, attrs);
@@ -238,7 +238,7 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
 
 static void delete_element_data(ort_core *core, svg_e_node *element) {
   for (int32_t i = 0; i < element->values_num; i++)
-    if (element->values[i]->row >= SVG_PROP_COUNT) // property values belong to prop_values
+    if (!svg_is_property(element->values[i]->row)) // property values belong to prop_values
       svg_a_node_delete(core, element->values[i]);
   ort_free(core, element->values);
   while (svg_css_attr *attr = element->css_attrs) {

@@ -15,7 +15,7 @@ static std::string properties(const std::string &markup) {
   for (svg_node *node = document.svg->first_child; node != nullptr; node = node->next)
     g = node->id == SVG_ELEM_g ? svg_as_element(node) : g;
   std::string result;
-  for (int row = 0; row < SVG_PROP_COUNT; row++)
+  for (int row = 0; row < SVG_ATTR_COUNT; row++)
     for (int32_t i = 0; i < g->values_num; i++)
       if (g->values[i]->row == row)
         result += (result.empty() ? "" : "; ") + std::string(svg_attr_table[row].name) + " " +
