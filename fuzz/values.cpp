@@ -1,4 +1,5 @@
-// The text of an attribute or property, by its row, as svg_parse_attr gets it.
+// The text of an attribute or property, as svg_parse_attr gets it.
+#include <algorithm>
 #include <cstring>
 #include <gtest/gtest.h>
 
@@ -6,13 +7,24 @@
 #include "svg/tree/svg_tree.h"
 #include "svg/values/svg_values.h"
 
-// The first byte is the row, the second says how the value came.
+// The first row of a name; any other text chooses a row, too.
+static int32_t find_row(const std::string &name) {
+  unsigned sum = 0;
+  for (const char c : name) sum = 31 * sum + static_cast<unsigned char>(c);
+  for (int32_t row = 0; row < SVG_ATTR_COUNT; ++row)
+    if (name == svg_get_attr_table()[row].name) return row;
+  return static_cast<int32_t>(sum % SVG_ATTR_COUNT);
+}
+
+// A name, a control byte that says how the value came, and its text.
 void fuzz_values(const std::string &input) {
-  if (input.size() < 2) return;
-  const int32_t row = static_cast<unsigned char>(input[0]) % SVG_ATTR_COUNT;
+  const auto end = std::find_if(input.begin(), input.end(),
+                                [](char c) { return static_cast<unsigned char>(c) < ' '; });
+  if (end == input.end()) return;
+  const int32_t row = find_row({input.begin(), end});
   if (strcmp(svg_get_attr_table()[row].name, "baseFrequency") == 0) return; // of no element
-  const int way = static_cast<unsigned char>(input[1]);
-  std::vector<char> exact(input.begin() + 2, input.end());
+  const int way = static_cast<unsigned char>(*end);
+  std::vector<char> exact(end + 1, input.end());
   exact.push_back('\0');
   const char *text = exact.data();
 

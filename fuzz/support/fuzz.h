@@ -13,7 +13,7 @@
 
 void fuzz_reader(const std::string &input);   // a drawing, plain or gzip, under any settings
 void fuzz_path(const std::string &input);     // path data
-void fuzz_values(const std::string &input);   // an attribute's or property's text, by row
+void fuzz_values(const std::string &input);   // an attribute's or property's text, by name
 void fuzz_sheets(const std::string &input);   // a style sheet, as a file and as an element
 void fuzz_style(const std::string &input);    // a style attribute
 void fuzz_data_iri(const std::string &input); // what follows "data:" in an IRI
