@@ -114,6 +114,8 @@ static void write_attribute(JsonWriter &json, int row) {
   json.begin_object();
   json.field("row", row);
   json.field("name", attribute.name);
+  json.field("property", svg_is_property(row) != 0);
+  json.field("record", static_cast<int>(svg_get_record_kind(row)));
   json.field("default", attribute.default_text);
   json.field("size", attribute.value_size);
   json.field("priority", attribute.prio);

@@ -43,22 +43,55 @@ def samples():
     return sorted(glob.glob("samples/*.svg*"))
 
 
-def golden_file(sample):
-    return os.path.join(GOLDEN, os.path.basename(sample) + ".txt")
-
-
 def output_of(sample):
     _, output, messages = run("--language", "fr-CH", sample)
     return messages + output
 
 
+def schema():
+    return json.loads(run("--schema")[1])
+
+
+def schema_text():
+    """Every cell of every table, a row a line."""
+    return "".join(f"{table} {json.dumps(row)}\n" for table, rows in schema().items() for row in rows)
+
+
+def golden_files():
+    """What each golden file has to hold."""
+    yield os.path.join(GOLDEN, "schema.txt"), schema_text
+    for sample in samples():
+        yield os.path.join(GOLDEN, os.path.basename(sample) + ".txt"), lambda of=sample: output_of(of)
+
+
 class Golden(unittest.TestCase):
     maxDiff = None
 
-    def test_samples(self):
-        for sample in samples():
-            with self.subTest(sample), open(golden_file(sample), encoding="utf-8") as file:
-                self.assertEqual(output_of(sample), file.read())
+    def test_files(self):
+        for path, output in golden_files():
+            with self.subTest(path), open(path, encoding="utf-8") as file:
+                self.assertEqual(output(), file.read())
+
+    def test_page_of_values_lists_the_schema(self):
+        """docs/values.md has a row for each kind of record, in their order."""
+        with open("docs/values.md", encoding="utf-8") as file:
+            page = file.read()
+        rows = [[cell.strip() for cell in line.split("|")[1:5]]
+                for line in re.findall(r"^\| (?:`svg_an_|paint).*", page, re.M)]
+        tables = schema()
+        listed = {a["row"] for element in tables["elements"] for a in element["attributes"]}
+        for kind, (record, size, _, names) in enumerate(rows, 1):
+            found = [a for a in tables["attributes"]
+                     if a["record"] == kind and (a["property"] or a["row"] in listed)]
+            names = re.sub(r"\([^)]*\)|of [^:;]*: ", "", names)
+            with self.subTest(record):
+                self.assertEqual(set(re.findall(r"[\w:-]+", names)), {a["name"] for a in found})
+                if size.isdigit():
+                    self.assertEqual({a["size"] for a in found}, {int(size)} if found else set())
+        without = re.search(r"^(.*) make no value", page, re.M)[1]
+        self.assertEqual(set(re.split(", | and ", without)),
+                         {a["name"] for a in tables["attributes"] if a["record"] == 0})
+        self.assertEqual(max(a["record"] for a in tables["attributes"]), len(rows))
 
 
 PNG = "data:image/png;base64,iVBORw0="
@@ -413,8 +446,8 @@ class Streams(unittest.TestCase):
                 self.assertEqual((status, output), (2, ""))
                 self.assertIn("--help", messages)
 
-    def test_help_version_schema(self):
-        for option, text in (("--help", "Usage:"), ("--version", "svgtree "), ("--schema", '"errors"')):
+    def test_help_and_version(self):
+        for option, text in (("--help", "Usage:"), ("--version", "svgtree ")):
             status, output, messages = run(option)
             self.assertEqual((status, messages), (0, ""))
             self.assertIn(text, output)
@@ -455,9 +488,9 @@ class Streams(unittest.TestCase):
 
 
 def update():
-    for sample in samples():
-        with open(golden_file(sample), "w", encoding="utf-8") as file:
-            file.write(output_of(sample))
+    for path, output in golden_files():
+        with open(path, "w", encoding="utf-8") as file:
+            file.write(output())
 
 
 if __name__ == "__main__":
