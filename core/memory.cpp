@@ -29,6 +29,7 @@ constexpr size_t MAX_SMALL = ORT_SMALL_GRAINS * ORT_GRAIN;
 
 static inline void *try_malloc(ort_core *core, size_t size, const char *tag);
 static void *allocate(ort_core *core, size_t size, const char *tag);
+static void make_way(ort_core *core, uint64_t wanted);
 static void *place(ort_memory *memory, ort_label label);
 static void *place_behind_label(size_t prefix, ort_label label);
 static inline ort_label remove(ort_memory *memory, void *block);
@@ -67,6 +68,7 @@ void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag) {
 
 void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
   if (!block) return ort_malloc(core, size, tag);
+  make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_chunk *chunk = ort_chunks_find(&memory->chunks, block);
   const ort_label old =
@@ -95,6 +97,7 @@ void ort_free(ort_core *core, void *block) {
 }
 
 void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
+  make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_label label = {size, find_tag(memory, tag)};
   if (label.tag == NO_TAG || !admit(core, 0, size)) ort_raise_no_memory(core);
@@ -122,11 +125,23 @@ void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size)
   if (size == 0) {
     free(block);
   } else {
+    make_way(core, size);
     block = admit(core, old_size, size) ? realloc(block, size) : nullptr;
     if (!block) return nullptr;
   }
   core->memory.own_bytes += size - old_size;
   return size == 0 ? nullptr : block;
+}
+
+void ort_offer_spare(ort_core *core, ort_spare *spare) {
+  spare->next = core->memory.spares;
+  core->memory.spares = spare;
+}
+
+void ort_withdraw_spare(ort_core *core, ort_spare *spare) {
+  ort_spare **link = &core->memory.spares;
+  while (*link && *link != spare) link = &(*link)->next;
+  if (*link) *link = spare->next;
 }
 
 size_t ort_count_temporaries(const ort_core *core) {
@@ -161,6 +176,8 @@ size_t ort_get_tag_counts(const ort_core *core, ort_tag_count *counts, size_t ca
   return memory.tag_count;
 }
 
+uint64_t ort_memory_budget(const ort_core *core) { return core->options.memory_budget; }
+
 uint64_t ort_memory_left(const ort_core *core) {
   const ort_memory &memory = core->memory;
   return core->options.memory_budget - memory.statistics.live_bytes - memory.own_bytes;
@@ -177,7 +194,8 @@ static void *try_malloc(ort_core *core, size_t size, const char *tag) {
   ort_memory *memory = &core->memory;
   const ort_tag_slot *slot = find_slot(memory, tag);
   ort_chunk *chunk = is_small(size) ? memory->chunks.room[ort_grains(size)] : nullptr;
-  if (!chunk || !slot || !slot->literal) return allocate(core, size, tag);
+  if (!chunk || !slot || !slot->literal || size > ort_memory_left(core))
+    return allocate(core, size, tag);
   if (!admit(core, 0, size)) return nullptr;
   const ort_label label = {size, slot->tag};
   count_in(memory, label);
@@ -185,12 +203,22 @@ static void *try_malloc(ort_core *core, size_t size, const char *tag) {
 }
 
 static void *allocate(ort_core *core, size_t size, const char *tag) {
+  make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_label label = {size, find_tag(memory, tag)};
   if (label.tag == NO_TAG || !admit(core, 0, size)) return nullptr;
   void *block = place(memory, label);
   if (block) count_in(memory, label);
   return block;
+}
+
+// Frees what can be spared when the budget would refuse the wanted bytes.
+static void make_way(ort_core *core, uint64_t wanted) {
+  while (wanted > ort_memory_left(core) && core->memory.spares) {
+    ort_spare *spare = core->memory.spares;
+    core->memory.spares = spare->next;
+    spare->drop(spare);
+  }
 }
 
 // A block that is not counted yet; null: memory is short.

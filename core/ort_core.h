@@ -94,7 +94,18 @@ void ort_free(ort_core *core, void *block); // null is allowed
 // may cross.
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
 
+uint64_t ort_memory_budget(const ort_core *core);
 uint64_t ort_memory_left(const ort_core *core); // bytes that the budget still allows
+
+// Memory that its owner can do without. When the budget would refuse an allocation, spares are
+// withdrawn, the newest first, and dropped: drop frees what it can, allocates nothing and raises
+// nothing. It may be called by every allocation, and deletes no block but the owner's own.
+struct ort_spare {
+  ort_spare *next;
+  void (*drop)(ort_spare *spare);
+};
+void ort_offer_spare(ort_core *core, ort_spare *spare);
+void ort_withdraw_spare(ort_core *core, ort_spare *spare); // harmless when it was not offered
 
 template <class T> T *ort_new_array(ort_core *core, size_t count, const char *tag) { // zeroed
   static_assert(std::is_trivially_destructible_v<T> && alignof(T) <= 8);

@@ -21,7 +21,7 @@
 #define ORT_LIMIT_ENTITY_START (1ULL << 20)
 
 /** Bytes that the reader keeps of what Expat told it in its first pass. It reads the input again
- * when that is not enough, or more than a quarter of the memory that the core may still take. */
+ * when that is not enough, or when less than two thirds of the memory budget are left. */
 #define ORT_LIMIT_RECORDED (256ULL << 20)
 
 /** General entities of one document that refer to others: Expat recurses from each into the next.

@@ -28,6 +28,7 @@ struct ort_memory {
   uint32_t slot_count, slot_capacity;
 
   ort_temporary *temporaries; // the newest first
+  ort_spare *spares;          // the newest first
   ort_chunks chunks;
 };
 

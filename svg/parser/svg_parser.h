@@ -157,8 +157,10 @@ struct svg_parser {
   char *room;               // for batch bytes, in Expat's buffer
   size_t batch, gathered;   // so many of them are there
   int64_t bytes_fed;        // to Expat in this pass
+  uint64_t expat_bytes;     // that Expat asked for in this pass, freed ones included
   svg_recording *recording; // of what Expat told, for the main pass; null: it reads for itself
   uint32_t played_line;     // of the event being played, else 0
+  uint64_t to_skip;         // callbacks of Expat for events that were played
   svg_limits limits;
   int32_t nested_entities, declared_attributes; // declared in this pass
   uint64_t defaulted;                           // bytes of default attributes in this pass

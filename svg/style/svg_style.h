@@ -35,7 +35,8 @@ void svg_cb_elem_end_css(void *parser, const XML_Char *name);
 void svg_cb_char_data_css(void *parser, const XML_Char *s, int len);
 int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs);
 void svg_css_create_parser(svg_parser *p);
-void svg_css_clear_sheets(svg_parser *p); // undoes what a failed style-sheet pass gathered
+size_t svg_css_sheet_bytes(const svg_parser *p); // of all sheets but the imported ones
+void svg_css_clear_sheets(svg_parser *p);        // undoes what a failed style-sheet pass gathered
 
 // ---- svg_select.cpp: callbacks of the CSS engine, rules of an element ------------------------------------------------
 

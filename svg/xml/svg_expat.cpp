@@ -24,7 +24,7 @@ struct expat_block {
 
 // Expat hands no context to its allocator: this is set while Expat is at work.
 struct expat_work {
-  const svg_parser *parser;
+  svg_parser *parser;
   bool memory_was_short;
 };
 static thread_local expat_work work;
@@ -34,6 +34,7 @@ static thread_local expat_work work;
 static void *expat_malloc(size_t size) {
   if (work.parser->callback_failed) return nullptr;
   ort_core *core = work.parser->core;
+  work.parser->expat_bytes += size;
   void *memory = size < SIZE_MAX - sizeof(expat_block)
                      ? ort_try_malloc(core, sizeof(expat_block) + size, "svg_parse_xml")
                      : nullptr;
@@ -77,6 +78,7 @@ template <class Call> static void with_core(svg_parser *p, Call call) {
 
 void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
+  p->expat_bytes = 0;
   with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
   if (p->xml == nullptr)
     ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS", nullptr, nullptr, nullptr);

@@ -2,8 +2,13 @@
 //
 // Expat needs most of the time that a drawing takes. So each event of the style-sheet pass is
 // recorded here on its way to the callbacks of svg_sheets.cpp, and later played to the callbacks of
-// the main pass, which see no difference. A recording that becomes too large is given up, and
-// svg_xml.cpp reads the input again. Raises for lack of memory, and again what a callback raised.
+// the main pass, which see no difference. Raises for lack of memory, and again what a callback
+// raised.
+//
+// With any memory budget the result is that of reading twice. The recording is a spare of the core:
+// it gives way before an allocation fails because of it. And it is played only as long as there
+// would be memory for Expat as well; else svg_xml.cpp reads the input again, and the events that
+// have been played are skipped.
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
@@ -14,20 +19,26 @@
 
 namespace {
 
-// Behind an event's head follow, with no gaps:
-enum class kind : uint32_t {
+// An event begins with a byte, its kind and above it the number of attributes, or `many`. Then come
+// the number of lines since the event before, the number of many attributes, and with no gaps:
+enum class kind : uint8_t {
   start,           // name; of each attribute its name, and its value with a NUL
   end,             // name
-  text,            // the characters
-  namespace_start, // prefix or null, name or null
-  namespace_end,   // prefix or null
+  text,            // text_head, the characters
+  namespace_start, // prefix, name
+  namespace_end,   // prefix
+};
+constexpr int kind_bits = 3;
+constexpr uint32_t many = 0xff >> kind_bits;
+constexpr size_t most_of_head = 1 + 5 + 5; // a number takes up to 5 bytes
+
+struct text_head {
+  uint32_t length, pieces; // Expat tells a text in pieces, which only the log shows
 };
 
-struct head {
-  kind what;
-  uint32_t count = 0; // of attributes, or of characters
-  uint32_t line = 0;
-};
+// A name is a byte: the place where it may be known, and below it one of these.
+enum { name_first, name_second, name_new, name_null, name_bits = 2 };
+constexpr size_t places = 256 >> name_bits;
 
 struct chunk {
   chunk *next;
@@ -40,62 +51,92 @@ struct chunks {
   chunk *first, *last;
 };
 
-constexpr int known_shift = 58;
-constexpr size_t known_pairs = size_t{1} << (64 - known_shift);
-constexpr size_t smallest_chunk = 1 << 12;
+constexpr size_t smallest_chunk = 1 << 10;
 constexpr size_t largest_chunk = 1 << 16; // but for an event that needs more
-constexpr size_t part_of_memory = 4;      // the recording may take this part of what is left
 
 } // namespace
 
 struct svg_recording {
-  chunks events, names;
-  size_t size; // bytes of all chunks
+  ort_spare spare; // first: see drop
+  svg_parser *parser;
+  chunks events, names; // new names stand in the order of their events
+  size_t size;          // bytes of all chunks
+  uint32_t line;        // of the last event recorded or played
+  char *last_text;      // text_head of the last event, or null when it is no text
   size_t most_attributes;
+  // Names recur. The last two of each place, of which the first was used later; or null.
+  const char *known[places][2];
+
+  // While it is played:
+  bool playing;
+  bool incomplete;         // events to come were dropped
+  uint64_t sheets;         // bytes of style sheets
   const char **attributes; // of the start tag being played
-  // Names recur. The last two with the same hash, of which the first was used later; or null.
-  const char *known[known_pairs][2];
+  chunk *name_chunk;       // the next new name is here
+  size_t name_at;
 };
 
 static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs);
 static void cb_end(void *parser, const XML_Char *name);
 static void cb_text(void *parser, const XML_Char *s, int length);
+static bool continue_text(const svg_parser *p, const char *s, uint32_t length);
 static void cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri);
 static void cb_namespace_end(void *parser, const XML_Char *prefix);
 static void record_names(svg_parser *p, kind what, std::initializer_list<const char *> names);
-static char *add_event(svg_parser *p, head event, size_t size);
-static const char *keep(svg_parser *p, const char *text);
-static char *make_room(svg_parser *p, chunks *list, size_t size);
+static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size);
+static void end_event(svg_parser *p, const char *end);
+static char *put_name(svg_parser *p, char *room, const char *name);
+static char *find_room(svg_parser *p, chunks *list, size_t size);
 static void add_chunk(svg_parser *p, chunks *list, size_t needed);
+static uint64_t memory_to_play(const svg_parser *p, size_t size);
 static const char *play(svg_parser *p, const char *at);
+static const char *take_name(svg_recording *recording, const char **at);
+static void drop(ort_spare *spare);
 static void remove_first(svg_parser *p, chunks *list);
 
 void svg_recording_begin(svg_parser *p) {
   svg_recording_delete(p);
   p->recording = ort_new<svg_recording>(p->core, "svg_recording");
+  p->recording->parser = p;
+  p->recording->spare.drop = drop;
+  ort_offer_spare(p->core, &p->recording->spare);
   XML_SetElementHandler(p->xml, cb_start, cb_end);
   XML_SetCharacterDataHandler(p->xml, cb_text);
   XML_SetNamespaceDeclHandler(p->xml, cb_namespace_start, cb_namespace_end);
 }
 
-void svg_recording_play(svg_parser *p) {
+bool svg_recording_play(svg_parser *p) {
   svg_recording *recording = p->recording;
-  p->declared_attributes = 0; // what they add to start tags has been counted
+  recording->playing = true;
+  recording->line = 0;
+  recording->name_chunk = recording->names.first;
+  memset(recording->known, 0, sizeof recording->known);
   recording->attributes =
       ort_new_array<const char *>(p->core, 2 * recording->most_attributes + 1, "svg_recording");
+  recording->sheets = svg_css_sheet_bytes(p);
+  p->declared_attributes = 0; // what they add to start tags has been counted
+  p->to_skip = 0;
   for (chunks &events = recording->events; events.first != nullptr; remove_first(p, &events)) {
+    const uint64_t needed = memory_to_play(p, events.first->used);
     const char *at = events.first->bytes();
     for (const char *end = at + events.first->used; at < end;) {
+      if (recording->incomplete || ort_memory_left(p->core) < needed) {
+        svg_recording_delete(p);
+        return false;
+      }
       at = play(p, at);
       if (p->callback_failed) ort_rethrow(p->core);
     }
   }
+  const bool complete = !recording->incomplete;
   svg_recording_delete(p);
+  return complete;
 }
 
 void svg_recording_delete(svg_parser *p) {
   svg_recording *recording = p->recording;
   if (recording == nullptr) return;
+  ort_withdraw_spare(p->core, &recording->spare);
   for (chunks *list : {&recording->events, &recording->names})
     while (list->first != nullptr) remove_first(p, list);
   ort_free(p->core, recording->attributes);
@@ -106,6 +147,12 @@ void svg_recording_delete(svg_parser *p) {
 
 // ---- Recording ----------------------------------------------------------------------------------
 
+static char *put_number(char *room, uint32_t number) {
+  for (; number >= 0x80; number >>= 7) *room++ = static_cast<char>(number | 0x80);
+  *room++ = static_cast<char>(number);
+  return room;
+}
+
 template <class T> static char *put(char *room, T value) {
   memcpy(room, &value, sizeof value);
   return room + sizeof value;
@@ -114,17 +161,15 @@ template <class T> static char *put(char *room, T value) {
 static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
   uint32_t count = 0;
-  size_t size = sizeof name;
-  for (; attrs[2 * count] != nullptr; count++)
-    size += sizeof name + strlen(attrs[2 * count + 1]) + 1;
-  if (char *room = add_event(p, {kind::start, count}, size)) {
-    room = put(room, keep(p, name));
-    for (uint32_t i = 0; i < count; i++) {
-      room = put(room, keep(p, attrs[2 * i]));
-      room = stpcpy(room, attrs[2 * i + 1]) + 1;
-    }
-    p->recording->most_attributes = std::max<size_t>(p->recording->most_attributes, count);
+  size_t size = 1;
+  for (; attrs[2 * count] != nullptr; count++) size += 1 + strlen(attrs[2 * count + 1]) + 1;
+  char *room = add_event(p, kind::start, count, size);
+  room = put_name(p, room, name);
+  for (uint32_t i = 0; i < count; i++) {
+    room = put_name(p, room, attrs[2 * i]);
+    if (room != nullptr) room = stpcpy(room, attrs[2 * i + 1]) + 1;
   }
+  end_event(p, room);
   svg_cb_elem_start_css(parser, name, attrs);
 }
 
@@ -134,10 +179,30 @@ static void cb_end(void *parser, const XML_Char *name) {
 }
 
 static void cb_text(void *parser, const XML_Char *s, int length) {
+  auto *p = static_cast<svg_parser *>(parser);
   const auto count = static_cast<uint32_t>(length);
-  if (char *room = add_event(static_cast<svg_parser *>(parser), {kind::text, count}, count))
-    memcpy(room, s, count);
+  if (!continue_text(p, s, count))
+    if (char *room = add_event(p, kind::text, 0, sizeof(text_head) + count)) {
+      p->recording->last_text = room;
+      room = put(room, text_head{count, 1});
+      memcpy(room, s, count);
+      end_event(p, room + count);
+    }
   svg_cb_char_data_css(parser, s, length);
+}
+
+// Nobody sees the pieces of a text below log level 3.
+static bool continue_text(const svg_parser *p, const char *s, uint32_t length) {
+  const svg_recording *recording = p->recording;
+  if (recording == nullptr || recording->last_text == nullptr || p->log_level >= 3) return false;
+  chunk *last = recording->events.last;
+  if (last->size - last->used < length) return false;
+  text_head head;
+  memcpy(&head, recording->last_text, sizeof head);
+  put(recording->last_text, text_head{head.length + length, head.pieces + 1});
+  memcpy(last->bytes() + last->used, s, length);
+  last->used += length;
+  return true;
 }
 
 static void cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
@@ -151,57 +216,78 @@ static void cb_namespace_end(void *parser, const XML_Char *prefix) {
 }
 
 static void record_names(svg_parser *p, kind what, std::initializer_list<const char *> names) {
-  char *room = add_event(p, {what}, names.size() * sizeof(const char *));
-  if (room == nullptr) return;
-  for (const char *text : names) room = put(room, keep(p, text));
+  char *room = add_event(p, what, 0, names.size());
+  for (const char *text : names) room = put_name(p, room, text);
+  end_event(p, room);
 }
 
-// Where the event goes on behind its head. Null: the recording is given up, or memory is short.
-static char *add_event(svg_parser *p, head event, size_t size) {
-  svg_recording *recording = p->recording;
-  if (recording == nullptr || p->callback_failed) return nullptr;
-  const uint64_t most = ort_memory_left(p->core) / part_of_memory;
-  if (recording->size + size > std::min<uint64_t>(most, p->limits.recorded)) {
-    svg_recording_delete(p);
-    return nullptr;
-  }
-  char *room = make_room(p, &recording->events, sizeof event + size);
+// Where the event, of at most that size, goes on behind its head. Null: the recording is given up,
+// or memory is short.
+static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
+  if (p->recording == nullptr || p->callback_failed) return nullptr;
+  char *room = find_room(p, &p->recording->events, most_of_head + size);
   if (room == nullptr) return nullptr;
-  event.line = static_cast<uint32_t>(svg_xml_line(p));
-  return put(room, event);
+  svg_recording *recording = p->recording;
+  const auto line = static_cast<uint32_t>(svg_xml_line(p));
+  recording->last_text = nullptr;
+  recording->most_attributes = std::max<size_t>(recording->most_attributes, count);
+  *room++ = static_cast<char>(static_cast<uint32_t>(what) | std::min(count, many) << kind_bits);
+  room = put_number(room, line - std::exchange(recording->line, line));
+  return count >= many ? put_number(room, count) : room;
 }
 
-// The text as long as the recording lasts; null for null, and when memory is short.
-static const char *keep(svg_parser *p, const char *text) {
-  if (text == nullptr) return nullptr;
-  const size_t length = strlen(text);
+// Null: it was not recorded.
+static void end_event(svg_parser *p, const char *end) {
+  if (end == nullptr) return;
+  chunk *last = p->recording->events.last;
+  last->used = static_cast<size_t>(end - last->bytes());
+}
+
+// Null when room is null, and as in add_event.
+static char *put_name(svg_parser *p, char *room, const char *name) {
+  if (room == nullptr) return nullptr;
+  if (name == nullptr) return put<uint8_t>(room, name_null);
+  const size_t length = strlen(name);
   uint64_t end = 0;
   if (length >= sizeof end)
-    memcpy(&end, text + length - sizeof end, sizeof end);
+    memcpy(&end, name + length - sizeof end, sizeof end);
   else
-    for (size_t i = 0; i < length; i++) end = end << 8 | static_cast<unsigned char>(text[i]);
-  auto &[first, second] = p->recording->known[end * 0x9E3779B97F4A7C15 >> known_shift];
-  if (first != nullptr && strcmp(first, text) == 0) return first;
-  std::swap(first, second);
-  if (first != nullptr && strcmp(first, text) == 0) return first;
-  char *room = make_room(p, &p->recording->names, length + 1);
-  return first = room != nullptr ? strcpy(room, text) : nullptr;
+    for (size_t i = 0; i < length; i++) end = end << 8 | static_cast<unsigned char>(name[i]);
+  const size_t place = (end * 0x9E3779B97F4A7C15) / (UINT64_MAX / places + 1);
+  auto &[first, second] = p->recording->known[place];
+  int where = name_first;
+  if (first == nullptr || strcmp(first, name) != 0) {
+    where = name_second;
+    std::swap(first, second);
+    if (first == nullptr || strcmp(first, name) != 0) {
+      where = name_new;
+      char *kept = find_room(p, &p->recording->names, length + 1);
+      if (kept == nullptr) return nullptr;
+      first = strcpy(kept, name);
+      p->recording->names.last->used += length + 1;
+    }
+  }
+  return put(room, static_cast<uint8_t>(place << name_bits | static_cast<size_t>(where)));
 }
 
-// Null: memory is short.
-static char *make_room(svg_parser *p, chunks *list, size_t size) {
+// Room for so many bytes at the end of the list. Null: as in add_event.
+static char *find_room(svg_parser *p, chunks *list, size_t size) {
   if (list->last == nullptr || list->last->size - list->last->used < size) {
     svg_in_callback(p, [=] { add_chunk(p, list, size); });
-    if (p->callback_failed) return nullptr;
+    if (p->callback_failed || p->recording == nullptr) return nullptr;
   }
-  char *room = list->last->bytes() + list->last->used;
-  list->last->used += size;
-  return room;
+  return list->last->bytes() + list->last->used;
 }
 
+// Gives the recording up when it may not grow, or could not be played.
 static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
   svg_recording *recording = p->recording;
   const size_t size = std::max(needed, std::clamp(recording->size, smallest_chunk, largest_chunk));
+  if (recording->size + size > p->limits.recorded ||
+      ort_memory_left(p->core) < memory_to_play(p, 0) + size) {
+    svg_recording_delete(p);
+    return;
+  }
   auto *added = static_cast<chunk *>(ort_malloc(p->core, sizeof(chunk) + size, "svg_recording"));
   *added = {nullptr, size, 0};
   (list->last != nullptr ? list->last->next : list->first) = added;
@@ -209,7 +295,26 @@ static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
   recording->size += size;
 }
 
+// What must be left of the budget before any event of a chunk with that many bytes is played, so
+// that the event has all memory it may take, and Expat has its own if it must read from here on. An
+// event takes a multiple of its text and of the sheets, and lets growing containers double.
+static uint64_t memory_to_play(const svg_parser *p, size_t size) {
+  constexpr uint64_t times = 64;
+  constexpr uint64_t always = 1 << 16;
+  const uint64_t wanted = always + times * (size + p->recording->sheets) + p->expat_bytes;
+  return (2 * ort_memory_budget(p->core) + wanted) / 3; // left >= 2 * taken + wanted
+}
+
 // ---- Playing ------------------------------------------------------------------------------------
+
+static uint32_t take_number(const char **at) {
+  uint32_t number = 0;
+  for (int shift = 0;; shift += 7) {
+    const auto byte = static_cast<unsigned char>(*(*at)++);
+    number |= (byte & 0x7fU) << shift;
+    if (byte < 0x80) return number;
+  }
+}
 
 template <class T> static T take(const char **at) {
   T value;
@@ -220,30 +325,79 @@ template <class T> static T take(const char **at) {
 
 // Returns where the next event is.
 static const char *play(svg_parser *p, const char *at) {
-  const auto event = take<head>(&at);
-  p->played_line = event.line;
-  const char *first = event.what == kind::text ? at : take<const char *>(&at);
-  switch (event.what) {
+  svg_recording *recording = p->recording;
+  const auto first = take<uint8_t>(&at);
+  uint32_t count = first >> kind_bits;
+  p->played_line = recording->line += take_number(&at);
+  if (count == many) count = take_number(&at);
+  p->to_skip++;
+  switch (static_cast<kind>(first & ((1U << kind_bits) - 1))) {
   case kind::start: {
-    const char **attribute = p->recording->attributes;
-    for (uint32_t i = 0; i < event.count; i++) {
-      *attribute++ = take<const char *>(&at);
+    const char *name = take_name(recording, &at);
+    const char **attribute = recording->attributes;
+    for (uint32_t i = 0; i < count; i++) {
+      *attribute++ = take_name(recording, &at);
       *attribute++ = at;
       at += strlen(at) + 1;
     }
     *attribute = nullptr;
-    svg_cb_elem_start(p, first, p->recording->attributes);
+    svg_cb_elem_start(p, name, recording->attributes);
     break;
   }
-  case kind::end: svg_cb_elem_end(p, first); break;
-  case kind::text:
-    at += event.count;
-    svg_cb_char_data(p, first, static_cast<int>(event.count));
+  case kind::end: svg_cb_elem_end(p, take_name(recording, &at)); break;
+  case kind::text: {
+    const auto head = take<text_head>(&at);
+    const char *text = at;
+    at += head.length;
+    p->to_skip += head.pieces - 1;
+    svg_cb_char_data(p, text, static_cast<int>(head.length));
     break;
-  case kind::namespace_start: svg_cb_namespace_start(p, first, take<const char *>(&at)); break;
-  case kind::namespace_end: svg_cb_namespace_end(p, first); break;
+  }
+  case kind::namespace_start: {
+    const char *prefix = take_name(recording, &at);
+    svg_cb_namespace_start(p, prefix, take_name(recording, &at));
+    break;
+  }
+  case kind::namespace_end: svg_cb_namespace_end(p, take_name(recording, &at)); break;
   }
   return at;
+}
+
+static const char *take_name(svg_recording *recording, const char **at) {
+  const auto byte = take<uint8_t>(at);
+  auto &[first, second] = recording->known[byte >> name_bits];
+  switch (byte & ((1U << name_bits) - 1)) {
+  case name_null: return nullptr;
+  case name_second: std::swap(first, second); break;
+  case name_new:
+    second = first;
+    if (recording->name_at == recording->name_chunk->used) {
+      recording->name_chunk = recording->name_chunk->next;
+      recording->name_at = 0;
+    }
+    first = recording->name_chunk->bytes() + recording->name_at;
+    recording->name_at += strlen(first) + 1;
+    break;
+  default: break;
+  }
+  return first;
+}
+
+// ---- Giving up ----------------------------------------------------------------------------------
+
+// Memory is short. What is being played is in use, and so are the names.
+static void drop(ort_spare *spare) {
+  auto *recording = reinterpret_cast<svg_recording *>(spare);
+  svg_parser *p = recording->parser;
+  if (!recording->playing) {
+    svg_recording_delete(p);
+    return;
+  }
+  if (recording->events.first == nullptr) return;
+  chunks rest = {recording->events.first->next, recording->events.last};
+  recording->incomplete |= rest.first != nullptr;
+  recording->events.first->next = nullptr;
+  while (rest.first != nullptr) remove_first(p, &rest);
 }
 
 static void remove_first(svg_parser *p, chunks *list) {

@@ -124,6 +124,13 @@ void svg_css_create_parser(svg_parser *p) {
   css_parser_init(p->css);
 }
 
+size_t svg_css_sheet_bytes(const svg_parser *p) {
+  size_t bytes = p->style_sheet != nullptr ? ort_bs_length(p->style_sheet) : 0;
+  for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); i++)
+    bytes += strlen(ort_item<svg_ext_sheet>(p->ext_style_sheets, i).text);
+  return bytes;
+}
+
 void svg_css_clear_sheets(svg_parser *p) {
   forget_instruction(p);
   ort_vtr_resize(p->ext_style_sheets, 0);

@@ -1,16 +1,20 @@
 // svg_xml.cpp: one pass over the input through Expat.
 //
-// Called by svg_parse.cpp for the style-sheet pass and, when that could not be recorded, for the
-// main pass. A pass that fails with an encoding error or a namespace error is restarted, from a
-// clean state. Raises 10009, ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+// Called by svg_parse.cpp for the style-sheet pass and for the main pass, in which Expat works only
+// when the first could not be recorded, or not be played to its end. A pass that fails with an
+// encoding error or a namespace error is restarted, from a clean state. Raises 10009, ORT_E_READ,
+// ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
 #include <cstring>
+#include <utility>
 
 #include "svg/style/svg_style.h"
 #include "svg/tree/svg_tree.h"
 #include "svg/xml/svg_xml.h"
 
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
-static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
+static void skip_played(svg_parser *p);
+static void set_main_handlers(svg_parser *p);
+static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block);
 static void log_line(svg_parser *p, const char *line);
 static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
@@ -31,18 +35,21 @@ constexpr char main_end[] = "---------------------------------------------------
 
 void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
                    int32_t *encoding) {
+  const char *banner = css_pass ? css_banner : main_banner;
   if (!css_pass && p->recording != nullptr) {
-    log_line(p, main_banner);
-    svg_recording_play(p);
-    log_line(p, main_end);
-    return;
+    log_line(p, std::exchange(banner, nullptr));
+    if (svg_recording_play(p)) {
+      log_line(p, main_end);
+      return;
+    }
   }
   bool first_block = true;
   bool namespace_restart = false;
   for (int32_t enc = *encoding;;) {
     create_expat(p, css_pass, enc);
-    const int code = run_expat(p, file, *gz, css_pass, &first_block);
+    const int code = run_expat(p, file, *gz, banner, &first_block);
     if (!css_pass) log_line(p, main_end);
+    banner = css_pass ? css_banner : main_banner;
     if (code == XML_ERROR_NONE) {
       *encoding = enc;
       break;
@@ -80,18 +87,31 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   if (css_pass) {
     XML_SetProcessingInstructionHandler(p->xml, svg_cb_proc_instr_css);
     svg_recording_begin(p);
+  } else if (p->to_skip > 0) {
+    const auto skip = [](void *parser, auto...) { skip_played(static_cast<svg_parser *>(parser)); };
+    XML_SetElementHandler(p->xml, skip, skip);
+    XML_SetCharacterDataHandler(p->xml, skip);
+    XML_SetNamespaceDeclHandler(p->xml, skip, skip);
   } else {
-    XML_SetElementHandler(p->xml, svg_cb_elem_start, svg_cb_elem_end);
-    XML_SetCharacterDataHandler(p->xml, svg_cb_char_data);
-    XML_SetNamespaceDeclHandler(p->xml, svg_cb_namespace_start, svg_cb_namespace_end);
+    set_main_handlers(p);
   }
 }
 
+// The recording was given up behind this callback, or further on.
+static void skip_played(svg_parser *p) {
+  if (--p->to_skip == 0) set_main_handlers(p);
+}
+
+static void set_main_handlers(svg_parser *p) {
+  XML_SetElementHandler(p->xml, svg_cb_elem_start, svg_cb_elem_end);
+  XML_SetCharacterDataHandler(p->xml, svg_cb_char_data);
+  XML_SetNamespaceDeclHandler(p->xml, svg_cb_namespace_start, svg_cb_namespace_end);
+}
+
 // Feeds the whole input. Returns Expat's error code, with ORT_E_XML composed as the pending error
-// when it is not 0.
-static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass,
+// when it is not 0. banner is logged when there is something to read; it may be null.
+static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block) {
-  bool banner_due = true;
   for (bool last = false; !last;) {
     char *block = svg_expat_room(p);
     const int64_t length = read_block(p, file, gz, block, &last);
@@ -102,8 +122,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, int32_t css_pass
     } else {
       if (*first_block) check_looks_like_xml(p, block, length);
       *first_block = false;
-      if (banner_due) log_line(p, css_pass ? css_banner : main_banner);
-      banner_due = false;
+      if (banner != nullptr) log_line(p, std::exchange(banner, nullptr));
       status = svg_expat_take(p, static_cast<size_t>(length), last);
     }
     if (status == XML_STATUS_OK) continue;
@@ -167,6 +186,7 @@ static bool is_namespace_error(int code) {
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass) {
   svg_reset_xml(p, file, gz);
   ort_bs_clear(p->chardata);
+  p->to_skip = 0;
   if (css_pass) {
     svg_css_clear_sheets(p);
   } else {

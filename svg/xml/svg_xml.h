@@ -37,7 +37,9 @@ template <class Body> void svg_in_callback(svg_parser *p, Body &&body) {
 // ---- svg_recording.cpp: the events of the style-sheet pass, for the main pass ---------------------------------------
 
 void svg_recording_begin(svg_parser *p); // sets Expat's handlers; what was recorded goes
-void svg_recording_play(svg_parser *p);  // once, unless p->recording is null
+// Once, unless p->recording is null. False: it was given up, and Expat's first p->to_skip callbacks
+// have been made.
+bool svg_recording_play(svg_parser *p);
 void svg_recording_delete(svg_parser *p);
 
 // ---- svg_content.cpp: callbacks of the main pass --------------------------------------------------------------------

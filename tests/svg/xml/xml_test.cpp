@@ -77,16 +77,6 @@ TEST(Xml, DecodesTheIso8859Family) {
   }
 }
 
-// The tree takes 1.2 MB, what Expat tells of it takes 1.6 MB.
-TEST(Xml, RecordingLeavesTheMemoryToTheTree) {
-  std::string text = svg_start + ">";
-  for (int i = 0; i < 12000; i++) text += "<g/>";
-  ort_options options = AccountingCore::defaults();
-  options.memory_budget = 3 << 19;
-  const Document document(text + "</svg>", options);
-  EXPECT_EQ(document.messages(), "");
-}
-
 // The input changes while it is read: the main pass is restarted, and what its first attempt and
 // the sheets made is made again.
 TEST(Xml, RestartedMainPassStartsClean) {

@@ -1,0 +1,70 @@
+// What Expat told in the first pass is played in the second: nobody may notice, however little
+// memory there is.
+#include <gtest/gtest.h>
+
+#include "svg/parser/svg_parser.h"
+#include "tests/support/whole.h"
+
+namespace {
+
+std::string times(int count, const std::string &text) {
+  std::string result;
+  for (int i = 0; i < count; i++) {
+    result += text;
+    for (size_t at = 0; (at = result.find('$', at)) != result.npos;)
+      result.replace(at, 1, std::to_string(i));
+  }
+  return result;
+}
+
+struct Reading {
+  std::string result, log;
+  uint64_t peak;
+};
+
+Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded) {
+  ort_options options = AccountingCore::with_log(log_level);
+  options.memory_budget = budget;
+  Document document(drawing, options, [=](svg_parser *p) { p->limits.recorded = recorded; });
+  document.core.allow_temporaries();
+  ort_statistics statistics;
+  ort_get_statistics(document.core, &statistics);
+  EXPECT_LE(statistics.peak_bytes, budget);
+  return {whole_text(document), document.core.log, statistics.peak_bytes};
+}
+
+TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
+  const std::pair<const char *, std::string> drawings[] = {
+      {"elements", times(999, "<g/>")},
+      {"depth", times(999, "<g>") + times(999, "</g>")},
+      {"paths before skipped elements",
+       times(8, "<path d='M0 0L" + times(2000, "1 ") + "'/>") + "<x:x xmlns:x='u'>" +
+           times(150, "<b c='" + times(400, "d") + "'/>") + "</x:x>"},
+      {"skipped elements before paths", "<x>" + times(150, "<b c='" + times(400, "d") + "'/>") +
+                                            "</x>" +
+                                            times(8, "<path d='M0 0L" + times(2000, "1 ") + "'/>")},
+      {"skipped elements before a large one",
+       "<x>" + times(1500, "<b c='$'/>") + "<b c='" + times(99999, "d") + "'/></x>"},
+      {"names", "<g" + times(999, " long-name-$='$'") + "/>" + times(99, "<g/>")},
+      {"texts", "<text>" + times(300, "\n&lt;") + "</text>" + times(300, "<text>a\nb</text>\n")},
+      {"title", "<title>" + times(999, "<b>x</b>") + "</title><g id='a'/>"},
+      {"ids", times(200, "<g id='g$'><use xlink:href='#g$'/><image xlink:href='data:,$'/></g>\n")},
+      {"sheet behind elements", times(300, "<g class='a b'/>\n") + "<style>" +
+                                    times(50, ".a{fill:#00000$;font:$px a,b}") + "</style>"},
+      {"an error", times(200, "<rect width='$x'/>\n") + "<g><!--" + times(30000, "-") + "</a>"},
+  };
+  for (const auto &[name, content] : drawings)
+    for (const int log_level : {0, 4}) {
+      const std::string drawing =
+          "<svg xmlns:xlink='http://www.w3.org/1999/xlink'>" + content + "</svg>";
+      const uint64_t enough = read(drawing, 1 << 26, log_level, 1).peak;
+      for (uint64_t budget = enough / 2; budget < 4 * enough; budget += budget / 16) {
+        const Reading twice = read(drawing, budget, log_level, 1);
+        const Reading recorded = read(drawing, budget, log_level, 1 << 20);
+        ASSERT_EQ(recorded.result, twice.result) << name << ": " << budget;
+        ASSERT_EQ(recorded.log, twice.log) << name << ": " << budget;
+      }
+    }
+}
+
+} // namespace
