@@ -78,5 +78,6 @@ check format format
 check "public headers" public_headers
 check "reference of the public headers" doxygen docs/Doxyfile
 check "snippets of the documentation" snippets
+check "recipes of docs/adding.md" scripts/check_adding.py
 check clang-tidy tidy
 exit $failed
