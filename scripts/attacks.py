@@ -65,6 +65,9 @@ ATTACKS = {
     "entities 10^5 deep, attribute": lambda: nested("<g a='&;'/>"),
     "10^6 default attributes of 100 KB": lambda: doctype(
         f"<!ATTLIST g style CDATA '{'x:y;' * 25000}'>", "<g/>" * MILLION),
+    "default namespaces by entities": lambda: doctype(
+        "<!ATTLIST g " + "".join(f"xmlns:a{i} CDATA '{'u' * 900}' " for i in range(100))
+        + f"><!ENTITY e '{'<g/>' * 200}'>", "&e;" * 2000),
     "10^6 attribute declarations": lambda: doctype(
         f"<!ATTLIST g {million(' a%d CDATA #IMPLIED')}>", "<g/>" * MILLION),
     "10^6 elements, 9999 declarations": lambda: doctype(

@@ -120,6 +120,10 @@ TEST(Hostile, BudgetsEndAttacks) {
       {"default attributes",
        "<!DOCTYPE svg [<!ATTLIST g a CDATA '" + times(2000, "a") + "'>]><svg>" + times(99, "<g/>"),
        "Limit of 2 times the input in default attributes exceeded"},
+      {"default namespaces",
+       "<!DOCTYPE svg [<!ATTLIST g" + numbered(20, " xmlns:a", " CDATA 'u'") + ">]><svg>" +
+           times(400, "<g/>"),
+       "Limit of 2 times the input in default attributes exceeded"},
       {"attribute declarations",
        "<!DOCTYPE svg [<!ATTLIST g" + times(10001, " a CDATA #IMPLIED") + ">]><svg/>",
        "Limit of 10000 attribute declarations exceeded"},

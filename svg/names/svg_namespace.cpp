@@ -1,7 +1,7 @@
 // svg_namespace.cpp: namespace declarations in scope, and the splitting of Expat's names.
 //
 // Expat reports a name as namespace, "*" and local name. Names without a namespace count as SVG.
-// Nothing is rejected here; raises only for lack of memory.
+// Raises ORT_E_LIMIT for declarations (svg_growth.cpp), else only for lack of memory.
 #include <cstring>
 
 #include "svg/names/svg_index.h"

@@ -1,13 +1,14 @@
 // svg_growth.cpp: bounds for what a few bytes of a document can make Expat do again and again.
 //
-// An entity that names another makes Expat recurse, default attributes come anew with each start
-// tag, and the name of a namespace with each attribute that has its prefix. svg_xml.cpp and the
-// start tags of both passes call this. Raises ORT_E_LIMIT.
+// An entity that names another makes Expat recurse, default attributes and default declarations of
+// namespaces come anew with each start tag, and the name of a namespace with each attribute that
+// has its prefix. svg_xml.cpp and the start tags of both passes call this. Raises ORT_E_LIMIT.
 #include <cstring>
 #include <string_view>
 
 #include "svg/xml/svg_xml.h"
 
+static void count_growth(svg_parser *p, uint64_t bytes);
 static void raise_limit(svg_parser *p, const char *what, int limit);
 
 static void cb_entity(void *parser, const XML_Char *, int is_parameter, const XML_Char *value,
@@ -40,17 +41,28 @@ void svg_bound_growth(svg_parser *p) {
 }
 
 void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
-  for (const char *name : {prefix, uri})
-    if (name != nullptr && strlen(name) > ORT_LIMIT_NAMESPACE_NAME)
+  uint64_t bytes = strlen(" xmlns:=''");
+  for (const char *name : {prefix, uri}) {
+    const size_t length = name != nullptr ? strlen(name) : 0;
+    if (length > ORT_LIMIT_NAMESPACE_NAME)
       raise_limit(p, "bytes in the name of a namespace", ORT_LIMIT_NAMESPACE_NAME);
+    bytes += length;
+  }
+  // Nothing tells a declaration that came by default from one that was written.
+  if (p->declared_attributes > 0) count_growth(p, bytes);
 }
 
 // Declarations without a default cost Expat a step each.
 void svg_count_defaults(svg_parser *p, const XML_Char **attrs) {
   constexpr uint64_t steps_per_byte = 16;
-  p->defaulted += static_cast<uint64_t>(p->declared_attributes) / steps_per_byte;
+  uint64_t bytes = static_cast<uint64_t>(p->declared_attributes) / steps_per_byte;
   for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs != nullptr; attrs++)
-    p->defaulted += strlen(*attrs);
+    bytes += strlen(*attrs);
+  count_growth(p, bytes);
+}
+
+static void count_growth(svg_parser *p, uint64_t bytes) {
+  p->defaulted += bytes;
   const auto read = static_cast<double>(XML_GetCurrentByteIndex(p->xml));
   if (p->defaulted > p->limits.entity_start &&
       static_cast<double>(p->defaulted) > read * static_cast<double>(p->limits.entity_factor))
