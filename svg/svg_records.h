@@ -419,7 +419,12 @@ typedef struct svg_an_path_data {
   ort_vtr *segments; /**< svg_pada records; null for bad path data and for a moveto alone */
 } svg_an_path_data;
 
-/* ---- Schema ---------------------------------------------------------------------------------- */
+/* ---- Schema ----------------------------------------------------------------------------------
+ *
+ * A host reads names, defaults and keywords here, and asks svg_is_property and svg_get_record_kind.
+ * The rest belongs to the format, but a new host may ignore it: what is "internal" serves the
+ * reader while it reads, what is "legacy" is kept for drawing modules that know it; the reader does
+ * not use it. */
 
 /** A keyword of a row. */
 typedef struct svg_key_entry {
@@ -436,26 +441,26 @@ typedef struct svg_esa_entry {
 /** An element of the schema. */
 typedef struct svg_elem_def {
   const char *name;                                       /**< local name */
-  void (*beg_hook)(svg_parser *parser, svg_e_node *node); /**< for the reader; may be null */
-  void (*end_hook)(svg_parser *parser);                   /**< for the reader; may be null */
+  void (*beg_hook)(svg_parser *parser, svg_e_node *node); /**< internal; may be null */
+  void (*end_hook)(svg_parser *parser);                   /**< internal; may be null */
   int32_t esa_count;                                      /**< number of its attributes */
-  const svg_esa_entry *esa_list;                          /**< its attributes, sorted by name */
+  const svg_esa_entry *esa_list;                          /**< its attributes, by ascending row */
   int32_t req_count;       /**< number of attributes that get their default when absent */
   const int16_t *req_list; /**< their indexes into esa_list */
-  uint32_t slot_size;      /**< for the reader: bytes of its slot area */
-  uint32_t category;       /**< for the host's drawing modules */
-  int32_t kind;            /**< for the host's drawing modules */
+  uint32_t slot_size;      /**< internal: bytes of its slot area */
+  uint32_t category;       /**< legacy */
+  int32_t kind;            /**< legacy */
 } svg_elem_def;
 
 /** Flags of attributes and properties. */
 enum {
-  SVG_AF_PROPERTY = 0x1,    /**< for the host's drawing modules */
-  SVG_AF_ATTRIBUTE = 0x2,   /**< the value goes to the slot area of an element with a begin hook */
-  SVG_AF_POSITIVE = 0x4,    /**< for the host's drawing modules */
-  SVG_AF_KEEPSPACE = 0x8,   /**< a blank value counts as given */
-  SVG_AF_HORIZONTAL = 0x10, /**< for the host's drawing modules */
-  SVG_AF_VERTICAL = 0x20,   /**< for the host's drawing modules */
-  SVG_AF_NONUM = 0x100      /**< the first token is read without number recognition */
+  SVG_AF_PROPERTY = 0x1,    /**< legacy */
+  SVG_AF_ATTRIBUTE = 0x2,   /**< internal: the value goes to a slot, where the element has a hook */
+  SVG_AF_POSITIVE = 0x4,    /**< legacy */
+  SVG_AF_KEEPSPACE = 0x8,   /**< internal: a blank value counts as given */
+  SVG_AF_HORIZONTAL = 0x10, /**< legacy */
+  SVG_AF_VERTICAL = 0x20,   /**< legacy */
+  SVG_AF_NONUM = 0x100      /**< internal: the first token is read without number recognition */
 };
 
 /** An attribute or property of the schema. */
@@ -463,17 +468,15 @@ typedef struct svg_attr_def {
   const char *name;         /**< with its prefix for xlink: and xml: */
   const char *default_text; /**< null: none */
   int32_t value_size;       /**< bytes of its record; 0, or the least, when that depends */
-  svg_a_node *(*anew)(svg_parser *parser);            /**< for the reader; may be null */
-  void (*ctor)(svg_parser *parser, svg_a_node *node); /**< for the reader; may be null */
-  void (*dtor)(ort_core *core, svg_a_node *node);     /**< for the reader; may be null */
+  svg_a_node *(*anew)(svg_parser *parser);            /**< internal; may be null */
+  void (*ctor)(svg_parser *parser, svg_a_node *node); /**< internal; may be null */
+  void (*dtor)(ort_core *core, svg_a_node *node);     /**< internal; may be null */
   uint32_t prio;             /**< place of its values in an element, 1 to 6 */
   uint32_t key_count;        /**< number of its keywords */
   const svg_key_entry *keys; /**< null when there are none */
   uint32_t flags;            /**< SVG_AF_* */
-  uint32_t group;            /**< for the host's drawing modules */
-  /** For the reader: slot offset by element id, -1 for none; null for rows that never have a slot.
-   */
-  const int16_t *apo;
+  uint32_t group;            /**< legacy */
+  const int16_t *apo; /**< internal: slot by element id, -1 for none; null without any slot */
 } svg_attr_def;
 
 #ifdef __cplusplus
