@@ -52,15 +52,6 @@ std::string Document::messages() const {
   return result;
 }
 
-void expect_logged(const std::string &text, int level, std::initializer_list<const char *> pieces) {
-  const Document document(text, AccountingCore::with_log(level));
-  size_t at = 0;
-  for (const char *piece : pieces) {
-    at = document.core.log.find(piece, at);
-    ASSERT_NE(at, std::string::npos) << piece << "\n" << document.core.log;
-  }
-}
-
 svg_e_node *Document::find(const char *name) const {
   svg_e_node *element = svg_find_name(parser, name);
   EXPECT_NE(element, nullptr) << "no element " << name;

@@ -36,9 +36,6 @@ public:
   int code = 0;              // of the error that ended the parse
 };
 
-// Expects that a drawing, read with that log level, leaves these pieces in the log, in this order.
-void expect_logged(const std::string &text, int level, std::initializer_list<const char *> pieces);
-
 // One pass over a drawing, for allocation_sweep: made, parsed, deleted. True when nothing was
 // raised.
 bool read_once(AccountingCore &core, const std::string &text);

@@ -57,9 +57,24 @@ def schema_text():
     return "".join(f"{table} {json.dumps(row)}\n" for table, rows in schema().items() for row in rows)
 
 
+def log_text():
+    """All lines of the log: of a drawing that has everything, at each level, and of one that is read again
+    without namespaces. Addresses and the names of embedded files, which differ, become numbers, and blanks
+    at the end of a line visible."""
+    text = ""
+    for level, drawing in (*((level, "log") for level in "123456"), ("6", "unbound")):
+        _, _, messages = run("--check", "--log", level, f"tests/tools/{drawing}.svg")
+        known = {}
+        text += f"==== {drawing}.svg, level {level}\n" + re.sub(
+            r"\b(0x[0-9a-f]+|[0-9a-f]{32})\b",
+            lambda found: f"<{known.setdefault(found[0], len(known) + 1)}>", messages)
+    return re.sub(r" $", "\u2423", text, flags=re.M)
+
+
 def golden_files():
     """What each golden file has to hold."""
     yield os.path.join(GOLDEN, "schema.txt"), schema_text
+    yield os.path.join(GOLDEN, "log.txt"), log_text
     for sample in samples():
         yield os.path.join(GOLDEN, os.path.basename(sample) + ".txt"), lambda of=sample: output_of(of)
 

@@ -187,20 +187,6 @@ TEST_F(Path, MakesALineOfAnArcThatCannotBeConverted) {
   EXPECT_EQ(core.messages.back().code, ORT_E_ARC);
 }
 
-TEST(PathLog, HasALineForEachSegment) {
-  const char *path = "m1 2 3 4.5c1 1 2 2 3 3A0 -5 30 0 1 9 9a1 1 0 1 0 1 1z";
-  AccountingCore silent(AccountingCore::with_log(2)), core(AccountingCore::with_log(3));
-  read(silent, path, 100, 100);
-  EXPECT_EQ(silent.log, "");
-  read(core, path, 100, 100);
-  EXPECT_EQ(core.log, "\t\t\t\tmoveto: 1,2\n\t\t\t\tlineto: 4,6.5\n"
-                      "\t\t\t\tcurveto: 5,7.5  6,8.5  7,9.5\n\t\t\t\telliptical arcto: 9,9\n"
-                      "\t\t\t\t\txradius=0, yradius=-5, xrotate=30, largearc=0, sweep=1\n"
-                      "\t\t\t\telliptical arcto: 8,10.5\n"
-                      "\t\t\t\t\txradius=1, yradius=1, xrotate=0, largearc=1, sweep=0\n"
-                      "\t\t\t\tclosepath\n");
-}
-
 // ---- Random texts -------------------------------------------------------------------------------
 
 using Random = std::mt19937;

@@ -124,17 +124,3 @@ a<text>b<tspan>c</tspan> </text>d -> [c] | <text>a<other>b</other></text> -> [a]
                  return found;
                });
 }
-
-TEST(Hooks, Log) {
-  expect_logged("<svg viewBox='0 0 8 6'><use x='1' y='2'/><use x='1' y='2' transform='scale(2)'/>"
-                "<mask/></svg>",
-                6,
-                {"\t\t\tembedded graphics, width and height will be determined\n"
-                 "\t\t\tviewBox width=8, height=6\n",
-                 "\t\t\t[add attribute transform type=8: translation=(1 2)]\n",
-                 "\t\t\t[instead of transform type=3]\n"
-                 "\t\t\t[add attribute transform type=0: matrix=(2 0 0 2 2 4)]\n",
-                 "\t\t\t[mask "});
-  expect_logged("<svg width='1in' height='4'/>", 3,
-                {"\n\t\t\tviewport width=72, height=4 in pixel, stand-alone graphics\n"});
-}

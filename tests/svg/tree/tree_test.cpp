@@ -97,9 +97,4 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
   });
 }
 
-TEST(Tree, EchoesTheDocumentIntoTheLog) {
-  expect_logged("<svg a='1'>\n<g>x</g><g/></svg>", 4,
-                {"[01]<svg a=\"1\"", "[02]  <g>\n", "[02]  </g>\n", "[02]  <g/>\n"});
-}
-
 } // namespace

@@ -120,14 +120,3 @@ TEST(Color, EveryNameIsFoundInAnyCase) {
   for (const char *name : {"", "a", "aliceblu", "aliceblues", "zzz"})
     EXPECT_EQ(svg_find_color(name), -1);
 }
-
-TEST(Color, LogTellsColorsAndExtensions) {
-  expect_logged("<svg><g fill='red icc-color(p, 1, 2.5, 3)'/><g fill='#010203 icc-color(p)'/>"
-                "<g fill='red device-nchannel(1,2)'/><g stroke='red foo(1)'/>"
-                "<g stroke='url(#a) blue'/></svg>",
-                6,
-                {"\t\t\t[rgbcolor=#FF0000]\n", "\t\t\t[Color extension icc-color(p, 1, 2.5, 3)\n",
-                 "\t\t\t[Color extension icc-color()\n",
-                 "\t\t\t[Color extension device-nchannel(1, 2, -1e+18)\n",
-                 "\t\t\t[colorspace \"foo\" unknown]\n", "\t\t\t[fallback color=0000FF]\n"});
-}

@@ -129,13 +129,3 @@ TEST(Iri, EqualIrisReferToTheSame) {
   EXPECT_FALSE(svg_equal_iri(core, &name, &other_name) || svg_equal_iri(core, &name, &data));
   EXPECT_EQ(core.protect([&] { svg_equal_iri(core, &none, &none); }), ORT_E_INTERNAL);
 }
-
-TEST(Iri, Log) {
-  expect_logged(std::string(OPEN) + "<g id='a' fill='url(#a)' mask='url(#b)' clip-path='url(c)'/>"
-                                    "<image xlink:href='data:image/png;base64,QQ'/></svg>",
-                5,
-                {"\t\t\t[link reference \"#a\" found]\n",
-                 "\t\t\t[link reference \"#b\" not found]\n", "\t\t\t[iri name: \"c\"]\n",
-                 "\t\t\t[iri data: \"",
-                 " (PNG file embedded in SVG)\"]\n\t\t\t[create virtual file]\n"});
-}

@@ -108,14 +108,6 @@ TEST(Links, PassTheNeedOfABoundingBox) {
   EXPECT_EQ(flags(targets + sources), "first both - - ");
 }
 
-TEST(Links, AreLogged) {
-  expect_logged(svg_begin + "<use xlink:href='#a'/><g id='a'/></svg>", 5,
-                {"[search for id \"a\"]\n", "[id not found]\n",
-                 "[link reference \"#a\" not found]\n", "[add unresolved reference \"#a\"]\n",
-                 "[add target \"a\" (", "[reference \"a\" resolved]\n",
-                 "\t\tList of all ids and names:\n"});
-}
-
 // Entries stand in for others that were removed between them and their own place.
 TEST(Links, IndexFindsWhatIsLeft) {
   AccountingCore core;

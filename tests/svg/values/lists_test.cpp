@@ -37,8 +37,4 @@ TEST(Lists, OccupyWhatTheyHold) {
   EXPECT_EQ(bytes, 1000 * (sizeof(double) + sizeof(uint8_t)));
 }
 
-TEST(Lists, NamesAreLogged) {
-  expect_logged("<svg systemLanguage='en, fr'/>", 6, {"\t\t\t\t 2 names: \"en\" \"fr\"\n"});
-}
-
 } // namespace

@@ -113,15 +113,4 @@ TEST(PathValue, SurvivesLackOfMemory) {
   });
 }
 
-TEST(PathValue, LogsItsSize) {
-  const auto log = [](const std::string &path, int level) {
-    AccountingCore core;
-    PathValue(core, path, level);
-    return core.log;
-  };
-  EXPECT_EQ(log("M0 0 L1 1 2 2z", 4), "");
-  EXPECT_EQ(log("M0 0 L1 1 2 2z", 5), "\t\t\t[path data stack with 3 entries and 4 vertices]\n");
-  EXPECT_EQ(log("M5 5", 5) + log("x", 6), "\t\t\t[no path data]\n\t\t\t[no path data]\n");
-}
-
 } // namespace

@@ -212,18 +212,3 @@ TEST(Sheets, NumberOfInstructionsHasALimit) {
   EXPECT_EQ(drawing.asked.size(), ORT_LIMIT_IMPORTS * strlen("red.css "));
   EXPECT_EQ(drawing.codes(), " " + std::to_string(ORT_E_LIMIT));
 }
-
-TEST(Sheets, LogShowsWhatIsGatheredAndApplied) {
-  const Drawing drawing("<?xml-stylesheet type='text/css'?><svg>"
-                        "<style type='text/css'>rect{fill:red!important;odd:1}[x]{}</style>\n"
-                        "<style>.c{}</style><rect x='1' class='c'/></svg>",
-                        AccountingCore::with_log(6));
-  for (const char *line :
-       {"[01]<?xml-stylesheet type='text/css'?>\n\t\t\t[type: text/css]\n",
-        "[01]<style type=\"text/css\" ...>\n\tFetching internal style sheet...\n",
-        "[02]<style>\n\tFetching internal style sheet...\n", "\t\t\t[fill=\"red !important\"]\n",
-        "\t\t\t[property \"odd\" unsupported]\n",
-        "\t\t\tProcess 1 CSS rules...\n\t\t\t\tselector: rect\n", "\t\t\t\tparent svg (",
-        "\t\t\t[add css property fill=\"red !important\"]\n"})
-    EXPECT_NE(drawing.document.core.log.find(line), std::string::npos) << line;
-}
