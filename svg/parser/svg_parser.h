@@ -19,7 +19,7 @@
 
 constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
-constexpr size_t SVG_HOOK_SLOTS = 16; // at least those of any element
+constexpr size_t SVG_HOOK_SLOTS = 16;      // at least those of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes read at a time
 
@@ -65,6 +65,14 @@ struct svg_open_element {
 };
 
 struct svg_recording; // svg_recording.cpp
+
+// Lines of the input, counted as far as events were recorded.
+struct svg_lines {
+  int64_t end;    // bytes counted
+  uint32_t count; // the line that the next byte is in
+  bool returns;   // there are carriage returns
+  bool wide;      // characters have two bytes
+};
 
 struct svg_parser {
   ort_core *core;
@@ -148,15 +156,17 @@ struct svg_parser {
   bool cur_href_awaited;      // links wait for cur_href
   const char *tok_begin;      // text of the current token when tok_text is null
   size_t tok_length;
-  int64_t value_link;       // slot of the waiting link made by the value being parsed, or -1
-  ort_vtr *open_elements;   // svg_open_element
-  char *pi_copy;            // instruction data being split
-  char *font_copy;          // font shorthand being split
-  int32_t callback_failed;  // an Expat callback raised; the error is pending until XML_ParseBuffer
-                            // has returned
-  char *room;               // for batch bytes, in Expat's buffer
-  size_t batch, gathered;   // so many of them are there
-  int64_t bytes_fed;        // to Expat in this pass
+  int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1
+  ort_vtr *open_elements;  // svg_open_element
+  char *pi_copy;           // instruction data being split
+  char *font_copy;         // font shorthand being split
+  int32_t callback_failed; // an Expat callback raised; the error is pending until XML_ParseBuffer
+                           // has returned
+  char *room;              // for batch bytes, in Expat's buffer
+  size_t batch, gathered;  // so many of them are there
+  int64_t bytes_fed;       // to Expat in this pass
+  int64_t input_size;      // in bytes; -1: not known
+  svg_lines lines;
   uint64_t expat_bytes;     // that Expat asked for in this pass, freed ones included
   svg_recording *recording; // of what Expat told, for the main pass; null: it reads for itself
   uint32_t played_line;     // of the event being played, else 0

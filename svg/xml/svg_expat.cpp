@@ -11,6 +11,7 @@
 #include "svg/xml/svg_xml.h"
 
 static XML_Status feed(svg_parser *p, bool last);
+static void look_at_lines(svg_parser *p, size_t length);
 static size_t batch_size(const svg_parser *p);
 
 constexpr size_t most_gathered = 16 * SVG_BLOCK_SIZE;
@@ -86,9 +87,13 @@ void svg_expat_create(svg_parser *p, const char *encoding) {
   XML_SetHashSalt(p->xml, static_cast<unsigned long>(ort_get_secret(p->core)));
   p->gathered = p->batch = 0;
   p->bytes_fed = 0;
+  p->lines = {.end = 0,
+              .count = 1,
+              .returns = false,
+              .wide = encoding != nullptr && strcmp(encoding, "UTF-16") == 0};
 }
 
-char *svg_expat_room(svg_parser *p) {
+char *svg_expat_room(svg_parser *p, size_t *size) {
   if (p->gathered == 0) {
     p->batch = batch_size(p);
     with_core(p, [&] {
@@ -97,13 +102,13 @@ char *svg_expat_room(svg_parser *p) {
     if (p->room == nullptr) // more than an int can count
       ort_error(p->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
   }
+  *size = std::min(p->batch - p->gathered, static_cast<size_t>(p->block_size));
   return p->room + p->gathered;
 }
 
 XML_Status svg_expat_take(svg_parser *p, size_t length, bool last) {
   p->gathered += length;
-  const bool full = p->gathered + static_cast<size_t>(p->block_size) > p->batch;
-  return full || last ? feed(p, last) : XML_STATUS_OK;
+  return p->gathered == p->batch || last ? feed(p, last) : XML_STATUS_OK;
 }
 
 XML_Status svg_expat_flush(svg_parser *p) {
@@ -115,21 +120,55 @@ void svg_expat_delete(svg_parser *p) {
   p->xml = nullptr;
 }
 
+// Expat counts lines byte by byte, and has a call for it that is slow for many short events.
+uint32_t svg_expat_line(svg_parser *p) {
+  svg_lines &lines = p->lines;
+  if (lines.wide) return static_cast<uint32_t>(XML_GetCurrentLineNumber(p->xml));
+  const int64_t event = XML_GetCurrentByteIndex(p->xml);
+  if (event <= lines.end) return lines.count;
+  const char *begin = p->room + (lines.end - p->bytes_fed);
+  const char *end = p->room + (event - p->bytes_fed);
+  lines.end = event;
+  const auto find = [end](const char *from, char c) {
+    const void *found = memchr(from, c, static_cast<size_t>(end - from));
+    return found != nullptr ? static_cast<const char *>(found) : end;
+  };
+  for (const char *s = find(begin, '\n'); s < end; s = find(s + 1, '\n')) lines.count++;
+  if (lines.returns)
+    for (const char *s = find(begin, '\r'); s < end; s = find(s + 1, '\r'))
+      lines.count += s + 1 == end || s[1] != '\n';
+  return lines.count;
+}
+
 static XML_Status feed(svg_parser *p, bool last) {
   XML_Status status = XML_STATUS_ERROR;
   const size_t length = p->gathered;
   p->gathered = 0;
+  look_at_lines(p, length);
   with_core(p, [&] { status = XML_ParseBuffer(p->xml, static_cast<int>(length), last); });
+  if (!last && p->recording != nullptr) svg_expat_line(p); // what Expat keeps is not counted
   p->bytes_fed += static_cast<int64_t>(length);
   return status;
 }
 
-// The first block is handed over as it comes, so that small drawings need little memory. Expat
-// reads an unfinished token anew with every batch.
+// Two-byte characters are left to Expat. A carriage return ends a line, with a line feed behind it
+// or without.
+static void look_at_lines(svg_parser *p, size_t length) {
+  const auto is_wide = [](char c) { return c == '\0' || c == '\xFE' || c == '\xFF'; };
+  if (p->bytes_fed == 0 && length > 1) p->lines.wide |= is_wide(p->room[0]) || is_wide(p->room[1]);
+  p->lines.returns |= memchr(p->room, '\r', length) != nullptr;
+}
+
+// A small drawing is handed over at once. Else the first block is handed over as it comes. Expat
+// reads an unfinished token anew with every batch. The log shows where batches end in texts.
 static size_t batch_size(const svg_parser *p) {
   const auto block = static_cast<size_t>(p->block_size);
   const size_t most = p->block_size < SVG_BLOCK_SIZE ? block : most_gathered;
+  if (p->bytes_fed == 0 && p->input_size > 0 && p->input_size <= static_cast<int64_t>(most) &&
+      p->log_level < 3)
+    return static_cast<size_t>(p->input_size);
   const auto unfinished = static_cast<size_t>(p->bytes_fed - XML_GetCurrentByteIndex(p->xml));
   const size_t wanted = std::clamp(static_cast<size_t>(p->bytes_fed), block, most);
-  return p->bytes_fed == 0 ? block : std::min(std::max(wanted, unfinished), most_of_a_token);
+  const size_t size = std::min(std::max(wanted, unfinished), most_of_a_token);
+  return p->bytes_fed == 0 ? block : size - size % block;
 }

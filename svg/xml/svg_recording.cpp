@@ -228,7 +228,7 @@ static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
   char *room = find_room(p, &p->recording->events, most_of_head + size);
   if (room == nullptr) return nullptr;
   svg_recording *recording = p->recording;
-  const auto line = static_cast<uint32_t>(svg_xml_line(p));
+  const auto line = svg_expat_line(p);
   recording->last_text = nullptr;
   recording->most_attributes = std::max<size_t>(recording->most_attributes, count);
   *room++ = static_cast<char>(static_cast<uint32_t>(what) | std::min(count, many) << kind_bits);

@@ -17,7 +17,7 @@ static void set_main_handlers(svg_parser *p);
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block);
 static void log_line(svg_parser *p, const char *line);
-static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last);
+static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last);
 ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
 static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
 static bool is_namespace_error(int code);
@@ -43,6 +43,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
       return;
     }
   }
+  p->input_size = *gz != nullptr ? -1 : ort_fsize(file);
   bool first_block = true;
   bool namespace_restart = false;
   for (int32_t enc = *encoding;;) {
@@ -113,8 +114,9 @@ static void set_main_handlers(svg_parser *p) {
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block) {
   for (bool last = false; !last;) {
-    char *block = svg_expat_room(p);
-    const int64_t length = read_block(p, file, gz, block, &last);
+    size_t size;
+    char *block = svg_expat_room(p, &size);
+    const int64_t length = read_block(file, gz, block, size, &last);
     XML_Status status;
     if (length < 0) { // what stands before the fault counts first
       status = svg_expat_flush(p);
@@ -142,11 +144,10 @@ static void log_line(svg_parser *p, const char *line) {
 }
 
 // The number of bytes read, less than a block at the end; -1: reading failed.
-static int64_t read_block(svg_parser *p, ort_file *file, ort_gz *gz, char *block, bool *last) {
-  const auto wanted = static_cast<size_t>(p->block_size);
-  const int64_t length = gz != nullptr ? ort_gzread(gz, block, wanted)
-                                       : static_cast<int64_t>(ort_fread(block, 1, wanted, file));
-  const bool is_short = length < p->block_size;
+static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last) {
+  const int64_t length = gz != nullptr ? ort_gzread(gz, block, size)
+                                       : static_cast<int64_t>(ort_fread(block, 1, size, file));
+  const bool is_short = length < static_cast<int64_t>(size);
   *last = gz != nullptr ? is_short : ort_feof(file) != 0;
   return is_short && !*last ? -1 : length;
 }

@@ -17,12 +17,13 @@ long svg_xml_line(const svg_parser *p);
 
 // svg_expat.cpp: Expat under the core's memory. Raises for lack of memory, and again what a
 // callback raised. A pass is begun with svg_expat_create; blocks of p->block_size bytes
-// are read into svg_expat_room and taken from there. Expat sees them later, but in order:
-// svg_expat_flush hands over what it has not seen.
+// or less are read into svg_expat_room, of *size bytes, and taken from there. Expat sees them
+// later, but in order: svg_expat_flush hands over what it has not seen.
 void svg_expat_create(svg_parser *p, const char *encoding);
-char *svg_expat_room(svg_parser *p);
+char *svg_expat_room(svg_parser *p, size_t *size);
 XML_Status svg_expat_take(svg_parser *p, size_t length, bool last);
 XML_Status svg_expat_flush(svg_parser *p);
+uint32_t svg_expat_line(svg_parser *p); // of the event being told
 void svg_expat_delete(svg_parser *p);
 
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays

@@ -22,10 +22,14 @@ struct Reading {
   uint64_t peak;
 };
 
-Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded) {
+Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded,
+             int block_size = SVG_BLOCK_SIZE) {
   ort_options options = AccountingCore::with_log(log_level);
   options.memory_budget = budget;
-  Document document(drawing, options, [=](svg_parser *p) { p->limits.recorded = recorded; });
+  Document document(drawing, options, [=](svg_parser *p) {
+    p->limits.recorded = recorded;
+    p->block_size = block_size;
+  });
   document.core.allow_temporaries();
   ort_statistics statistics;
   ort_get_statistics(document.core, &statistics);
@@ -64,6 +68,32 @@ TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
         ASSERT_EQ(recorded.result, twice.result) << name << ": " << budget;
         ASSERT_EQ(recorded.log, twice.log) << name << ": " << budget;
       }
+    }
+}
+
+// At log level 4 each tag shows its line, at level 0 the messages do.
+TEST(Recording, CountsLinesAsExpatDoes) {
+  const std::string lines =
+      "<?a\nb?>\n<!DOCTYPE svg [\n<!ENTITY e '\n<g x=\"y\n\" width=\"z\"/>\n'>\n]>"
+      "<svg\n>\n\n<style>\n</style><rect width='a'\n/>&e;<rect\n\ny='\na'/>"
+      "a\n<![CDATA[\n]]>\nb<!--\n\n--><rect x='a'/><title>\n<a>\n</a></title>" +
+      times(3000, " ") + "<rect x='b'/>\n</svg>\n";
+  for (const char *end : {"\n", "\r", "\r\n", "\n\r"})
+    for (const int wide : {0, 1}) {
+      std::string drawing = wide ? "\xFF\xFE" : "";
+      for (const char c : lines) {
+        const std::string written = c == '\n' ? end : std::string(1, c);
+        for (const char byte : written)
+          drawing += wide ? std::string{byte, '\0'} : std::string{byte};
+      }
+      for (const int level : {0, 4})
+        for (const int block : {5, 64, SVG_BLOCK_SIZE}) {
+          const Reading twice = read(drawing, 1 << 26, level, 1, block);
+          const Reading recorded = read(drawing, 1 << 26, level, 1 << 20, block);
+          EXPECT_EQ(recorded.result, twice.result) << wide << block;
+          EXPECT_EQ(recorded.log, twice.log) << wide << block;
+          EXPECT_NE(twice.result.find(", line "), std::string::npos);
+        }
     }
 }
 
