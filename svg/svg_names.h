@@ -2,8 +2,8 @@
  * The numbers by which the tree names elements, properties and keywords.
  *
  * Each list stands here once: "X(name)" becomes a constant below, and a host can make tables of its
- * own from it. A "-" of a name is a "_" here. Numbers stay as they are in later versions: what is new
- * follows at the end of its list.
+ * own from it. A "-" of a name is a "_" here. Numbers stay as they are in later versions: what is
+ * new follows at the end of its list.
  */
 #ifndef SVG_NAMES_H
 #define SVG_NAMES_H
@@ -70,16 +70,15 @@
   /* 141 */ X(xMinYMax)         X(xMinYMid)           X(xMinYMin)           X(xx_large)           X(xx_small)          \
 
 #define SVG_NAME_ELEMENT(name)       SVG_ELEM_##name,
-#define SVG_NAME_PROPERTY(name, row) SVG_PROP_##name = row,
+#define SVG_NAME_PROPERTY(name, row) SVG_PROP_##name = (row),
 #define SVG_NAME_KEYWORD(name)       SVG_KW_##name,
-#define SVG_NAME_ONE(name, row)      +1
 /* clang-format on */
 
 /** Elements: SVG_ELEM_a is 0. */
 enum { SVG_ELEMENTS(SVG_NAME_ELEMENT) SVG_ELEM_COUNT };
 
-/** Properties: their rows. Rows that are no property lie between them; see svg_is_property. */
-enum { SVG_PROPERTIES(SVG_NAME_PROPERTY) SVG_PROP_COUNT = 0 SVG_PROPERTIES(SVG_NAME_ONE) };
+/** Properties: their rows, which need not follow each other; see svg_is_property. */
+enum { SVG_PROPERTIES(SVG_NAME_PROPERTY) };
 
 /** Keywords: SVG_KW_NONE is no keyword. */
 enum { SVG_KW_NONE = 0, SVG_KEYWORDS(SVG_NAME_KEYWORD) SVG_KW_COUNT };
@@ -87,7 +86,6 @@ enum { SVG_KW_NONE = 0, SVG_KEYWORDS(SVG_NAME_KEYWORD) SVG_KW_COUNT };
 #undef SVG_NAME_ELEMENT
 #undef SVG_NAME_PROPERTY
 #undef SVG_NAME_KEYWORD
-#undef SVG_NAME_ONE
 
 /** Attributes that the reader itself looks at, and the number of rows. */
 enum {

@@ -61,13 +61,13 @@ static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES,
 
 // Places in the attribute lists, by element and by the first row of the attribute's name.
 static constexpr auto ESA_INDEXES = [] {
-  std::array<std::array<int8_t, SVG_ATTR_COUNT>, SVG_ELEM_COUNT> indexes;
+  std::array<std::array<int16_t, SVG_ATTR_COUNT>, SVG_ELEM_COUNT> indexes;
   for (size_t id = 0; id < indexes.size(); ++id) {
     indexes[id].fill(-1);
-    int8_t i = 0;
+    int16_t i = 0;
     for (const svg_esa_entry &entry :
          svg_tables::ATTRIBUTE_LISTS.attributes(static_cast<int>(id))) {
-      int8_t &place = indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(entry.name)))];
+      int16_t &place = indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(entry.name)))];
       if (place >= 0) std::abort(); // stops the compiler: two rows of one name are in one list
       place = i++;
     }

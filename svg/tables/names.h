@@ -30,7 +30,7 @@ inline constexpr const char *KEYWORDS[SVG_KW_COUNT] = {"", SVG_KEYWORDS(SVG_KEYW
 
 // Rows of the attribute table that are properties.
 #define SVG_PROPERTY_NUMBER(name, row) row,
-inline constexpr int PROPERTIES[SVG_PROP_COUNT] = {SVG_PROPERTIES(SVG_PROPERTY_NUMBER)};
+inline constexpr int PROPERTIES[] = {SVG_PROPERTIES(SVG_PROPERTY_NUMBER)};
 #undef SVG_PROPERTY_NUMBER
 
 inline constexpr auto IS_PROPERTY = [] {

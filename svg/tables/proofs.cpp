@@ -43,8 +43,8 @@ static constexpr bool is_named(int row, std::string_view name) {
   return ATTRIBUTES[row].name == name;
 }
 
-#define SVG_AND_IS_NAMED(property, row) &&is_named(row, DASHED<#property>.text)
-static_assert(true SVG_PROPERTIES(SVG_AND_IS_NAMED));
+#define SVG_ASSERT_NAME(property, row) static_assert(is_named(row, DASHED<#property>.text));
+SVG_PROPERTIES(SVG_ASSERT_NAME)
 static_assert(is_named(SVG_ATTR_style, "style") && is_named(SVG_ATTR_transform, "transform") &&
               is_named(SVG_ATTR_systemLanguage, "systemLanguage"));
 
