@@ -67,23 +67,29 @@ void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag) {
 }
 
 void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
-  if (!block) return ort_malloc(core, size, tag);
+  void *moved = ort_try_realloc(core, block, size, tag);
+  if (!moved) ort_raise_no_memory(core);
+  return moved;
+}
+
+void *ort_try_realloc(ort_core *core, void *block, size_t size, const char *tag) {
+  if (!block) return try_malloc(core, size, tag);
   make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_chunk *chunk = ort_chunks_find(&memory->chunks, block);
   const ort_label old =
       chunk ? ort_chunk_label(chunk, ort_chunk_index(chunk, block)) : *label_before(block);
   const ort_label label = {size, find_tag(memory, tag)};
-  if (label.tag == NO_TAG || !admit(core, old.size, size)) ort_raise_no_memory(core);
+  if (label.tag == NO_TAG || !admit(core, old.size, size)) return nullptr;
   void *moved;
   if (chunk || is_small(size)) {
     moved = place(memory, label);
-    if (!moved) ort_raise_no_memory(core);
+    if (!moved) return nullptr;
     memcpy(moved, block, old.size < size ? old.size : size);
     remove(memory, block);
   } else {
     moved = realloc(label_before(block), sizeof label + size);
-    if (!moved) ort_raise_no_memory(core);
+    if (!moved) return nullptr;
     *static_cast<ort_label *>(moved) = label;
     moved = static_cast<ort_label *>(moved) + 1;
   }

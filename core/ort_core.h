@@ -90,9 +90,10 @@ void *ort_realloc(ort_core *core, void *block, size_t size,
                   const char *tag);         // null block: ort_malloc
 void ort_free(ort_core *core, void *block); // null is allowed
 
-// As ort_malloc, but null when memory is short: for allocation hooks of C libraries, which no raise
-// may cross.
+// As ort_malloc and ort_realloc, but null when memory is short: for allocation hooks of C
+// libraries, which no raise may cross.
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag);
+void *ort_try_realloc(ort_core *core, void *block, size_t size, const char *tag);
 
 uint64_t ort_memory_budget(const ort_core *core);
 uint64_t ort_memory_left(const ort_core *core); // bytes that the budget still allows

@@ -17,12 +17,6 @@ static size_t batch_size(const svg_parser *p);
 constexpr size_t most_gathered = 16 * SVG_BLOCK_SIZE;
 constexpr size_t most_of_a_token = size_t{1} << 28; // what Expat takes at a time is an int
 
-// What stands before each of Expat's blocks.
-struct expat_block {
-  ort_core *core;
-  size_t size;
-};
-
 // Expat hands no context to its allocator: this is set while Expat is at work.
 struct expat_work {
   svg_parser *parser;
@@ -32,47 +26,35 @@ static thread_local expat_work work;
 
 // Nothing is given when a callback has failed: Expat, which goes on to the end of a start tag,
 // stops there.
-static void *expat_malloc(size_t size) {
-  if (work.parser->callback_failed) return nullptr;
-  ort_core *core = work.parser->core;
-  work.parser->expat_bytes += size;
-  void *memory = size < SIZE_MAX - sizeof(expat_block)
-                     ? ort_try_malloc(core, sizeof(expat_block) + size, "svg_parse_xml")
-                     : nullptr;
-  if (memory == nullptr) {
-    work.memory_was_short = true;
-    return nullptr;
-  }
-  auto *block = static_cast<expat_block *>(memory);
-  *block = {core, size};
-  return block + 1;
-}
-
-static void expat_free(void *memory) {
-  if (memory == nullptr) return;
-  expat_block *block = static_cast<expat_block *>(memory) - 1;
-  ort_free(block->core, block);
-}
-
 static void *expat_realloc(void *memory, size_t size) {
-  void *larger = expat_malloc(size);
-  if (larger == nullptr || memory == nullptr) return larger;
-  const size_t kept = (static_cast<expat_block *>(memory) - 1)->size;
-  memcpy(larger, memory, kept < size ? kept : size);
-  expat_free(memory);
-  return larger;
+  svg_parser *p = work.parser;
+  if (p->callback_failed) return nullptr;
+  p->expat_bytes += size;
+  void *result = ort_try_realloc(p->core, memory, size, "svg_parse_xml");
+  work.memory_was_short |= result == nullptr;
+  return result;
 }
+
+static void *expat_malloc(size_t size) { return expat_realloc(nullptr, size); }
+
+static void expat_free(void *memory) { ort_free(work.parser->core, memory); }
 
 static constexpr XML_Memory_Handling_Suite suite = {expat_malloc, expat_realloc, expat_free};
 
-// Runs call() for the parser's core. Calls nest when a host's callback reads another document.
-// Raises when memory was short, also where Expat could do without.
-template <class Call> static void with_core(svg_parser *p, Call call) {
+// Runs call() for the parser's core, and returns whether memory was short. Calls nest when a host's
+// callback reads another document.
+template <class Call> static bool work_for(svg_parser *p, Call call) {
   const expat_work outer = work;
   work = {p, false};
   call();
   const bool memory_was_short = work.memory_was_short;
   work = outer;
+  return memory_was_short;
+}
+
+// Raises what a callback raised, and when memory was short, also where Expat could do without.
+template <class Call> static void with_core(svg_parser *p, Call call) {
+  const bool memory_was_short = work_for(p, call);
   if (p->callback_failed) ort_rethrow(p->core);
   if (memory_was_short) ort_error(p->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
 }
@@ -116,7 +98,7 @@ XML_Status svg_expat_flush(svg_parser *p) {
 }
 
 void svg_expat_delete(svg_parser *p) {
-  if (p->xml != nullptr) XML_ParserFree(p->xml);
+  if (p->xml != nullptr) work_for(p, [=] { XML_ParserFree(p->xml); });
   p->xml = nullptr;
 }
 
