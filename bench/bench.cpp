@@ -78,6 +78,21 @@ Times print_row(const std::string &name, const Documents &documents) {
   return times;
 }
 
+// The geometric mean of the reader's ratios.
+class Mean {
+public:
+  void add(const Times &times) { logarithms_ += std::log(times.ratio[READER]), ++rows_; }
+  void print() const {
+    if (rows_ > 0)
+      std::printf("%-37s%.2f\n", "Geometric mean of svgreader's ratios",
+                  std::exp(logarithms_ / rows_));
+  }
+
+private:
+  double logarithms_ = 0;
+  int rows_ = 0;
+};
+
 // How many times longer the reader takes over the second document.
 double cost_ratio(const Documents &first, const Documents &second) {
   std::vector<double> ratios;
@@ -125,22 +140,25 @@ int main(int count, char **arguments) {
   for (int i = 0; i < CONTENDERS; ++i) std::printf("%11s%6s", "ms", "ratio");
   std::printf("%16s\n", "per byte");
 
+  Mean mean;
   for (const auto &[package, drawings] : read_corpus())
     if (chosen(package.c_str())) {
-      print_row(package, drawings);
+      mean.add(print_row(package, drawings));
       std::printf("\n");
     }
   for (const Family &family : families)
     if (chosen(family.name)) {
-      print_row(family.name, {family.generate(family.size)});
+      mean.add(print_row(family.name, {family.generate(family.size)}));
       std::printf("%8.2f\n", growth(family));
     }
   if (const char *name = "1000 icons of 1 KB"; chosen(name)) {
     const Times times = print_row(name, Documents(1000, icon_document()));
+    mean.add(times);
     std::printf("\n%-37s%.1f us\n", "One icon costs over two passes",
                 (times.median[READER] - times.median[TWO_PASSES]) * 1e3);
   }
   if (const char *name = "Twice the rules cost a factor of"; chosen(name))
     std::printf("%-37s%.2f\n", name,
                 cost_ratio({styled_document(50000, 200)}, {styled_document(50000, 400)}));
+  mean.print();
 }
