@@ -146,6 +146,28 @@ typedef void (*svg_observer_fn)(void *user, const svg_e_node *element, const svg
  * @param user      its first argument; may be null */
 ORT_API void svg_set_observer(svg_parser *parser, svg_observer_fn observer, void *user);
 
+/** An attribute as it was written, but for what XML makes of its value. */
+typedef struct svg_written_attr {
+  const char *prefix; /**< "" for none; of a namespace with several prefixes, the innermost one */
+  const char *name;   /**< without the prefix */
+  const char *value;
+} svg_written_attr;
+
+/** Told of each element that is built, in document order, as soon as it has its values. line is
+ * where its start tag begins. attributes, count of them, are all that its start tag has in their
+ * order, foreign and refused ones included, then those that the document type adds; they are valid
+ * during the call, as is the array, which is null when there are none. The function must return. */
+typedef void (*svg_element_observer_fn)(void *user, const svg_e_node *element, uint32_t line,
+                                        const svg_written_attr *attributes, size_t count);
+
+/** Sets the observer of elements before svg_parse. With one, svg_parse may raise ORT_E_NO_MEMORY
+ * for the array of attributes.
+ * @param parser    the parser
+ * @param observer  null: none
+ * @param user      its first argument; may be null */
+ORT_API void svg_set_element_observer(svg_parser *parser, svg_element_observer_fn observer,
+                                      void *user);
+
 /** Stores the seconds that the two passes of svg_parse took, by the system's monotonic clock. */
 ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass,
                                 double *main_pass);
@@ -156,6 +178,9 @@ ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pa
  * property's values, attribute before style sheet before style, it is the one that holds, unless a
  * declaration of a style sheet is !important: see svg_set_observer. */
 ORT_API const svg_a_node *svg_find_value(const svg_e_node *element, const char *name);
+
+/** The element that an element lies in, in constant time; null for the outermost one. */
+ORT_API svg_e_node *svg_get_parent(const svg_e_node *element);
 
 /** The element that bears an id or name, or null. */
 ORT_API svg_e_node *svg_find_name(const svg_parser *parser, const char *name);

@@ -54,6 +54,11 @@ void svg_set_limits(svg_parser *p, const svg_limits *limits) {
   p->limits.recorded = wanted.recorded != 0 ? wanted.recorded : ORT_LIMIT_RECORDED;
 }
 
+void svg_set_element_observer(svg_parser *p, svg_element_observer_fn observer, void *user) {
+  p->element_observer = observer;
+  p->element_observer_user = user;
+}
+
 void svg_set_observer(svg_parser *p, svg_observer_fn observer, void *user) {
   p->observer = observer;
   p->observer_user = user;
@@ -91,7 +96,7 @@ void svg_delete_work_space(svg_parser *p) {
   }
   for (ort_vtr **vector :
        {&p->nsp_stack, &p->css_svg_stack, &p->class_nids, &p->pi_items, &p->ext_style_sheets,
-        &p->elem_stack, &p->open_elements, &p->an_values, &p->pada_segments}) {
+        &p->elem_stack, &p->written_attrs, &p->open_elements, &p->an_values, &p->pada_segments}) {
     ort_vtr_delete(*vector);
     *vector = nullptr;
   }

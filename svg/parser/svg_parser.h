@@ -177,7 +177,10 @@ struct svg_parser {
   uint64_t nodes;                               // built so far
   svg_observer_fn observer;
   void *observer_user;
-  svg_source source; // where the values being collected come from, for the observer
+  svg_element_observer_fn element_observer;
+  void *element_observer_user;
+  ort_vtr *written_attrs; // svg_written_attr, for the observer
+  svg_source source;      // where the values being collected come from, for the observer
   double pass_seconds[2];
   int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
 };

@@ -29,12 +29,24 @@ static void pe_release(ort_core *, void *) {}
 
 const ort_item_desc pe_ced = {sizeof(svg_pe_entry), pe_reclaim, pe_release};
 
+// Hosts know the layout of an element, which has no field for this.
+struct element_block {
+  svg_e_node node;
+  svg_e_node *parent; // null of the outermost
+};
+
 svg_e_node *svg_e_node_new(ort_core *core, int id) {
-  auto *node = static_cast<svg_e_node *>(ort_malloc(core, sizeof(svg_e_node), "svg_e_node_new"));
-  *node = svg_e_node{};
+  auto *block =
+      static_cast<element_block *>(ort_malloc(core, sizeof(element_block), "svg_e_node_new"));
+  *block = element_block{};
+  svg_e_node *node = &block->node;
   node->head.id = static_cast<int16_t>(id);
   node->id_nid = CSS_NO_NID;
   return node;
+}
+
+svg_e_node *svg_get_parent(const svg_e_node *element) {
+  return reinterpret_cast<const element_block *>(element)->parent;
 }
 
 void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
@@ -46,6 +58,8 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   svg_e_node *node = svg_e_node_new(p->core, id);
   node->level = p->level;
   node->prev = p->cur_enode;
+  reinterpret_cast<element_block *>(node)->parent =
+      p->level > 1 ? ort_top<svg_open_element>(p->open_elements).node : nullptr;
   node->head.flags = initial_flags(id);
   link_child(p, &node->head);
   p->cur_enode = node;

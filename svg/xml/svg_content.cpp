@@ -9,6 +9,7 @@
 #include "svg/xml/svg_xml.h"
 
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs);
+static void tell_of_element(svg_parser *p, const XML_Char **attrs);
 static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local);
 static void end_element(svg_parser *p, const char *name);
 static bool end_may_raise(const svg_parser *p);
@@ -27,6 +28,8 @@ static void echo_name(svg_parser *p, const char *prefix, const char *local);
 // Character data arrive in pieces; each echo shows the whole run so far while it is no longer than
 // this.
 constexpr size_t echo_whole_run = 4096;
+
+constexpr ort_item_desc written_attr_ced = {sizeof(svg_written_attr), nullptr, nullptr};
 
 void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
@@ -74,6 +77,7 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
       if (p->savelem == SVG_NO_ELEMENT) svg_savelem_open(p, id);
       p->elem_name = local;
       svg_add_e_node(p, id, attrs);
+      if (p->element_observer != nullptr) tell_of_element(p, attrs);
       if (id == SVG_ELEM_text) p->has_text = 1;
     } else {
       skip_element(p, type, prefix, local);
@@ -84,6 +88,22 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
     if (p->skip_level != SVG_NO_SKIP) ort_logg(p->core, ", skip level %d", p->skip_level);
     ort_logg(p->core, "]\n");
   }
+}
+
+static void tell_of_element(svg_parser *p, const XML_Char **attrs) {
+  if (p->written_attrs == nullptr)
+    p->written_attrs = ort_vtr_new(p->core, &written_attr_ced, 16, 0);
+  ort_vtr_resize(p->written_attrs, 0);
+  for (; *attrs != nullptr; attrs += 2) {
+    svg_written_attr attr = {"", nullptr, attrs[1]};
+    if (svg_decomp_fullname(p, attrs[0], &attr.prefix, &attr.name) == SVG_NS_XML)
+      attr.prefix = "xml"; // which nobody needs to declare
+    ort_push(p->written_attrs, attr);
+  }
+  const size_t count = ort_vtr_count(p->written_attrs);
+  p->element_observer(
+      p->element_observer_user, p->cur_enode, static_cast<uint32_t>(svg_xml_line(p)),
+      count > 0 ? &ort_item<svg_written_attr>(p->written_attrs, 0) : nullptr, count);
 }
 
 static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local) {

@@ -113,4 +113,41 @@ TEST(Xml, RestartedMainPassStartsClean) {
   ort_fclose(file);
 }
 
+TEST(Xml, TellsOfElementsAsWritten) {
+  const std::string drawing =
+      "<!DOCTYPE svg [<!ATTLIST g z CDATA 'default'>]>\n"
+      "<svg xmlns='http://www.w3.org/2000/svg' xmlns:i='urn:i' xmlns:j='urn:j'>\n"
+      "<g i:label='&lt;a&#10;' id='b'\n data-x='' xml:space='preserve' x='bad'><rect j:j=' j "
+      "'/></g>\n"
+      "<i:g a='b'><g/></i:g><text/></svg>";
+  const std::string expected =
+      "2 svg in -\n"
+      "3 g in svg i:label=<a\n id=b data-x= xml:space=preserve x=bad z=default\n"
+      "4 rect in g j:j= j \n"
+      "5 text in svg\n";
+  for (const uint64_t recorded : {1, 1 << 20}) {
+    std::string told;
+    const Document document(drawing, AccountingCore::defaults(), [&](svg_parser *p) {
+      p->limits.recorded = recorded;
+      svg_set_element_observer(
+          p,
+          [](void *user, const svg_e_node *element, uint32_t line, const svg_written_attr *attrs,
+             size_t count) {
+            auto &text = *static_cast<std::string *>(user);
+            const auto name = [](const svg_e_node *node) {
+              return node != nullptr ? svg_get_elem_table()[node->head.id].name : "-";
+            };
+            text +=
+                std::to_string(line) + ' ' + name(element) + " in " + name(svg_get_parent(element));
+            for (size_t i = 0; i < count; i++)
+              text += std::string(" ") + attrs[i].prefix + (*attrs[i].prefix ? ":" : "") +
+                      attrs[i].name + '=' + attrs[i].value;
+            text += '\n';
+          },
+          &told);
+    });
+    EXPECT_EQ(told, expected);
+  }
+}
+
 } // namespace
