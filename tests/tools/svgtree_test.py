@@ -59,11 +59,13 @@ def schema_text():
 
 def log_text():
     """All lines of the log: of a drawing that has everything, at each level, and of one that is read again
-    without namespaces. Addresses and the names of embedded files, which differ, become numbers, and blanks
-    at the end of a line visible."""
+    without namespaces. Addresses and the names of embedded files, which differ, become numbers, ids stand
+    in order although the log lists them by address, and blanks at the end of a line are visible."""
     text = ""
     for level, drawing in (*((level, "log") for level in "123456"), ("6", "unbound")):
         _, _, messages = run("--check", "--log", level, f"tests/tools/{drawing}.svg")
+        messages = re.sub(r"(\t\t0x[0-9a-f]+: .*\n)+", lambda found: "".join(
+            sorted(found[0].splitlines(True), key=lambda line: line.split(": ")[1])), messages)
         known = {}
         text += f"==== {drawing}.svg, level {level}\n" + re.sub(
             r"\b(0x[0-9a-f]+|[0-9a-f]{32})\b",
