@@ -150,12 +150,6 @@ void ort_withdraw_spare(ort_core *core, ort_spare *spare) {
   if (*link) *link = spare->next;
 }
 
-size_t ort_count_temporaries(const ort_core *core) {
-  size_t count = 0;
-  for (const ort_temporary *t = core->memory.temporaries; t; t = t->older) ++count;
-  return count;
-}
-
 void ort_memory_delete(ort_core *core) {
   while (core->memory.temporaries) {
     ort_free_tmp(core, reinterpret_cast<ort_label *>(core->memory.temporaries + 1) + 1);

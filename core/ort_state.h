@@ -37,9 +37,6 @@ struct ort_memory {
 // 0 frees and gives null.
 void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size);
 
-// Number of temporary blocks now alive.
-size_t ort_count_temporaries(const ort_core *core);
-
 ORT_NORETURN void ort_raise_no_memory(ort_core *core);
 
 void ort_memory_delete(ort_core *core); // temporary blocks and tag tables

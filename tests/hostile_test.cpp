@@ -22,7 +22,6 @@ bool survives(const std::string &bytes, uint64_t fail_at, int fail_on) {
   options.fail_at = fail_at;
   options.fail_on = fail_on;
   AccountingCore core(options);
-  core.allow_temporaries();
   const bool read = read_once(core, bytes);
   if (core.allocations() < fail_at) return false;
   // Where path data, a color extension or a style sheet are dropped, the error is a warning.
@@ -40,7 +39,6 @@ bool survives(const std::string &bytes, uint64_t fail_at, int fail_on) {
 TEST(Hostile, EveryFailingAllocationIsReported) {
   for (const auto &[name, bytes] : documents()) {
     AccountingCore core;
-    core.allow_temporaries();
     read_once(core, bytes);
     const bool every = name.ends_with("/swept") || name.ends_with(".svgz");
     const size_t stride = every ? 1 : hostile_stride(core.allocations(), 200);
@@ -55,7 +53,6 @@ TEST(Hostile, EveryFailingAllocationIsReported) {
 // The blocks of one drawing lie where those of others were.
 TEST(Hostile, OneCoreReadsAllAndKeepsNothing) {
   AccountingCore core;
-  core.allow_temporaries();
   for (int round = 0; round < 3; round++)
     for (const auto &[name, bytes] : documents()) {
       read_once(core, bytes);
@@ -145,7 +142,6 @@ TEST(Hostile, BudgetsEndAttacks) {
       const svg_limits limits = {10000, 1000, 2, 100000, 0};
       svg_set_limits(p, &limits);
     });
-    document.core.allow_temporaries();
     EXPECT_NE(document.messages().find(c.message), std::string::npos)
         << c.name << ": " << document.code << ' ' << document.messages();
     ort_statistics statistics;

@@ -39,7 +39,8 @@ static void get_link(svg_parser *p, svg_iri *iri, const char *id, size_t length)
 static void get_data(svg_parser *p, svg_iri *iri, const char *text, const char *end);
 static int16_t get_mime(const char *text, const char *end);
 static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length);
-static char *new_file_name(svg_parser *p, int mime, const void *bytes, size_t length);
+static char *new_file_digest(svg_parser *p, const void *bytes, size_t length);
+static char *new_file_name(svg_parser *p, int mime, const char *digest);
 ORT_NORETURN static void incomplete(svg_parser *p, int fatal);
 
 void svg_init_iri(svg_iri *iri) {
@@ -189,10 +190,12 @@ static int16_t get_mime(const char *text, const char *end) {
 static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length) {
   ort_core *core = p->core;
   unsigned char *bytes = nullptr;
+  char *digest = nullptr;
   char *name = nullptr;
   const bool done = ort_protected(core, [&] {
     const size_t count = ort_decode_base64(core, base64, length, &bytes);
-    name = new_file_name(p, iri->mime, bytes, count);
+    digest = new_file_digest(p, bytes, count);
+    name = new_file_name(p, iri->mime, digest);
     if (p->log_level >= 5) ort_logg(core, "\t\t\t[iri data: \"%s\"]\n", name);
     if (ort__info_pvf(core, name, "exists") != 0.0) {
       ort__addref_pvf(core, name);
@@ -202,6 +205,7 @@ static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length
       ort__create_pvf(core, name, bytes, count, "deletedata");
     }
   });
+  ort_free_tmp(core, digest);
   if (!done) {
     ort_free(core, bytes);
     ort_free(core, name);
@@ -211,23 +215,23 @@ static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length
 }
 
 // The parser's address keeps the files of two parsers of one core apart.
-static char *new_file_name(svg_parser *p, int mime, const void *bytes, size_t length) {
-  constexpr size_t DIGEST = 16;
-  unsigned char digest[DIGEST];
+static char *new_file_digest(svg_parser *p, const void *bytes, size_t length) {
+  unsigned char digest[16];
   ort_md5 md5;
   ort_MD5_Init(&md5);
   ort_MD5_Update(&md5, &p, sizeof p);
   ort_MD5_Update(&md5, bytes, length);
   ort_MD5_Final(digest, &md5);
+  return ort_str2hexstr(p->core, digest, sizeof digest, "", ORT_DUP_TEMPORARY, "svg_get_iri");
+}
 
-  char *hex = ort_str2hexstr(p->core, digest, DIGEST, "", ORT_DUP_TEMPORARY, "svg_get_iri");
+static char *new_file_name(svg_parser *p, int mime, const char *digest) {
   const char *suffix = ort_errprintf(p->core, " (%s file embedded in SVG)",
                                      ort_get_keyword(mime, svg_mime_keylist2));
-  const size_t suffix_size = strlen(suffix) + 1;
-  auto *name = static_cast<char *>(ort_malloc(p->core, 2 * DIGEST + suffix_size, "svg_get_iri"));
-  memcpy(name, hex, 2 * DIGEST);
-  memcpy(name + 2 * DIGEST, suffix, suffix_size);
-  ort_free_tmp(p->core, hex);
+  const size_t digest_length = strlen(digest), suffix_size = strlen(suffix) + 1;
+  auto *name = static_cast<char *>(ort_malloc(p->core, digest_length + suffix_size, "svg_get_iri"));
+  memcpy(name, digest, digest_length);
+  memcpy(name + digest_length, suffix, suffix_size);
   return name;
 }
 

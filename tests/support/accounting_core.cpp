@@ -26,12 +26,7 @@ AccountingCore::~AccountingCore() {
   ort_core_delete(core_);
 }
 
-void AccountingCore::expect_clean() const {
-  EXPECT_EQ(live_blocks(), "");
-  if (!temporaries_allowed_) {
-    EXPECT_EQ(ort_count_temporaries(core_), 0U) << "temporary blocks";
-  }
-}
+void AccountingCore::expect_clean() const { EXPECT_EQ(live_blocks(), ""); }
 
 ort_options AccountingCore::defaults() {
   ort_options options;
@@ -48,9 +43,6 @@ ort_options AccountingCore::with_log(int level, int log_class) {
 std::string AccountingCore::live_blocks() const {
   std::vector<ort_tag_count> counts(ort_get_tag_counts(core_, nullptr, 0));
   ort_get_tag_counts(core_, counts.data(), counts.size());
-  ort_statistics statistics;
-  ort_get_statistics(core_, &statistics);
-  if (statistics.live_blocks == ort_count_temporaries(core_)) return "";
   std::string text;
   for (const ort_tag_count &count : counts) {
     if (count.blocks == 0) continue;
@@ -75,7 +67,6 @@ void allocation_sweep(const std::function<bool(AccountingCore &)> &body,
       failing.fail_at = at;
       failing.fail_on = on;
       AccountingCore core(failing);
-      core.allow_temporaries();
       const bool succeeded = body(core);
       if (core.allocations() < at) {
         EXPECT_TRUE(succeeded) << "without a failure: " << ort_error_text(core);

@@ -18,8 +18,7 @@ struct Message {
   bool operator==(const Message &) const = default;
 };
 
-// A core that records messages and log. When it goes, the test fails if a block or a temporary
-// block is still alive.
+// A core that records messages and log. When it goes, the test fails if a block is still alive.
 class AccountingCore {
 public:
   // The sinks in options are replaced.
@@ -44,15 +43,11 @@ public:
   uint64_t allocations() const;
   void expect_clean() const; // as when the core goes
 
-  // An error was injected on purpose: temporaries that it skipped belong to the core.
-  void allow_temporaries() { temporaries_allowed_ = true; }
-
   std::vector<Message> messages;
   std::string log;
 
 private:
   ort_core *core_;
-  bool temporaries_allowed_ = false;
 };
 
 // Runs body under a new core with allocation 1, 2, 3 ... failing, first only that one and then also

@@ -30,7 +30,6 @@ Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_
     p->limits.recorded = recorded;
     p->block_size = block_size;
   });
-  document.core.allow_temporaries();
   ort_statistics statistics;
   ort_get_statistics(document.core, &statistics);
   EXPECT_LE(statistics.peak_bytes, budget);
