@@ -66,9 +66,12 @@ int ort_elliarc_to_bezier(ort_bezier_list *list, const ort_matrix *matrix, ort_v
             {slope * u.x - along * n.x, slope * u.y - along * n.y}};
   };
 
-  // At most a quarter each. The tolerance keeps one whose angle was rounded up in one piece.
+  // At most a quarter each. About a half circle the angle magnifies what rounding took from the
+  // chord: to_center is the root of it. The tolerance covers that, and costs no precision: the
+  // distance of the curve from the arc goes with the sixth power of the angle.
+  constexpr double TOLERANCE = 1e-4;
   const double quarters = 2 * half_angle / (std::numbers::pi / 2);
-  const int count = std::clamp(static_cast<int>(std::ceil(quarters - 1e-9)), 1, 4);
+  const int count = std::clamp(static_cast<int>(std::ceil(quarters - TOLERANCE)), 1, 4);
   const double step = 2 * half_angle / count;
   const double handle = 4.0 / 3.0 * std::tan(step / 4);
 

@@ -76,6 +76,22 @@ TEST(Arc, FollowsTheEllipse) {
     }
 }
 
+// Far from the origin the ends of a small arc are rounded coarsely, and half circles suffer most.
+TEST(Arc, CutsWholeQuartersIntoAsManyCurves) {
+  std::mt19937 random(2);
+  std::uniform_int_distribution<int> tenths(1, 9999);
+  for (int quarters : {1, 2, 3})
+    for (int i = 0; i < 4000; ++i) {
+      const double x = tenths(random) / 10.0, y = tenths(random) / 10.0, r = tenths(random) / 10.0;
+      const ort_vector ends[] = {{x + r, y + r}, {x + r + r, y}, {x + r, y + r}};
+      ort_bezier_list list;
+      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {x, y}, ends[quarters - 1], r, r, 0,
+                                      quarters == 3 || (quarters == 2 && i % 2), i % 3 == 0, 1),
+                0);
+      ASSERT_EQ(list.count, quarters) << x << ' ' << y << ' ' << r;
+    }
+}
+
 TEST(Arc, ScalesRadiiThatAreTooSmall) {
   for (const auto &[rx, ry, expected_ry] : {std::array{1.0, 1.0, 5.0}, {1e-6, 2e-6, 10}, {5, 5, 5}})
     for (int large : {0, 1}) {
