@@ -47,10 +47,11 @@ static void print_fill(const svg_parser *parser, const svg_a_node *fill) {
 
 static void print_extent(const svg_an_path_data *path) {
   double left = HUGE_VAL, top = HUGE_VAL, right = -HUGE_VAL, bottom = -HUGE_VAL;
-  for (size_t i = 0; i < ort_vtr_count(path->segments); i++) {
-    const svg_pada *segment = ort_vtr_at(path->segments, i);
-    for (int k = 0; k < segment->count; k++) {
-      const double *point = segment->points + 2 * k;
+  size_t count;
+  const svg_pada *segments = svg_get_segments(path, &count);
+  for (size_t i = 0; i < count; ++i) {
+    for (int k = 0; k < segments[i].count; ++k) {
+      const double *point = segments[i].points + 2 * k;
       if (point[0] < left) left = point[0];
       if (point[1] < top) top = point[1];
       if (point[0] > right) right = point[0];

@@ -54,11 +54,12 @@ static void print_fill(const svg_parser *parser, const svg_a_node *fill) {
 
 static void print_extent(const svg_an_path_data &path) {
   double low[2] = {HUGE_VAL, HUGE_VAL}, high[2] = {-HUGE_VAL, -HUGE_VAL};
-  for (size_t i = 0; i < ort_vtr_count(path.segments); i++) {
-    const auto *segment = static_cast<const svg_pada *>(ort_vtr_at(path.segments, i));
-    for (int k = 0; k < 2 * segment->count; k++) {
-      low[k % 2] = std::fmin(low[k % 2], segment->points[k]);
-      high[k % 2] = std::fmax(high[k % 2], segment->points[k]);
+  size_t count;
+  const svg_pada *segments = svg_get_segments(&path, &count);
+  for (size_t i = 0; i < count; ++i) {
+    for (int k = 0; k < 2 * segments[i].count; ++k) {
+      low[k % 2] = std::fmin(low[k % 2], segments[i].points[k]);
+      high[k % 2] = std::fmax(high[k % 2], segments[i].points[k]);
     }
   }
   if (low[0] <= high[0]) std::printf(", extent %g,%g to %g,%g", low[0], low[1], high[0], high[1]);

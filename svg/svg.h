@@ -37,6 +37,10 @@ ORT_API svg_record_kind svg_get_record_kind(int32_t row);
 /** Text of a keyword id; "" for SVG_KW_NONE, null for a number that is no id. */
 ORT_API const char *svg_get_keyword_text(int32_t id);
 
+/** 1 when an element without a value for this property takes its parent's (SVG 1.1, appendix N: the
+ * column "Inherited"); 0 for other properties and for rows that are no property. */
+ORT_API int32_t svg_is_inherited(int32_t row);
+
 /** A row of the reader's error table.
  * @param i           the row, from 0, in ascending order of code
  * @param code        receives the code; may be null
@@ -219,6 +223,43 @@ ORT_API int32_t svg_check_system_language(svg_parser *parser, const svg_e_node *
  * thing only when they are one text.
  * @raises ORT_E_INTERNAL for two IRIs of the kind SVG_IRI_NONE or of no kind */
 ORT_API int32_t svg_equal_iri(ort_core *core, const svg_iri *a, const svg_iri *b);
+
+/* ---- Facts about values ---------------------------------------------------------------------- */
+
+/** Text of a unit (SVG_UNIT_*): "px", "%"; "" for SVG_UNIT_NONE, null for a number that is no unit.
+ */
+ORT_API const char *svg_get_unit_text(int32_t unit);
+
+/** Text of a MIME type (SVG_MIME_*): "image/png"; null for an unknown or no type. */
+ORT_API const char *svg_get_mime_text(int32_t mime);
+
+/** Name of a color space (SVG_CT_*) as drawings write it: "icc-color" for each SVG_CT_ICC*; null
+ * for SVG_CT_NONE. */
+ORT_API const char *svg_get_color_space_text(int32_t colortype);
+
+/** The values of a color extension, without leading slot and terminator.
+ * @param color  a color with or without extension
+ * @param count  receives the number of values
+ * @return the first value; null when there are none */
+ORT_API const double *svg_get_components(const svg_color *color, int32_t *count);
+
+/** How many numbers a transform of a type (SVG_TRAFO_*) has: 6, 2 or 1. */
+ORT_API int32_t svg_get_trafo_count(int32_t type);
+
+/** A transform of any type as a matrix (SVG 1.1, 7.6).
+ * @param trafo   a transform
+ * @param matrix  receives a b c d e f, which map (x, y) to (a x + c y + e, b x + d y + f) */
+ORT_API void svg_get_matrix(const svg_an_trafo *trafo, double matrix[6]);
+
+/** 1 when a value is the keyword "inherit" and nothing else. 0 also for IRIs (clip-path, mask,
+ * markers), whose records do not tell "inherit" from "none". */
+ORT_API int32_t svg_is_inherit(const svg_a_node *value);
+
+/** The segments of path data.
+ * @param path   path data
+ * @param count  receives the number of records
+ * @return the first of them; null when there are none */
+ORT_API const svg_pada *svg_get_segments(const svg_an_path_data *path, size_t *count);
 
 /* ---- SVG fonts ------------------------------------------------------------------------------- */
 

@@ -111,7 +111,8 @@ enum {
   SVG_UNIT_MM,
   SVG_UNIT_PT,
   SVG_UNIT_PC,
-  SVG_UNIT_PERCENT
+  SVG_UNIT_PERCENT,
+  SVG_UNIT_COUNT
 };
 
 /** Kinds of value records; docs/values.md tells which rows have which. */
@@ -274,12 +275,12 @@ enum {
   SVG_TRAFO_TRANSLATE_XY = 8 /**< tx ty */
 };
 
-/** A transform. The block is as long as its type needs: 56 bytes for a matrix, 24 for two numbers,
- * 16 for one. */
+/** A transform. The block is only as long as its type needs (56 bytes for a matrix, 24 for two
+ * numbers, 16 for one), so a record must not be copied as a whole. svg_get_matrix reads any. */
 typedef struct svg_an_trafo {
   svg_a_node head;
   int32_t type;      /**< SVG_TRAFO_* */
-  double numbers[6]; /**< 6, 1 or 2 of them exist, by type */
+  double numbers[6]; /**< svg_get_trafo_count(type) of them exist */
 } svg_an_trafo;
 
 /** Color spaces of a color extension. */
@@ -306,8 +307,8 @@ typedef struct svg_color {
   uint32_t rgb;      /**< sRGB 0x00RRGGBB */
   int32_t colortype; /**< SVG_CT_* */
   char *name;        /**< ICC profile or named color, or null */
-  /** Values of the extension, or null. For SVG_CT_ICC*, SVG_CT_ICC_NAMED and SVG_CT_DEVICE_NCHANNEL
-   * comps[0] is -1 and the values follow from comps[1]. */
+  /** Values of the extension, or null: see svg_get_components. For SVG_CT_ICC*, SVG_CT_ICC_NAMED
+   * and SVG_CT_DEVICE_NCHANNEL comps[0] is -1 and the values follow from comps[1]. */
   double *comps;
 } svg_color;
 
@@ -416,7 +417,7 @@ typedef struct svg_an_path_data {
   svg_a_node head;
   int32_t align_;
   int32_t vertices;  /**< 1 for each moveto, lineto and closepath, 3 for each curve */
-  ort_vtr *segments; /**< svg_pada records; null for bad path data and for a moveto alone */
+  ort_vtr *segments; /**< see svg_get_segments; null for bad path data and for a moveto alone */
 } svg_an_path_data;
 
 /* ---- Schema ----------------------------------------------------------------------------------

@@ -36,8 +36,6 @@ static Holder find_holder(const Drawing &drawing, const Chain &chain, int row);
 static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row);
 static bool competes(const svg_a_node *value, int row);
 static int rank(svg_source source);
-static bool is_inherit(const svg_a_node *value);
-static bool inherits(int row);
 
 bool is_property_name(const std::string &name) {
   for (int row = 0; row < SVG_ATTR_COUNT; row++)
@@ -103,7 +101,7 @@ static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, i
     fputs("    overrides ", out);
     print_value(out, drawing, {element, value}, row);
   }
-  if (winner != nullptr && !is_inherit(winner)) return;
+  if (winner != nullptr && !svg_is_inherit(winner)) return;
   if (const Holder holder = find_holder(drawing, chain, row); holder.value != nullptr) {
     fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element).c_str());
     print_value(out, drawing, holder, row);
@@ -129,8 +127,8 @@ static void print_value(FILE *out, const Drawing &drawing, const Holder &holder,
 static Holder find_holder(const Drawing &drawing, const Chain &chain, int row) {
   for (const svg_e_node *element : chain) {
     const svg_a_node *value = find_winner(drawing, element, row);
-    if (value != nullptr && !is_inherit(value)) return {element, value};
-    if (value == nullptr && !inherits(row)) break;
+    if (value != nullptr && !svg_is_inherit(value)) return {element, value};
+    if (value == nullptr && !svg_is_inherited(row)) break;
   }
   return {};
 }
@@ -165,36 +163,4 @@ static int rank(svg_source source) {
   case SVG_SOURCE_IMPORTANT: return 4;
   }
   return 0;
-}
-
-static bool is_inherit(const svg_a_node *value) {
-  switch (svg_get_record_kind(value->row)) {
-  case SVG_RECORD_PAINT: return value->kind == SVG_PAINT_INHERIT;
-  case SVG_RECORD_KEYWORD: return as<svg_an_keyword>(value)->key == SVG_KW_inherit;
-  case SVG_RECORD_KEY_NUMBER: return as<svg_an_key_number>(value)->key == SVG_KW_inherit;
-  case SVG_RECORD_KEY_UNUM: return as<svg_an_key_unum>(value)->key == SVG_KW_inherit;
-  case SVG_RECORD_KEY_UNUM_LIST: return as<svg_an_key_unum_list>(value)->key == SVG_KW_inherit;
-  case SVG_RECORD_CLIP: return as<svg_an_clip>(value)->key == SVG_KW_inherit;
-  case SVG_RECORD_COLOR_PROFILE: return as<svg_an_color_profile>(value)->keyword == SVG_KW_inherit;
-  case SVG_RECORD_KEY_NAME_LIST: return as<svg_an_key_name_list>(value)->keys[0] == SVG_KW_inherit;
-  default: return false;
-  }
-}
-
-static bool inherits(int row) {
-  switch (row) { // of the property index of SVG 1.1
-  case SVG_PROP_background_color:
-  case SVG_PROP_baseline_shift:
-  case SVG_PROP_clip:
-  case SVG_PROP_clip_path:
-  case SVG_PROP_display:
-  case SVG_PROP_mask:
-  case SVG_PROP_opacity:
-  case SVG_PROP_overflow:
-  case SVG_PROP_stop_color:
-  case SVG_PROP_stop_opacity:
-  case SVG_PROP_text_decoration:
-  case SVG_PROP_unicode_bidi: return false;
-  default: return svg_is_property(row);
-  }
 }

@@ -2,6 +2,7 @@
 // of a number is written as a keyword when it does.
 #include "tools/json_value.h"
 
+#include <span>
 #include <string>
 
 #include "tools/schema.h"
@@ -122,7 +123,7 @@ static void write_number(JsonWriter &json, double value) {
 static void write_length(JsonWriter &json, double value, int unit) {
   write_type(json, "length");
   json.field("value", value);
-  json.field("unit", unit_text(unit));
+  json.field("unit", svg_get_unit_text(unit));
 }
 
 static void write_clip(JsonWriter &json, const svg_an_clip *clip) {
@@ -139,14 +140,14 @@ static void write_lengths(JsonWriter &json, int32_t count, const double *values,
   write_type(json, "lengths");
   write_items(json, count, [&](int32_t i) { return values[i]; });
   json.list("units", [&] {
-    for (int32_t i = 0; i < count; i++) json.value(unit_text(units[i]));
+    for (int32_t i = 0; i < count; i++) json.value(svg_get_unit_text(units[i]));
   });
 }
 
 static void write_trafo(JsonWriter &json, const svg_an_trafo *trafo) {
   write_type(json, "transform");
   json.field("kind", trafo->type);
-  write_items(json, trafo_numbers(trafo->type), [&](int32_t i) { return trafo->numbers[i]; });
+  write_items(json, svg_get_trafo_count(trafo->type), [&](int32_t i) { return trafo->numbers[i]; });
 }
 
 static void write_paint(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
@@ -172,9 +173,10 @@ static void write_color(JsonWriter &json, const svg_color &color) {
   write_rgb(json, "rgb", color.rgb);
   json.field("colortype", color.colortype);
   json.field("colorName", color.name); // "name" is the property
-  const ColorValues values = color_values(color);
+  int32_t count = 0;
+  const double *components = svg_get_components(&color, &count);
   json.list("components", [&] {
-    for (int i = 0; i < values.count; i++) json.value(values.first[i]);
+    for (int32_t i = 0; i < count; ++i) json.value(components[i]);
   });
 }
 
@@ -193,7 +195,7 @@ static void write_iri(JsonWriter &json, const Drawing &drawing, const NodeNumber
     json.value(link_text(drawing, iri));
   else
     json.value(iri.kind != SVG_IRI_NONE ? iri.ref.text : nullptr);
-  json.field("mime", iri.mime >= 0 ? mime_text(iri.mime) : nullptr);
+  json.field("mime", svg_get_mime_text(iri.mime));
 }
 
 static std::string link_text(const Drawing &drawing, const svg_iri &iri) {
@@ -221,13 +223,14 @@ static void write_path(JsonWriter &json, const svg_an_path_data *path) {
   static constexpr const char *commands[] = {"", "M", "L", "C", "Z"};
   write_type(json, "path");
   json.field("vertices", path->vertices);
+  size_t count = 0;
+  const svg_pada *segments = svg_get_segments(path, &count);
   json.array("segments", [&] {
-    for (size_t i = 0; i < ort_vtr_count(path->segments); i++) {
-      const auto *segment = static_cast<const svg_pada *>(ort_vtr_at(path->segments, i));
+    for (const svg_pada &segment : std::span(segments, count)) {
       json.begin_object();
-      json.field("op", commands[segment->type]);
+      json.field("op", commands[segment.type]);
       json.list("points", [&] {
-        for (int k = 0; k < 2 * segment->count; k++) json.value(segment->points[k]);
+        for (int k = 0; k < 2 * segment.count; ++k) json.value(segment.points[k]);
       });
       json.end_object();
     }

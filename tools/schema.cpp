@@ -10,56 +10,6 @@ const char *element_name(int id) { return svg_get_elem_table()[id].name; }
 
 const char *row_name(int row) { return svg_get_attr_table()[row].name; }
 
-int trafo_numbers(int type) {
-  switch (type) {
-  case SVG_TRAFO_MATRIX: return 6;
-  case SVG_TRAFO_SCALE_XY:
-  case SVG_TRAFO_TRANSLATE_XY: return 2;
-  default: return 1;
-  }
-}
-
-const char *color_space_name(int colortype) {
-  switch (colortype) {
-  case SVG_CT_DEVICE_GRAY: return "device-gray";
-  case SVG_CT_DEVICE_RGB: return "device-rgb";
-  case SVG_CT_DEVICE_CMYK: return "device-cmyk";
-  case SVG_CT_ICC:
-  case SVG_CT_ICC1:
-  case SVG_CT_ICC3:
-  case SVG_CT_ICC4: return "icc-color";
-  case SVG_CT_CIELAB: return "cielab";
-  case SVG_CT_ICC_NAMED: return "icc-named-color";
-  case SVG_CT_DEVICE_NCHANNEL: return "device-nchannel";
-  default: return "";
-  }
-}
-
-const char *mime_text(int mime) {
-  static constexpr const char *texts[] = {"image/gif",     "image/jpeg", "image/png",
-                                          "image/svg+xml", "image/tiff", "text/css"};
-  return mime >= 0 ? texts[mime] : "unknown type";
-}
-
-ColorValues color_values(const svg_color &color) {
-  switch (color.colortype) {
-  case SVG_CT_DEVICE_GRAY: return {color.comps, 1};
-  case SVG_CT_DEVICE_RGB:
-  case SVG_CT_CIELAB: return {color.comps, 3};
-  case SVG_CT_DEVICE_CMYK: return {color.comps, 4};
-  case SVG_CT_ICC1:
-  case SVG_CT_ICC_NAMED: return {color.comps + 1, 1};
-  case SVG_CT_ICC3: return {color.comps + 1, 3};
-  case SVG_CT_ICC4: return {color.comps + 1, 4};
-  case SVG_CT_DEVICE_NCHANNEL: {
-    int count = 0;
-    while (color.comps[1 + count] != SVG_CT_TERMINATOR) count++;
-    return {color.comps + 1, count};
-  }
-  default: return {nullptr, 0};
-  }
-}
-
 void print_schema(FILE *out, bool pretty) {
   JsonWriter json(out, pretty);
   json.begin_object();

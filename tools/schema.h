@@ -14,22 +14,6 @@ template <class Record> const Record *as(const svg_a_node *value) {
 const char *element_name(int id);
 const char *row_name(int row);
 
-// How many numbers a transform of this type (SVG_TRAFO_*) has.
-int trafo_numbers(int type);
-
-// Text of a color extension's space ("icc-color").
-const char *color_space_name(int colortype);
-
-// MIME type of embedded data (SVG_MIME_*).
-const char *mime_text(int mime);
-
-// The values of a color extension, without leading slot and terminator.
-struct ColorValues {
-  const double *first;
-  int count;
-};
-ColorValues color_values(const svg_color &color);
-
 // Writes the tables as one JSON object, on one line unless pretty.
 void print_schema(FILE *out, bool pretty);
 

@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstdio>
+#include <span>
 
 #include "tools/schema.h"
 #include "tools/utf8.h"
@@ -30,12 +31,6 @@ std::string number_text(double value, bool exact) {
   char *end = buffer + sizeof buffer;
   return {buffer, exact ? std::to_chars(buffer, end, value).ptr
                         : std::to_chars(buffer, end, value, std::chars_format::general, 9).ptr};
-}
-
-const char *unit_text(int unit) {
-  static constexpr const char *texts[] = {"",   "deg", "grad", "rad", "em", "ex", "px",
-                                          "in", "cm",  "mm",   "pt",  "pc", "%"};
-  return texts[unit];
 }
 
 std::string rgb_text(uint32_t rgb) {
@@ -151,7 +146,7 @@ std::string source_text(const Drawing &drawing, const svg_e_node *element,
 }
 
 static std::string unum_text(double value, int unit, bool full) {
-  return number_text(value, full) + unit_text(unit);
+  return number_text(value, full) + svg_get_unit_text(unit);
 }
 
 static std::string keyword_or(int key, const std::string &otherwise) {
@@ -168,7 +163,7 @@ static std::string trafo_text(const svg_an_trafo *trafo, bool full) {
   static constexpr const char *functions[] = {"matrix", "rotate", "",          "scale",    "scale",
                                               "skewX",  "skewY",  "translate", "translate"};
   return std::string(functions[trafo->type]) + '(' +
-         list_text(trafo_numbers(trafo->type), " ", true,
+         list_text(svg_get_trafo_count(trafo->type), " ", true,
                    [&](int32_t i) { return number_text(trafo->numbers[i], full); }) +
          ')';
 }
@@ -189,11 +184,12 @@ static std::string paint_text(const Drawing &drawing, const svg_a_node *value, b
 }
 
 static std::string color_text(const svg_color &color, bool full) {
-  std::string result = rgb_text(color.rgb) + ' ' + color_space_name(color.colortype) + '(';
+  std::string result = rgb_text(color.rgb) + ' ' + svg_get_color_space_text(color.colortype) + '(';
   if (color.name != nullptr) result += escaped(color.name);
-  const ColorValues values = color_values(color);
-  for (int i = 0; i < values.count; i++)
-    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(values.first[i], full);
+  int32_t count = 0;
+  const double *components = svg_get_components(&color, &count);
+  for (int32_t i = 0; i < count; ++i)
+    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(components[i], full);
   return result + ')';
 }
 
@@ -230,6 +226,11 @@ std::string data_text(const Drawing &drawing, const svg_iri &iri) {
   return std::string(mime_text(iri.mime)) + ", " + std::to_string(size) + " bytes";
 }
 
+const char *mime_text(int mime) {
+  const char *text = svg_get_mime_text(mime);
+  return text != nullptr ? text : "unknown type";
+}
+
 static std::string funciri_text(const Drawing &drawing, const svg_iri &iri) {
   return is_none(iri) ? "none" : "url(" + iri_text(drawing, iri) + ')';
 }
@@ -249,12 +250,13 @@ static std::string path_text(const svg_an_path_data *path, bool full) {
   static constexpr const char *commands[] = {"", "M", "L", "C", "Z"};
   std::string result;
   int32_t shown = 0;
-  for (size_t i = 0; i < ort_vtr_count(path->segments); i++) {
-    const auto *record = static_cast<const svg_pada *>(ort_vtr_at(path->segments, i));
-    result += (result.empty() ? "" : " ") + std::string(commands[record->type]);
-    for (int k = 0; k < record->count && (full || shown < shown_items); k++, shown++)
-      result += ' ' + number_text(record->points[2 * k], full) + ',' +
-                number_text(record->points[2 * k + 1], full);
+  size_t count = 0;
+  const svg_pada *segments = svg_get_segments(path, &count);
+  for (const svg_pada &segment : std::span(segments, count)) {
+    result += (result.empty() ? "" : " ") + std::string(commands[segment.type]);
+    for (int k = 0; k < segment.count && (full || shown < shown_items); ++k, ++shown)
+      result += ' ' + number_text(segment.points[2 * k], full) + ',' +
+                number_text(segment.points[2 * k + 1], full);
     if (!full && shown >= shown_items) {
       result += " ...";
       break;

@@ -11,9 +11,6 @@
 // digits that a person can use.
 std::string number_text(double value, bool exact);
 
-// "px", "%", ...; "" for none.
-const char *unit_text(int unit);
-
 // "#1a2b3c"
 std::string rgb_text(uint32_t rgb);
 
@@ -28,6 +25,9 @@ std::string iri_text(const Drawing &drawing, const svg_iri &iri);
 
 // "image/png, 79 bytes"
 std::string data_text(const Drawing &drawing, const svg_iri &iri);
+
+// Type of embedded data (SVG_MIME_*) for a person.
+const char *mime_text(int mime);
 
 // A value. Numbers and long lists and paths are shortened unless full.
 std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full);

@@ -43,6 +43,8 @@ static char *new_file_digest(svg_parser *p, const void *bytes, size_t length);
 static char *new_file_name(svg_parser *p, int mime, const char *digest);
 ORT_NORETURN static void incomplete(svg_parser *p, int fatal);
 
+const char *svg_get_mime_text(int32_t mime) { return ort_get_keyword(mime, svg_mime_keylist1); }
+
 void svg_init_iri(svg_iri *iri) {
   *iri = {.kind = SVG_IRI_NAME, .mime = SVG_MIME_NOT_DATA, .fallback = -1, .ref = {}};
 }

@@ -37,6 +37,18 @@ constexpr svg_key_entry svg_units[] = {
 };
 // clang-format on
 
+constexpr auto svg_unit_texts = [] {
+  std::array<const char *, SVG_UNIT_COUNT> texts = {};
+  for (const svg_key_entry &unit : svg_units) texts[static_cast<size_t>(unit.id)] = unit.text;
+  texts[SVG_UNIT_NONE] = "";
+  texts[SVG_UNIT_PERCENT] = "%";
+  return texts;
+}();
+
+const char *svg_get_unit_text(int32_t unit) {
+  return unit >= 0 && unit < SVG_UNIT_COUNT ? svg_unit_texts[static_cast<size_t>(unit)] : nullptr;
+}
+
 // ---- Tokens -------------------------------------------------------------------------------------
 
 void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }

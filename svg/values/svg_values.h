@@ -9,6 +9,9 @@
 template <class Record> Record *svg_record(svg_a_node *node) {
   return reinterpret_cast<Record *>(node);
 }
+template <class Record> const Record *svg_record(const svg_a_node *node) {
+  return reinterpret_cast<const Record *>(node);
+}
 
 // ---- svg_attr.cpp: dispatch -----------------------------------------------------------------------------------------
 

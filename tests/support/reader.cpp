@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <gtest/gtest.h>
+#include <span>
 
 #include "svg/names/svg_schema.h"
 #include "tests/support/cases.h"
@@ -127,10 +128,9 @@ template <class Item> static std::string list(int32_t count, Item item) {
 }
 
 template <class Record> static std::string unums(const Record *record) {
-  static constexpr const char *units[] = {"",   "deg", "grad", "rad", "em", "ex", "px",
-                                          "in", "cm",  "mm",   "pt",  "pc", "%"};
-  return list(record->count,
-              [=](int32_t i) { return number(record->values[i]) + units[record->units[i]]; });
+  return list(record->count, [=](int32_t i) {
+    return number(record->values[i]) + svg_get_unit_text(record->units[i]);
+  });
 }
 
 static std::string unum(double value, uint8_t unit) {
@@ -150,25 +150,21 @@ static std::string iri_text(const svg_parser *parser, const svg_iri &iri) {
 }
 
 static std::string color_text(const svg_color &color) {
-  static constexpr int counts[] = {1, 3, 4, 0, 1, 3, 4, 3, 0, 1, 0};
-  const int type = color.colortype;
-  std::string result = rgb(color.rgb) + " type " + number(type);
+  std::string result = rgb(color.rgb) + " type " + number(color.colortype);
   if (color.name != nullptr) result += std::string(" '") + color.name + "'";
   if (color.comps == nullptr) return result;
-  const bool skips = (type >= SVG_CT_ICC && type <= SVG_CT_ICC4) || type >= SVG_CT_ICC_NAMED;
-  const double *comps = color.comps + (skips ? 1 : 0);
-  int32_t count = counts[type];
-  if (type == SVG_CT_DEVICE_NCHANNEL)
-    while (comps[count] != SVG_CT_TERMINATOR) count++;
+  int32_t count = 0;
+  const double *comps = svg_get_components(&color, &count);
   return result + " " + list(count, [=](int i) { return number(comps[i]); });
 }
 
 static std::string path_text(const svg_an_path_data *path) {
   std::string result = number(path->vertices);
-  for (size_t i = 0; i < ort_vtr_count(path->segments); i++) {
-    const auto *segment = static_cast<const svg_pada *>(ort_vtr_at(path->segments, i));
-    result += std::string(" ") + "?MLCZ"[segment->type];
-    for (int k = 0; k < 2 * segment->count; k++) result += " " + number(segment->points[k]);
+  size_t count = 0;
+  const svg_pada *segments = svg_get_segments(path, &count);
+  for (const svg_pada &segment : std::span(segments, count)) {
+    result += std::string(" ") + "?MLCZ"[segment.type];
+    for (int k = 0; k < 2 * segment.count; k++) result += " " + number(segment.points[k]);
   }
   return result;
 }
@@ -216,10 +212,10 @@ std::string value_text(const svg_parser *parser, const svg_a_node *value) {
     return keyword(record->key, unums(record));
   }
   case SVG_RECORD_TRAFO: {
-    static constexpr int counts[] = {6, 1, 0, 1, 2, 1, 1, 1, 2};
     const auto *record = as<svg_an_trafo>(value);
-    return number(record->type) + ": " +
-           list(counts[record->type], [=](int i) { return number(record->numbers[i]); });
+    return number(record->type) + ": " + list(svg_get_trafo_count(record->type), [=](int i) {
+             return number(record->numbers[i]);
+           });
   }
   case SVG_RECORD_COLOR: return rgb(as<svg_an_color>(value)->rgb);
   case SVG_RECORD_PAINT:
