@@ -14,14 +14,22 @@ struct conversion {
   int width;
 };
 
+struct escape_out {
+  ort_out out;
+  char *buffer; // null: only the length counts
+  size_t length;
+};
+
 } // namespace
 
+static void put_to_escape(ort_out *out, const char *bytes, size_t length);
 static const char *read_conversion(const char *format, conversion *c, int star);
 static void put_padded(ort_out *out, const conversion &c, const char *bytes, size_t length);
 static size_t format_unsigned(char *buffer, uint64_t value, int base, const char *prefix);
 static size_t format_signed(char *buffer, int64_t value);
 static size_t plain_character(const unsigned char *p);
 static size_t utf8_character(const unsigned char *p);
+static bool turns_direction(const unsigned char *p);
 
 void ort_put_format(ort_out *out, const char *format, va_list values) {
   char buffer[32];
@@ -101,6 +109,19 @@ void ort_put_escaped(ort_out *out, const char *text, size_t limit) {
   if (run != text) out->put(out, run, static_cast<size_t>(text - run));
 }
 
+size_t ort_escape(char *buffer, const char *text) {
+  escape_out escape = {{put_to_escape}, buffer, 0};
+  ort_put_escaped(&escape.out, text, SIZE_MAX);
+  if (buffer) buffer[escape.length] = '\0';
+  return escape.length;
+}
+
+static void put_to_escape(ort_out *out, const char *bytes, size_t length) {
+  escape_out *escape = reinterpret_cast<escape_out *>(out);
+  if (escape->buffer) memcpy(escape->buffer + escape->length, bytes, length);
+  escape->length += length;
+}
+
 size_t ort_format_g(char *buffer, double value) {
   const auto end = std::to_chars(buffer, buffer + 31, value, std::chars_format::general, 6).ptr;
   *end = '\0';
@@ -161,7 +182,8 @@ static size_t plain_character(const unsigned char *p) {
 }
 
 // Bytes of the well-formed sequence of more than one byte at p, else 0. The control characters
-// U+0080 to U+009F count as ill-formed: a terminal would act on them.
+// U+0080 to U+009F and those that turn the direction of text count as ill-formed: a terminal would
+// act on them.
 static size_t utf8_character(const unsigned char *p) {
   const auto follows = [p](int i, unsigned low, unsigned high) {
     return p[i] >= low && p[i] <= high;
@@ -170,8 +192,15 @@ static size_t utf8_character(const unsigned char *p) {
   if (*p < 0xE0) return follows(1, *p == 0xC2 ? 0xA0 : 0x80, 0xBF) ? 2 : 0;
   if (*p < 0xF0) {
     const bool second = follows(1, *p == 0xE0 ? 0xA0 : 0x80, *p == 0xED ? 0x9F : 0xBF);
-    return second && follows(2, 0x80, 0xBF) ? 3 : 0;
+    return second && follows(2, 0x80, 0xBF) && !turns_direction(p) ? 3 : 0;
   }
   const bool second = follows(1, *p == 0xF0 ? 0x90 : 0x80, *p == 0xF4 ? 0x8F : 0xBF);
   return second && follows(2, 0x80, 0xBF) && follows(3, 0x80, 0xBF) ? 4 : 0;
+}
+
+// Whether the three bytes at p are an explicit directional formatting character (Unicode Standard
+// Annex 9, 2): U+202A to U+202E and U+2066 to U+2069 reach beyond the text that holds them.
+static bool turns_direction(const unsigned char *p) {
+  return p[0] == 0xE2 && ((p[1] == 0x80 && p[2] >= 0xAA && p[2] <= 0xAE) ||
+                          (p[1] == 0x81 && p[2] >= 0xA6 && p[2] <= 0xA9));
 }

@@ -75,7 +75,8 @@ enum {
 };
 
 /** Receives each warning as it is issued and the error that reaches the outermost ort_protect.
- * text is UTF-8 without control bytes and valid only during the call. The function must return. */
+ * text is UTF-8 escaped as by ort_escape, and valid only during the call. The function must return.
+ */
 typedef void (*ort_message_fn)(void *user, ort_severity severity, int code, const char *text);
 
 /** Receives pieces of the log. Lines end with "\n" but a call need not hold a whole line. The
@@ -159,6 +160,17 @@ ORT_API void ort_reset_peak(ort_core *core);
 
 /** Level of a log class; 0 for classes outside 0 to ORT_LOG_CLASSES - 1. */
 ORT_API int ort_logg_getlevel(const ort_core *core, int log_class);
+
+/** Writes a text as messages and the log show texts of a drawing: as UTF-8 that cannot disturb a
+ * terminal. A line end becomes "\\n", a tab "\\t", and "\\xNN" each byte of other control
+ * characters (U+0001 to U+001F, U+007F to U+009F), of characters that override the direction of
+ * text (U+202A to U+202E, U+2066 to U+2069: Unicode Standard Annex 9, 2) and of what is not
+ * well-formed. Escaping the result again changes nothing. Never raises.
+ * @param buffer  receives the result and a NUL, at most 4 bytes for each of text and the NUL; null:
+ *     only the length is told
+ * @param text    the text
+ * @return the length of the result, without the NUL */
+ORT_API size_t ort_escape(char *buffer, const char *text);
 
 /* ---- Files ----------------------------------------------------------------------------------- */
 

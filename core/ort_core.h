@@ -52,8 +52,8 @@ ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1, const char
                             const char *p3, const char *p4);
 
 // The same; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
-// every parameter, is passed through as UTF-8 with control bytes escaped (\n, \t, \xNN), ill-formed
-// bytes shown as \xNN, and cut at a character boundary to ORT_LIMIT_MESSAGE_PARAMETER bytes.
+// every parameter, is escaped as by ort_escape, and cut at a character boundary to
+// ORT_LIMIT_MESSAGE_PARAMETER bytes.
 ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
                                   const char *p2, const char *p3, const char *p4);
 
@@ -256,7 +256,7 @@ size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsign
 
 // ---- Log (log.cpp) ------------------------------------------------------------------------------
 
-// Formats: %a document text (escaped like a message parameter, never cut; null is ""), %s plain
+// Formats: %a document text (escaped as by ort_escape, never cut; null is ""), %s plain
 // text, %d int, %ld long, %g double, %p pointer, %c, %X, each with an optional width ("%02ld",
 // "%*s", "%06X"). Locale-independent.
 void ort_logg(ort_core *core, const char *format, ...);

@@ -48,8 +48,8 @@ struct ort_out {
   void (*put)(ort_out *out, const char *bytes, size_t length);
 };
 
-// Puts UTF-8 text with control characters and ill-formed bytes escaped, and cut to at most limit
-// bytes before a whole character or escape. Escaping an escaped text changes nothing.
+// Puts a text escaped as by ort_escape, and cut to at most limit bytes before a whole character or
+// escape.
 void ort_put_escaped(ort_out *out, const char *text, size_t limit);
 
 // Puts the values as format says; the conversions are those of ort_logg.

@@ -11,8 +11,7 @@ size_t utf8_length(std::string_view text);
 // The text with U+FFFD for every byte that is not well-formed.
 std::string utf8_cleaned(std::string_view text);
 
-// Text that cannot disturb a terminal: control characters become \n, \t, \r and \xNN, and those
-// that override the direction of text \uNNNN.
+// Text that cannot disturb a terminal, escaped as the library escapes it in messages.
 std::string escaped(std::string_view text);
 
 // The same in double quotes, with quotes and backslashes escaped.

@@ -218,6 +218,7 @@ void svg_add_t_node(svg_parser *p) {
     ort_logg(p->core, "\t\t\tdata[%d]%s=", static_cast<int>(ort_bs_length(p->chardata)),
              skipped ? "[skip]" : "");
     ort_logg_unitext(p->core, ort_bs_text(p->chardata), 0, 0, 1);
+    ort_logg(p->core, "\n");
   }
 }
 

@@ -48,7 +48,9 @@ TEST_F(Error, ParametersAreEscaped) {
       {"plain \\ 'text'", "plain \\ 'text'"},
       {"a\nb\tc\rd\x1B[1m\x7F", "a\\nb\\tc\\x0dd\\x1b[1m\\x7f"},
       {"\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80", "\xC3\xA4 \xE2\x82\xAC \xF0\x9F\x98\x80"},
-      {"\xC2\x9B", "\\xc2\\x9b"},                            // a control character of ISO 6429
+      {"\xC2\x9B", "\\xc2\\x9b"}, // a control character of ISO 6429
+      {"\u2029\u202A\u202E\u202F", "\u2029\\xe2\\x80\\xaa\\xe2\\x80\\xae\u202F"}, // direction
+      {"\u2065\u2066\u2069\u206A", "\u2065\\xe2\\x81\\xa6\\xe2\\x81\\xa9\u206A"},
       {"\xC0\xAF\xE0\x80\xAF", "\\xc0\\xaf\\xe0\\x80\\xaf"}, // overlong
       {"\xED\xA0\x80", "\\xed\\xa0\\x80"},                   // surrogate
       {"\xF4\x90\x80\x80", "\\xf4\\x90\\x80\\x80"},          // above U+10FFFF

@@ -288,7 +288,7 @@ ANSWERS = (  # arguments, drawing, answer behind the first line
      "  g [language not accepted]\n    . systemLanguage: en\n  \"x\"\n"
      "  a [needs bbox] [language accepted] [chosen]\n    . systemLanguage: fr, de-CH\n  g\n"),
     (["--query", "#n"], svg('<a id="n" xlink:title="&#x9b;&#127;&#9;é&#x202e;&#x2069;&#x206a;"/>'),
-     '  . xlink:title: "\\x9B\\x7F\\té\\u202E\\u2069\u206a"\n'),
+     '  . xlink:title: "\\xc2\\x9b\\x7f\\té\\xe2\\x80\\xae\\xe2\\x81\\xa9\u206a"\n'),
 )
 
 
