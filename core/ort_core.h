@@ -249,9 +249,9 @@ uint32_t ort_get_be_ulong3(const unsigned char *bytes);
 char *ort_str2hexstr(ort_core *core, const void *bytes, size_t count, const char *separator,
                      int flags, const char *tag);
 
-// Decodes base64 (RFC 4648): skips white space, stops at "=", ignores other foreign bytes, needs no
-// padding. Stores a new block in *buffer (freed with ort_free; never null) and returns its length.
-// *buffer is null if it raises.
+// Decodes base64 (RFC 4648), in which bytes may be percent escapes (RFC 3986, 2.1): skips white
+// space, stops at "=", ignores other foreign bytes, needs no padding. Stores a new block in *buffer
+// (freed with ort_free; never null) and returns its length. *buffer is null if it raises.
 size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsigned char **buffer);
 
 // ---- Log (log.cpp) ------------------------------------------------------------------------------

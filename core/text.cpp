@@ -5,6 +5,7 @@
 #include "core/ort_core.h"
 
 static int hex_digit(char c);
+static bool is_hex_digit(char c);
 static int base64_digit(unsigned char c);
 static unsigned char lower(char c);
 
@@ -59,10 +60,11 @@ int ort_hex2bin_a(const char *text, int mode) {
 }
 
 static int hex_digit(char c) {
-  if (ort_isdigit(c)) return c - '0';
-  const int letter = lower(c);
-  return letter >= 'a' && letter <= 'f' ? letter - 'a' + 10 : 0;
+  if (!is_hex_digit(c)) return 0;
+  return ort_isdigit(c) ? c - '0' : lower(c) - 'a' + 10;
 }
+
+static bool is_hex_digit(char c) { return ort_isdigit(c) || (lower(c) >= 'a' && lower(c) <= 'f'); }
 
 uint32_t ort_get_be_ulong3(const unsigned char *bytes) {
   return static_cast<uint32_t>(bytes[0] << 16 | bytes[1] << 8 | bytes[2]);
@@ -90,7 +92,13 @@ size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsign
   uint32_t bits = 0;
   int bit_count = 0;
   for (size_t i = 0; i < length && text[i] != '='; ++i) {
-    const int digit = base64_digit(static_cast<unsigned char>(text[i]));
+    auto byte = static_cast<unsigned char>(text[i]);
+    if (byte == '%' && length - i > 2 && is_hex_digit(text[i + 1]) && is_hex_digit(text[i + 2])) {
+      byte = static_cast<unsigned char>(ort_hex2bin_a(text + i + 1, 1));
+      if (byte == '=') break;
+      i += 2;
+    }
+    const int digit = base64_digit(byte);
     if (digit < 0) continue;
     bits = bits << 6 | static_cast<uint32_t>(digit);
     bit_count += 6;

@@ -96,7 +96,8 @@ TEST(Binary, Base64) {
 -> | Zg== -> f | Zm8= -> fo | Zm9v -> foo | Zm9vYg== -> foob | Zm9vYmE= -> fooba
 Zm9vYmFy -> foobar
 Zm\n9v\t -> foo | Zm8 -> fo | Zg -> f | Z -> | Zm9vY -> foo | Zm9v=YmFy -> foo | Z-m.9_v -> foo
-/+8= -> \xFF\xEF | = -> | \sZm9v -> foo)",
+/+8= -> \xFF\xEF | %2B%2F%2b%2f -> \xFB\xFF\xBF | Zm%39v%3DZg -> foo | Zg%20= -> f | Z%6 -> g | Z%6x -> g\xAC
+ = -> | \sZm9v -> foo)",
                [&](const std::string &text) {
                  unsigned char *bytes;
                  const size_t length = ort_decode_base64(core, text.c_str(), text.size(), &bytes);
