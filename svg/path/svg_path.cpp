@@ -6,10 +6,8 @@
 // 10104, and whatever the callbacks raise.
 #include <bit>
 #include <cmath>
-#include <string.h>
 
-#include "svg/parser/svg_parser.h"
-#include "svg/path/svg_number.h"
+#include "svg/values/svg_scan.h"
 
 namespace {
 
@@ -21,8 +19,6 @@ constexpr double SPP_MAX_NUMBER = 2147483647.0;
 constexpr double SPP_MIN_RADIUS = 1e-6;
 constexpr double SPP_RADIANS = 0.0174532925199433; // of a degree
 constexpr int SPP_MAX_OPERANDS = 7;
-constexpr size_t SPP_REST_CHARACTERS = 40;
-constexpr size_t SPP_REST_BYTES = 4 * SPP_REST_CHARACTERS;
 
 // State of one call.
 struct spp_state {
@@ -133,14 +129,8 @@ static bool spp_is_command(char letter) {
 // The rest of the text tells where the error is, but it can be long.
 static void spp_raise(const spp_state *s, int error) {
   if (error != SPP_BAD_NUMBER) ort_error(s->core, error, nullptr, nullptr, nullptr, nullptr);
-  char rest[SPP_REST_BYTES + sizeof "..."];
-  size_t length = 0, characters = 0;
-  for (; s->pos[length] != '\0' && length < SPP_REST_BYTES; ++length) {
-    const bool begins = (static_cast<unsigned char>(s->pos[length]) & 0xC0) != 0x80;
-    if (begins && ++characters > SPP_REST_CHARACTERS) break;
-    rest[length] = s->pos[length];
-  }
-  strcpy(rest + length, s->pos[length] != '\0' ? "..." : "");
+  char rest[SVG_REST_SIZE];
+  svg_cut_rest(rest, s->pos);
   ort_ascii_error(s->core, error, 1, rest, nullptr, nullptr, nullptr);
 }
 

@@ -2,6 +2,7 @@
 //
 // Value errors (10000 to 10006) become warnings in svg_parse_attr, which appends 10008; the others
 // end the parse, but for 10014 and the path errors, which are issued as warnings where they arise.
+#include <cstring>
 #include <iterator>
 
 #include "svg/values/svg_scan.h"
@@ -57,4 +58,25 @@ void svg_err_unxtok(svg_parser *p, int fatal) {
                   : style   ? 10006
                             : 10005,
                   3, name, svg_tok_text(p), nullptr, nullptr);
+}
+
+void svg_err_rest(svg_parser *p, const char *rest) {
+  char cut[SVG_REST_SIZE];
+  svg_cut_rest(cut, rest);
+  ort_bs_clear(p->tok_buf);
+  ort_bs_append_text(p->tok_buf, cut);
+  p->tok_text = ort_bs_text(p->tok_buf);
+  p->tok_type = SVG_TOK_WORD;
+  svg_err_unxtok(p, 0);
+}
+
+void svg_cut_rest(char cut[SVG_REST_SIZE], const char *rest) {
+  constexpr size_t most = SVG_REST_SIZE - sizeof "...";
+  size_t length = 0, characters = 0;
+  for (; rest[length] != '\0' && length < most; ++length) {
+    const bool begins = (static_cast<unsigned char>(rest[length]) & 0xC0) != 0x80;
+    if (begins && ++characters > SVG_REST_CHARACTERS) break;
+    cut[length] = rest[length];
+  }
+  strcpy(cut + length, rest[length] != '\0' ? "..." : "");
 }

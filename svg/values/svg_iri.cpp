@@ -76,9 +76,7 @@ void svg_get_funciri(svg_parser *p, svg_iri *iri) {
   if (end == nullptr) incomplete(p, 0);
   if (quoted && end[1] != ')') {
     if (end[1] == '\0') incomplete(p, 0);
-    p->tok_type = SVG_TOK_WORD;
-    p->tok_text = end + 1;
-    svg_err_unxtok(p, 0);
+    svg_err_rest(p, end + 1);
   }
   svg_get_iri(p, iri, start, end);
   p->scan_pos = end + (quoted ? 2 : 1);

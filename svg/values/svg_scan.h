@@ -41,5 +41,13 @@ constexpr bool svg_is_special(char c) { return c == '(' || c == ')' || c == ',';
 
 // Raises the current token as unexpected, or the value as incomplete. fatal 1 ends the parse.
 ORT_NORETURN void svg_err_unxtok(svg_parser *p, int fatal);
+// Raises this rest of the value as an unexpected token.
+ORT_NORETURN void svg_err_rest(svg_parser *p, const char *rest);
+
+// Copies what a message shows of a rest of input: so many characters, and "..." when there are
+// more.
+constexpr size_t SVG_REST_CHARACTERS = 40;
+constexpr size_t SVG_REST_SIZE = 4 * SVG_REST_CHARACTERS + sizeof "...";
+void svg_cut_rest(char cut[SVG_REST_SIZE], const char *rest);
 
 #endif

@@ -24,7 +24,8 @@ svg_a_node *svg_anew_an_trafo(svg_parser *p) {
     ort_multiply_matrix(&next, &matrix); // what is written last acts first
     type = SVG_TRAFO_MATRIX;
   }
-  if (type == SVG_TRAFO_MATRIX && !ort_is_matrix(&matrix)) svg_err_unxtok(p, 0); // infinite numbers
+  // Infinite numbers can make a product that is none: no token is at fault, but all of them.
+  if (type == SVG_TRAFO_MATRIX && !ort_is_matrix(&matrix)) svg_err_rest(p, p->scan_start);
 
   switch (type) {
   case SVG_TRAFO_MATRIX: {

@@ -30,7 +30,8 @@ inherit -> none)",
                read_as("clip-path"));
   expect_values(R"(
 g mask: none -> '' | #g1 -> ! #g1 | url -> ! | url #g1 -> ! #g1 | url(#g1 -> ! | url('#g1) -> !
-g mask: url('#g1' -> ! | url('#g1' ) -> !  ) | url( -> ! | url(') -> !
+g mask: url('#g1' -> ! | url('#g1' ) -> !  ) | url('a'123456789a123456789b123456789c123456789d -> ! 123456789a123456789b123456789c123456789d
+g mask: url('a'1123456789a123456789b123456789c123456789d -> ! 1123456789a123456789b123456789c123456789... | url( -> ! | url(') -> !
 g marker-mid: inherit -> ''
 g color-profile: myprofile -> none 'myprofile' | sRGB -> sRGB | url(#g1) -> none 'url' | (x -> ! (
 )");

@@ -41,7 +41,8 @@ TEST(Transform, RefusesMalformedListsAsAWhole) {
   expect_values(R"(
 g transform: rotate(30deg) -> ! 30deg | Rotate(30) -> ! Rotate | rotate 30 -> ! 30 | rotate() -> ! )
 g transform: rotate(30 10) -> ! ) | rotate(30 10 20 5) -> ! 5 | rotate(30,,10 20) -> ! ,
-g transform: rotate(3) skewY(1e999) -> ! | matrix(1 0 0 1 0) -> ! ) | matrix(1 0 0 1 0 0 0) -> ! 0 | skewX(10 20) -> ! 20
+g transform: rotate(3) skewY(1e999) -> ! rotate(3) skewY(1e999) | matrix(1 0 0 1 0) -> ! ) | matrix(1 0 0 1 0 0 0) -> ! 0 | skewX(10 20) -> ! 20
+g transform: scale(0) skewX(1e308) -> ! scale(0) skewX(1e308) | rotate(1e999 1 2) -> ! rotate(1e999 1 2)
 g transform: scale(1 2 3) -> ! 3 | scale(2) rotate(x) -> ! x | scale(2) none -> ! none
 g transform: translate(1 -> ! | translate(1 2 -> ! | translate -> ! | translate(1), -> !
 g transform: ,scale(2) -> ! , | 5 -> ! 5
