@@ -200,18 +200,23 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
 }
 
+// Infinite numbers can make a product that is no number; the transform then stays as it is.
 static void translate(svg_parser *p, const svg_e_node *node, svg_an_trafo *trafo, double x,
                       double y) {
-  if (trafo->type == SVG_TRAFO_TRANSLATE_XY || (trafo->type == SVG_TRAFO_TRANSLATE && y == 0)) {
-    trafo->numbers[0] += x;
-    if (trafo->type == SVG_TRAFO_TRANSLATE_XY) trafo->numbers[1] += y;
+  const bool both = trafo->type == SVG_TRAFO_TRANSLATE_XY;
+  if (both || (trafo->type == SVG_TRAFO_TRANSLATE && y == 0)) {
+    const double sum_x = trafo->numbers[0] + x;
+    const double sum_y = both ? trafo->numbers[1] + y : 0;
+    if (std::isnan(sum_x) || std::isnan(sum_y)) return;
+    trafo->numbers[0] = sum_x;
+    if (both) trafo->numbers[1] = sum_y;
     return;
   }
   ort_matrix translation;
   ort_matrix product = trafo_matrix(p->core, trafo);
   ort_translation_matrix(&translation, x, y);
   ort_multiply_matrix(&translation, &product);
-  if (!ort_is_matrix(&product)) return; // infinite numbers, which no translation changes
+  if (!ort_is_matrix(&product)) return;
   if (trafo->type == SVG_TRAFO_MATRIX)
     store_matrix(trafo, product);
   else
