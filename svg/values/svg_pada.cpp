@@ -17,9 +17,10 @@ static void svg_pada_cb_closepath(void *userdata);
 static void svg_pada_begin(svg_parser *p, int16_t type);
 static void svg_pada_add_points(svg_parser *p);
 static void svg_pada_append(svg_parser *p, double x, double y);
+static void svg_pada_reclaim(void *item);
 static void svg_pada_release(ort_core *core, void *item);
 
-static const ort_item_desc svg_pada_ced = {sizeof(svg_pada), nullptr, svg_pada_release};
+static const ort_item_desc svg_pada_ced = {sizeof(svg_pada), svg_pada_reclaim, svg_pada_release};
 
 void svg_ctor_an_path_data(svg_parser *p, svg_a_node *node) {
   // On the stack, where it costs nothing: a short path touches its first points only.
@@ -31,7 +32,6 @@ void svg_ctor_an_path_data(svg_parser *p, svg_a_node *node) {
   svg_scan_reset(p);
   auto *value = reinterpret_cast<svg_an_path_data *>(node);
   const auto parse = [=] {
-    if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
     svg_pada_parse(p);
     if (ort_vtr_count(p->pada_segments) > 0) value->segments = ort_vtr_take(p->pada_segments);
     value->vertices = p->pada_vertices;
@@ -112,6 +112,7 @@ static void svg_pada_begin(svg_parser *p, int16_t type) {
 
 static void svg_pada_add_points(svg_parser *p) {
   if (p->pada_type == SVG_PADA_NONE) return;
+  if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
   auto *record = static_cast<svg_pada *>(ort_vtr_push(p->pada_segments));
   record->type = p->pada_type;
   if (p->pada_count == 0) return;
@@ -126,6 +127,8 @@ static void svg_pada_append(svg_parser *p, double x, double y) {
   point[0] = x;
   point[1] = y;
 }
+
+static void svg_pada_reclaim(void *item) { *static_cast<svg_pada *>(item) = {}; }
 
 static void svg_pada_release(ort_core *core, void *item) {
   ort_free(core, static_cast<svg_pada *>(item)->points);

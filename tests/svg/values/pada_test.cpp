@@ -113,4 +113,21 @@ TEST(PathValue, SurvivesLackOfMemory) {
   });
 }
 
+// A host's own constructor prepares the accumulator and takes the records.
+TEST(PathValue, IsParsedIntoAPreparedAccumulator) {
+  AccountingCore core;
+  double points[2 * SVG_PADA_BUFFER];
+  svg_parser parser = {};
+  parser.core = core;
+  parser.pada_points = points;
+  for (const char *path : {"M1 2", "M1 2L3 4z"}) {
+    parser.scan_pos = path;
+    parser.pada_type = SVG_PADA_NONE;
+    parser.pada_count = 0;
+    EXPECT_EQ(core.protect([&] { svg_pada_parse(&parser); }), 0);
+  }
+  EXPECT_EQ(ort_vtr_count(parser.pada_segments), 3U);
+  ort_vtr_delete(parser.pada_segments);
+}
+
 } // namespace
