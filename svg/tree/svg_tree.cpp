@@ -121,12 +121,8 @@ static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Cha
     if (index < 0 && prop < 0) {
       const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
       styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
-      if (type != SVG_NS_OTHER) {
-        local = svg_get_internal_name(type, local);
-        index = svg_find_esa_or_prop(p, local, *row, &prop);
-      } else {
-        prop = svg_find_prop(local);
-      }
+      if (type != SVG_NS_OTHER) index = svg_find_esa(p, svg_get_internal_name(type, local), *row);
+      if (index < 0) prop = svg_find_prop(local);
     }
     if (index >= 0) {
       styled |= row->esa_list[index].attr == SVG_ATTR_style;
