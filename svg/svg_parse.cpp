@@ -115,7 +115,6 @@ static void check_is_svg(svg_parser *p) {
 }
 
 static void resolve_links(svg_parser *p) {
-  if (ort_vtr_count(p->hrefs) == 0) return;
   ort_vtr_sort_c(p->hrefs, svg_href_compare);
   svg_drop_resolved_links(p);
   const bool listed = p->log_level >= 5;

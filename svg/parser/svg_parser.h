@@ -154,6 +154,7 @@ struct svg_parser {
   svg_name_index *nsp_index;  // namespace name -> its innermost declaration in nsp_stack
   svg_name_index *name_index; // id or name -> its element, and the last link that waits for it
   bool cur_href_awaited;      // links wait for cur_href
+  ort_vtr *link_slots;        // size_t: of the links being resolved
   const char *tok_begin;      // text of the current token when tok_text is null
   size_t tok_length;
   int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1

@@ -13,6 +13,8 @@ struct waiting_link : svg_unres_link {
 };
 
 static void log_search(svg_parser *p, const char *id, bool found);
+static void gather_slots(svg_parser *p, size_t number);
+static int compare_slots(const void *a, const void *b);
 static waiting_link *link_at(const svg_parser *p, size_t slot);
 
 static void svg_href_reclaim(void *item) { *static_cast<svg_href *>(item) = {}; }
@@ -31,6 +33,7 @@ static void svg_unres_link_release(ort_core *core, void *item) {
 
 static const ort_item_desc unres_link_ced = {sizeof(waiting_link), svg_unres_link_reclaim,
                                              svg_unres_link_release};
+static const ort_item_desc slot_ced = {sizeof(size_t), nullptr, nullptr};
 
 // ---- Targets ------------------------------------------------------------------------------------
 
@@ -124,27 +127,37 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   p->value_link = -1; // its slot may pass to another link
   svg_index_entry *entry = svg_index_find(p, p->name_index, id);
-  if (entry == nullptr) return;
-  size_t number = entry->number;
+  if (entry == nullptr || entry->number == 0) return;
+  gather_slots(p, entry->number);
   entry->number = 0;
-
-  size_t first = 0; // the chain, turned around
-  while (number != 0) {
-    waiting_link *link = link_at(p, number - 1);
-    const size_t previous = link->previous;
-    link->previous = first;
-    first = number;
-    number = previous;
-  }
-  for (number = first; number != 0;) {
-    const waiting_link *link = link_at(p, number - 1);
+  for (size_t i = ort_vtr_count(p->link_slots); i-- > 0;) {
+    const auto slot = ort_item<size_t>(p->link_slots, i);
+    const waiting_link *link = link_at(p, slot);
     if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[reference \"%a\" resolved]\n", id);
     link->iri->ref.target = target;
     if (link->source != nullptr) svg_set_elem_flag(p, link->source, target);
-    const size_t next = link->previous;
-    ort_hvtr_release_item(p->unres_links, number - 1);
-    number = next;
+    ort_hvtr_release_item(p->unres_links, slot);
   }
+}
+
+// Gathers the slots of a chain in link_slots, the highest first, which is the order of the chain
+// unless slots were used again.
+static void gather_slots(svg_parser *p, size_t number) {
+  if (p->link_slots == nullptr) p->link_slots = ort_vtr_new(p->core, &slot_ced, 0, 0);
+  ort_vtr_resize(p->link_slots, 0);
+  bool ordered = true;
+  while (number != 0) {
+    const size_t slot = number - 1;
+    ort_push(p->link_slots, slot);
+    number = link_at(p, slot)->previous;
+    ordered &= number <= slot;
+  }
+  if (!ordered) ort_vtr_sort_c(p->link_slots, compare_slots);
+}
+
+static int compare_slots(const void *a, const void *b) {
+  const size_t first = *static_cast<const size_t *>(a), second = *static_cast<const size_t *>(b);
+  return first > second ? -1 : first < second;
 }
 
 // No link has been made or resolved since, so it is the last of its chain, if it got that far.
@@ -200,6 +213,8 @@ void svg_clear_links(svg_parser *p) {
   if (p->hrefs != nullptr) ort_vtr_resize(p->hrefs, 0);
   ort_hvtr_delete(p->unres_links);
   p->unres_links = nullptr;
+  ort_vtr_delete(p->link_slots);
+  p->link_slots = nullptr;
   p->cur_href = nullptr;
   p->value_link = -1;
 }

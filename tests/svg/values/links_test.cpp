@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 #include <set>
+#include <sstream>
 
 #include "svg/names/svg_index.h"
 #include "tests/support/reader.h"
@@ -106,6 +107,20 @@ TEST(Links, PassTheNeedOfABoundingBox) {
   EXPECT_EQ(flags(sources + targets), "first both - both ");
   // A link back from xlink:href passes nothing.
   EXPECT_EQ(flags(targets + sources), "first both - - ");
+}
+
+TEST(Links, AreResolvedInTheOrderOfTheirSlots) {
+  const Document document(svg_begin +
+                              "<g fill='url(#x)'/><g id='second' fill='url(#t)'/><pattern id='x'/>"
+                              "<g id='first' fill='url(#t)'/><pattern id='t'/></svg>",
+                          AccountingCore::with_log(6));
+  const auto told = [&](const char *id) {
+    std::ostringstream text;
+    text << "[source " << document.find(id) << " needs bbox";
+    return document.core.log.find(text.str());
+  };
+  EXPECT_LT(told("first"), told("second"));
+  EXPECT_NE(told("second"), std::string::npos);
 }
 
 // Entries stand in for others that were removed between them and their own place.
