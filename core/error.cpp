@@ -37,6 +37,8 @@ struct printed_out {
 
 } // namespace
 
+static jmp_buf *ort_jbuf(ort_core *core, ort_frame *frame);
+static int ort_catch_intern(ort_core *core, const ort_frame *frame);
 ORT_NORETURN static void raise_pending(ort_core *core);
 static void compose(const ort_core *core, ort_message *message, int code,
                     const char *const parameters[4]);
@@ -49,11 +51,21 @@ static const ort_errtab_entry *find_row(const ort_errtab_entry *table, size_t co
 
 int ort_protect(ort_core *core, void (*body)(void *argument), void *argument) {
   ort_frame frame;
-  frame.outer = core->errors.frame;
-  core->errors.frame = &frame;
-  if (_setjmp(frame.target) == 0) {
-    body(argument);
-    core->errors.frame = frame.outer;
+  if (_setjmp(*ort_jbuf(core, &frame)) == 0) body(argument);
+  return ort_catch_intern(core, &frame);
+}
+
+// Opens a frame: what is raised from now on jumps to the buffer.
+static jmp_buf *ort_jbuf(ort_core *core, ort_frame *frame) {
+  frame->outer = core->errors.frame;
+  core->errors.frame = frame;
+  return &frame->target;
+}
+
+// Closes a frame. Returns the code of the error that was raised inside of it, or 0.
+static int ort_catch_intern(ort_core *core, const ort_frame *frame) {
+  if (core->errors.frame == frame) {
+    core->errors.frame = frame->outer;
     return 0;
   }
   // raise_pending has closed the frame.

@@ -81,7 +81,10 @@ enum { SVG_ELEMENTS(SVG_NAME_ELEMENT) SVG_ELEM_COUNT };
 enum { SVG_PROPERTIES(SVG_NAME_PROPERTY) };
 
 /** Keywords: SVG_KW_NONE is no keyword. */
-enum { SVG_KW_NONE = 0, SVG_KEYWORDS(SVG_NAME_KEYWORD) SVG_KW_COUNT };
+typedef enum svg_keyword {
+  SVG_KW_NONE = 0,
+  SVG_KEYWORDS(SVG_NAME_KEYWORD) SVG_KW_COUNT
+} svg_keyword;
 
 #undef SVG_NAME_ELEMENT
 #undef SVG_NAME_PROPERTY

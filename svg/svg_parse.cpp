@@ -20,10 +20,12 @@ static void resolve_links(svg_parser *p);
 static void log_fonts(svg_parser *p);
 template <class T> static void store(T *out, T value);
 
+static void svg_an_ptr_reclaim(void *item) { *static_cast<svg_a_node **>(item) = nullptr; }
+
 constexpr ort_item_desc ptr_ced = {sizeof(void *), nullptr, nullptr};
 constexpr ort_item_desc bool_ced = {sizeof(int32_t), nullptr, nullptr};
 constexpr ort_item_desc nid_ced = {sizeof(int16_t), nullptr, nullptr};
-constexpr ort_item_desc an_ptr_ced = {sizeof(svg_a_node *), nullptr, nullptr};
+constexpr ort_item_desc an_ptr_ced = {sizeof(svg_a_node *), svg_an_ptr_reclaim, nullptr};
 constexpr ort_item_desc open_element_ced = {sizeof(svg_open_element), nullptr, nullptr};
 
 svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewport_width,

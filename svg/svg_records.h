@@ -134,7 +134,7 @@ typedef enum svg_record_kind {
   SVG_RECORD_KEY_UNUM_LIST, /**< svg_an_key_unum_list */
   SVG_RECORD_TRAFO,         /**< svg_an_trafo */
   SVG_RECORD_COLOR,         /**< svg_an_color */
-  SVG_RECORD_PAINT,         /**< svg_an_paint_rgb, svg_an_paint_iri, svg_an_paint_color or none */
+  SVG_RECORD_PAINT,         /**< svg_an_paint */
   SVG_RECORD_IRI,           /**< svg_an_iri */
   SVG_RECORD_COLOR_PROFILE, /**< svg_an_color_profile */
   SVG_RECORD_KEY_NAME_LIST, /**< svg_an_key_name_list */
@@ -161,6 +161,12 @@ typedef struct svg_an_unum {
   svg_a_node head; /**< row; unit is the number's unit */
   double value;    /**< as written: 50 for 50% */
 } svg_an_unum;
+
+/** The number of an svg_an_unum or of a list, with its unit, away from its record. */
+typedef struct svg_unum {
+  double value; /**< as written: 50 for 50% */
+  uint8_t unit; /**< SVG_UNIT_* */
+} svg_unum;
 
 /** A keyword or a number. */
 typedef struct svg_an_key_number {
@@ -341,8 +347,8 @@ typedef struct svg_iri {
   /** What it refers to. */
   union {
     svg_e_node *target; /**< SVG_IRI_LINK: the element, or null when no element has the id */
-    char *text; /**< SVG_IRI_DATA: name of the virtual file, or null when it is empty; SVG_IRI_NAME:
-                   the IRI */
+    char *text; /**< SVG_IRI_DATA: name of the virtual file, null when nothing follows the comma;
+                   SVG_IRI_NAME: the IRI */
     void *any;  /**< either of them */
   } ref;        /**< by kind */
 } svg_iri;
@@ -380,6 +386,14 @@ typedef struct svg_an_paint_color {
   svg_a_node head;
   svg_color color; /**< with its extension */
 } svg_an_paint_color;
+
+/** A paint, as head.kind says; the block is no longer than that record. */
+typedef union svg_an_paint {
+  svg_a_node head;          /**< kind is SVG_PAINT_* */
+  svg_an_paint_rgb rgb;     /**< SVG_PAINT_RGB */
+  svg_an_paint_iri iri;     /**< SVG_PAINT_IRI */
+  svg_an_paint_color color; /**< SVG_PAINT_COLOR */
+} svg_an_paint;
 
 /** An IRI. */
 typedef struct svg_an_iri {

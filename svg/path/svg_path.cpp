@@ -41,6 +41,8 @@ struct spp_state {
   char previous = '\0';            // lower-case letter of the command before this one
 };
 
+bool spp_is_numstart(char c) { return svg_is_numstart(c); }
+
 bool spp_is_sep(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == ','; }
 
 } // namespace
@@ -103,7 +105,7 @@ static int spp_run(spp_state *s) {
     if (!spp_is_command(command)) return SPP_UNKNOWN_COMMAND;
     s->pos = spp_skip_sep(s->pos + 1);
     // The first moveto may do without operands and then stays at the origin.
-    const bool bare = command == 'z' || (s->previous == '\0' && !svg_is_numstart(*s->pos));
+    const bool bare = command == 'z' || (s->previous == '\0' && !spp_is_numstart(*s->pos));
     do {
       double operands[SPP_MAX_OPERANDS];
       operands[0] = operands[1] = 0;
@@ -111,7 +113,7 @@ static int spp_run(spp_state *s) {
       spp_execute(s, command, operands);
       s->previous = command;
       if (command == 'm') command = 'l';
-    } while (!bare && svg_is_numstart(*s->pos));
+    } while (!bare && spp_is_numstart(*s->pos));
   }
   return 0;
 }

@@ -21,7 +21,7 @@ struct viewport_side {
 static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags);
 static svg_a_node *&slot(svg_parser *p, const svg_e_node *node, int row);
 template <class Record> static Record *slot_value(svg_parser *p, const svg_e_node *node, int row);
-static double slot_number(svg_parser *p, const svg_e_node *node, int row);
+static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row);
 static viewport_side get_side(svg_parser *p, const svg_e_node *node, const char *name, int row);
 static void log_viewport(const svg_parser *p, bool embedded);
 static svg_an_trafo *new_trafo(svg_parser *p, int type, size_t numbers);
@@ -73,8 +73,8 @@ void svg_end_text(svg_parser *p) {
 // x and y act as a translation behind the element's transform (SVG 1.1, 5.6); their units are not
 // looked at.
 void svg_beg_use(svg_parser *p, svg_e_node *node) {
-  const double x = slot_number(p, node, SVG_ATTR_x);
-  const double y = slot_number(p, node, SVG_ATTR_y);
+  const double x = slot_number(p, node, SVG_ATTR_x).value;
+  const double y = slot_number(p, node, SVG_ATTR_y).value;
   if (x == 0 && y == 0) return;
   if (auto *trafo = slot_value<svg_an_trafo>(p, node, SVG_ATTR_transform))
     translate(p, node, trafo, x, y);
@@ -149,20 +149,20 @@ template <class Record> static Record *slot_value(svg_parser *p, const svg_e_nod
   return svg_record<Record>(slot(p, node, row));
 }
 
-static double slot_number(svg_parser *p, const svg_e_node *node, int row) {
+static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row) {
   const auto *number = slot_value<svg_an_unum>(p, node, row);
-  return number == nullptr || fabs(number->value) < 1e-6 ? 0 : number->value;
+  if (number == nullptr || fabs(number->value) < 1e-6) return {0, SVG_UNIT_NONE};
+  return {number->value, number->head.unit};
 }
 
 static viewport_side get_side(svg_parser *p, const svg_e_node *node, const char *name, int row) {
-  const double length = slot_number(p, node, row);
-  if (length <= 0) {
+  const svg_unum length = slot_number(p, node, row);
+  if (length.value <= 0) {
     ort_warning(p->core, 10014, name, nullptr, nullptr, nullptr);
-    return {length, false};
+    return {length.value, false};
   }
-  const int unit = slot_value<svg_an_unum>(p, node, row)->head.unit;
-  if (unit == SVG_UNIT_PERCENT) return {0, true};
-  return {svg_unit2pt(unit, length), false};
+  if (length.unit == SVG_UNIT_PERCENT) return {0, true};
+  return {svg_unit2pt(length.unit, length.value), false};
 }
 
 static void log_viewport(const svg_parser *p, bool embedded) {
