@@ -95,7 +95,7 @@ ORT_API svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const ch
  * @return the outermost svg element
  * @raises 10009 for a file that is no SVG, 10020 and 10021 for a refused element or property,
  *     ORT_E_XML for ill-formed XML, 10000 to 10002 for a "data:" IRI without data, ORT_E_READ,
- *     ORT_E_GZIP, ORT_E_LIMIT, ORT_E_NO_MEMORY */
+ *     ORT_E_GZIP, ORT_E_LIMIT, ORT_E_NO_MEMORY, ORT_E_CALL_FAILED, ORT_E_INTERNAL */
 ORT_API svg_e_node *svg_parse(svg_parser *parser, ort_file *file, ort_gz **gz,
                               double *viewport_width, double *viewport_height,
                               double *viewbox_width, double *viewbox_height,
@@ -333,7 +333,7 @@ typedef void (*spp_closepath_fn)(void *userdata);
 /** Reads path data (SVG 1.1, 8.3) and reports its segments. Needs no document and allocates
  * nothing. Quadratic curves are reported as cubic ones. Any callback may be null: that kind of
  * segment is not reported.
- * @param core       for errors and the log
+ * @param core       for errors and the log; svg_register_errtab must have been called for it
  * @param mode       reserved for the arc conversion: 1
  * @param path       the text
  * @param x_offset   added to every x
