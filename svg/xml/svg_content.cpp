@@ -23,6 +23,7 @@ static void echo_end(svg_parser *p, const char *prefix, const char *local);
 static void echo_text(svg_parser *p, size_t piece);
 static void close_open_tag(svg_parser *p);
 static void echo_line(svg_parser *p, int level);
+static void echo_indent(svg_parser *p, int outer);
 static void echo_name(svg_parser *p, const char *prefix, const char *local);
 
 // Character data arrive in pieces; each echo shows the whole run so far while it is no longer than
@@ -30,6 +31,7 @@ static void echo_name(svg_parser *p, const char *prefix, const char *local);
 constexpr size_t echo_whole_run = 4096;
 
 constexpr ort_item_desc written_attr_ced = {sizeof(svg_written_attr), nullptr, nullptr};
+constexpr int deepest_indent = 40;
 
 void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
@@ -178,10 +180,10 @@ static bool needs_prefix(const svg_parser *p) {
 
 static void echo_start(svg_parser *p, const char *prefix, const char *local,
                        const XML_Char **attrs) {
-  const int indent = 2 * p->log_indent;
   if (p->log_tag_open) close_open_tag(p);
   echo_line(p, 4);
-  ort_logg(p->core, "%*s<", indent, "");
+  echo_indent(p, 0);
+  ort_logg(p->core, "<");
   echo_name(p, prefix, local);
   for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
     svg_decomp_fullname(p, attr[0], &prefix, &local);
@@ -196,16 +198,16 @@ static void echo_start(svg_parser *p, const char *prefix, const char *local,
 
 static void echo_end(svg_parser *p, const char *prefix, const char *local) {
   p->log_indent--;
-  const int indent = 2 * p->log_indent;
   if (p->log_tag_open) {
     if (p->log_level >= 5) {
       echo_line(p, 5);
-      ort_logg(p->core, "%*s", indent, "");
+      echo_indent(p, 0);
     }
     ort_logg(p->core, "/>\n");
   } else {
     echo_line(p, 4);
-    ort_logg(p->core, "%*s</", indent, "");
+    echo_indent(p, 0);
+    ort_logg(p->core, "</");
     echo_name(p, prefix, local);
     ort_logg(p->core, ">\n");
   }
@@ -216,7 +218,7 @@ static void echo_text(svg_parser *p, size_t piece) {
   if (p->log_tag_open) close_open_tag(p);
   p->log_tag_open = 0;
   echo_line(p, 4);
-  ort_logg(p->core, "%*s", 2 * p->log_indent, "");
+  echo_indent(p, 0);
   const char *run = ort_bs_text(p->chardata);
   const size_t length = ort_bs_length(p->chardata);
   ort_logg(p->core, "%a\n", length <= echo_whole_run ? run : run + length - piece);
@@ -225,13 +227,20 @@ static void echo_text(svg_parser *p, size_t piece) {
 static void close_open_tag(svg_parser *p) {
   if (p->log_level >= 5) {
     echo_line(p, 5);
-    ort_logg(p->core, "%*s", 2 * p->log_indent - 2, "");
+    echo_indent(p, 1);
   }
   ort_logg(p->core, ">\n");
 }
 
 static void echo_line(svg_parser *p, int level) {
   if (p->log_level >= level) ort_logg(p->core, "[%02ld]", svg_xml_line(p));
+}
+
+// Blanks for the nesting, or outer levels less. Deeper ones get no more: the log would grow with
+// the square of the depth.
+static void echo_indent(svg_parser *p, int outer) {
+  const int levels = p->log_indent - outer;
+  ort_logg(p->core, "%*s", 2 * (levels < deepest_indent ? levels : deepest_indent), "");
 }
 
 static void echo_name(svg_parser *p, const char *prefix, const char *local) {

@@ -116,4 +116,13 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
   });
 }
 
+// Else the log would grow with the square of the depth.
+TEST(Tree, DeepElementsAreIndentedNoFurther) {
+  std::string deep = "<svg>", ends;
+  for (int i = 0; i < 100; i++) deep += "<g>", ends += "</g>";
+  const Document document(deep + "x" + ends + "</svg>", AccountingCore::with_log(5));
+  EXPECT_NE(document.core.log.find("]" + std::string(80, ' ') + "x\n"), std::string::npos);
+  EXPECT_EQ(document.core.log.find(std::string(81, ' ')), std::string::npos);
+}
+
 } // namespace
