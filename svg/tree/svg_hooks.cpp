@@ -195,7 +195,6 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
     ort_logg(p->core, "\t\t\t[add attribute transform type=%d: translation=(%g %g)]\n", trafo->type,
              x, y);
   svg_collect_value(p, &trafo->head, nullptr);
-  p->new_value = nullptr;
   const int index = svg_find_esa(p, "transform", svg_elem_table[node->head.id]);
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
 }

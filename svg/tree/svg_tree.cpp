@@ -157,6 +157,7 @@ static void add_defaults(svg_parser *p, const svg_elem_def *row) {
 
 void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {
   ort_push(p->an_values, value);
+  p->new_value = nullptr; // else, should the observer raise, it had two owners
   if (p->observer != nullptr)
     p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
 }

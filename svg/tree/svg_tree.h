@@ -25,8 +25,8 @@ void svg_a_node_delete(ort_core *core, svg_a_node *value); // null is allowed
 svg_css_attr *svg_css_attr_new(ort_core *core, int16_t nid);
 void svg_css_attr_delete(ort_core *core, svg_css_attr *attr);
 
-// Adds a value to those of the element being built and tells the observer. The value's owner does
-// not change.
+// Adds a value to those of the element being built and tells the observer. new_value, which may
+// have been its owner, is null afterwards.
 void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector);
 
 // ---- svg_hooks.cpp --------------------------------------------------------------------------------------------------

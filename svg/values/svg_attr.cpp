@@ -74,7 +74,6 @@ void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, con
 
   if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
   svg_collect_value(p, value, nullptr);
-  p->new_value = nullptr;
   ort_setbit(p->attrs_set, static_cast<size_t>(esa_index));
   if (element->beg_hook != nullptr && (def->flags & SVG_AF_ATTRIBUTE) != 0)
     p->hook_slots[static_cast<size_t>(def->apo[p->cur_enode->head.id]) / sizeof(svg_a_node *)] =

@@ -96,6 +96,26 @@ TEST(Hooks, ObserverIsToldOfEachFinalValue) {
     EXPECT_EQ(std::count(told.begin(), told.end(), &transform_of(svg_as_element(child))->head), 1);
 }
 
+// The header forbids it; still, nothing has two owners then.
+TEST(Hooks, ObserverThatRaisesEndsTheParse) {
+  static int calls, last;
+  for (last = 1; last <= 6; last++) {
+    calls = 0;
+    const Document document("<svg><style>use{fill:red}</style><use x='1' transform='scale(2)' "
+                            "opacity='1' style='stroke:red'/><use y='2'/></svg>",
+                            AccountingCore::defaults(), [](svg_parser *p) {
+                              const auto raise = [](void *core, const svg_e_node *,
+                                                    const svg_a_node *, svg_source, const char *) {
+                                if (++calls == last)
+                                  ort_error(static_cast<ort_core *>(core), ORT_E_CALL_FAILED, "x",
+                                            nullptr, nullptr, nullptr);
+                              };
+                              svg_set_observer(p, raise, p->core);
+                            });
+    EXPECT_EQ(document.code, ORT_E_CALL_FAILED) << last;
+  }
+}
+
 TEST(Hooks, ElementsWhoseUsersNeedABoundingBox) {
   const Document document(
       "<svg><linearGradient id='l'/><radialGradient id='r'/><pattern id='p'/><mask id='m'/>"
