@@ -1,82 +1,62 @@
 // svg_number.cpp: decimal numbers as they are written in values and in path data.
 //
-// Called by the scanner and the path parser for every number of a drawing. Raises nothing,
-// allocates nothing.
+// Called by the scanner and the path parser for numbers that svg_read_short does not take. Raises
+// nothing, allocates nothing.
 #include "svg/path/svg_number.h"
 
 #include <algorithm>
-#include <array>
+#include <charconv>
 #include <cmath>
 
-static const char *read_digits(const char *s, svg_decimal *number, int scale);
+static const char *skip_digits(const char *s);
+static bool is_below_one(const svg_decimal *number);
 
 const char *svg_read_mantissa(const char *s, svg_decimal *number) {
-  number->valid = ort_isdigit(*s);
-  s = read_digits(s, number, 0);
-  if (*s != '.') return s;
-  s++;
+  number->begin = s;
+  number->end = skip_digits(s);
+  number->valid = number->end > s;
+  if (*number->end != '.') return number->end;
   number->real = true;
-  number->valid |= ort_isdigit(*s);
-  return read_digits(s, number, 1);
-}
-
-// A digit that a double has no room for only counts. So an over-long mantissa keeps its magnitude
-// until the exponent has been applied, and 1.000...0 with hundreds of zeros is 1.
-static const char *read_digits(const char *s, svg_decimal *number, int scale) {
-  for (; ort_isdigit(*s); s++) {
-    const double next = 10.0 * number->mantissa + (*s - '0');
-    if (std::isfinite(next)) number->mantissa = next;
-    number->exponent += (std::isfinite(next) ? 0 : 1) - scale;
-  }
-  return s;
+  const char *fraction = number->end + 1;
+  number->end = skip_digits(fraction);
+  number->valid |= number->end > fraction;
+  return number->end;
 }
 
 const char *svg_read_exponent(const char *s, svg_decimal *number) {
-  const bool negative = *s == '-';
-  if (negative || *s == '+') s++;
+  if (*s == '-' || *s == '+') ++s;
   number->real = true;
-  number->valid = ort_isdigit(*s);
-  int64_t exponent = 0;
-  for (; ort_isdigit(*s); s++) exponent = std::min<int64_t>(10 * exponent + (*s - '0'), INT32_MAX);
-  number->exponent += negative ? -exponent : exponent;
+  number->end = skip_digits(s);
+  number->valid = number->end > s;
+  return number->end;
+}
+
+static const char *skip_digits(const char *s) {
+  while (ort_isdigit(*s)) ++s;
   return s;
 }
 
 double svg_decimal_value(const svg_decimal *number) {
-  return svg_scale10(number->mantissa,
-                     static_cast<int>(std::clamp<int64_t>(number->exponent, INT32_MIN, INT32_MAX)));
+  double value = 0;
+  const std::from_chars_result result = std::from_chars(number->begin, number->end, value);
+  if (result.ec != std::errc::result_out_of_range) return value;
+  return is_below_one(number) ? 0 : HUGE_VAL;
 }
 
-// ---- Powers of ten ------------------------------------------------------------------------------
-
-constexpr int MIN_POWER = -323; // smallest power that is not 0
-constexpr int MAX_POWER = 308;  // largest power that is finite
-
-// clang-format off
-#define TEN(sign, n)                                                                              \
-  1e##sign##n##0, 1e##sign##n##1, 1e##sign##n##2, 1e##sign##n##3, 1e##sign##n##4,                 \
-  1e##sign##n##5, 1e##sign##n##6, 1e##sign##n##7, 1e##sign##n##8, 1e##sign##n##9
-#define HUNDRED(sign, n)                                                                          \
-  TEN(sign, n##0), TEN(sign, n##1), TEN(sign, n##2), TEN(sign, n##3), TEN(sign, n##4),            \
-  TEN(sign, n##5), TEN(sign, n##6), TEN(sign, n##7), TEN(sign, n##8), TEN(sign, n##9)
-
-constexpr double negative_powers[-MIN_POWER + 1] = {
-    HUNDRED(-, 0), HUNDRED(-, 1), HUNDRED(-, 2), TEN(-, 30), TEN(-, 31), 1e-320, 1e-321, 1e-322, 1e-323};
-
-constexpr auto positive_powers = [] {
-  std::array<double, MAX_POWER + 1> powers = {
-      HUNDRED(+, 0), HUNDRED(+, 1), HUNDRED(+, 2), 1e300, 1e301, 1e302, 1e303, 1e304, 1e305, 1e306, 1e307, 1e308};
-  // Here pow(10.0, e) is the neighbour of the double nearest to 10^e.
-  powers[23] = 1.0000000000000001e23;
-  powers[210] = 1.0000000000000001e210;
-  return powers;
-}();
-// clang-format on
-static_assert(negative_powers[-MIN_POWER] > 0 && positive_powers[MAX_POWER] > 0);
-
-double svg_scale10(double value, int exponent) {
-  if (value == 0 || exponent < MIN_POWER) return 0;
-  if (exponent > MAX_POWER) return value * HUGE_VAL;
-  return value * (exponent < 0 ? negative_powers[-exponent]
-                               : positive_powers[static_cast<size_t>(exponent)]);
+// Tells too small a number from one that is too large, by the power of ten of its first digit that
+// is not 0. A number of zeros is below one, whatever its exponent.
+static bool is_below_one(const svg_decimal *number) {
+  const char *point = skip_digits(number->begin), *first = number->begin;
+  while (first < number->end && (*first == '0' || *first == '.')) ++first;
+  if (!ort_isdigit(*first)) return true;
+  const char *s = point + (*point == '.');
+  s = skip_digits(s);
+  int64_t exponent = first < point ? point - first : point + 1 - first;
+  if (s == number->end) return exponent <= 0;
+  const bool negative = *++s == '-';
+  int64_t written = 0;
+  for (s += negative || *s == '+'; s < number->end; ++s)
+    written = std::min<int64_t>(10 * written + (*s - '0'), INT64_MAX / 100);
+  exponent += negative ? -written : written;
+  return exponent <= 0;
 }

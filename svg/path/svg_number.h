@@ -2,8 +2,8 @@
 // and 8.3.9).
 //
 // The scanner and the path parser read a number piece by piece, because they differ in what may
-// follow it and in what is an error. Time is linear in the digits, nothing depends on the locale,
-// and no NaN results.
+// follow it and in what is an error. The value is the double nearest to what is written. Time is
+// linear in the digits, nothing depends on the locale, and no NaN results.
 #ifndef SVG_NUMBER_H
 #define SVG_NUMBER_H
 
@@ -11,46 +11,42 @@
 
 #include "core/ort_core.h"
 
-// mantissa * 10^exponent
+// A number of any length, without its sign.
 struct svg_decimal {
-  double mantissa = 0;
-  int64_t exponent = 0;
+  const char *begin = nullptr;
+  const char *end = nullptr;
   bool valid = false; // the last piece had the digit that it needs
   bool real = false;  // written with a decimal point or an exponent
 };
 
-// Reads digits with an optional "." among, behind or before them, and at least one digit. Returns
-// where it stopped: behind the mantissa, or, when valid is false, at the byte that should have been
+// Reads digits with an optional "." among, after or before them, and at least one digit. Returns
+// where it stopped: after the mantissa, or, when valid is false, at the byte that should have been
 // a digit.
 const char *svg_read_mantissa(const char *s, svg_decimal *number);
 
-// Reads an exponent, from behind its "e": an optional sign and at least one digit. Returns as
+// Reads an exponent, from after its "e": an optional sign and at least one digit. Returns as
 // svg_read_mantissa does.
 const char *svg_read_exponent(const char *s, svg_decimal *number);
 
-// The number without its sign. May be infinite.
+// The value of a valid number: infinite when it is too large, 0 when it is too small.
 double svg_decimal_value(const svg_decimal *number);
-
-// value * 10^exponent, the power as pow(10.0, exponent) gives it; 0 stays 0 whatever the exponent,
-// no NaN results.
-double svg_scale10(double value, int exponent);
 
 // ---- Short numbers ------------------------------------------------------------------------------
 
 constexpr int SVG_EXACT_DIGITS = 15; // integers of so many digits are exact doubles
-constexpr double SVG_POWERS[SVG_EXACT_DIGITS + 1] = {1,     1e-1,  1e-2,  1e-3, 1e-4,  1e-5,
-                                                     1e-6,  1e-7,  1e-8,  1e-9, 1e-10, 1e-11,
-                                                     1e-12, 1e-13, 1e-14, 1e-15};
+constexpr double SVG_POWERS[SVG_EXACT_DIGITS + 1] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 struct svg_short_number {
-  const char *end; // behind the number
+  const char *end; // after the number
   double value;    // without its sign
   bool valid;
   bool real; // written with a decimal point
 };
 
-// Nearly all numbers have few digits and no exponent. Their digits are gathered as an integer,
-// which is what gathering them in a double would give. Any other text is not valid here.
+// Nearly all numbers have few digits and no exponent. Their digits are an integer that a double
+// holds exactly, as it does the power of ten, so that the quotient is the nearest double
+// (IEEE 754, 4.3). Any other text is not valid here.
 inline svg_short_number svg_read_short(const char *s) {
   const auto digit = [&] { return static_cast<unsigned>(static_cast<unsigned char>(*s)) - '0'; };
   uint64_t mantissa = 0;
@@ -66,7 +62,7 @@ inline svg_short_number svg_read_short(const char *s) {
   }
   if (digits == 0 || digits > SVG_EXACT_DIGITS || *s == 'e' || *s == 'E')
     return {s, 0, false, real};
-  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) * SVG_POWERS[fraction], true,
+  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) / SVG_POWERS[fraction], true,
           real};
 }
 

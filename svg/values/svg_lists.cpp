@@ -86,31 +86,29 @@ static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uin
   double waiting[GROUP];
   uint8_t waiting_units[GROUP];
   size_t count = 0, stored = 0, room = 0;
-  const auto store_group = [&] {
-    store(p, tag, values, stored, room, waiting, count);
-    if (units != nullptr) store(p, tag, units, stored, room, waiting_units, count);
+  const auto store_group = [&](size_t wanted) {
+    const bool grow = wanted != room;
+    room = wanted;
+    store(p, tag, values, stored, grow ? room : 0, waiting, count);
+    if (units) store(p, tag, units, stored, grow ? room : 0, waiting_units, count);
     stored += count;
     count = 0;
   };
   const int32_t items = for_each_item(p, at_item, [&](int32_t) {
-    if (count == GROUP) {
-      if (room < stored + GROUP) room = 2 * (stored + GROUP);
-      store_group();
-    }
+    if (count == GROUP) store_group(room < stored + GROUP ? 2 * (stored + GROUP) : room);
     waiting[count] =
         units != nullptr ? svg_ctok_as_unum(p, &waiting_units[count]) : svg_ctok_as_num(p);
     count++;
   });
-  room = stored + count;
-  if (items > 0) store_group();
+  if (items > 0) store_group(stored + count);
   return items;
 }
 
-// Puts items behind those that are stored in *array, which gets room for so many.
+// Puts items after those that are stored in *array, which gets room for so many; 0: it has room.
 template <class T>
 static void store(svg_parser *p, const char *tag, T **array, size_t stored, size_t room,
                   const T *items, size_t count) {
-  *array = static_cast<T *>(ort_realloc(p->core, *array, room * sizeof(T), tag));
+  if (room > 0) *array = static_cast<T *>(ort_realloc(p->core, *array, room * sizeof(T), tag));
   memcpy(*array + stored, items, count * sizeof(T));
 }
 
