@@ -56,6 +56,21 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
   EXPECT_EQ(document.values(document.find("c"), "x"), "1");
 }
 
+// Names of keywords count by their case, and messages name the attribute, whatever was read before.
+TEST(Tree, PropertiesLeaveNoTraceForAttributes) {
+  expect_cases(R"(
+<style>g{fill:red}</style><pattern patternUnits='Userspaceonuse' -> attribute 'patternUnits': unexpected token 'Userspaceonuse'
+<pattern fill='red' patternUnits='Userspaceonuse' -> attribute 'patternUnits': unexpected token 'Userspaceonuse'
+<pattern style='fill:red'/><pattern patternUnits='Userspaceonuse' -> attribute 'patternUnits': unexpected token 'Userspaceonuse'
+<pattern fill='red' X='2' y='b' -> attribute 'y': unexpected token 'b')",
+               [](const std::string &content) {
+                 const Document document("<svg>" + content + "/></svg>");
+                 EXPECT_EQ(document.core.messages.size(), 1U);
+                 const std::string text = document.messages();
+                 return text.substr(0, text.find(", in file"));
+               });
+}
+
 // What the element does not list is a property, by its local name.
 TEST(Tree, UnlistedAttributesAreLookedUpAsProperties) {
   const auto read = [](const char *refused) {
