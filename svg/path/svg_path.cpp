@@ -51,6 +51,8 @@ static int spp_run(spp_state *s);
 static bool spp_is_command(char letter);
 ORT_NORETURN static void spp_raise(const spp_state *s, int error);
 static bool spp_get_operands(spp_state *s, char command, double *v);
+static bool spp_get_x(spp_state *s, double *x);
+static bool spp_get_y(spp_state *s, double *y);
 static bool spp_get_points(spp_state *s, int count, double *v);
 static bool spp_get_nums(spp_state *s, int count, double base, double *v);
 static inline const char *spp_get_num(spp_state *s, const char *pos, double *value);
@@ -141,8 +143,8 @@ static void spp_raise(const spp_state *s, int error) {
 // Reads the operand group of a command, coordinates as absolute ones. False: s->pos is at fault.
 static bool spp_get_operands(spp_state *s, char command, double *v) {
   switch (command) {
-  case 'h': return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_x, v);
-  case 'v': return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_y, v);
+  case 'h': return spp_get_x(s, v);
+  case 'v': return spp_get_y(s, v);
   case 's':
   case 'q': return spp_get_points(s, 2, v);
   case 'c': return spp_get_points(s, 3, v);
@@ -151,6 +153,14 @@ static bool spp_get_operands(spp_state *s, char command, double *v) {
            spp_get_points(s, 1, v + 5);
   default: return spp_get_points(s, 1, v);
   }
+}
+
+static bool spp_get_x(spp_state *s, double *x) {
+  return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_x, x);
+}
+
+static bool spp_get_y(spp_state *s, double *y) {
+  return spp_get_nums(s, 1, s->absolute ? -0.0 : s->cur_y, y);
 }
 
 static bool spp_get_points(spp_state *s, int count, double *v) {
