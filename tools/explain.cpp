@@ -46,7 +46,8 @@ bool is_property_name(const std::string &name) {
 void print_explanation(FILE *out, const Drawing &drawing, const svg_e_node *element,
                        const std::string &name) {
   const Chain chain = chain_of(element);
-  fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(), element_text(drawing, element).c_str());
+  fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
+          element_text(drawing, element, false).c_str());
   if (name.empty()) {
     for (const int row : rows_of(drawing, chain)) explain_row(out, drawing, chain, row);
   } else if (const int row = find_row(element, name); row != no_row) {
@@ -103,7 +104,7 @@ static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, i
   }
   if (winner != nullptr && !svg_is_inherit(winner)) return;
   if (const Holder holder = find_holder(drawing, chain, row); holder.value != nullptr) {
-    fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element).c_str());
+    fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element, false).c_str());
     print_value(out, drawing, holder, row);
   } else if (const char *initial = svg_get_attr_table()[row].default_text; initial != nullptr) {
     fprintf(out, "    initial value: %s\n", initial);
@@ -114,7 +115,7 @@ static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, i
 
 static void print_value(FILE *out, const Drawing &drawing, const Holder &holder, int row) {
   const std::string text = value_text(drawing, holder.value, false);
-  const std::string source = source_text(drawing, holder.element, holder.value);
+  const std::string source = source_text(drawing, holder.element, holder.value, false);
   // Of IRIs the tree does not tell the two keywords apart.
   const bool iri = svg_get_record_kind(holder.value->row) == SVG_RECORD_IRI;
   fprintf(out, "%s%s  (%s%s)\n", text.c_str(),

@@ -9,6 +9,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <new>
 #include <optional>
 
 #include "tools/explain.h"
@@ -23,6 +24,7 @@
 #include "tools/tree_text.h"
 #include "tools/utf8.h"
 
+static void end_without_memory();
 static void hold_standard_streams();
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor);
 static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
@@ -31,6 +33,7 @@ static bool flush_output();
 
 int main(int argc, char **argv) {
   hold_standard_streams();
+  std::set_new_handler(end_without_memory);
   Options options;
   if (const int status = parse_options(argc, argv, options); status >= 0) return status;
   if (options.has_path) {
@@ -54,6 +57,14 @@ int main(int argc, char **argv) {
                   return written;
                 });
   return written && ok ? 0 : 1;
+}
+
+// The tool's own memory is not the core's: no budget covers it, and an exception must not cross the
+// library.
+static void end_without_memory() {
+  static constexpr char text[] = "svgtree: out of memory\n";
+  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
+  _exit(1); // whoever closed standard error misses the message
 }
 
 // A closed pipe becomes an error of the write. A closed standard stream must not become the first
@@ -86,9 +97,9 @@ static bool print_answers(const Drawing &drawing, const Options &options, Extrac
     ok = element != nullptr;
     if (ok) print_explanation(stdout, drawing, element, options.explain_property);
   }
-  if (options.fonts) print_answers(stdout, drawing, "font", answer_fonts);
-  if (options.ids) print_answers(stdout, drawing, "id", answer_ids);
-  if (options.links) print_answers(stdout, drawing, "link", answer_links);
+  if (options.fonts) print_answers(stdout, drawing, "font", answer_fonts, options.text.full);
+  if (options.ids) print_answers(stdout, drawing, "id", answer_ids, options.text.full);
+  if (options.links) print_answers(stdout, drawing, "link", answer_links, options.text.full);
   if (options.stats) print_statistics(stdout, drawing);
   return (extractor == nullptr || extractor->extract(stdout, drawing)) && ok;
 }

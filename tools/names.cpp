@@ -6,6 +6,7 @@
 
 #include "tools/schema.h"
 #include "tools/utf8.h"
+#include "tools/value_text.h"
 #include "tools/walk.h"
 
 NodeNumbers::NodeNumbers(const Drawing &drawing) {
@@ -48,9 +49,9 @@ const svg_e_node *find_element(const Drawing &drawing, const std::string &id) {
   return element;
 }
 
-std::string element_text(const Drawing &drawing, const svg_e_node *element) {
+std::string element_text(const Drawing &drawing, const svg_e_node *element, bool full) {
   std::string text = element_name(element->head.id);
   if (const std::string id = svg_find_href_id(drawing.parser(), element); id != "(empty)")
-    text += " #" + escaped(id);
+    text += " #" + short_text(id, full);
   return text;
 }

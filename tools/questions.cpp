@@ -14,44 +14,47 @@
 static void print_memory(FILE *out, const Drawing &drawing);
 
 // Calls found("rect #button fill", iri) for each IRI of the tree.
-template <class Found> static void each_iri(const Drawing &drawing, Found found) {
+template <class Found> static void each_iri(const Drawing &drawing, bool full, Found found) {
   each_element(drawing.svg(), [&](const svg_e_node *element) {
     for (int32_t i = 0; i < element->values_num; i++)
       if (const svg_iri *iri = value_iri(element->values[i]); iri != nullptr)
-        found(element_text(drawing, element) + ' ' + row_name(element->values[i]->row), *iri);
+        found(element_text(drawing, element, full) + ' ' + row_name(element->values[i]->row), *iri);
   });
 }
 
-void answer_fonts(const Drawing &drawing, const Answers &answers) {
+void answer_fonts(const Drawing &drawing, bool full, const Answers &answers) {
   for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
     const svg_font *font = svg_get_font_at(drawing.parser(), i);
-    answers(escaped(drawing.font_name(font)) + " (" + element_text(drawing, font->node) + ')');
+    answers(short_text(drawing.font_name(font), full) + " (" +
+            element_text(drawing, font->node, full) + ')');
   }
 }
 
-void answer_ids(const Drawing &drawing, const Answers &answers) {
+void answer_ids(const Drawing &drawing, bool full, const Answers &answers) {
   for (const auto &[name, element] : named_elements(drawing, NodeNumbers(drawing)))
-    answers('#' + escaped(name) + ' ' + element_name(element->head.id));
+    answers('#' + short_text(name, full) + ' ' + element_name(element->head.id));
 }
 
-void answer_links(const Drawing &drawing, const Answers &answers) {
-  each_iri(drawing, [&](const std::string &place, const svg_iri &iri) {
-    if (iri.kind != SVG_IRI_DATA) answers(place + " -> " + iri_text(drawing, iri));
+void answer_links(const Drawing &drawing, bool full, const Answers &answers) {
+  each_iri(drawing, full, [&](const std::string &place, const svg_iri &iri) {
+    if (iri.kind != SVG_IRI_DATA) answers(place + " -> " + iri_text(drawing, iri, full));
   });
 }
 
-void answer_data(const Drawing &drawing, const Answers &answers) {
-  each_iri(drawing, [&](const std::string &place, const svg_iri &iri) {
+void answer_data(const Drawing &drawing, bool full, const Answers &answers) {
+  each_iri(drawing, full, [&](const std::string &place, const svg_iri &iri) {
     if (iri.kind == SVG_IRI_DATA) answers(place + ": " + data_text(drawing, iri));
   });
 }
 
-void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question) {
+void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question,
+                   bool full) {
   size_t count = 0;
-  question(drawing, [&](const std::string &) { count++; });
+  question(drawing, full, [&](const std::string &) { count++; });
   fprintf(out, "%s: %zu %s%s\n", escaped(drawing.name()).c_str(), count, noun,
           count == 1 ? "" : "s");
-  question(drawing, [&](const std::string &answer) { fprintf(out, "  %s\n", answer.c_str()); });
+  question(drawing, full,
+           [&](const std::string &answer) { fprintf(out, "  %s\n", answer.c_str()); });
 }
 
 void print_statistics(FILE *out, const Drawing &drawing) {

@@ -11,14 +11,16 @@
 // Receives the answers.
 using Answers = std::function<void(const std::string &)>;
 
-void answer_fonts(const Drawing &drawing, const Answers &answers); // generated names, elements
-void answer_ids(const Drawing &drawing, const Answers &answers);   // ids and names, elements
-void answer_links(const Drawing &drawing, const Answers &answers); // elements, targets
-void answer_data(const Drawing &drawing, const Answers &answers);  // embedded data: type, size
+// Names and selectors are shortened unless full.
+void answer_fonts(const Drawing &drawing, bool full, const Answers &answers); // names, elements
+void answer_ids(const Drawing &drawing, bool full, const Answers &answers);   // ids, elements
+void answer_links(const Drawing &drawing, bool full, const Answers &answers); // elements, targets
+void answer_data(const Drawing &drawing, bool full, const Answers &answers);  // type, size
 
 // A heading with the number of answers, then the answers.
-using Question = void (*)(const Drawing &drawing, const Answers &answers);
-void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question);
+using Question = void (*)(const Drawing &drawing, bool full, const Answers &answers);
+void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question,
+                   bool full);
 
 // Elements, values, memory, time.
 void print_statistics(FILE *out, const Drawing &drawing);

@@ -86,7 +86,7 @@ static void print_facts(FILE *out, const Drawing &drawing, bool full) {
 static void print_answer_list(FILE *out, const Drawing &drawing, const char *label,
                               Question question, bool full) {
   size_t count = 0;
-  question(drawing, [&](const std::string &answer) {
+  question(drawing, full, [&](const std::string &answer) {
     if (full || count < shown_answers)
       fprintf(out, "%s%s", count == 0 ? (std::string(label) + ": ").c_str() : "; ", answer.c_str());
     count++;
@@ -98,7 +98,7 @@ static void print_answer_list(FILE *out, const Drawing &drawing, const char *lab
 static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *element, int depth,
                           const TextOptions &options, Chosen &chosen) {
   indent(out, depth);
-  fputs(element_text(drawing, element).c_str(), out);
+  fputs(element_text(drawing, element, options.full).c_str(), out);
   if ((element->head.flags & SVG_EF_NEEDS_BBOX) != 0) fputs(" [needs bbox]", out);
   if (options.languages) fputs(language_marks(drawing, element, chosen).c_str(), out);
   fputc('\n', out);
@@ -132,7 +132,7 @@ static void print_value(FILE *out, const Drawing &drawing, const svg_e_node *ele
                         const svg_a_node *value, int depth, bool full) {
   indent(out, depth);
   fprintf(out, ". %s: %s", row_name(value->row), value_text(drawing, value, full).c_str());
-  const std::string source = source_text(drawing, element, value);
+  const std::string source = source_text(drawing, element, value, full);
   fputs(source.empty() ? "\n" : ("  (" + source + ")\n").c_str(), out);
 }
 

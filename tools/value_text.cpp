@@ -16,9 +16,9 @@ static std::string unums_text(int32_t count, const double *values, const uint8_t
 static std::string trafo_text(const svg_an_trafo *trafo, bool full);
 static std::string paint_text(const Drawing &drawing, const svg_a_node *value, bool full);
 static std::string color_text(const svg_color &color, bool full);
-static std::string funciri_text(const Drawing &drawing, const svg_iri &iri);
+static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool full);
 static bool is_none(const svg_iri &iri);
-static std::string families_text(const svg_an_key_name_list *list);
+static std::string families_text(const svg_an_key_name_list *list, bool full);
 static std::string path_text(const svg_an_path_data *path, bool full);
 
 // Items of a list that are shown unless the whole is wanted.
@@ -39,11 +39,23 @@ std::string rgb_text(uint32_t rgb) {
   return buffer;
 }
 
-std::string quoted_text(std::string_view text, bool full) {
+// The beginning of a text that is shown, whole characters.
+static std::string_view shown_part(std::string_view text, bool full) {
+  if (full) return text;
   size_t end = 0;
   while (end < shown_text && end < text.size())
     end += std::max<size_t>(utf8_length(text.substr(end)), 1);
-  return full || end == text.size() ? quoted(text) : quoted(text.substr(0, end)) + "...";
+  return text.substr(0, end);
+}
+
+std::string quoted_text(std::string_view text, bool full) {
+  const std::string_view shown = shown_part(text, full);
+  return quoted(shown) + (shown.size() < text.size() ? "..." : "");
+}
+
+std::string short_text(std::string_view text, bool full) {
+  const std::string_view shown = shown_part(text, full);
+  return escaped(shown) + (shown.size() < text.size() ? "..." : "");
 }
 
 // Lists: the items that are shown, and how many are not.
@@ -95,7 +107,7 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   case SVG_RECORD_NAME_LIST: {
     const auto *record = as<svg_an_name_list>(value);
     return list_text(record->count, ", ", full,
-                     [&](int32_t i) { return escaped(record->names[i]); });
+                     [&](int32_t i) { return short_text(record->names[i], full); });
   }
   case SVG_RECORD_NUM_LIST: {
     const auto *record = as<svg_an_num_list>(value);
@@ -119,22 +131,23 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   case SVG_RECORD_COLOR: return rgb_text(as<svg_an_color>(value)->rgb);
   case SVG_RECORD_PAINT: return paint_text(drawing, value, full);
   case SVG_RECORD_IRI:
-    return svg_is_property(value->row) ? funciri_text(drawing, as<svg_an_iri>(value)->iri)
-                                       : iri_text(drawing, as<svg_an_iri>(value)->iri);
+    return svg_is_property(value->row) ? funciri_text(drawing, as<svg_an_iri>(value)->iri, full)
+                                       : iri_text(drawing, as<svg_an_iri>(value)->iri, full);
   case SVG_RECORD_COLOR_PROFILE: {
     const auto *record = as<svg_an_color_profile>(value);
-    return record->name != nullptr ? quoted(record->name) : svg_get_keyword_text(record->keyword);
+    return record->name != nullptr ? quoted_text(record->name, full)
+                                   : svg_get_keyword_text(record->keyword);
   }
-  case SVG_RECORD_KEY_NAME_LIST: return families_text(as<svg_an_key_name_list>(value));
+  case SVG_RECORD_KEY_NAME_LIST: return families_text(as<svg_an_key_name_list>(value), full);
   case SVG_RECORD_PATH_DATA: return path_text(as<svg_an_path_data>(value), full);
   }
   return "";
 }
 
-std::string source_text(const Drawing &drawing, const svg_e_node *element,
-                        const svg_a_node *value) {
+std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
+                        bool full) {
   const Source source = drawing.source(element, value);
-  const std::string selector = source.selector != nullptr ? escaped(*source.selector) : "";
+  const std::string selector = source.selector != nullptr ? short_text(*source.selector, full) : "";
   switch (source.kind) {
   case SVG_SOURCE_ATTRIBUTE: break;
   case SVG_SOURCE_SHEET: return "sheet: " + selector;
@@ -175,7 +188,7 @@ static std::string paint_text(const Drawing &drawing, const svg_a_node *value, b
   case SVG_PAINT_RGB: return rgb_text(as<svg_an_paint_rgb>(value)->rgb);
   case SVG_PAINT_IRI: {
     const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
-    return funciri_text(drawing, iri) +
+    return funciri_text(drawing, iri, full) +
            (iri.fallback >= 0 ? ' ' + rgb_text(static_cast<uint32_t>(iri.fallback)) : "");
   }
   case SVG_PAINT_COLOR: return color_text(as<svg_an_paint_color>(value)->color, full);
@@ -205,16 +218,16 @@ const svg_iri *value_iri(const svg_a_node *value) {
   return iri != nullptr && !is_none(*iri) ? iri : nullptr;
 }
 
-std::string iri_text(const Drawing &drawing, const svg_iri &iri) {
+std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
   switch (iri.kind) {
   case SVG_IRI_LINK:
     if (iri.ref.target != nullptr)
-      return "#" + escaped(svg_find_href_id(drawing.parser(), iri.ref.target));
+      return "#" + short_text(svg_find_href_id(drawing.parser(), iri.ref.target), full);
     if (const char *name = drawing.waiting_name(&iri))
-      return "#" + escaped(name) + " (no such element)";
+      return "#" + short_text(name, full) + " (no such element)";
     return "# (no such element)";
   case SVG_IRI_DATA: return "data: " + data_text(drawing, iri);
-  case SVG_IRI_NAME: return iri.ref.text != nullptr ? escaped(iri.ref.text) : "none";
+  case SVG_IRI_NAME: return iri.ref.text != nullptr ? short_text(iri.ref.text, full) : "none";
   default: return "none";
   }
 }
@@ -231,18 +244,18 @@ const char *mime_text(int mime) {
   return text != nullptr ? text : "unknown type";
 }
 
-static std::string funciri_text(const Drawing &drawing, const svg_iri &iri) {
-  return is_none(iri) ? "none" : "url(" + iri_text(drawing, iri) + ')';
+static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
+  return is_none(iri) ? "none" : "url(" + iri_text(drawing, iri, full) + ')';
 }
 
 static bool is_none(const svg_iri &iri) {
   return iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && iri.ref.text == nullptr);
 }
 
-static std::string families_text(const svg_an_key_name_list *list) {
-  return list_text(list->count, ", ", true, [&](int32_t i) {
+static std::string families_text(const svg_an_key_name_list *list, bool full) {
+  return list_text(list->count, ", ", full, [&](int32_t i) {
     return list->keys[i] != 0 ? std::string(svg_get_keyword_text(list->keys[i]))
-                              : quoted(list->names[i]);
+                              : quoted_text(list->names[i], full);
   });
 }
 

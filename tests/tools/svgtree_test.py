@@ -255,6 +255,19 @@ class Json(unittest.TestCase):
             self.assertLess(len(output), per_element * depth, option)
 
 
+class Growth(unittest.TestCase):
+    def test_long_names_are_shortened_unless_full(self):
+        name = "n" * 20_000
+        styled = f'<style>#{name}, .{name} {{ fill: url(#{name}) }}</style>'
+        drawing = svg(styled + f'<g id="{name}"/>' + f'<use class="{name}" xlink:href="#{name}"/>' * 200)
+        for options in ((), ("--links",), ("--ids",), ("--explain", name, "fill")):
+            status, output, _ = run(*options, "-", stdin=drawing)
+            self.assertEqual(status, 0)
+            self.assertIn("n" * 100 + "...", output)
+            self.assertLess(len(output), 5 * len(drawing), options)
+        self.assertIn(f"#{name} ", run("--full", "--ids", "-", stdin=drawing)[1])
+
+
 STYLED = svg("""<style>#a { fill: blue; stroke: green !important } g { marker: url(#m) }</style>
 <g id="g" fill-opacity=".3" opacity=".5" clip-path="inherit" marker-mid="none">
 <rect id="a" fill="red" fill-opacity="inherit" style="fill: gold; stroke: tan"/></g>""", 'color="red"')
@@ -453,6 +466,17 @@ class Streams(unittest.TestCase):
             found = run("--check", "--limit", "growth=2", "--limit", limit, "-", stdin=data)[2]
             self.assertEqual(found[:len(f"standard input: {message}")],
                              message and f"standard input: {message}")
+
+    def test_little_address_space(self):
+        drawing = svg('<rect x="bad"/>' * 20000)
+        for size in (1 << 30, *range(4 << 20, 24 << 20, 1 << 20)):
+            def little(size=size):
+                resource.setrlimit(resource.RLIMIT_AS, (size, size))
+            status, _, messages = run("--check", "-", stdin=drawing, preexec_fn=little)
+            if size == 1 << 30 and status != 0:
+                self.skipTest("an instrumented tool needs more than that to start")
+            if status != 127:  # else the dynamic loader found no room
+                self.assertIn((status, messages.endswith("ut of memory\n")), [(0, False), (1, True)], size)
 
     def test_refused_names(self):
         for option in ("--refuse-element", "--refuse-property"):
