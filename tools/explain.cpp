@@ -37,7 +37,7 @@ static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *e
 static bool competes(const svg_a_node *value, int row);
 static int rank(svg_source source);
 
-bool is_property_name(const std::string &name) {
+bool is_known_name(const std::string &name) {
   for (int row = 0; row < SVG_ATTR_COUNT; row++)
     if (name == row_name(row)) return true;
   return false;

@@ -8,7 +8,7 @@
 #include "tools/drawing.h"
 
 // Whether some property or attribute has this name.
-bool is_property_name(const std::string &name);
+bool is_known_name(const std::string &name);
 
 // Prints every value that the element has for the property or attribute, where each came from,
 // which one wins by SVG and CSS, and, when there is none or it is "inherit", the ancestor whose

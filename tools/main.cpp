@@ -113,6 +113,7 @@ static void print_messages(const Drawing &drawing) {
 
 static bool flush_output() {
   if (fflush(stdout) == 0 && ferror(stdout) == 0) return true;
+  if (errno == EPIPE) return false; // the reader has seen enough, as with "| head"
   fprintf(stderr, "svgtree: cannot write standard output: %s\n", strerror(errno));
   return false;
 }

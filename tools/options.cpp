@@ -11,19 +11,19 @@
 #include <tuple>
 
 #include "tools/explain.h"
+#include "tools/utf8.h"
 
 static void add_output_options(CLI::App &app, Options &options);
 static void add_question_options(CLI::App &app, Options &options);
 static void add_reading_options(CLI::App &app, Options &options);
-static bool take_limit(const std::string &text, ReadSettings &reading);
-static std::string take_property(std::vector<std::string> &arguments);
-static const char *find_mistake(const Options &options);
+static int refuse_usage(const std::string &mistake);
+static std::string take_limit(const std::string &text, ReadSettings &reading);
+static std::string find_mistake(const Options &options);
+static bool is_property(const std::string &name);
 
 int parse_options(int argc, char **argv, Options &options) {
   CLI::App app("svgtree reads SVG 1.1 drawings, plain or gzip, and prints their document trees.",
                "svgtree");
-  std::vector<std::string> arguments(argv + 1, argv + argc);
-  options.explain_property = take_property(arguments);
   app.set_version_flag("--version", "svgtree " SVGREADER_VERSION);
   app.add_option("FILE", options.files, "Drawings to read; - is standard input")->option_text(" ");
   add_output_options(app, options);
@@ -32,19 +32,15 @@ int parse_options(int argc, char **argv, Options &options) {
   app.footer("Exit status: 0 all drawings were read, 1 some were not, 2 wrong usage.\n"
              "The manual page svgtree(1) tells more.");
   try {
-    std::ranges::reverse(arguments); // as CLI11 wants them
-    app.parse(arguments);
+    app.parse(argc, argv);
   } catch (const CLI::ParseError &error) {
-    return app.exit(error) == 0 ? 0 : 2;
+    return error.get_exit_code() == 0 ? app.exit(error) : refuse_usage(error.what());
   }
   if (options.pretty && !options.schema) options.json = true;
-  const auto bad = std::ranges::find_if_not(
-      options.limits, [&](const std::string &limit) { return take_limit(limit, options.reading); });
-  const char *mistake = bad != options.limits.end() ? "bad --limit" : find_mistake(options);
-  if (mistake != nullptr) {
-    fprintf(stderr, "svgtree: %s\nRun svgtree --help for more information.\n", mistake);
-    return 2;
-  }
+  std::string mistake = find_mistake(options);
+  for (const std::string &limit : options.limits)
+    if (mistake.empty()) mistake = take_limit(limit, options.reading);
+  if (!mistake.empty()) return refuse_usage(mistake);
   const auto ignoring_case = [](const std::string &a, const std::string &b) {
     return strcasecmp(a.c_str(), b.c_str()) < 0;
   };
@@ -76,9 +72,11 @@ static void add_question_options(CLI::App &app, Options &options) {
   };
   option("--query", options.query, "ID", "Print the element with this id and what is in it")
       ->each([&](const std::string &) { options.has_query = true; });
-  option("--explain", options.explain_id, "ID [PROPERTY]",
+  option("--explain", options.explain_id, "ID",
          "Tell the values of an element's properties, where they come from and which one counts")
       ->each([&](const std::string &) { options.has_explain = true; });
+  option("--property", options.explain_property, "NAME",
+         "Let --explain tell of this property or attribute only");
   flag("--fonts", options.fonts, "List the fonts with their generated names");
   flag("--ids", options.ids, "List the ids and names with their elements");
   flag("--links", options.links, "List the links with their targets");
@@ -121,7 +119,14 @@ static void add_reading_options(CLI::App &app, Options &options) {
       ->check(CLI::Range(0, 9));
 }
 
-static bool take_limit(const std::string &text, ReadSettings &reading) {
+static int refuse_usage(const std::string &mistake) {
+  fprintf(stderr, "svgtree: %s\nRun svgtree --help for more information.\n",
+          escaped(mistake).c_str());
+  return 2;
+}
+
+// What is wrong with a limit; "" when it was taken.
+static std::string take_limit(const std::string &text, ReadSettings &reading) {
   const size_t equals = std::min(text.find('='), text.size());
   const char *begin = text.c_str() + std::min(equals + 1, text.size());
   const char *end = text.c_str() + text.size();
@@ -129,8 +134,9 @@ static bool take_limit(const std::string &text, ReadSettings &reading) {
   const auto [rest, error] = std::from_chars(begin, end, number);
   const std::string_view name(text.data(), equals), unit(rest, end);
   const int shift = unit.empty() ? 0 : unit == "K" ? 10 : unit == "M" ? 20 : unit == "G" ? 30 : -1;
+  if (equals == text.size()) return "--limit " + text + ": NAME=N is wanted";
   if (error != std::errc{} || number == 0 || shift < 0 || number > UINT64_MAX >> shift)
-    return false;
+    return "--limit " + text + ": no number above 0, with K, M or G after it or nothing";
   number <<= shift;
   svg_limits &limits = reading.limits;
   if (name == "memory")
@@ -146,25 +152,11 @@ static bool take_limit(const std::string &text, ReadSettings &reading) {
   else if (name == "recorded")
     limits.recorded = number;
   else
-    return false;
-  return true;
-}
-
-// The word behind --explain ID, when it is the name of a property, is taken out of the arguments:
-// any other word there is a drawing.
-static std::string take_property(std::vector<std::string> &arguments) {
-  for (size_t i = 0; i < arguments.size() && arguments[i] != "--"; i++) {
-    if (!arguments[i].starts_with("--explain")) continue;
-    const size_t next = i + (arguments[i] == "--explain" ? 2 : 1);
-    if (next >= arguments.size() || !is_property_name(arguments[next])) continue;
-    std::string property = arguments[next];
-    arguments.erase(arguments.begin() + static_cast<ptrdiff_t>(next));
-    return property;
-  }
+    return "--limit " + text + ": no limit has the name '" + std::string(name) + "'";
   return "";
 }
 
-static const char *find_mistake(const Options &options) {
+static std::string find_mistake(const Options &options) {
   const bool questions = options.asks();
   if (options.has_path && (questions || options.json || options.check || !options.files.empty()))
     return "--path reads no drawing";
@@ -175,5 +167,22 @@ static const char *find_mistake(const Options &options) {
   Options others = options;
   others.has_query = false;
   if (options.json && others.asks()) return "of the questions only --query has an answer in JSON";
-  return nullptr;
+  if (!options.explain_property.empty()) {
+    if (!options.has_explain) return "--property goes with --explain";
+    if (!is_known_name(options.explain_property))
+      return "--property " + options.explain_property + ": no such property or attribute";
+  }
+  for (const std::string &name : options.reading.refused_properties)
+    if (is_property(name))
+      return "--refuse-property " + name +
+             ": the reader knows it, and refuses only what it does not";
+  return "";
+}
+
+// As the reader looks properties up: ignoring ASCII case.
+static bool is_property(const std::string &name) {
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row)
+    if (svg_is_property(row) && strcasecmp(svg_get_attr_table()[row].name, name.c_str()) == 0)
+      return true;
+  return false;
 }
