@@ -21,6 +21,7 @@
 static std::unordered_map<std::string, int> types_of_data(const Drawing &drawing);
 static std::string digest_text(const unsigned char *data, size_t size);
 static const char *extension(int mime);
+static bool holds(int folder, const std::string &name, const unsigned char *data, size_t size);
 static bool write_all(int descriptor, const unsigned char *data, size_t size);
 
 constexpr size_t digest_bytes = 16; // of the digest, in a file's name
@@ -62,7 +63,10 @@ bool Extractor::write(const std::string &name, const unsigned char *data, size_t
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   if (force_) unlinkat(descriptor_, made.c_str(), 0); // left behind by a run that was stopped
   const int file = openat(descriptor_, made.c_str(), flags, 0666);
-  if (file < 0) return fail(name, errno);
+  if (file < 0) {
+    const int error = errno;
+    return (error == EEXIST && holds(descriptor_, made, data, size)) || fail(name, error);
+  }
   bool ok = write_all(file, data, size);
   ok = close(file) == 0 && ok;
   ok = ok && (!force_ || renameat(descriptor_, made.c_str(), descriptor_, name.c_str()) == 0);
@@ -110,6 +114,25 @@ static std::string digest_text(const unsigned char *data, size_t size) {
 static const char *extension(int mime) {
   static constexpr const char *texts[] = {".gif", ".jpg", ".png", ".svg", ".tif", ".css"};
   return mime >= 0 ? texts[mime] : ".bin";
+}
+
+// Whether a regular file of that name has these bytes and no more.
+static bool holds(int folder, const std::string &name, const unsigned char *data, size_t size) {
+  const int file = openat(folder, name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+  if (file < 0) return false;
+  struct stat facts = {};
+  bool same = fstat(file, &facts) == 0 && S_ISREG(facts.st_mode) &&
+              static_cast<size_t>(facts.st_size) == size;
+  unsigned char block[65536];
+  for (size_t at = 0; same && at < size;) {
+    const ssize_t length = read(file, block, sizeof block);
+    if (length < 0 && errno == EINTR) continue;
+    same = length > 0 && static_cast<size_t>(length) <= size - at &&
+           memcmp(block, data + at, static_cast<size_t>(length)) == 0;
+    if (same) at += static_cast<size_t>(length);
+  }
+  close(file);
+  return same;
 }
 
 static bool write_all(int descriptor, const unsigned char *data, size_t size) {

@@ -21,7 +21,7 @@ public:
   bool open();
 
   // Writes the drawing's data and prints a line for each file. False after a message when a file
-  // could not be written, or exists and may not be replaced.
+  // could not be written, or exists with other bytes and may not be replaced.
   bool extract(FILE *out, const Drawing &drawing);
 
 private:
