@@ -2,13 +2,22 @@
 // leaves the string as it was.
 #include <string.h>
 
-#include "core/ort_core.h"
+#include "core/ort_state.h"
 
 struct ort_bs {
   ort_core *core;
   char *text; // terminated; null before the first byte
   size_t length, capacity;
 };
+
+namespace {
+
+struct bytes_out {
+  ort_out out;
+  ort_bs *bs;
+};
+
+} // namespace
 
 ort_bs *ort_bs_new(ort_core *core) {
   ort_bs *bs = ort_new<ort_bs>(core, "ort_bs_new");
@@ -47,6 +56,14 @@ void ort_bs_append(ort_bs *bs, const void *bytes, size_t length) {
 }
 
 void ort_bs_append_text(ort_bs *bs, const char *text) { ort_bs_append(bs, text, strlen(text)); }
+
+void ort_bs_append_escaped(ort_bs *bs, const char *text) {
+  const auto put = [](ort_out *out, const char *bytes, size_t length) {
+    ort_bs_append(reinterpret_cast<bytes_out *>(out)->bs, bytes, length);
+  };
+  bytes_out to = {{put}, bs};
+  ort_put_escaped(&to.out, text, SIZE_MAX);
+}
 
 void ort_bs_append_byte(ort_bs *bs, char byte) { ort_bs_append(bs, &byte, 1); }
 

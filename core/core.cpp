@@ -21,7 +21,6 @@ ort_core *ort_core_new(const ort_options *options) {
 void ort_core_delete(ort_core *core) {
   if (!core) return;
   ort_pvf_delete_all(core);
-  for (const ort_printed &printed : core->printed) free(printed.text);
   ort_memory_delete(core);
   free(core);
 }

@@ -29,12 +29,6 @@ constexpr ort_errtab_entry runtime_errors[] = {
     {2, ORT_E_LIMIT, "Limit of $2 $1 exceeded", nullptr},
 };
 
-struct printed_out {
-  ort_out out;
-  ort_core *core;
-  ort_printed *printed;
-};
-
 } // namespace
 
 static jmp_buf *ort_jbuf(ort_core *core, ort_frame *frame);
@@ -42,8 +36,8 @@ static int ort_catch_intern(ort_core *core, const ort_frame *frame);
 ORT_NORETURN static void raise_pending(ort_core *core);
 static void compose(const ort_core *core, ort_message *message, int code,
                     const char *const parameters[4]);
-static void put_to_message(ort_out *out, const char *bytes, size_t length);
-static void put_to_printed(ort_out *out, const char *bytes, size_t length);
+template <class Text> static ort_out *begin_text(Text *text);
+template <class Text> static void put_to_text(ort_out *out, const char *bytes, size_t length);
 static void deliver(ort_core *core, ort_severity severity, int code, const char *text);
 static const ort_errtab_entry *find_row(const ort_errtab_entry *table, size_t count, int code);
 
@@ -132,7 +126,7 @@ void ort_push2_errmsg(ort_core *core, int code, const char *p1, const char *p2, 
   ort_message message;
   const char *const parameters[4] = {p1, p2, p3, p4};
   compose(core, &message, code, parameters);
-  put_to_message(&core->errors.message.out, message.text, message.length);
+  put_to_text<ort_message>(&core->errors.message.out, message.text, message.length);
 }
 
 void ort_internal_error(ort_core *core, const char *source, int line) {
@@ -187,60 +181,47 @@ static const ort_errtab_entry *find_row(const ort_errtab_entry *table, size_t co
 
 static void compose(const ort_core *core, ort_message *message, int code,
                     const char *const parameters[4]) {
-  message->out.put = put_to_message;
-  message->length = 0;
-  message->text[0] = '\0';
+  ort_out *out = begin_text(message);
   const ort_errtab_entry *row = ort_find_error(core, code);
   const char *text = row ? row->text : "Unknown error";
   while (*text) {
     if (text[0] == '$' && text[1] >= '1' && text[1] <= '4') {
       const char *parameter = parameters[text[1] - '1'];
-      if (parameter) ort_put_escaped(&message->out, parameter, ORT_LIMIT_MESSAGE_PARAMETER);
+      if (parameter) ort_put_escaped(out, parameter, ORT_LIMIT_MESSAGE_PARAMETER);
       text += 2;
     } else {
       const size_t literal = 1 + strcspn(text + 1, "$");
-      message->out.put(&message->out, text, literal);
+      out->put(out, text, literal);
       text += literal;
     }
   }
 }
 
-// What does not fit any more is dropped, from a character boundary on.
-static void put_to_message(ort_out *out, const char *bytes, size_t length) {
-  ort_message *message = reinterpret_cast<ort_message *>(out);
-  const size_t room = ORT_MESSAGE_SIZE - 1 - message->length;
-  if (length > room) {
-    length = room;
-    while (length > 0 && (bytes[length] & 0xC0) == 0x80) --length;
-  }
-  memcpy(message->text + message->length, bytes, length);
-  message->length += length;
-  message->text[message->length] = '\0';
-}
-
 const char *ort_errprintf(ort_core *core, const char *format, ...) {
   ort_printed *printed = &core->printed[core->next_printed++ % ORT_PRINTED_TEXTS];
-  printed->length = 0;
-  printed_out out = {{put_to_printed}, core, printed};
-  put_to_printed(&out.out, "", 0);
   va_list values;
   va_start(values, format);
-  ort_put_format(&out.out, format, values);
+  ort_put_format(begin_text(printed), format, values);
   va_end(values);
   return printed->text;
 }
 
-static void put_to_printed(ort_out *out, const char *bytes, size_t length) {
-  const printed_out *to = reinterpret_cast<const printed_out *>(out);
-  ort_printed *printed = to->printed;
-  if (length >= printed->capacity - printed->length) {
-    const size_t capacity = (printed->length + length) * 2 + 64;
-    void *text = ort_own_realloc(to->core, printed->text, printed->capacity, capacity);
-    if (!text) ort_raise_no_memory(to->core);
-    printed->text = static_cast<char *>(text);
-    printed->capacity = capacity;
+template <class Text> static ort_out *begin_text(Text *text) {
+  text->out.put = put_to_text<Text>;
+  text->length = 0;
+  text->text[0] = '\0';
+  return &text->out;
+}
+
+// What does not fit any more is dropped, from a character boundary on.
+template <class Text> static void put_to_text(ort_out *out, const char *bytes, size_t length) {
+  Text *text = reinterpret_cast<Text *>(out);
+  const size_t room = sizeof text->text - 1 - text->length;
+  if (length > room) {
+    length = room;
+    while (length > 0 && (bytes[length] & 0xC0) == 0x80) --length;
   }
-  memcpy(printed->text + printed->length, bytes, length);
-  printed->length += length;
-  printed->text[printed->length] = '\0';
+  memcpy(text->text + text->length, bytes, length);
+  text->length += length;
+  text->text[text->length] = '\0';
 }

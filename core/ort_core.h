@@ -75,9 +75,9 @@ ORT_NORETURN void ort_rethrow(ort_core *core);
 // Raises ORT_E_INTERNAL. source names the file.
 ORT_NORETURN void ort_internal_error(ort_core *core, const char *source, int line);
 
-// Formats one value into a text of any length ("%a", "%s" a text; "%d" int; "%g" double; literal
-// text around it). The core keeps the last 16 results, so several can be used at once. Raises for
-// lack of memory.
+// Formats one value as a parameter of a message ("%a", "%s" a text; "%d" int; "%g" double; literal
+// text around it), cut like one. The core keeps the last 16 results, so several can be used at
+// once.
 const char *ort_errprintf(ort_core *core, const char *format, ...);
 
 // ---- Memory (memory.cpp) ------------------------------------------------------------------------
@@ -187,6 +187,7 @@ void *ort_hvtr_at(const ort_hvtr *handles, size_t i);
 
 void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
 void ort_bs_append_text(ort_bs *bs, const char *text);
+void ort_bs_append_escaped(ort_bs *bs, const char *text); // as by ort_escape
 void ort_bs_append_byte(ort_bs *bs, char byte);
 bool ort_bs_has_room(const ort_bs *bs, size_t length); // appending as many bytes raises nothing
 void ort_bs_shorten(ort_bs *bs,

@@ -57,16 +57,18 @@ void ort_put_format(ort_out *out, const char *format, va_list values);
 
 // ---- Errors (error.cpp) -------------------------------------------------------------------------
 
-constexpr size_t ORT_MESSAGE_SIZE = 12 * ORT_LIMIT_MESSAGE_PARAMETER;
 constexpr size_t ORT_PRINTED_TEXTS = 16;
 
 struct ort_frame; // an open ort_protect
 
-struct ort_message {
+// A text with an end, which making never allocates.
+template <size_t SIZE> struct ort_fixed_text {
   ort_out out;
   size_t length;
-  char text[ORT_MESSAGE_SIZE];
+  char text[SIZE];
 };
+using ort_message = ort_fixed_text<12 * ORT_LIMIT_MESSAGE_PARAMETER>;
+using ort_printed = ort_fixed_text<ORT_LIMIT_MESSAGE_PARAMETER + 1>; // of ort_errprintf
 
 struct ort_errors {
   ort_frame *frame; // innermost
@@ -74,12 +76,6 @@ struct ort_errors {
   size_t table_sizes[ORT_ERRTABS];
   int code; // of the pending error; 0: none yet
   ort_message message;
-};
-
-// One result of ort_errprintf.
-struct ort_printed {
-  char *text;
-  size_t length, capacity;
 };
 
 // ---- Files (file.cpp, virtual_file.cpp) ---------------------------------------------------------

@@ -175,7 +175,7 @@ static void unlink_file(ort_core *core, ort_pvf *file) {
   while (*link != file) link = &(*link)->next;
   *link = file->next;
   table.order[file->place] = nullptr;
-  --table.count;
+  if (--table.count == 0) ort_pvf_delete_all(core); // no other drawing has to bear the table
 }
 
 static void free_file(ort_core *core, ort_pvf *file) {

@@ -57,6 +57,7 @@ TEST(Hostile, OneCoreReadsAllAndKeepsNothing) {
     for (const auto &[name, bytes] : documents()) {
       read_once(core, bytes);
       ASSERT_EQ(core.live_blocks(), "") << name;
+      ASSERT_EQ(ort_memory_left(core), ort_memory_budget(core)) << name;
     }
 }
 

@@ -57,10 +57,9 @@ static bool fits_family(const svg_font *font, const font_request &wanted);
 static bool fits_size(const svg_font *font, double size);
 template <class Accepts> static bool any_key(const svg_an_key_list *list, Accepts accepts);
 static int32_t slanted(int32_t style);
-static void append_text(svg_parser *p, ort_bs *name, const char *text);
-static void append_family(svg_parser *p, ort_bs *name, const svg_font *font);
-template <class Map>
-static void append_keys(svg_parser *p, ort_bs *name, const svg_an_key_list *list, Map map);
+static void append_text(ort_bs *name, const char *text);
+static void append_family(ort_bs *name, const svg_font *font);
+template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list *list, Map map);
 static void append_sizes(svg_parser *p, ort_bs *name, const svg_an_key_unum_list *sizes);
 static uint32_t hex_number(const char *text, const char *end, char joker);
 
@@ -166,16 +165,16 @@ svg_e_node *svg_get_first_font(svg_parser *p, ort_bs *name) {
 void svg_create_fontname(svg_parser *p, const svg_font *font, ort_bs *name) {
   constexpr size_t NO_DESCRIPTORS = 5; // the underscores alone
   const auto same = [](int32_t key) { return key; };
-  append_family(p, name, font);
+  append_family(name, font);
   if (p->font_number > 0) {
     ort_bs_append_byte(name, '-');
     ort_bs_append_text(name, ort_errprintf(p->core, "%d", p->font_number));
   }
   const size_t length = ort_bs_length(name);
-  append_keys(p, name, font->weight, svg_normalize_font_weight);
-  append_keys(p, name, font->style, same);
-  append_keys(p, name, font->stretch, same);
-  append_keys(p, name, font->variant,
+  append_keys(name, font->weight, svg_normalize_font_weight);
+  append_keys(name, font->style, same);
+  append_keys(name, font->stretch, same);
+  append_keys(name, font->variant,
               [](int32_t key) { return key == SVG_KW_normal ? SVG_KW_NONE : key; });
   append_sizes(p, name, font->size);
   if (ort_bs_length(name) == length + NO_DESCRIPTORS) ort_bs_shorten(name, length);
@@ -268,30 +267,29 @@ template <class Accepts> static bool any_key(const svg_an_key_list *list, Accept
 
 static int32_t slanted(int32_t style) { return style == SVG_KW_oblique ? SVG_KW_italic : style; }
 
-static void append_text(svg_parser *p, ort_bs *name, const char *text) {
-  if (text != nullptr) ort_bs_append_text(name, ort_errprintf(p->core, "%a", text));
+static void append_text(ort_bs *name, const char *text) {
+  if (text != nullptr) ort_bs_append_escaped(name, text);
 }
 
-static void append_family(svg_parser *p, ort_bs *name, const svg_font *font) {
+static void append_family(ort_bs *name, const svg_font *font) {
   const svg_an_key_name_list *list = font->family;
   if (list == nullptr || list->count == 0) {
-    append_text(p, name, font->id != nullptr ? font->id : "*");
+    append_text(name, font->id != nullptr ? font->id : "*");
     return;
   }
   for (int32_t i = 0; i < list->count; i++) {
     if (i > 0) ort_bs_append_byte(name, ',');
     const char *text = list->names[i];
-    append_text(p, name, text ? text : ort_get_keyword(list->keys[i], svg_font_keylist));
+    append_text(name, text ? text : ort_get_keyword(list->keys[i], svg_font_keylist));
   }
 }
 
 // A keyword without text leaves its separator behind.
-template <class Map>
-static void append_keys(svg_parser *p, ort_bs *name, const svg_an_key_list *list, Map map) {
+template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list *list, Map map) {
   ort_bs_append_byte(name, '_');
   for (int32_t i = 0; list != nullptr && i < list->count; i++) {
     if (i > 0) ort_bs_append_byte(name, ',');
-    append_text(p, name, ort_get_keyword(map(list->keys[i]), svg_font_keylist));
+    append_text(name, ort_get_keyword(map(list->keys[i]), svg_font_keylist));
   }
 }
 

@@ -87,7 +87,7 @@ TEST_F(Error, PendingTextGrowsToItsLimitOnly) {
   const std::string all = ort_error_text(core);
   EXPECT_GT(all.size(), 11000U);
   EXPECT_LT(all.size(), 12000U);
-  EXPECT_EQ(ort_errprintf(core, "%a", all.c_str()), all) << "cut inside a character";
+  EXPECT_EQ(ort_escape(nullptr, all.c_str()), all.size()) << "cut inside a character";
   EXPECT_EQ(ort_error_code(core), 20002);
 
   // Parameters may point into the pending text.
@@ -131,8 +131,9 @@ TEST_F(Error, PrintedTextsLiveForSixteenCalls) {
   for (int i = 0; i < 48; ++i)
     printed[i % 16] = i % 3 == 0 ? ort_errprintf(core, " <%a>", long_text.c_str())
                                  : ort_errprintf(core, "%d/%g", i, i / 8.0);
-  EXPECT_EQ(printed[45 % 16], " <" + long_text + ">");
+  EXPECT_EQ(printed[45 % 16], " <" + long_text.substr(0, ORT_LIMIT_MESSAGE_PARAMETER - 2));
   EXPECT_STREQ(printed[32 % 16], "32/4");
   EXPECT_STREQ(ort_errprintf(core, " (%s file)%a", "a\tb", "a\tb"), " (a\tb file)a\\tb");
   EXPECT_STREQ(ort_errprintf(core, ""), "");
+  EXPECT_EQ(core.allocations(), 0U);
 }
