@@ -91,7 +91,9 @@ typedef struct ort_options {
   void *log_user;         /**< first argument of log */
   /** Level by class; 0 is off. ORT_LOG_READER: 3 markup, 5 detail, 6 all. */
   unsigned char log_levels[ORT_LOG_CLASSES];
-  uint64_t memory_budget;  /**< bytes alive at a time; 0: ORT_LIMIT_MEMORY */
+  /** Bytes of the blocks alive at a time, as requested, without what holding them costs
+   * (docs/limits.md); 0: ORT_LIMIT_MEMORY. */
+  uint64_t memory_budget;
   uint64_t inflate_budget; /**< bytes that one gzip stream gives; 0: ORT_LIMIT_INFLATED */
   uint64_t fail_at;        /**< for tests: the n-th allocation fails, from 1; 0: none */
   int fail_on;             /**< for tests: not 0: every allocation from fail_at on fails */
