@@ -154,7 +154,7 @@ ORT_API void svg_set_observer(svg_parser *parser, svg_observer_fn observer, void
 typedef struct svg_written_attr {
   const char *prefix; /**< "" for none; of a namespace with several prefixes, the innermost one */
   const char *name;   /**< without the prefix */
-  const char *value;
+  const char *value;  /**< with references replaced and white space made blanks (XML 1.0, 3.3.3) */
 } svg_written_attr;
 
 /** Told of each element that is built, in document order, as soon as it has its values. line is

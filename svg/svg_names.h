@@ -69,8 +69,11 @@
   /* 136 */ X(xMaxYMid)         X(xMaxYMin)           X(xMidYMax)           X(xMidYMid)           X(xMidYMin)          \
   /* 141 */ X(xMinYMax)         X(xMinYMid)           X(xMinYMin)           X(xx_large)           X(xx_small)          \
 
+/** An element's enumerator. */
 #define SVG_NAME_ELEMENT(name)       SVG_ELEM_##name,
+/** A property's enumerator. */
 #define SVG_NAME_PROPERTY(name, row) SVG_PROP_##name = (row),
+/** A keyword's enumerator. */
 #define SVG_NAME_KEYWORD(name)       SVG_KW_##name,
 /* clang-format on */
 
