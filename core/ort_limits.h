@@ -47,6 +47,10 @@
 /** Sheets that one drawing's sheets may import in all. */
 #define ORT_LIMIT_IMPORTS 256
 
+/** Bytes of the name of an external sheet as written: each import is joined with it. A path of the
+ * system is not longer. */
+#define ORT_LIMIT_SHEET_NAME 4096
+
 /** Steps that matching rules with elements may take: many rules of which each must be tried, or
  * matches, at each of many elements. */
 #define ORT_LIMIT_RULE_STEPS 1000000000

@@ -22,11 +22,11 @@ struct css_callbacks {
   // Number of an element name (0 to the highest element id), or -1 for a name that no element can
   // have.
   int16_t (*get_elem_nid)(void *user, const char *name);
-  // Parses a declaration's value: as written, without surrounding blanks, a comment being a blank,
-  // and ending in " !important" when that was written in any form. Returns the value, which the
-  // engine hands back in rules, or null for a declaration to be dropped. A shorthand calls
-  // css_add_value for each of its longhands and returns null.
-  void *(*get_prop)(void *user, const char *name, const char *value);
+  // Parses a declaration's value: without "!important" and surrounding blanks, a comment being a
+  // blank, escapes decoded (what would read as something else then stands in quotes). Returns the
+  // value, which the engine hands back in rules, or null for a declaration to be dropped. A
+  // shorthand calls css_add_value for each of its longhands and returns null.
+  void *(*get_prop)(void *user, const char *name, const char *value, bool important);
   // Text of an element's attribute, or null when it has none.
   const char *(*get_attr_value)(void *user, void *node, int16_t attr_nid);
   bool (*check_class)(void *user, void *node, int16_t class_nid);
@@ -44,6 +44,7 @@ struct css_callbacks {
 // The declarations that one rule gives to the elements it matches, in the order in which they are
 // to be applied.
 struct css_decl_block {
+  bool important;
   int32_t decl_count;
   void **decl_values;      // what get_prop or css_add_value handed over; never null
   const char **decl_texts; // the text given to get_prop for each, for the log
@@ -105,8 +106,9 @@ void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
 // before the first element.
 ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
 
-// Writes a selector to the log as "\t\t\t\tselector: TEXT\n", or appends its text to a byte string.
-void css_logg_sel(css_parser *css, const css_selector *selector);
-void css_append_selector(const css_parser *css, const css_selector *selector, ort_bs *bs);
+// The text of a selector, which lasts as long as the engine: it is written when it is first asked
+// for. The log gets "\t\t\t\tselector: TEXT\n".
+const char *css_get_selector_text(css_parser *css, css_selector *selector);
+void css_logg_sel(css_parser *css, css_selector *selector);
 
 #endif

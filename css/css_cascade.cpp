@@ -17,7 +17,7 @@ css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *
 void css_declare(css_parser *css, bool important) {
   const char *name = ort_bs_text(css->name);
   css->current = {nullptr, nullptr, nullptr, important, false};
-  void *value = css->callbacks.get_prop(css->user, name, ort_bs_text(css->value));
+  void *value = css->callbacks.get_prop(css->user, name, ort_bs_text(css->value), important);
   if (value) css_add_value(css, name, value);
 }
 

@@ -26,6 +26,9 @@ enum {
 
 void css_register_errtab(ort_core *core);
 
+// Refuses a name that is too long, with a warning.
+bool css_refuse_long_href(ort_core *core, const char *href);
+
 // Joins href with the name of the sheet that holds it (null: none) by RFC 3986, 5.2; the fragment
 // is dropped. A relative result keeps the ".." that lead out of the base.
 void css_resolve_href(ort_bs *result, const char *base, const char *href);
@@ -116,8 +119,8 @@ inline bool css_isspace(char c) {
 // Skips blanks and comments; blank, when given, tells whether there were blanks.
 const char *css_skip_space(const char *at, bool *blank = nullptr);
 
-bool css_at_name(const char *at); // an identifier begins here
-bool css_at_url(const char *at);  // "url(" begins here
+bool css_at_name(const char *at);       // an identifier begins here
+const char *css_at_url(const char *at); // past the "url(" that begins here, or null
 
 // These append the decoded text to out (null: only skip) and return its end. A string begins with
 // its mark, a URL behind "url(".
@@ -125,9 +128,9 @@ const char *css_scan_name(ort_bs *out, const char *at);
 const char *css_scan_string(ort_bs *out, const char *at, css_ending *ending);
 const char *css_scan_url(ort_bs *out, const char *at, css_ending *ending);
 
-// Scans up to one of the stop characters outside of brackets and strings. Appends what it passes,
-// as written, to out (may be null), a comment as a blank, without blanks at the end, and closes
-// there what the end of the sheet left open.
+// Scans up to one of the stop characters outside of brackets and strings. Appends what it passes to
+// out (may be null): a comment as a blank, escapes decoded, without blanks at the end, and closed
+// where the end of the sheet left something open.
 css_span css_scan_until(css_parser *css, const char *at, const char *stops, ort_bs *out);
 
 // ---- Selectors (css_select.cpp) -----------------------------------------------------------------
@@ -176,6 +179,7 @@ struct css_selector : css_name {
   uint32_t number;       // from 1
   uint64_t specificity;  // ids, then classes and the like, then elements: 21 bits each
   css_rule_entry *rules; // whose whole selector this is
+  const char *text;      // null until it was asked for
 
   css_selector **bucket; // of its most telling test
   css_selector *next;    // in the bucket
@@ -199,7 +203,6 @@ bool css_parse_group(css_parser *css, const char *at, const char *end);
 // ---- Cascade (css_cascade.cpp) ------------------------------------------------------------------
 
 struct css_block : css_decl_block {
-  bool important;
   uint64_t order; // number of the rule set
   uint64_t mark;  // serial of the last element that got it
 };
@@ -268,13 +271,14 @@ struct css_parser {
   ort_vtr *sheets; // css_sheet, the importing ones below
   int import_count;
   ort_bs *name, *value, *lower; // scratch of the parser
+  ort_bs *token;                // of the scanner: one whose escapes are decoded
   ort_bs *nest;                 // the brackets that must close
   ort_vtr *tests;               // css_test: the compound being parsed
   ort_vtr *group;               // css_selector *: those of the rule being parsed
   ort_vtr *declarations;        // css_declaration: of the rule being parsed
   css_declaration current;      // the one at get_prop; text is null until it is needed
   uint64_t declaration_pass;
-  ort_vtr *chain; // const css_selector *: scratch of css_append_selector
+  ort_vtr *chain; // const css_selector *: scratch of css_get_selector_text
 
   uint64_t steps;     // of matching so far; see ORT_LIMIT_RULE_STEPS
   uint64_t serial;    // of the element being matched

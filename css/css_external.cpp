@@ -56,6 +56,8 @@ bool fail(reading *r, int code, const char *reason);
 const char *describe(int error);
 void decode(reading *r);
 size_t find_encoding(std::string_view bytes, char *name, size_t size);
+void open_converter(reading *r, const char *encoding);
+bool keeps_ascii(iconv_t converter);
 void convert(reading *r, char *bytes, size_t length, size_t unit);
 void append_without_nul(ort_bs *text, std::string_view bytes);
 } // namespace
@@ -64,10 +66,17 @@ void css_register_errtab(ort_core *core) {
   ort_register_errtab(core, 9, ERRORS, static_cast<int>(std::size(ERRORS)));
 }
 
+bool css_refuse_long_href(ort_core *core, const char *href) {
+  if (strlen(href) < ORT_LIMIT_SHEET_NAME) return false;
+  ort_warning(core, CSS_E_REFUSED, href, "its name is too long", nullptr, nullptr);
+  return true;
+}
+
 char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,
                                    int log_level) {
   css_register_errtab(core);
   if (log_level >= 3) ort_logg(core, "\tFetching external style sheet \"%a\"...\n", href);
+  if (css_refuse_long_href(core, href)) return nullptr;
   reading r = {core, href,    context,      {core, nullptr, false, false},
                -1,   nullptr, NO_CONVERTER, nullptr};
   bool done = ort_protected(core, [&r] {
@@ -216,11 +225,12 @@ void decode(reading *r) {
   size_t length = ort_bs_length(r->sheet.bytes);
   char encoding[40];
   size_t mark = find_encoding({bytes, length}, encoding, sizeof encoding);
-  r->converter = iconv_open("UTF-8", encoding);
-  if (r->converter == NO_CONVERTER) {
+  open_converter(r, encoding);
+  if (r->converter == NO_CONVERTER)
     ort_warning(r->core, CSS_E_ENCODING, r->href, encoding, nullptr, nullptr);
-    r->converter = iconv_open("UTF-8", "UTF-8");
-  }
+  // "@charset" was read byte by byte, so two-byte encodings cannot be meant.
+  if (r->converter == NO_CONVERTER || (mark == 0 && !keeps_ascii(r->converter)))
+    open_converter(r, "UTF-8");
   if (r->converter == NO_CONVERTER)
     ort_error(r->core, ORT_E_CALL_FAILED, "iconv_open", nullptr, nullptr, nullptr);
   convert(r, bytes + mark, length - mark, mark == 2 ? 2 : 1);
@@ -243,12 +253,25 @@ size_t find_encoding(std::string_view bytes, char *name, size_t size) {
     bool plain = end < size && end > 0;
     for (size_t i = 0; plain && i < end; ++i)
       plain = ort_isalpha(label[i]) || ort_isdigit(label[i]) || strchr("-_.:", label[i]);
-    // What could be read so far is not in two-byte characters, whatever it says.
-    if (plain && ort_strincmp_a(label.data(), "utf-16", 6) != 0) found = label.substr(0, end);
+    if (plain) found = label.substr(0, end);
   }
   memcpy(name, found.data(), found.size());
   name[found.size()] = '\0';
   return mark;
+}
+
+void open_converter(reading *r, const char *encoding) {
+  if (r->converter != NO_CONVERTER) iconv_close(r->converter);
+  r->converter = iconv_open("UTF-8", encoding);
+}
+
+bool keeps_ascii(iconv_t converter) {
+  constexpr std::string_view ascii = "@charset";
+  char text[ascii.size()], result[4 * ascii.size()], *from = text, *to = result;
+  size_t length = ascii.copy(text, ascii.size()), room = sizeof result;
+  iconv(converter, &from, &length, &to, &room);
+  iconv(converter, nullptr, nullptr, nullptr, nullptr); // back to the initial state
+  return std::string_view(result, sizeof result - room) == ascii;
 }
 
 // Appends the bytes to r->text in UTF-8. unit is the number of bytes that a malformed character

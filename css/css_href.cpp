@@ -76,7 +76,7 @@ void append_segments(ort_bs *result, size_t root, std::string_view path, bool ab
 
 // Removes the last "name/" behind root; returns false when there is none.
 bool drop_segment(ort_bs *result, size_t root) {
-  std::string_view path = std::string_view(ort_bs_text(result)).substr(root);
+  std::string_view path(ort_bs_text(result) + root, ort_bs_length(result) - root);
   if (path.empty()) return false;
   path.remove_suffix(1);
   size_t begin = path.rfind('/') + 1;

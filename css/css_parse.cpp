@@ -53,7 +53,8 @@ constexpr vector_field VECTORS[] = {
     {&css_parser::frames, &FRAMES},    {&css_parser::traces, &TRACES},
 };
 constexpr ort_bs *css_parser::*STRINGS[] = {&css_parser::name, &css_parser::value,
-                                            &css_parser::lower, &css_parser::nest};
+                                            &css_parser::lower, &css_parser::token,
+                                            &css_parser::nest};
 } // namespace
 
 css_parser *css_parser_new(ort_core *core, void *user, const css_context *context,
@@ -173,10 +174,9 @@ bool take_media(css_parser *css, const char *at, const char *end) {
   bool taken = at == end;
   while (at != end) {
     ort_bs_clear(css->name);
-    if (css_at_name(at)) at = css_skip_space(css_scan_name(css->name, at));
-    if ((*at == ',' || at == end) && ort_get_keycode_ci(ort_bs_text(css->name), MEDIA_TYPES) == 0)
-      taken = true;
+    const char *after = css_at_name(at) ? css_skip_space(css_scan_name(css->name, at)) : at;
     at = css_scan_until(css, at, ",{;}", nullptr).end;
+    if (at == after && ort_get_keycode_ci(ort_bs_text(css->name), MEDIA_TYPES) == 0) taken = true;
     if (*at != ',') return at == end && taken;
     at = css_skip_space(at + 1);
   }
@@ -190,9 +190,9 @@ void import_sheet(sheet_scan *scan, const char *at, const char *end) {
   ort_bs_clear(css->name);
   if (*at == '"' || *at == '\'')
     at = css_scan_string(css->name, at, &ending);
-  else if (css_at_url(at))
-    at = css_scan_url(css->name, at + 4, &ending);
-  if (ending == CSS_BAD) return;
+  else if (const char *url = css_at_url(at))
+    at = css_scan_url(css->name, url, &ending);
+  if (ending == CSS_BAD || css_refuse_long_href(css->core, ort_bs_text(css->name))) return;
   ort_bs_clear(css->value);
   css_resolve_href(css->value, scan->href, ort_bs_text(css->name));
   if (!take_media(css, at, end)) return;
@@ -238,7 +238,7 @@ const char *parse_declarations(css_parser *css, const char *at) {
     at = css_skip_space(at);
     if (*at == '\0') return at;
     if (*at == '}') return at + 1;
-    if (*at == '@') {
+    if (*at == '@' && css_at_name(at + 1)) {
       at = css_scan_until(css, at, "{;}", nullptr).end;
       if (*at == '{') at = skip_block(css, at + 1);
     } else if (*at != ';') {
@@ -251,18 +251,17 @@ const char *parse_declarations(css_parser *css, const char *at) {
 // Up to the ";", the "}" or the end.
 const char *parse_declaration(css_parser *css, const char *at) {
   ort_bs_clear(css->name);
-  if (css_at_name(at)) at = css_skip_space(css_scan_name(css->name, at));
-  bool good = *at == ':' && ort_bs_length(css->name) > 0;
-  if (!good) return css_scan_until(css, at, ";}", nullptr).end;
+  const char *colon = css_at_name(at) ? css_skip_space(css_scan_name(css->name, at)) : at;
+  if (colon == at || *colon != ':') return css_scan_until(css, at, ";}", nullptr).end;
   ort_bs_clear(css->value);
-  css_span span = css_scan_until(css, css_skip_space(at + 1), ";}", css->value);
+  css_span span = css_scan_until(css, css_skip_space(colon + 1), ";}", css->value);
   bool important = false;
   if (!span.bad && take_priority(css, span.mark, &important)) css_declare(css, important);
   return span.end;
 }
 
-// Brings "!important", which mark tells the place of, into its plain form. Returns false for a
-// value that is empty or has a "!" of another meaning.
+// Cuts "!important", which begins at mark, from the value. Returns false for a value that is empty
+// or has a "!" of another meaning.
 bool take_priority(css_parser *css, size_t mark, bool *important) {
   *important = mark != SIZE_MAX;
   if (!*important) return ort_bs_length(css->value) > 0;
@@ -272,7 +271,6 @@ bool take_priority(css_parser *css, size_t mark, bool *important) {
     return false;
   while (mark > 0 && css_isspace(text[mark - 1])) --mark;
   ort_bs_shorten(css->value, mark);
-  ort_bs_append_text(css->value, " !important");
   return mark > 0;
 }
 

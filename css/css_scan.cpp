@@ -11,12 +11,16 @@ bool is_newline(char c) { return c == '\n' || c == '\r' || c == '\f'; }
 bool is_name_byte(char c);
 bool is_escape(const char *at);
 const char *skip_comment(const char *at);
+const char *read_escape(const char *at, uint32_t *code);
 const char *scan_escape(ort_bs *out, const char *at);
 const char *scan_escape_or_newline(ort_bs *out, const char *at);
 void append(ort_bs *out, const char *from, const char *to);
 void append_character(ort_bs *out, uint32_t code);
 char get_closer(char c);
 const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad);
+bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to);
+bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from);
+bool append_quoted(ort_bs *out, const ort_bs *text);
 } // namespace
 
 const char *css_skip_space(const char *at, bool *blank) {
@@ -58,7 +62,14 @@ const char *css_scan_string(ort_bs *out, const char *at, css_ending *ending) {
   }
 }
 
-bool css_at_url(const char *at) { return ort_strincmp_a(at, "url(", 4) == 0; }
+const char *css_at_url(const char *at) {
+  for (const char *letter = "url"; *letter; ++letter) {
+    uint32_t code = static_cast<unsigned char>(*at);
+    at = is_escape(at) ? read_escape(at, &code) : at + 1;
+    if ((code | 32) != static_cast<unsigned char>(*letter)) return nullptr;
+  }
+  return *at == '(' ? at + 1 : nullptr;
+}
 
 const char *css_scan_url(ort_bs *out, const char *at, css_ending *ending) {
   while (css_isspace(*at)) ++at;
@@ -97,6 +108,9 @@ css_span css_scan_until(css_parser *css, const char *at, const char *stops, ort_
     if (!out) continue;
     if (comment)
       ort_bs_append_byte(out, ' ');
+    else if (memchr(from, '\\', static_cast<size_t>(at - from)) &&
+             append_decoded(css, out, from, at))
+      unclosed = 0;
     else
       append(out, from, at);
     if (unclosed) ort_bs_append_byte(out, unclosed);
@@ -125,19 +139,28 @@ const char *skip_comment(const char *at) {
   return *at ? at + 2 : at;
 }
 
-// Decodes the escape at the backslash.
-const char *scan_escape(ort_bs *out, const char *at) {
+// Decodes the escape at the backslash; an escaped byte stands for itself.
+const char *read_escape(const char *at, uint32_t *code) {
   const char *from = ++at;
-  uint32_t code = 0;
+  *code = 0;
   for (; at - from < 6 && (ort_isdigit(*at) || (ort_isalpha(*at) && (*at | 32) <= 'f')); ++at)
-    code = code * 16 + static_cast<uint32_t>(ort_hex2bin_a(at, -1));
+    *code = *code * 16 + static_cast<uint32_t>(ort_hex2bin_a(at, -1));
   if (at == from) {
-    append(out, from, from + 1);
-    return from + 1;
+    *code = static_cast<unsigned char>(*at);
+    return at + 1;
   }
-  if (out) append_character(out, code);
   if (at[0] == '\r' && at[1] == '\n') return at + 2;
   return css_isspace(*at) ? at + 1 : at;
+}
+
+const char *scan_escape(ort_bs *out, const char *at) {
+  uint32_t code;
+  const char *end = read_escape(at, &code);
+  if (static_cast<unsigned char>(at[1]) > 127)
+    append(out, at + 1, end); // the first byte of a character
+  else if (out)
+    append_character(out, code);
+  return end;
 }
 
 // In strings a backslash also joins lines.
@@ -169,9 +192,10 @@ const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *ba
   if (*at == '"' || *at == '\'') {
     *unclosed = *at;
     at = css_scan_string(nullptr, at, &ending);
-  } else if (css_at_url(at) && !strchr("\"'", at[4 + strspn(at + 4, " \t\r\n\f")])) {
+  } else if (const char *url = css_at_url(at);
+             url && !strchr("\"'", url[strspn(url, " \t\r\n\f")])) {
     *unclosed = ')';
-    at = css_scan_url(nullptr, at + 4, &ending);
+    at = css_scan_url(nullptr, url, &ending);
   } else if (is_name_byte(*at) || is_escape(at)) {
     return css_scan_name(nullptr, at);
   } else if (*at == '#' || *at == '@') {
@@ -187,5 +211,56 @@ const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *ba
   if (ending != CSS_OPEN) *unclosed = 0;
   if (ending == CSS_BAD) *bad = true;
   return at;
+}
+
+// Appends the token between from and to with its escapes decoded. Returns false, having appended
+// nothing, when that could be read as something else.
+bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to) {
+  css_ending ending;
+  ort_bs_clear(css->token);
+  if (*from == '"' || *from == '\'') {
+    css_scan_string(css->token, from, &ending);
+    return append_quoted(out, css->token);
+  }
+  const char *url = css_at_url(from);
+  if (!url || url > to) return append_decoded_name(out, css->token, from);
+  size_t length = ort_bs_length(out);
+  css_scan_url(css->token, url, &ending);
+  ort_bs_append_text(out, "url(");
+  if (!strpbrk(ort_bs_text(css->token), " \t\r\n\f\"'()\\")) {
+    ort_bs_append(out, ort_bs_text(css->token), ort_bs_length(css->token));
+  } else if (!append_quoted(out, css->token)) {
+    ort_bs_shorten(out, length);
+    return false;
+  }
+  ort_bs_append_byte(out, ')');
+  return true;
+}
+
+// A hash, a number with its unit, or an identifier. An escaped character belongs to its name even
+// if it looks like something else (CSS 2.1, 4.1.3): such an identifier becomes a string.
+bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from) {
+  bool hash = *from == '#' || *from == '@', identifier = css_at_name(from);
+  const char *name = hash ? from + 1 : identifier ? from : from + strspn(from, "-0123456789");
+  css_scan_name(token, name);
+  const char *text = ort_bs_text(token), *end = text;
+  while (is_name_byte(*end)) ++end;
+  bool plain = *end == '\0' && (hash || css_at_name(text));
+  if (!hash && !identifier && (*text | 32) == 'e' && (ort_isdigit(text[1]) || text[1] == '-'))
+    plain = false; // an exponent
+  if (!plain) return identifier && append_quoted(out, token);
+  append(out, from, name);
+  ort_bs_append(out, text, ort_bs_length(token));
+  return true;
+}
+
+// Values are read without escapes: a text with both marks cannot be quoted.
+bool append_quoted(ort_bs *out, const ort_bs *text) {
+  char mark = !strchr(ort_bs_text(text), '"') ? '"' : '\'';
+  if (strchr(ort_bs_text(text), mark)) return false;
+  ort_bs_append_byte(out, mark);
+  ort_bs_append(out, ort_bs_text(text), ort_bs_length(text));
+  ort_bs_append_byte(out, mark);
+  return true;
 }
 } // namespace

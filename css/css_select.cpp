@@ -13,6 +13,7 @@ struct selector_scan {
   const char *at;
   bool negated; // inside ":not("
   bool never;   // no element can match
+  bool ended;   // by a pseudo-element
 };
 
 enum pseudo {
@@ -55,6 +56,7 @@ bool parse_word(selector_scan *scan, css_table table, css_test_kind kind);
 bool parse_attribute(selector_scan *scan);
 bool parse_pseudo(selector_scan *scan);
 bool parse_not(selector_scan *scan);
+void skip_comments(selector_scan *scan);
 css_test *add_test(selector_scan *scan, css_test_kind kind);
 css_selector *add_selector(css_parser *css, css_selector *left, char combinator, const char *from,
                            const char *to);
@@ -63,7 +65,7 @@ uint64_t add_specificity(uint64_t specificity, const css_test &test);
 
 bool css_parse_group(css_parser *css, const char *at, const char *end) {
   ort_vtr_resize(css->group, 0);
-  selector_scan scan = {css, at, false, false};
+  selector_scan scan = {css, at, false, false, false};
   for (;;) {
     css_selector *selector;
     if (!parse_selector(&scan, &selector)) return false;
@@ -73,24 +75,26 @@ bool css_parse_group(css_parser *css, const char *at, const char *end) {
   }
 }
 
-void css_append_selector(const css_parser *css, const css_selector *selector, ort_bs *bs) {
+const char *css_get_selector_text(css_parser *css, css_selector *selector) {
+  if (selector->text) return selector->text;
+  ort_bs *text = css->name;
+  ort_bs_clear(text);
   ort_vtr_resize(css->chain, 0);
-  for (; selector; selector = selector->left) ort_push(css->chain, selector);
+  for (const css_selector *part = selector; part; part = part->left) ort_push(css->chain, part);
   for (size_t i = ort_vtr_count(css->chain); i > 0; --i) {
-    selector = ort_item<const css_selector *>(css->chain, i - 1);
-    if (selector->combinator) ort_bs_append_byte(bs, ' ');
-    if (selector->combinator > ' ') {
-      ort_bs_append_byte(bs, selector->combinator);
-      ort_bs_append_byte(bs, ' ');
+    const auto *part = ort_item<const css_selector *>(css->chain, i - 1);
+    if (part->combinator) ort_bs_append_byte(text, ' ');
+    if (part->combinator > ' ') {
+      ort_bs_append_byte(text, part->combinator);
+      ort_bs_append_byte(text, ' ');
     }
-    ort_bs_append(bs, selector->key.text, selector->key.length);
+    ort_bs_append(text, part->key.text, part->key.length);
   }
+  return selector->text = css_keep_text(css, ort_bs_text(text), ort_bs_length(text));
 }
 
-void css_logg_sel(css_parser *css, const css_selector *selector) {
-  ort_bs_clear(css->name);
-  css_append_selector(css, selector, css->name);
-  ort_logg(css->core, "\t\t\t\tselector: %a\n", ort_bs_text(css->name));
+void css_logg_sel(css_parser *css, css_selector *selector) {
+  ort_logg(css->core, "\t\t\t\tselector: %a\n", css_get_selector_text(css, selector));
 }
 
 namespace {
@@ -98,7 +102,7 @@ namespace {
 bool parse_selector(selector_scan *scan, css_selector **selector) {
   char combinator = 0;
   *selector = nullptr;
-  scan->never = false;
+  scan->never = scan->ended = false;
   scan->at = css_skip_space(scan->at);
   for (;;) {
     const char *from = scan->at;
@@ -114,11 +118,12 @@ bool parse_selector(selector_scan *scan, css_selector **selector) {
     case '>':
     case '+':
     case '~':
+      if (scan->ended) return false;
       combinator = *scan->at;
       scan->at = css_skip_space(scan->at + 1);
       break;
     default:
-      if (!blank) return false;
+      if (!blank || scan->ended) return false;
       combinator = ' ';
     }
   }
@@ -132,6 +137,7 @@ bool parse_compound(selector_scan *scan) {
     bool blank = false;
     const char *next = css_skip_space(scan->at, &blank); // comments may stand inside a compound
     if (blank || !is_one_of("#.[:", *next)) return scan->at > from;
+    if (scan->ended) return false;
     scan->at = next;
     if (!parse_simple(scan)) return false;
   }
@@ -164,7 +170,9 @@ bool parse_simple(selector_scan *scan) {
 
 bool parse_word(selector_scan *scan, css_table table, css_test_kind kind) {
   css_parser *css = scan->css;
-  if (!css_at_name(++scan->at)) return false;
+  ++scan->at;
+  if (table == CSS_CLASSES) skip_comments(scan); // "#" is one token with its name
+  if (!css_at_name(scan->at)) return false;
   ort_bs_clear(css->name);
   scan->at = css_scan_name(css->name, scan->at);
   css_word *word = css_intern_word(css, table, ort_bs_text(css->name));
@@ -210,8 +218,13 @@ bool parse_attribute(selector_scan *scan) {
 
 bool parse_pseudo(selector_scan *scan) {
   css_parser *css = scan->css;
-  bool element = *++scan->at == ':';
-  if (element) ++scan->at;
+  ++scan->at;
+  skip_comments(scan);
+  bool element = *scan->at == ':';
+  if (element) {
+    ++scan->at;
+    skip_comments(scan);
+  }
   if (!css_at_name(scan->at)) return false;
   ort_bs_clear(css->name);
   scan->at = css_scan_name(css->name, scan->at);
@@ -221,7 +234,10 @@ bool parse_pseudo(selector_scan *scan) {
   }
   switch (ort_get_keycode_ci(ort_bs_text(css->name), element ? PSEUDO_ELEMENTS : PSEUDO_CLASSES)) {
   case PSEUDO_CLASS: add_test(scan, CSS_TEST_NEVER); return true;
-  case PSEUDO_ELEMENT: add_test(scan, CSS_TEST_NEVER); return !scan->negated;
+  case PSEUDO_ELEMENT:
+    add_test(scan, CSS_TEST_NEVER);
+    scan->ended = true;
+    return !scan->negated;
   case PSEUDO_FIRST_CHILD: add_test(scan, CSS_TEST_FIRST_CHILD); return true;
   case PSEUDO_ROOT: add_test(scan, CSS_TEST_ROOT); return true;
   case PSEUDO_FUNCTION:
@@ -243,6 +259,13 @@ bool parse_not(selector_scan *scan) {
   scan->negated = false;
   scan->at = css_skip_space(scan->at);
   return good && *scan->at++ == ')';
+}
+
+// Comments may stand between any two tokens; blanks may not.
+void skip_comments(selector_scan *scan) {
+  bool blank = false;
+  const char *next = css_skip_space(scan->at, &blank);
+  if (!blank) scan->at = next;
 }
 
 css_test *add_test(selector_scan *scan, css_test_kind kind) {

@@ -178,9 +178,8 @@ ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pa
 
 /* ---- Questions about a finished document ----------------------------------------------------- */
 
-/** The last of an element's values whose row has this name ("fill", "xlink:href"), or null. Of a
- * property's values, attribute before style sheet before style, it is the one that holds, unless a
- * declaration of a style sheet is !important: see svg_set_observer. */
+/** The value of an element that holds for a row's name ("fill", "xlink:href"), or null: the
+ * important one, else the last one, the order being attribute, style sheet, style. */
 ORT_API const svg_a_node *svg_find_value(const svg_e_node *element, const char *name);
 
 /** The element that an element lies in, in constant time; null for the outermost one. */

@@ -51,9 +51,10 @@ enum {
 /** What every value begins with: the 4-byte header. The record that follows is told by
  * svg_get_record_kind(row). */
 typedef struct svg_a_node {
-  int16_t row;  /**< row of svg_attr_table: the attribute or property */
-  uint8_t kind; /**< SVG_PAINT_* in paint records, else 0 */
-  uint8_t unit; /**< SVG_UNIT_* in records of a single number with unit, else 0 */
+  int16_t row;           /**< row of svg_attr_table: the attribute or property */
+  uint8_t kind : 7;      /**< SVG_PAINT_* in paint records, else 0 */
+  uint8_t important : 1; /**< 1 for an !important declaration of a style sheet, else 0 */
+  uint8_t unit;          /**< SVG_UNIT_* in records of a single number with unit, else 0 */
 } svg_a_node;
 
 /** An attribute of an element that some selector of its style sheets tests. */

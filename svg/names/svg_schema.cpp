@@ -166,10 +166,14 @@ svg_record_kind svg_get_record_kind(int32_t row) {
 // ---- Values by name -----------------------------------------------------------------------------
 
 const svg_a_node *svg_find_value(const svg_e_node *element, const char *name) {
-  for (int32_t i = element->values_num - 1; i >= 0; i--)
-    if (ort_strcmp(svg_attr_table[element->values[i]->row].name, name) == 0)
-      return element->values[i];
-  return nullptr;
+  const svg_a_node *found = nullptr;
+  for (int32_t i = element->values_num - 1; i >= 0; i--) {
+    const svg_a_node *value = element->values[i];
+    if (ort_strcmp(svg_attr_table[value->row].name, name) != 0) continue;
+    if (value->important) return value;
+    if (found == nullptr) found = value;
+  }
+  return found;
 }
 
 // ---- The tables for hosts -----------------------------------------------------------------------

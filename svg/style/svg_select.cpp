@@ -4,7 +4,6 @@
 // The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise 10021
 // and lack of memory; the questions about elements raise nothing.
 #include <cstring>
-#include <string_view>
 
 #include "svg/names/svg_schema.h"
 #include "svg/style/svg_style.h"
@@ -13,7 +12,7 @@
 #include "svg/xml/svg_xml.h"
 
 static int16_t svg_css_cb_get_elem_nid(void *user, const char *name);
-static void *svg_css_cb_get_prop(void *user, const char *name, const char *value);
+static void *svg_css_cb_get_prop(void *user, const char *name, const char *value, bool important);
 static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t attr_nid);
 static bool svg_css_cb_check_class(void *user, void *node, int16_t class_nid);
 static bool svg_css_cb_check_id(void *user, void *node, int16_t id_nid);
@@ -23,10 +22,10 @@ static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
 static void svg_css_cb_at_fontface(void *user);
 
 static void tell_facts(svg_parser *p, svg_e_node *node);
-static bool is_important(std::string_view text);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
 static const svg_open_element *open_element(const svg_parser *p, int32_t level);
+static const char *log_important(bool important) { return important ? " !important" : ""; }
 static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node);
 
 constexpr css_callbacks svg_css_callbacks = {
@@ -108,24 +107,19 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
   for (size_t i = 0; i < count; i++) {
     const css_rule *rule = ort_item<css_rule *>(rules, i);
     if (p->log_level >= 5) css_logg_sel(p->css, rule->selector);
-    const char *selector = nullptr;
-    if (p->observer != nullptr) { // the buffer is free until the style attribute is read
-      ort_bs_clear(p->style_value_buf);
-      css_append_selector(p->css, rule->selector, p->style_value_buf);
-      selector = ort_bs_text(p->style_value_buf);
-    }
+    const char *selector =
+        p->observer != nullptr ? css_get_selector_text(p->css, rule->selector) : nullptr;
     const css_decl_block *block = rule->decls;
+    p->source = block->important ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
     for (int32_t k = 0; k < block->decl_count; k++) {
       auto *value = static_cast<svg_a_node *>(block->decl_values[k]);
       auto row = static_cast<size_t>(value->row);
       if (ort_getbit(p->props_set, row)) continue;
-      if (p->observer != nullptr)
-        p->source = is_important(block->decl_texts[k]) ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
       svg_collect_value(p, value, selector);
       ort_setbit(p->props_set, row);
       if (p->log_level >= 5) {
-        ort_logg(p->core, "\t\t\t[add css property %a=\"%a\"]\n", svg_attr_table[row].name,
-                 block->decl_texts[k]);
+        ort_logg(p->core, "\t\t\t[add css property %a=\"%a%s\"]\n", svg_attr_table[row].name,
+                 block->decl_texts[k], log_important(block->important));
       }
     }
   }
@@ -140,9 +134,6 @@ static void tell_facts(svg_parser *p, svg_e_node *node) {
   }
 }
 
-// The engine ends the text of an important declaration so, however it was written.
-static bool is_important(std::string_view text) { return text.ends_with("!important"); }
-
 // ---- Callbacks ---------------------------------------------------------------------------------
 
 static int16_t svg_css_cb_get_elem_nid(void *, const char *name) {
@@ -151,7 +142,7 @@ static int16_t svg_css_cb_get_elem_nid(void *, const char *name) {
 
 // An incomplete "data:" IRI, which elsewhere ends the parse, only makes the declaration void. All
 // else that is raised here is not the value's fault and goes on.
-static void *svg_css_cb_get_prop(void *user, const char *name, const char *value) {
+static void *svg_css_cb_get_prop(void *user, const char *name, const char *value, bool important) {
   auto *p = static_cast<svg_parser *>(user);
   int32_t row = svg_find_prop(name);
   if (row < 0) {
@@ -160,24 +151,19 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
     return nullptr;
   }
   svg_a_node *node = nullptr;
-  char *copy = nullptr;
   bool done = ort_protected(p->core, [&] {
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%a=\"%a\"]\n", name, value);
-    const char *important = strstr(value, "!important");
-    if (important != nullptr) {
-      copy = ort_strdup_ext(p->core, value, ORT_DUP_TEMPORARY, "svg_css_cb_get_prop");
-      copy[important - value] = '\0';
-    }
-    const char *text = copy != nullptr ? copy : value;
+    p->source = important ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
+    if (p->log_level >= 5)
+      ort_logg(p->core, "\t\t\t[%a=\"%a%s\"]\n", name, value, log_important(important));
     if (row == SVG_PROP_font) {
       p->css_mode = 1;
-      svg_split_font(p, text, add_longhand);
+      svg_split_font(p, value, add_longhand);
     } else {
       p->prop_name = name;
-      node = parse_declaration(p, row, text);
+      node = parse_declaration(p, row, value);
     }
   });
-  ort_free_tmp(p->core, copy);
+  p->source = SVG_SOURCE_ATTRIBUTE;
   p->css_mode = 0;
   p->prop_name = nullptr;
   if (!done && (ort_error_code(p->core) < 10000 || ort_error_code(p->core) > 10006)) {
@@ -239,6 +225,7 @@ static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *tex
   svg_parse_attr(p, row, text, 0);
   svg_a_node *node = p->new_value;
   if (node != nullptr) {
+    node->important = p->source == SVG_SOURCE_IMPORTANT;
     ort_push<svg_a_node *>(p->prop_values, node);
     p->new_value = nullptr;
   }

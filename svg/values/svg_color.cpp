@@ -283,7 +283,7 @@ static void drop_extension(ort_core *core, svg_color *color) {
 // Just large enough for its kind; zeroed.
 static svg_a_node *new_paint(svg_parser *p, uint8_t kind, size_t size) {
   auto *node = static_cast<svg_a_node *>(ort_calloc(p->core, 1, size, "svg_anew_an_paint"));
-  node->kind = kind;
+  node->kind = kind & 0x7F;
   return node;
 }
 

@@ -89,6 +89,7 @@ TEST_F(CssFolder, EncodingsBecomeUTF8) {
                {string("\xFF\xFE\x3D\xD8\x41\0\x42", 7), replaced + "A" + replaced},
                {"@charset \"iso-8859-1\";\xE4", "@charset \"iso-8859-1\";\xC3\xA4"},
                {"@charset \"UTF-16\";\xC3\xA4", "@charset \"UTF-16\";\xC3\xA4"},
+               {"@charset \"utf16\";\xC3\xA4", "@charset \"utf16\";\xC3\xA4"},
                {"@charset \"no-such\";a", "@charset \"no-such\";a10203"},
                {"@charset \"\";a", "@charset \"\";a"},
                {"@charset \"" + string(5000, 'x'), "@charset \"" + string(5000, 'x')},
@@ -158,6 +159,10 @@ TEST(CssImport, DepthAndNumberHaveLimits) {
   string many;
   for (int i = 0; i < ORT_LIMIT_IMPORTS + 9; ++i) many += "@import 'none';";
   toy.parse(many);
+  EXPECT_EQ(host.asked, ORT_LIMIT_IMPORTS);
+  string up = "@import '";
+  for (int i = 0; i < 1000000; ++i) up += "a/../";
+  toy.parse(up + "'" + many);
   EXPECT_EQ(host.asked, ORT_LIMIT_IMPORTS);
   for (const Message &message : core.messages) EXPECT_EQ(message.code, 10200);
 }

@@ -26,7 +26,7 @@ a:FIRST-child IN svg(a! a b(a! a)) -> | :root IN svg!(svg) ->
 :root > a:not(:first-child) IN svg(a a! b(b a)) -> | :not(a) IN svg!(a b!) -> | :not(*) IN svg(a) ->
 a:not(.x):not( #i ):not([k=v]) IN svg(a! a.x a#i a[k=v] a[k=w]! b) ->
 a:lang(en), b IN svg(a b!) -> | :not(.x) > a IN svg(a! b.x(a)) -> | :not(:hover) IN svg!(a!) ->
-a:hover, a::before, a:first-line, b IN svg(a b!) -> | r\65 ct IN svg(rect! ect) ->
+a:hover, a::before, a:first-line, b IN svg(a b!) -> | ./**/x:/**/first-child IN svg(a.x! b.x) -> | r\65 ct IN svg(rect! ect) ->
 .\31 2, .\33\x0d\n4 IN svg(a.12! b.1 c.34!) -> | #a\:b IN svg(a#a:b! b#a) ->
 .ä IN svg(a.ä! b.a) -> | [k='\110000\0\d800'] IN svg(a[k=\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD]!) ->
 [k='\76\'\\n'] IN svg(a[k=v']!) -> | .\33\x0d4 IN svg(c.34!) -> | :not(zzz) IN svg!(a!) ->
@@ -54,7 +54,9 @@ TEST(CssMatch, MalformedSelectorsVoidTheRule) {
       {"rect{q:2} ",
        "%a,%,a%a,,b%a >%> a%a > > b%a + + b%.%#%.1%#1%a..b%a.%[]%[k=]%[k=1]%[k==v]%[k~v]%[k=v w]%"
        "[1=v]%a b&%a $%:%a:%::%a:zzz%:zzz, a%:first-child()%:not()%:not(a b)%:not(:not(a))%"
-       ":not(::before)%:lang()%*a%.x*%a|b%a/**/b%a;b%'a'%a(b)%a]%@a b%--a%a::zzz%\\\n"},
+       ":not(::before)%b:before a, "
+       "a%a::before.x%b:before>a%#/**/i%:lang()%*a%.x*%a|b%a/**/b%a;b%'a'%a(b)%a]%@a "
+       "b%--a%a::zzz%\\\n"},
       {"", "[%[k%[k=v%[k='v]%:first-child(%:not(%:not(a%a {%\\"}};
   for (const auto &test : cases) {
     std::istringstream selectors(test.selectors);

@@ -9,8 +9,14 @@ static constexpr const char TREE[] = "svg(a.x!)";
 // The rules that "a" gets, by falling precedence; "=" says that they are the sheet again.
 TEST(CssParse, SheetsWithAndWithoutFaults) {
   expect_cases(R"t(
-a{P-x_1:1} -> = | a{p:\70  x} -> = | a{p:u\rl(x;)} -> = | a{p:x\;y;q:x\}y} -> =
-a{p:';}' "/*";q:2} -> = | a{p:'a\'b\\nc';q:2} -> = | a{p:url(data:x;/*,y})} -> =
+a{P-x_1:1} -> = | a{p:\70  x} -> a{p:p x} | a{p:u\rl(x;)} -> a{p:url(x;)}
+a{p:x\;y;q:x\}y} -> a{p:"x;y";q:"x}y"} | a{p:';}' "/*";q:2} -> = | a{p:#\61 b} -> a{p:#ab}
+a{p:'a\'b\\nc';q:2} -> a{p:"a'bc";q:2} | a{p:"\5FAE\8F6F"} -> a{p:"\xE5\xBE\xAE\xE8\xBD\xAF"}
+a{p:1p\78;q:r\65 d;r:\31;s:1\65 2} -> a{p:1px;q:red;r:"1";s:1\65 2}
+a{p:url(a\)b) url(\61 );q:u\72l('x\27')} -> a{p:url("a)b") url(a);q:url("x'")}
+a{p:'\22\27'} -> = | a{p:x\!important;q:"x!important y"} -> a{p:"x!important";q:"x!important y"}
+a{url(http://x/*y);p:1} -> a{p:1} | a{url(a'b);p:1} -> a{p:1} | @media url(;{), screen{a{p:1}} -> a{p:1}
+a{@{}p:1;q:2} -> a{q:2} | a{p:url(data:x;/*,y})} -> =
 a{p:url( ')' );q:2} -> = | a{p:f(;}[)]);q:{;}} -> = | \sa\t{ p : 1 ; q:2;; }\s -> a{p:1;q:2}
 a{p:1;q:2 -> a{p:1;q:2} | a{p:1}a{q:2} -> a{q:2} a{p:1} | <!-- a{p:1} --> a{q:2} -> a{q:2} a{p:1}
 @media screen{a{p:1}}a{q:2} -> a{q:2} a{p:1} | @media print{a{p:1}a}a{q:2} -> a{q:2} a{p:1}
@@ -32,7 +38,7 @@ a{p:1} {q:2} a{r:3} -> a{r:3} a{p:1} | a{p:1}}a{q:2} a{r:3} -> a{r:3} a{p:1}
 @media all{a{p:1} @media tv{a{q:1}} @media print{a{r:2}} a{s:3}} a{t:4} -> a{t:4} a{s:3} a{r:2} a{p:1}
 @media screen and (x:{y}),{a{p:1}} ->
 a{p:1 !important x;q:2 ! ;r:!important;s:3!important!important} ->
-a{p:'x\\x0d\ny\\x0dz\\x0c'} -> = | a{p:'x\x0cq:1;s:3} -> a{s:3} | a{p:'x\ -> | a{p:1}/* * / -> a{p:1}
+a{p:'x\\x0d\ny\\x0dz\\x0c'} -> a{p:"xyz"} | a{p:'x\x0cq:1;s:3} -> a{s:3} | a{p:'x\ -> | a{p:1}/* * / -> a{p:1}
 a\x0d\x0c{p:1} -> a{p:1} | @media print,7{a{p:1}} -> a{p:1} | @media print;a{p:1} -> a{p:1}
 @media 'x\n{a{p:1}} -> | a:{p:1}a{q:2 -> a{q:2} | @x{ -> | a{\\n:1;q:2} -> a{q:2}
 a{p:1!important} -> a{p:1 !important} | a{p:1 ! /**/ IMPORT\61nt } -> a{p:1 !important})t",
@@ -92,7 +98,9 @@ TEST(CssParse, BlocksHoldTheTextsAndSelectorsAreLogged) {
   ort_vtr *rules = nullptr;
   for (ToyNode &node : toy.nodes) rules = toy.ask(node);
   ASSERT_EQ(ort_vtr_count(rules), 2U);
-  EXPECT_STREQ(ort_item<css_rule *>(rules, 0)->decls->decl_texts[1], "x !important");
+  EXPECT_STREQ(ort_item<css_rule *>(rules, 0)->decls->decl_texts[1], "x");
+  EXPECT_TRUE(ort_item<css_rule *>(rules, 0)->decls->important);
+  EXPECT_FALSE(ort_item<css_rule *>(rules, 1)->decls->important);
   EXPECT_STREQ(ort_item<css_rule *>(rules, 1)->decls->decl_texts[0], "1 2");
   css_logg_sel(toy.css, ort_item<css_rule *>(rules, 0)->selector);
   EXPECT_EQ(core.log, "\t\t\t\tselector: svg > a.x + b\n");
@@ -111,7 +119,7 @@ TEST(CssParse, BigInputs) {
         many("@media all{") + many("}"), "b{p:" + many("url(") + ")}", many("(") + many(")") + "{}",
         many("b>") + "b{p:1}", many("b,") + "b{p:1}", many(":not(") + many(")") + "{}",
         many("/**/"), many("\\") + "{}", "b{" + many("p:1;") + "}", "b{p:" + many("!") + "}",
-        "@x" + many("@media ") + ";"}) {
+        "@x" + many("@media ") + ";", many("@media url({)x{}\n"), many("@import 'a' url({);\n")}) {
     AccountingCore core;
     Toy toy(core);
     toy.parse(begin + " a{p:1}");

@@ -28,8 +28,8 @@ struct Toy {
   explicit Toy(AccountingCore &c, const css_context *context = nullptr) : core(c) {
     const css_callbacks callbacks = {
         [](void *, const char *name) { return find_element(name); },
-        [](void *user, const char *name, const char *value) {
-          return static_cast<Toy *>(user)->get_prop(name, value);
+        [](void *user, const char *name, const char *value, bool important) {
+          return static_cast<Toy *>(user)->get_prop(name, value, important);
         },
         [](void *, void *node, int16_t nid) -> const char * {
           for (const auto &[own, value] : static_cast<ToyNode *>(node)->attributes)
@@ -68,8 +68,8 @@ struct Toy {
   }
 
   // "bad" and unknown properties have no value, "font" gives two, "fatal" raises.
-  void *get_prop(const char *name, const char *value) {
-    declared.push_back(std::string(name) + ":" + value);
+  void *get_prop(const char *name, const char *value, bool important) {
+    declared.push_back(std::string(name) + ":" + value + (important ? " !important" : ""));
     if (strcmp(name, "fatal") == 0) ort_error(core, 1926, nullptr, nullptr, nullptr, nullptr);
     if (strcmp(name, "bad") == 0) return nullptr;
     values.push_back(declared.back());
@@ -131,7 +131,7 @@ struct Toy {
       ort_vtr *found = ask(node);
       for (size_t i = 0; node.marked && i < ort_vtr_count(found); ++i) {
         const css_rule &rule = *ort_item<css_rule *>(found, i);
-        css_append_selector(css, rule.selector, text);
+        ort_bs_append_text(text, css_get_selector_text(css, rule.selector));
         for (int32_t k = 0; k < rule.decls->decl_count; ++k) {
           const auto *value = static_cast<std::string *>(rule.decls->decl_values[k]);
           ort_bs_append_text(text, ((k ? ";" : "{") + *value).c_str());

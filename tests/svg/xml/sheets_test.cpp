@@ -150,7 +150,7 @@ TEST(Sheets, Declarations) {
   // Elsewhere the last two would end the parse.
   expect_cases(R"(
 fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> #r
-fill:none;fill:red -> #ff0000
+fill:none;fill:red -> #ff0000 | fill:r\65 d -> #ff0000 | fill:\23 f00;fill:u\72l(#r) -> #r
 fill:red;fill:foo -> #ff0000 property 'fill': unexpected token 'foo'
 font:foo x;fill:red -> #ff0000 property 'font-size': unexpected token 'foo'
 fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)",
@@ -165,6 +165,14 @@ TEST(Sheets, AValueIsSharedByAllElements) {
   ASSERT_EQ(a->values_num, 1);
   EXPECT_EQ(document.values(a, "fill"), "#later #ff0000");
   EXPECT_EQ(a->values[0], b->values[0]);
+}
+
+TEST(Sheets, ImportanceDecidesWhichValueHolds) {
+  const Document document("<svg><style>rect{fill:red!important;stroke:red}</style>"
+                          "<rect id='a' fill='blue' style='fill:lime;stroke:lime'/></svg>");
+  const svg_e_node *a = document.find("a");
+  EXPECT_EQ(value_text(document.parser, svg_find_value(a, "fill")), "#ff0000");
+  EXPECT_EQ(value_text(document.parser, svg_find_value(a, "stroke")), "#00ff00");
 }
 
 // The drawing's elements answer through the callbacks; selectors in general are the engine's.
