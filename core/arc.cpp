@@ -29,10 +29,10 @@ bool put(double *xy, const ort_matrix *matrix, const arc_point &point, double al
 
 } // namespace
 
-int ort_elliarc_to_bezier(ort_bezier_list *list, const ort_matrix *matrix, ort_vector start,
-                          ort_vector end, double rx, double ry, double phi, int large_arc,
-                          int sweep, int /*mode*/) {
-  list->count = 0;
+int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matrix *matrix,
+                          ort_vector start, ort_vector end, double rx, double ry, double phi,
+                          int large_arc, int sweep, int /*mode*/) {
+  *count = 0;
   for (double operand : {start.x, start.y, end.x, end.y, rx, ry, phi})
     if (!std::isfinite(operand)) return ORT_E_ARC;
   if (start.x == end.x && start.y == end.y) return 0;
@@ -71,23 +71,23 @@ int ort_elliarc_to_bezier(ort_bezier_list *list, const ort_matrix *matrix, ort_v
   // distance of the curve from the arc goes with the sixth power of the angle.
   constexpr double TOLERANCE = 1e-4;
   const double quarters = 2 * half_angle / (std::numbers::pi / 2);
-  const int count = std::clamp(static_cast<int>(std::ceil(quarters - TOLERANCE)), 1, 4);
-  const double step = 2 * half_angle / count;
+  const int needed = std::clamp(static_cast<int>(std::ceil(quarters - TOLERANCE)), 1, 4);
+  const double step = 2 * half_angle / needed;
   const double handle = 4.0 / 3.0 * std::tan(step / 4);
 
   bool finite = true;
   arc_point from = point(-half_angle);
   from.position = start;
-  for (int i = 1; i <= count; ++i) {
+  for (int i = 1; i <= needed; ++i) {
     arc_point to = point(i * step - half_angle);
-    if (i == count) to.position = end;
-    double *segment = list->segments[i - 1];
+    if (i == needed) to.position = end;
+    double *segment = segments[i - 1];
     finite &= put(segment, matrix, from, handle);
     finite &= put(segment + 2, matrix, to, -handle);
     finite &= put(segment + 4, matrix, to, 0);
     from = to;
   }
   if (!finite) return ORT_E_ARC;
-  list->count = count;
+  *count = needed;
   return 0;
 }

@@ -252,12 +252,11 @@ static ort_label remove(ort_memory *memory, void *block) {
 
 // Counts an allocation and says whether it may be made.
 static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
-  const ort_options &options = core->options;
+  const ort_failures &failures = core->failures;
   ort_memory &memory = core->memory;
   const uint64_t number = ++memory.statistics.allocations;
-  // fail_at is 0 for none: one comparison tells that, too.
-  if (number - 1 >= options.fail_at - 1 && (options.fail_on || number == options.fail_at))
-    return false;
+  // A number of 0 becomes the largest one: one comparison answers both questions.
+  if (number - 1 >= failures.at - 1 && (failures.on || number == failures.at)) return false;
   return wanted <= MAX_SIZE && wanted <= ort_memory_left(core) + released;
 }
 

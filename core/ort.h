@@ -17,7 +17,7 @@
 #include <stddef.h>
 #include <stdint.h>
 
-#include "core/ort_limits.h"
+#include "ort_limits.h"
 
 /** @cond */
 #if defined(__GNUC__) || defined(__clang__)
@@ -95,16 +95,13 @@ typedef struct ort_options {
    * (docs/limits.md); 0: ORT_LIMIT_MEMORY. */
   uint64_t memory_budget;
   uint64_t inflate_budget; /**< bytes that one gzip stream gives; 0: ORT_LIMIT_INFLATED */
-  uint64_t fail_at;        /**< for tests: the n-th allocation fails, from 1; 0: none */
-  int fail_on;             /**< for tests: not 0: every allocation from fail_at on fails */
 } ort_options;
 
 /** Fills options with the defaults: no sinks, no log, default budgets. */
 ORT_API void ort_options_init(ort_options *options);
 
 /** Makes a core.
- * @param options  copied; null: the defaults. Its fail_at counts only allocations made after the
- *     core exists.
+ * @param options  copied; null: the defaults
  * @return the core, deleted with ort_core_delete; null when memory is short */
 ORT_API ort_core *ort_core_new(const ort_options *options);
 
@@ -276,14 +273,6 @@ ORT_API const char *ort_bs_text(const ort_bs *bs);
 
 /** Number of bytes, without the NUL. */
 ORT_API size_t ort_bs_length(const ort_bs *bs);
-
-/* ---- Arcs ------------------------------------------------------------------------------------ */
-
-/** The cubic curves of one elliptical arc (SVG 1.1, 8.3.8 and appendix F.6). */
-typedef struct ort_bezier_list {
-  int32_t count;         /**< 0 to 4 */
-  double segments[4][6]; /**< of each: first and second control point, end point, as x y pairs */
-} ort_bezier_list;
 
 #ifdef __cplusplus
 }

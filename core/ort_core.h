@@ -303,9 +303,9 @@ ort_vector ort_get_vector(const ort_matrix *m, double x, double y); // null m: i
 // phi in radians, flags 0 or 1, radii positive (scaled up when too small). matrix, when given, is
 // applied to the result. mode is not used by this runtime. Coincident ends give no segment. Returns
 // 0, or ORT_E_ARC for operands that are not finite.
-int ort_elliarc_to_bezier(ort_bezier_list *list, const ort_matrix *matrix, ort_vector start,
-                          ort_vector end, double rx, double ry, double phi, int large_arc,
-                          int sweep, int mode);
+int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matrix *matrix,
+                          ort_vector start, ort_vector end, double rx, double ry, double phi,
+                          int large_arc, int sweep, int mode);
 
 // ---- Digests and virtual files (digest.cpp, virtual_file.cpp) -----------------------------------
 

@@ -33,8 +33,8 @@ struct ort_memory {
 };
 
 // Memory for the core's own tables, which no host has to free: resizes block from old_size to size
-// bytes; null: memory is short. It counts for the budget and for fail_at, not as a live block. Size
-// 0 frees and gives null.
+// bytes; null: memory is short. It counts for the budget and for failures, not as a live block.
+// Size 0 frees and gives null.
 void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size);
 
 ORT_NORETURN void ort_raise_no_memory(ort_core *core);
@@ -97,10 +97,19 @@ ort_file *ort_fopen_pvf(ort_core *core, const char *name, const void *bytes, siz
 void ort_pvf_close(ort_core *core, ort_pvf *file);
 void ort_pvf_delete_all(ort_core *core);
 
+// ---- Failures on demand (memory.cpp) -------------------------------------------------------------
+
+// For tests: allocation number at fails, counted from 1 since the core was made; 0: none does.
+struct ort_failures {
+  uint64_t at;
+  bool on; // and every later one
+};
+
 // ---- The core -----------------------------------------------------------------------------------
 
 struct ort_core {
   ort_options options;
+  ort_failures failures;
   ort_memory memory;
   ort_errors errors;
   ort_printed printed[ORT_PRINTED_TEXTS];

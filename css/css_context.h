@@ -8,7 +8,7 @@
 #ifndef CSS_CONTEXT_H
 #define CSS_CONTEXT_H
 
-#include "core/ort.h"
+#include "../core/ort.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -5,7 +5,7 @@
 #include <math.h>
 #include <stdio.h>
 
-#include "svg/svg.h"
+#include <svgreader/svg/svg.h>
 
 /* What one drawing needs. An error leaves read_drawing at once; what exists by then is here. */
 struct drawing {

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "svg/svg.h"
+#include <svgreader/svg/svg.h>
 
 struct Drawing {
   const char *path;

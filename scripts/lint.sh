@@ -2,7 +2,7 @@
 # All static checks, cheapest first; called in the root by ./dev lint.
 set -euo pipefail
 
-mapfile -t sources < <(find core css svg tools tests bench fuzz examples \
+mapfile -t sources < <(find core css svg scene tools tests bench fuzz examples \
   \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) 2>/dev/null | sort)
 failed=0
 
@@ -22,22 +22,22 @@ format() {
 
 public_headers() {
   local header compiler
-  for header in core/ort.h core/ort_limits.h css/css_context.h svg/svg.h svg/svg_records.h \
-    svg/svg_names.h; do
+  while read -r header; do
     for compiler in "gcc -std=c11 -x c" "clang -std=c11 -x c" \
       "g++ -std=c++17 -x c++" "clang++ -std=c++17 -x c++"; do
       # shellcheck disable=SC2086
-      printf '#include "%s"\ntypedef int unit;\n' "$header" |
-        $compiler -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror -fsyntax-only -I. - ||
-        return 1
+      printf '#include <svgreader/%s>\ntypedef int unit;\n' "$header" |
+        $compiler -Wall -Wextra -Wconversion -Wshadow -pedantic -Werror -fsyntax-only \
+          -Ibuild/release/include - || return 1
     done
-  done
+  done <cmake/public_headers.txt
 }
 
 # The C and C++ of the documentation compiles: whole files as they are, statements in a function that
 # knows what a host has at hand.
 snippets() {
   local folder=build/lint/snippets snippet
+  local flags=(-Wall -Werror -Wno-unused -Ibuild/release/include -fsyntax-only)
   rm -rf "$folder"
   mkdir -p "$folder"
   awk -v folder="$folder" '
@@ -46,12 +46,12 @@ snippets() {
     out          { print >out }' README.md docs/*.md
   for snippet in "$folder"/*; do
     grep -q '^#include' "$snippet" || sed -i '
-      1i #include <stdio.h>\n#include "svg/svg.h"
+      1i #include <stdio.h>\n#include <svgreader/svg/svg.h>
       1i void snippet(ort_core *core, svg_parser *parser, svg_e_node *element, svg_a_node *value) {
       $a }' "$snippet"
     case $snippet in
-      *.c) gcc -std=c11 -Wall -Werror -Wno-unused -I. -fsyntax-only "$snippet" || return 1 ;;
-      *) g++ -std=c++17 -Wall -Werror -Wno-unused -I. -fsyntax-only "$snippet" || return 1 ;;
+      *.c) gcc -std=c11 "${flags[@]}" "$snippet" || return 1 ;;
+      *) g++ -std=c++17 "${flags[@]}" "$snippet" || return 1 ;;
     esac
   done
 }
@@ -60,11 +60,11 @@ snippets() {
 tidy() {
   local source stamp stale=()
   for source in "${sources[@]}"; do
-    [[ $source == @(core|css|svg|tools)/*.cpp ]] || continue
+    [[ $source == @(core|css|svg|scene|tools)/*.cpp ]] || continue
     stamp=build/lint/$source.ok
-    [[ -f $stamp && -z $(find "$source" .clang-tidy CMakeLists.txt core css svg tools \
+    [[ -f $stamp && -z $(find "$source" .clang-tidy CMakeLists.txt core css svg scene tools \
       \( -path "$source" -o -name '*.h' -o -name .clang-tidy -o -name CMakeLists.txt \) \
-      -newer "$stamp" -print -quit) ]] || stale+=("$source")
+      -newer "$stamp" -print -quit 2>/dev/null) ]] || stale+=("$source")
   done
   ((${#stale[@]})) || return 0
   printf '%s\n' "${stale[@]}" | xargs -P "$(nproc)" -I {} bash -c '
@@ -76,7 +76,7 @@ tidy() {
 check "layers and text" scripts/check_rules.py
 check format format
 check "public headers" public_headers
-check "reference of the public headers" doxygen docs/Doxyfile
+check "reference of the public headers" ./dev docs
 check "snippets of the documentation" snippets
 check "recipes of docs/adding.md" scripts/check_adding.py
 check clang-tidy tidy

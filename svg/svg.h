@@ -11,9 +11,9 @@
 #ifndef SVG_H
 #define SVG_H
 
-#include "core/ort.h"
-#include "css/css_context.h"
-#include "svg/svg_records.h"
+#include "../core/ort.h"
+#include "../css/css_context.h"
+#include "svg_records.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -324,6 +324,11 @@ typedef void (*spp_lineto_fn)(void *userdata, double x, double y);
 /** A cubic curve: two control points and the end point. */
 typedef void (*spp_curveto_fn)(void *userdata, double x1, double y1, double x2, double y2,
                                double x3, double y3);
+/** The cubic curves of one elliptical arc (SVG 1.1, 8.3.8 and appendix F.6). */
+typedef struct ort_bezier_list {
+  int32_t count;         /**< 0 to 4 */
+  double segments[4][6]; /**< of each: first and second control point, end point, as x y pairs */
+} ort_bezier_list;
 /** An elliptical arc as cubic curves, which are valid during the call. */
 typedef void (*spp_elliarc_fn)(void *userdata, const ort_bezier_list *curves);
 /** Closes the subpath. */

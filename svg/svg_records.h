@@ -7,8 +7,8 @@
 #ifndef SVG_RECORDS_H
 #define SVG_RECORDS_H
 
-#include "core/ort.h"
-#include "svg/svg_names.h"
+#include "../core/ort.h"
+#include "svg_names.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -17,8 +17,8 @@ namespace {
 
 // Reads bytes while an allocation fails, then a good drawing with the same core. False: the read
 // got by without the allocation.
-bool survives(const std::string &bytes, uint64_t fail_at, int fail_on) {
-  ort_options options = AccountingCore::with_log(fail_at % 3 == 0 ? 6 : 0);
+bool survives(const std::string &bytes, uint64_t fail_at, bool fail_on) {
+  CoreOptions options = AccountingCore::with_log(fail_at % 3 == 0 ? 6 : 0);
   options.fail_at = fail_at;
   options.fail_on = fail_on;
   AccountingCore core(options);
@@ -30,7 +30,7 @@ bool survives(const std::string &bytes, uint64_t fail_at, int fail_on) {
       << "not reported; read: " << read;
   EXPECT_EQ(core.live_blocks(), "");
   EXPECT_EQ(ort_pvf_count(core), 0U) << "embedded files";
-  core.get()->options.fail_at = UINT64_MAX;
+  core.get()->failures.at = 0;
   EXPECT_TRUE(read_once(core, "<svg><path id='a' d='M0 0L1 1' style='fill:url(#a)'/></svg>"));
   return true;
 }
@@ -42,7 +42,7 @@ TEST(Hostile, EveryFailingAllocationIsReported) {
     read_once(core, bytes);
     const bool every = name.ends_with("/swept") || name.ends_with(".svgz");
     const size_t stride = every ? 1 : hostile_stride(core.allocations(), 200);
-    for (const int on : {0, 1}) {
+    for (const bool on : {false, true}) {
       uint64_t at = 1 + name.size() % stride;
       while (!testing::Test::HasFailure() && survives(bytes, at, on)) at += stride;
       ASSERT_FALSE(testing::Test::HasFailure()) << name << ": allocation " << at << ", " << on;
@@ -136,7 +136,7 @@ TEST(Hostile, BudgetsEndAttacks) {
       {"title", "<svg><title>" + times(1 << 18, "title") + "</title></svg>", no_memory},
       {"data", "<svg><image href='data:," + times(1 << 20, "AAA") + "'/></svg>", no_memory},
   };
-  ort_options options = AccountingCore::defaults();
+  CoreOptions options = AccountingCore::defaults();
   options.memory_budget = options.inflate_budget = 1 << 20;
   for (const auto &c : cases) {
     Document document(c.drawing, options, [](svg_parser *p) {

@@ -45,14 +45,14 @@ FuzzInput::FuzzInput(const std::string &input) {
 
 void fuzz_read(const std::string &drawing, const FuzzInput &input, const std::string &sheet) {
   const unsigned *set = input.settings;
-  ort_options options = AccountingCore::with_log(static_cast<int>(set[FuzzInput::LOG_LEVEL] % 7));
+  CoreOptions options = AccountingCore::with_log(static_cast<int>(set[FuzzInput::LOG_LEVEL] % 7));
   options.log_levels[ORT_LOG_LINES] = 1;
   if (const unsigned budget = set[FuzzInput::BUDGET]) {
     options.memory_budget = budget % 16 ? 1024ULL << (budget % 16) : 0;
     options.inflate_budget = budget / 16 ? 16ULL << budget / 16 : 0;
   }
   options.fail_at = set[FuzzInput::FAIL_AT] * (1 + set[FuzzInput::FAIL_ON] / 2 % 16);
-  options.fail_on = set[FuzzInput::FAIL_ON] % 2;
+  options.fail_on = set[FuzzInput::FAIL_ON] % 2 != 0;
   const bool injected = options.memory_budget != 0 || options.fail_at != 0;
 
   struct Host {

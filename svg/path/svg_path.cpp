@@ -317,8 +317,8 @@ static void spp_elliarc(spp_state *s, double rx, double ry, double degrees, int 
   if (rx < SPP_MIN_RADIUS || ry < SPP_MIN_RADIUS) return;
   ort_bezier_list curves;
   const int warning = ort_elliarc_to_bezier(
-      &curves, nullptr, ort_get_vector(nullptr, s->cur_x, s->cur_y), ort_get_vector(nullptr, x, y),
-      rx, ry, degrees * SPP_RADIANS, large_arc, sweep, s->mode);
+      curves.segments, &curves.count, nullptr, ort_get_vector(nullptr, s->cur_x, s->cur_y),
+      ort_get_vector(nullptr, x, y), rx, ry, degrees * SPP_RADIANS, large_arc, sweep, s->mode);
   if (warning != 0) {
     if (s->core != nullptr) ort_warning(s->core, warning, nullptr, nullptr, nullptr, nullptr);
     spp_emit_lineto(s, x, y);

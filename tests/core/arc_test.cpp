@@ -27,9 +27,15 @@ struct Ellipse {
   }
 };
 
-int convert(const Ellipse &e, ort_bezier_list *list) {
-  return ort_elliarc_to_bezier(list, nullptr, e.at(e.from), e.at(e.from + e.sweep), e.rx, e.ry,
-                               e.phi, std::abs(e.sweep) > pi, e.sweep > 0, 1);
+struct Curves {
+  int32_t count;
+  double segments[4][6];
+};
+
+int convert(const Ellipse &e, Curves *list) {
+  return ort_elliarc_to_bezier(list->segments, &list->count, nullptr, e.at(e.from),
+                               e.at(e.from + e.sweep), e.rx, e.ry, e.phi, std::abs(e.sweep) > pi,
+                               e.sweep > 0, 1);
 }
 
 double cubic(double a, double b, double c, double d, double t) {
@@ -39,7 +45,7 @@ double cubic(double a, double b, double c, double d, double t) {
 
 // Every point of the curves is near the ellipse, and they run once through the stretch and nothing
 // else.
-void expect_follows(const Ellipse &e, const ort_bezier_list &list) {
+void expect_follows(const Ellipse &e, const Curves &list) {
   ort_vector start = e.at(e.from);
   double angle = e.from;
   for (int i = 0; i < list.count; ++i) {
@@ -66,7 +72,7 @@ TEST(Arc, FollowsTheEllipse) {
       const double rx = std::pow(10, exponent(random)), ry = std::pow(10, exponent(random));
       const double sweep = (i % 2 ? degrees : -degrees) * pi / 180;
       const Ellipse e = {0, 0, rx, ry, turn(random) * 3, turn(random), sweep};
-      ort_bezier_list list;
+      Curves list;
       ASSERT_EQ(convert(e, &list), 0);
       EXPECT_EQ(list.count, std::ceil(degrees / 90)) << degrees;
       expect_follows(e, list);
@@ -84,8 +90,9 @@ TEST(Arc, CutsWholeQuartersIntoAsManyCurves) {
     for (int i = 0; i < 4000; ++i) {
       const double x = tenths(random) / 10.0, y = tenths(random) / 10.0, r = tenths(random) / 10.0;
       const ort_vector ends[] = {{x + r, y + r}, {x + r + r, y}, {x + r, y + r}};
-      ort_bezier_list list;
-      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {x, y}, ends[quarters - 1], r, r, 0,
+      Curves list;
+      ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {x, y},
+                                      ends[quarters - 1], r, r, 0,
                                       quarters == 3 || (quarters == 2 && i % 2), i % 3 == 0, 1),
                 0);
       ASSERT_EQ(list.count, quarters) << x << ' ' << y << ' ' << r;
@@ -95,8 +102,10 @@ TEST(Arc, CutsWholeQuartersIntoAsManyCurves) {
 TEST(Arc, ScalesRadiiThatAreTooSmall) {
   for (const auto &[rx, ry, expected_ry] : {std::array{1.0, 1.0, 5.0}, {1e-6, 2e-6, 10}, {5, 5, 5}})
     for (int large : {0, 1}) {
-      ort_bezier_list list;
-      ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {0, 0}, {10, 0}, rx, ry, 0, large, 1, 1), 0);
+      Curves list;
+      ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {0, 0}, {10, 0}, rx, ry,
+                                      0, large, 1, 1),
+                0);
       EXPECT_EQ(list.count, 2);
       expect_follows({5, 0, 5, expected_ry, 0, pi, pi}, list);
     }
@@ -104,8 +113,9 @@ TEST(Arc, ScalesRadiiThatAreTooSmall) {
 
 // A tiny piece of a huge circle: computed by way of the center it would lose all digits.
 TEST(Arc, KeepsPrecisionFarFromTheCenter) {
-  ort_bezier_list list;
-  ASSERT_EQ(ort_elliarc_to_bezier(&list, nullptr, {100, 100}, {101, 100}, 1e12, 1e12, 0, 0, 1, 1),
+  Curves list;
+  ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {100, 100}, {101, 100}, 1e12,
+                                  1e12, 0, 0, 1, 1),
             0);
   ASSERT_EQ(list.count, 1);
   EXPECT_NEAR(list.segments[0][0], 100 + 1 / 3.0, 1e-12);
@@ -127,9 +137,10 @@ TEST(Arc, GivesOnlyFinitePoints) {
           for (double ry : radii)
             for (double phi : {0.7, 1e300, nan, HUGE_VAL})
               for (int flags = 0; flags < 4; ++flags) {
-                ort_bezier_list list;
-                const int result = ort_elliarc_to_bezier(&list, nullptr, {x0, 0}, {x1, y1}, rx, ry,
-                                                         phi, flags & 1, flags >> 1, 1);
+                Curves list;
+                const int result =
+                    ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {x0, 0}, {x1, y1},
+                                          rx, ry, phi, flags & 1, flags >> 1, 1);
                 if (result != 0 ||
                     std::isnan(0 * x0 + 0 * x1 + 0 * y1 + 0 * rx + 0 * ry + 0 * phi)) {
                   ASSERT_TRUE(result == ORT_E_ARC && list.count == 0);
@@ -146,9 +157,13 @@ TEST(Arc, GivesOnlyFinitePoints) {
 
 TEST(Arc, AppliesTheMatrix) {
   const ort_matrix matrix = {2, 1, -1, 3, 10, 20};
-  ort_bezier_list plain, mapped;
-  ASSERT_EQ(ort_elliarc_to_bezier(&plain, nullptr, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
-  ASSERT_EQ(ort_elliarc_to_bezier(&mapped, &matrix, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, 1), 0);
+  Curves plain, mapped;
+  ASSERT_EQ(ort_elliarc_to_bezier(plain.segments, &plain.count, nullptr, {1, 2}, {9, 4}, 8, 5, 1, 1,
+                                  0, 1),
+            0);
+  ASSERT_EQ(ort_elliarc_to_bezier(mapped.segments, &mapped.count, &matrix, {1, 2}, {9, 4}, 8, 5, 1,
+                                  1, 0, 1),
+            0);
   ASSERT_EQ(plain.count, mapped.count);
   for (int k = 0; k < 6 * plain.count; k += 2) {
     const double *p = &plain.segments[k / 6][k % 6], *m = &mapped.segments[k / 6][k % 6];

@@ -169,7 +169,7 @@ TEST(Gzip, DamageIsReported) {
 
 TEST(Gzip, BudgetCountsAllMembers) {
   const std::string bytes(5000, 'x'), data = gzip(bytes) + gzip(bytes);
-  ort_options options = AccountingCore::defaults();
+  CoreOptions options = AccountingCore::defaults();
   options.inflate_budget = 10000;
   AccountingCore enough(options);
   EXPECT_EQ(gunzip(enough, data, 100), bytes + bytes);

@@ -70,7 +70,7 @@ TEST(Memory, BlocksKeepTheirBytesAndCounts) {
 }
 
 TEST(Memory, BudgetIsExact) {
-  ort_options options = AccountingCore::defaults();
+  CoreOptions options = AccountingCore::defaults();
   options.memory_budget = 100;
   AccountingCore core(options);
   void *block = ort_malloc(core, 100, "test");
@@ -132,9 +132,9 @@ TEST(Memory, TemporariesAreFreedInAnyOrderOrByTheCore) {
 }
 
 TEST(Memory, FailsOnDemand) {
-  ort_options options = AccountingCore::defaults();
+  CoreOptions options = AccountingCore::defaults();
   options.fail_at = 2;
-  for (const int on : {0, 1}) {
+  for (const bool on : {false, true}) {
     options.fail_on = on;
     AccountingCore core(options);
     std::string outcome;

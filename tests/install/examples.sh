@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Installs into a fresh prefix, moves it, and builds and runs the examples against what is there.
+# Installs into a fresh prefix, moves it, compiles each header alone and builds and runs the examples
+# against what is there.
 # usage: examples.sh BUILD SOURCE
 set -euo pipefail
 build=$1 source=$2
@@ -22,6 +23,15 @@ quiet cmake --install "$build" --prefix "$work/first"
 mv "$work/first" "$prefix"
 for file in bin/svgtree share/man/man1/svgtree.1; do
   [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
+done
+
+# The headers are those of a C library.
+for header in $(cd "$prefix/include" && find svgreader -name '*.h'); do
+  for compiler in "${CC:-cc} -std=c11 -x c" "${CXX:-c++} -std=c++17 -x c++"; do
+    # shellcheck disable=SC2086
+    $compiler -Wall -Wextra -pedantic -Werror -fsyntax-only -I"$prefix/include" \
+      - <<<"#include <$header>"$'\n'"typedef int unit;"
+  done
 done
 
 quiet cmake -S "$source/examples" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix"

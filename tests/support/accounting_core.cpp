@@ -13,12 +13,13 @@ static void record_log(void *user, const char *text, size_t length) {
   static_cast<AccountingCore *>(user)->log.append(text, length);
 }
 
-AccountingCore::AccountingCore(const ort_options &options) {
+AccountingCore::AccountingCore(const CoreOptions &options) {
   ort_options own = options;
   own.message = record_message;
   own.log = record_log;
   own.message_user = own.log_user = this;
   core_ = ort_core_new(&own);
+  core_->failures = {options.fail_at, options.fail_on};
 }
 
 AccountingCore::~AccountingCore() {
@@ -28,14 +29,14 @@ AccountingCore::~AccountingCore() {
 
 void AccountingCore::expect_clean() const { EXPECT_EQ(live_blocks(), ""); }
 
-ort_options AccountingCore::defaults() {
-  ort_options options;
+CoreOptions AccountingCore::defaults() {
+  CoreOptions options;
   ort_options_init(&options);
   return options;
 }
 
-ort_options AccountingCore::with_log(int level, int log_class) {
-  ort_options options = defaults();
+CoreOptions AccountingCore::with_log(int level, int log_class) {
+  CoreOptions options = defaults();
   options.log_levels[log_class] = static_cast<unsigned char>(level);
   return options;
 }
@@ -59,11 +60,11 @@ uint64_t AccountingCore::allocations() const {
 }
 
 void allocation_sweep(const std::function<bool(AccountingCore &)> &body,
-                      const ort_options &options) {
+                      const CoreOptions &options) {
   uint64_t failures = 0;
   for (uint64_t at = 1;; ++at) {
-    for (const int on : {0, 1}) {
-      ort_options failing = options;
+    for (const bool on : {false, true}) {
+      CoreOptions failing = options;
       failing.fail_at = at;
       failing.fail_on = on;
       AccountingCore core(failing);

@@ -18,17 +18,23 @@ struct Message {
   bool operator==(const Message &) const = default;
 };
 
+// What a core of the tests is made with: also which allocation fails, as in ort_failures.
+struct CoreOptions : ort_options {
+  uint64_t fail_at = 0;
+  bool fail_on = false;
+};
+
 // A core that records messages and log. When it goes, the test fails if a block is still alive.
 class AccountingCore {
 public:
   // The sinks in options are replaced.
-  explicit AccountingCore(const ort_options &options = defaults());
+  explicit AccountingCore(const CoreOptions &options = defaults());
   ~AccountingCore();
   AccountingCore(const AccountingCore &) = delete;
   AccountingCore &operator=(const AccountingCore &) = delete;
 
-  static ort_options defaults();
-  static ort_options with_log(int level, int log_class = ORT_LOG_READER);
+  static CoreOptions defaults();
+  static CoreOptions with_log(int level, int log_class = ORT_LOG_READER);
 
   operator ort_core *() const { return core_; }
   ort_core *get() const { return core_; }
@@ -56,6 +62,6 @@ private:
 // of memory (raised, or in a message), unless body leaves no block alive, unless at least one
 // allocation failed, and unless body succeeds in the end.
 void allocation_sweep(const std::function<bool(AccountingCore &)> &body,
-                      const ort_options &options = AccountingCore::defaults());
+                      const CoreOptions &options = AccountingCore::defaults());
 
 #endif

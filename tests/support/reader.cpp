@@ -31,7 +31,7 @@ static int parse(AccountingCore &core, const std::string &text,
   return code;
 }
 
-Document::Document(const std::string &text, const ort_options &options,
+Document::Document(const std::string &text, const CoreOptions &options,
                    const std::function<void(svg_parser *)> &configure)
     : core(options) {
   code = parse(core, text, configure, &parser, &svg);

@@ -14,7 +14,7 @@
 class Document {
 public:
   explicit Document(const std::string &text,
-                    const ort_options &options = AccountingCore::defaults(),
+                    const CoreOptions &options = AccountingCore::defaults(),
                     const std::function<void(svg_parser *)> &configure = nullptr);
   ~Document();
   Document(const Document &) = delete;

@@ -66,7 +66,7 @@ TEST(Attr, TheLastOfDuplicateAttributesReachesTheHook) {
 
 // In a class of its own.
 TEST(Attr, ALogLineIsEndedBeforeAWarning) {
-  const ort_options options = AccountingCore::with_log(1, ORT_LOG_LINES);
+  const CoreOptions options = AccountingCore::with_log(1, ORT_LOG_LINES);
   EXPECT_EQ(Document(svg_begin + "<rect y='z'/></svg>", options).core.log, "\n");
 }
 

@@ -24,7 +24,7 @@ struct Reading {
 
 Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded,
              int block_size = SVG_BLOCK_SIZE) {
-  ort_options options = AccountingCore::with_log(log_level);
+  CoreOptions options = AccountingCore::with_log(log_level);
   options.memory_budget = budget;
   Document document(drawing, options, [=](svg_parser *p) {
     p->limits.recorded = recorded;

@@ -12,7 +12,7 @@ namespace {
 // are asked for, and listens to the values.
 class Drawing {
 public:
-  explicit Drawing(const std::string &text, const ort_options &options = AccountingCore::defaults())
+  explicit Drawing(const std::string &text, const CoreOptions &options = AccountingCore::defaults())
       : document(text, options, [this](svg_parser *p) {
           static const char *const refused[] = {"refused"};
           parser = p;
