@@ -59,8 +59,8 @@ typedef enum ort_severity {
   ORT_ERROR = 2    /**< it reached the outermost ort_protect */
 } ort_severity;
 
-/** Codes of the runtime's own errors. The reader's codes, 10000 to 10104, come from its error table
- * (svg_get_error_text), the CSS engine's warnings are 10200 to 10204. */
+/** Codes of the runtime's own errors. The reader's are SVG_E_* (svg/svg.h), the CSS engine's
+ * warnings 10200 to 10204. */
 enum {
   ORT_E_CALL_FAILED = 1000,     /**< "Function '$1' failed" */
   ORT_E_NO_MEMORY = 1001,       /**< "Out of memory": also past the memory budget */

@@ -48,26 +48,28 @@ const ort_errtab_entry *ort_find_error(const ort_core *core, int code);
 
 // Raises code with up to four text parameters (null counts as ""). Code -1 raises the pending error
 // again.
-ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1, const char *p2,
-                            const char *p3, const char *p4);
+ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1 = nullptr,
+                            const char *p2 = nullptr, const char *p3 = nullptr,
+                            const char *p4 = nullptr);
 
 // The same; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
 // every parameter, is escaped as by ort_escape, and cut at a character boundary to
 // ORT_LIMIT_MESSAGE_PARAMETER bytes.
 ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
-                                  const char *p2, const char *p3, const char *p4);
+                                  const char *p2 = nullptr, const char *p3 = nullptr,
+                                  const char *p4 = nullptr);
 
 // Reports a warning to the message sink and returns. Code -1 reports the pending error.
-void ort_warning(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
-                 const char *p4);
+void ort_warning(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
+                 const char *p3 = nullptr, const char *p4 = nullptr);
 
 // Composes the pending error without raising it.
-void ort_set_errmsg(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
-                    const char *p4);
+void ort_set_errmsg(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
+                    const char *p3 = nullptr, const char *p4 = nullptr);
 
 // Appends the text of code to the pending error, whose code stays.
-void ort_push2_errmsg(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
-                      const char *p4);
+void ort_push2_errmsg(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
+                      const char *p3 = nullptr, const char *p4 = nullptr);
 
 // Raises the pending error.
 ORT_NORETURN void ort_rethrow(ort_core *core);

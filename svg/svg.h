@@ -41,6 +41,33 @@ ORT_API const char *svg_get_keyword_text(int32_t id);
  * column "Inherited"); 0 for other properties and for rows that are no property. */
 ORT_API int32_t svg_is_inherited(int32_t row);
 
+/** Codes of the reader's messages. A bad value is a warning that costs the value, but for a "data:"
+ * IRI without data; docs/errors-and-log.md tells which others end a parse. */
+enum {
+  SVG_E_ATTRIBUTE_INCOMPLETE = 10000, /**< "attribute '$1': incomplete value," */
+  SVG_E_PROPERTY_INCOMPLETE = 10001,  /**< "property '$1': incomplete value," */
+  SVG_E_STYLE_INCOMPLETE = 10002,     /**< "attribute 'style', property '$1': incomplete value," */
+  SVG_E_ATTRIBUTE_MISSING = 10003,    /**< "attribute is missing": of xml-stylesheet */
+  SVG_E_ATTRIBUTE_TOKEN = 10004,      /**< "attribute '$1': unexpected token '$2'," */
+  SVG_E_PROPERTY_TOKEN = 10005,       /**< "property '$1': unexpected token '$2'," */
+  SVG_E_STYLE_TOKEN = 10006,          /**< "attribute 'style', property '$1': unexpected token
+                                           '$2'," */
+  SVG_E_POSITION = 10008,             /**< " in file '$1', line $2, element '$3'": appended */
+  SVG_E_NOT_SVG = 10009,              /**< "File '$1' does not seem to be an SVG file" */
+  SVG_E_LINK_UNSUPPORTED = 10010,     /**< "Unsupported $1 link $2": for drawing modules */
+  SVG_E_ELEMENT_UNSUPPORTED = 10011,  /**< "Unsupported element $1": for drawing modules */
+  SVG_E_LINK_INVALID = 10012,         /**< "Invalid link": for drawing modules */
+  SVG_E_BBOX_INVALID = 10013,         /**< "Invalid bounding box (cannot be used)": the same */
+  SVG_E_VIEWPORT = 10014,             /**< "Invalid SVG viewport ($1 is not available)" */
+  SVG_E_LANGUAGE = 10015,         /**< "Specified system language '$1' not available within switch
+                                       block ": for drawing modules */
+  SVG_E_ELEMENT_REFUSED = 10020,  /**< "File '$1' contains unsupported element '$2'" */
+  SVG_E_PROPERTY_REFUSED = 10021, /**< "File '$1' contains unsupported property '$2'" */
+  SVG_E_PATH_START = 10100,       /**< "SVG path must start with 'm' or 'M' command" */
+  SVG_E_PATH_COMMAND = 10102,     /**< "Unknown command in SVG path" */
+  SVG_E_PATH_NUMBER = 10104       /**< "Missing or illegal numeric parameter '$1' in SVG path" */
+};
+
 /** A row of the reader's error table.
  * @param i           the row, from 0, in ascending order of code
  * @param code        receives the code; may be null
@@ -50,8 +77,7 @@ ORT_API const char *svg_get_error_text(size_t i, int32_t *code, int32_t *paramet
 
 /* ---- Life of a parser ------------------------------------------------------------------------ */
 
-/** Makes the reader's messages (codes 10000 to 10104) known to a core. Once per core, before the
- * first parse. */
+/** Makes the reader's messages (SVG_E_*) known to a core. Once per core, before the first parse. */
 ORT_API void svg_register_errtab(ort_core *core);
 
 /** Makes a parser. What is said to be "not copied" must outlive the parser.
@@ -93,9 +119,10 @@ ORT_API svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const ch
  * @param elems_used       the element ids used, 39 bits: id i is bit i % 8 of byte i / 8
  * @param has_text         1 when there is a text element, else 0
  * @return the outermost svg element
- * @raises 10009 for a file that is no SVG, 10020 and 10021 for a refused element or property,
- *     ORT_E_XML for ill-formed XML, 10000 to 10002 for a "data:" IRI without data, ORT_E_READ,
- *     ORT_E_GZIP, ORT_E_LIMIT, ORT_E_NO_MEMORY, ORT_E_CALL_FAILED, ORT_E_INTERNAL */
+ * @raises SVG_E_NOT_SVG for a file that is no SVG, SVG_E_ELEMENT_REFUSED, SVG_E_PROPERTY_REFUSED,
+ *     ORT_E_XML for ill-formed XML, SVG_E_ATTRIBUTE_INCOMPLETE, SVG_E_PROPERTY_INCOMPLETE or
+ *     SVG_E_STYLE_INCOMPLETE for a "data:" IRI without data, ORT_E_READ, ORT_E_GZIP, ORT_E_LIMIT,
+ *     ORT_E_NO_MEMORY, ORT_E_CALL_FAILED, ORT_E_INTERNAL */
 ORT_API svg_e_node *svg_parse(svg_parser *parser, ort_file *file, ort_gz **gz,
                               double *viewport_width, double *viewport_height,
                               double *viewbox_width, double *viewbox_height,
@@ -348,8 +375,8 @@ typedef void (*spp_closepath_fn)(void *userdata);
  * @param elliarc    told of each arc (SVG 1.1, appendix F.6)
  * @param lineto     told of each line
  * @param moveto     told of each moveto
- * @raises 10100 (no moveto first), 10102 (unknown command), 10104 (bad number), each after the
- *     segments before the error were reported; and what the callbacks raise */
+ * @raises SVG_E_PATH_START, SVG_E_PATH_COMMAND, SVG_E_PATH_NUMBER, each after the segments before
+ * the error were reported; and what the callbacks raise */
 ORT_API void svg_spp_parse(ort_core *core, int32_t mode, const char *path, double x_offset,
                            double y_offset, void *userdata, spp_closepath_fn closepath,
                            spp_curveto_fn curveto, spp_elliarc_fn elliarc, spp_lineto_fn lineto,

@@ -2,7 +2,7 @@
 //
 // Called once per parser by the host: first the style-sheet pass, then the sheets, then the main
 // pass that builds the tree, then the links that still wait. Raises what the passes raise, and
-// 10009 when no svg element was built.
+// SVG_E_NOT_SVG when no svg element was built.
 #include <ctime>
 #include <initializer_list>
 
@@ -32,7 +32,7 @@ svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewpo
                       double *viewport_height, double *viewbox_width, double *viewbox_height,
                       const unsigned char **elems_used, int32_t *has_text) {
   if (p->chardata != nullptr || p->root != nullptr)
-    ort_internal_error(p->core, "svg_parse", __LINE__); // a parser serves one document
+    ort_internal_error(p->core, __func__, __LINE__); // a parser serves one document
   svg_make_work_space(p);
   make_containers(p);
   int32_t encoding = 0;
@@ -93,14 +93,13 @@ void svg_make_work_space(svg_parser *p) {
 // External sheets stand before the internal one, so that the document's own rules win over them.
 void svg_prepare_document(svg_parser *p) {
   for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); i++) {
-    if (p->log_level >= 3)
-      ort_logg(p->core, "\tParsing external style sheet #%d...\n", static_cast<int>(i + 1));
+    svg_note(p, 3, "\tParsing external style sheet #%d...\n", static_cast<int>(i + 1));
     svg_css_create_parser(p);
     const auto &sheet = ort_item<svg_ext_sheet>(p->ext_style_sheets, i);
     css_parse_sheet(p->css, sheet.text, sheet.href);
   }
   if (p->style_sheet != nullptr) {
-    if (p->log_level >= 3) ort_logg(p->core, "\tParsing internal style sheet...\n");
+    svg_note(p, 3, "\tParsing internal style sheet...\n");
     svg_css_create_parser(p);
     css_parse(p->css, ort_bs_text(p->style_sheet));
   }
@@ -113,7 +112,7 @@ void svg_prepare_document(svg_parser *p) {
 static void check_is_svg(svg_parser *p) {
   const svg_node *outermost = p->root->first_child;
   if (outermost == nullptr || outermost->id != SVG_ELEM_svg)
-    ort_error(p->core, 10009, p->filename, nullptr, nullptr, nullptr);
+    ort_error(p->core, SVG_E_NOT_SVG, p->filename);
 }
 
 static void resolve_links(svg_parser *p) {

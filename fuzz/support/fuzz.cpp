@@ -15,8 +15,16 @@ constexpr const char *refused_elements[] = {"a", "blink", "filter"};
 constexpr const char *refused_props[] = {"filter", "zoom"};
 
 // Errors that svg_parse documents, beside ORT_E_NO_MEMORY.
-constexpr int documented[] = {0,     10000, 10001,     10002,      10009,
-                              10020, 10021, ORT_E_XML, ORT_E_GZIP, ORT_E_LIMIT};
+constexpr int documented[] = {0,
+                              SVG_E_ATTRIBUTE_INCOMPLETE,
+                              SVG_E_PROPERTY_INCOMPLETE,
+                              SVG_E_STYLE_INCOMPLETE,
+                              SVG_E_NOT_SVG,
+                              SVG_E_ELEMENT_REFUSED,
+                              SVG_E_PROPERTY_REFUSED,
+                              ORT_E_XML,
+                              ORT_E_GZIP,
+                              ORT_E_LIMIT};
 
 bool is_clean_text(const std::string &text) {
   for (size_t i = 0; i < text.size(); i++) {

@@ -63,8 +63,7 @@ void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
     svg_check_namespace(p, prefix, uri);
-    if (p->log_level >= 3)
-      ort_logg(p->core, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
+    svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
     // xmlns="" has no name; its entry keeps each pop paired with its push.
     svg_push_nsp_entry(p, uri != nullptr ? uri : "", prefix);
     if (p->savelem == SVG_NO_ELEMENT || p->xmlns_text == nullptr) return;
@@ -82,7 +81,7 @@ void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char
 void svg_cb_namespace_end(void *parser, const XML_Char *prefix) {
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
-    if (p->log_level >= 3) ort_logg(p->core, "\t\t[pop namespace \"%a\"]\n", prefix);
+    svg_note(p, 3, "\t\t[pop namespace \"%a\"]\n", prefix);
     svg_pop_nsp_entry(p);
   });
 }

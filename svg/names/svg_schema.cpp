@@ -1,8 +1,8 @@
 // svg_schema.cpp: look-ups in the schema by name. They run for every tag and attribute of a
 // document.
 //
-// Called by the content callbacks, the attribute dispatch and the style subsystems. Raises 10020
-// and 10021 for names that the host does not tolerate.
+// Called by the content callbacks, the attribute dispatch and the style subsystems. Raises
+// SVG_E_ELEMENT_REFUSED and SVG_E_PROPERTY_REFUSED for names that the host does not tolerate.
 #include "svg/names/svg_schema.h"
 
 #include <array>
@@ -136,12 +136,12 @@ int svg_strcmp(const svg_parser *p, const char *a, const char *b) {
 
 void svg_find_nottol_element(svg_parser *p, const char *name) {
   if (svg_find_string(name, p->nottol_elements, p->nottol_elements_num) >= 0)
-    ort_ascii_error(p->core, 10020, 2, p->filename, name, nullptr, nullptr);
+    ort_ascii_error(p->core, SVG_E_ELEMENT_REFUSED, 2, p->filename, name);
 }
 
 void svg_find_nottol_property(svg_parser *p, const char *name) {
   if (svg_find_string(name, p->nottol_props, p->nottol_props_num) >= 0)
-    ort_ascii_error(p->core, 10021, 2, p->filename, name, nullptr, nullptr);
+    ort_ascii_error(p->core, SVG_E_PROPERTY_REFUSED, 2, p->filename, name);
 }
 
 // ---- Rows ---------------------------------------------------------------------------------------

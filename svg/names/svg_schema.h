@@ -2,7 +2,7 @@
 // them.
 //
 // Tables are in svg/tables/, look-ups in svg_schema.cpp. Only the checks against the host's lists
-// raise (10020, 10021).
+// raise (SVG_E_ELEMENT_REFUSED, SVG_E_PROPERTY_REFUSED).
 #ifndef SVG_SCHEMA_H
 #define SVG_SCHEMA_H
 
@@ -27,7 +27,7 @@ int svg_find_esa_or_prop(const svg_parser *p, const char *name, const svg_elem_d
 // Comparison of names in values: ignoring ASCII case while css_mode is set.
 int svg_strcmp(const svg_parser *p, const char *a, const char *b);
 
-// Raise 10020 / 10021 when the host does not tolerate the name.
+// Raise SVG_E_ELEMENT_REFUSED / SVG_E_PROPERTY_REFUSED when the host does not tolerate the name.
 void svg_find_nottol_element(svg_parser *p, const char *name);
 void svg_find_nottol_property(svg_parser *p, const char *name);
 

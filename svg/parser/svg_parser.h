@@ -186,4 +186,9 @@ struct svg_parser {
   int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
 };
 
+// Writes to the log when the reader's class is logged at this level. A macro, so that what is
+// written is not even computed at a lower one.
+#define svg_note(p, level, ...)                                                                    \
+  ((p)->log_level >= (level) ? ort_logg((p)->core, __VA_ARGS__) : static_cast<void>(0))
+
 #endif

@@ -2,18 +2,14 @@
 // cubic curves, arcs and closepaths.
 //
 // Called by the path accumulator (svg_pada.cpp) and by hosts, who need no document for it. One
-// pass, no allocation, all state in one record on the stack. svg_spp_parse raises 10100, 10102 and
-// 10104, and whatever the callbacks raise.
+// pass, no allocation, all state in one record on the stack. svg_spp_parse raises SVG_E_PATH_* and
+// whatever the callbacks raise.
 #include <bit>
 #include <cmath>
 
 #include "svg/values/svg_scan.h"
 
 namespace {
-
-constexpr int SPP_NO_MOVETO = 10100;
-constexpr int SPP_UNKNOWN_COMMAND = 10102;
-constexpr int SPP_BAD_NUMBER = 10104;
 
 constexpr double SPP_MAX_NUMBER = 2147483647.0;
 constexpr double SPP_MIN_RADIUS = 1e-6;
@@ -62,6 +58,8 @@ static inline const char *spp_skip_sep(const char *pos);
 static void spp_execute(spp_state *s, char command, const double *v);
 static ort_vector spp_reflected(const spp_state *s, char curve, char smooth_curve);
 static void spp_quadratic(spp_state *s, double qx, double qy, double x, double y);
+template <class... Values>
+static void log_segment(const spp_state *s, const char *format, Values... values);
 static void spp_emit_moveto(spp_state *s, double x, double y);
 static void spp_emit_lineto(spp_state *s, double x, double y);
 static void spp_emit_curveto(spp_state *s, double x1, double y1, double x2, double y2, double x3,
@@ -99,19 +97,19 @@ int32_t svg_spp_check(const char *path, size_t *offset) {
 // 0, or the code of the error that is at s->pos.
 static int spp_run(spp_state *s) {
   s->pos = spp_skip_sep(s->pos);
-  if (*s->pos != 'm' && *s->pos != 'M') return SPP_NO_MOVETO;
+  if (*s->pos != 'm' && *s->pos != 'M') return SVG_E_PATH_START;
   while (*s->pos != '\0') {
     s->cmd = *s->pos;
     s->absolute = ort_isupper(s->cmd);
     char command = s->absolute ? static_cast<char>(s->cmd - 'A' + 'a') : s->cmd;
-    if (!spp_is_command(command)) return SPP_UNKNOWN_COMMAND;
+    if (!spp_is_command(command)) return SVG_E_PATH_COMMAND;
     s->pos = spp_skip_sep(s->pos + 1);
     // The first moveto may do without operands and then stays at the origin.
     const bool bare = command == 'z' || (s->previous == '\0' && !spp_is_numstart(*s->pos));
     do {
       double operands[SPP_MAX_OPERANDS];
       operands[0] = operands[1] = 0;
-      if (!bare && !spp_get_operands(s, command, operands)) return SPP_BAD_NUMBER;
+      if (!bare && !spp_get_operands(s, command, operands)) return SVG_E_PATH_NUMBER;
       spp_execute(s, command, operands);
       s->previous = command;
       if (command == 'm') command = 'l';
@@ -132,10 +130,10 @@ static bool spp_is_command(char letter) {
 
 // The rest of the text tells where the error is, but it can be long.
 static void spp_raise(const spp_state *s, int error) {
-  if (error != SPP_BAD_NUMBER) ort_error(s->core, error, nullptr, nullptr, nullptr, nullptr);
+  if (error != SVG_E_PATH_NUMBER) ort_error(s->core, error);
   char rest[SVG_REST_SIZE];
   svg_cut_rest(rest, s->pos);
-  ort_ascii_error(s->core, error, 1, rest, nullptr, nullptr, nullptr);
+  ort_ascii_error(s->core, error, 1, rest);
 }
 
 // ---- Operands -----------------------------------------------------------------------------------
@@ -270,15 +268,20 @@ static void spp_quadratic(spp_state *s, double qx, double qy, double x, double y
   s->ctrl_y = qy;
 }
 
+template <class... Values>
+static void log_segment(const spp_state *s, const char *format, Values... values) {
+  if (s->logging) ort_logg(s->core, format, values...);
+}
+
 static void spp_emit_moveto(spp_state *s, double x, double y) {
   s->start_x = s->cur_x = x;
   s->start_y = s->cur_y = y;
-  if (s->logging) ort_logg_cond(s->core, 3, ORT_LOG_READER, "\t\t\t\tmoveto: %g,%g\n", x, y);
+  log_segment(s, "\t\t\t\tmoveto: %g,%g\n", x, y);
   if (s->moveto != nullptr) s->moveto(s->userdata, x + s->x_offset, y + s->y_offset);
 }
 
 static void spp_emit_lineto(spp_state *s, double x, double y) {
-  if (s->logging) ort_logg_cond(s->core, 3, ORT_LOG_READER, "\t\t\t\tlineto: %g,%g\n", x, y);
+  log_segment(s, "\t\t\t\tlineto: %g,%g\n", x, y);
   if (s->lineto != nullptr) s->lineto(s->userdata, x + s->x_offset, y + s->y_offset);
   s->cur_x = x;
   s->cur_y = y;
@@ -286,9 +289,7 @@ static void spp_emit_lineto(spp_state *s, double x, double y) {
 
 static void spp_emit_curveto(spp_state *s, double x1, double y1, double x2, double y2, double x3,
                              double y3) {
-  if (s->logging)
-    ort_logg_cond(s->core, 3, ORT_LOG_READER, "\t\t\t\tcurveto: %g,%g  %g,%g  %g,%g\n", x1, y1, x2,
-                  y2, x3, y3);
+  log_segment(s, "\t\t\t\tcurveto: %g,%g  %g,%g  %g,%g\n", x1, y1, x2, y2, x3, y3);
   if (s->curveto != nullptr)
     s->curveto(s->userdata, x1 + s->x_offset, y1 + s->y_offset, x2 + s->x_offset, y2 + s->y_offset,
                x3 + s->x_offset, y3 + s->y_offset);
@@ -297,7 +298,7 @@ static void spp_emit_curveto(spp_state *s, double x1, double y1, double x2, doub
 }
 
 static void spp_emit_closepath(spp_state *s) {
-  if (s->logging) ort_logg_cond(s->core, 3, ORT_LOG_READER, "\t\t\t\tclosepath\n");
+  log_segment(s, "\t\t\t\tclosepath\n");
   if (s->closepath != nullptr) s->closepath(s->userdata);
   s->cur_x = s->start_x;
   s->cur_y = s->start_y;
@@ -307,11 +308,10 @@ static void spp_emit_closepath(spp_state *s) {
 // becomes a line.
 static void spp_elliarc(spp_state *s, double rx, double ry, double degrees, int large_arc,
                         int sweep, double x, double y) {
-  if (s->logging)
-    ort_logg_cond(s->core, 3, ORT_LOG_READER,
-                  "\t\t\t\telliptical arcto: %g,%g\n\t\t\t\t\txradius=%g, yradius=%g, xrotate=%g, "
-                  "largearc=%d, sweep=%d\n",
-                  x, y, rx, ry, degrees, large_arc, sweep);
+  log_segment(s,
+              "\t\t\t\telliptical arcto: %g,%g\n\t\t\t\t\txradius=%g, yradius=%g, xrotate=%g, "
+              "largearc=%d, sweep=%d\n",
+              x, y, rx, ry, degrees, large_arc, sweep);
   rx = std::fabs(rx);
   ry = std::fabs(ry);
   if (rx < SPP_MIN_RADIUS || ry < SPP_MIN_RADIUS) return;
@@ -320,7 +320,7 @@ static void spp_elliarc(spp_state *s, double rx, double ry, double degrees, int 
       curves.segments, &curves.count, nullptr, ort_get_vector(nullptr, s->cur_x, s->cur_y),
       ort_get_vector(nullptr, x, y), rx, ry, degrees * SPP_RADIANS, large_arc, sweep, s->mode);
   if (warning != 0) {
-    if (s->core != nullptr) ort_warning(s->core, warning, nullptr, nullptr, nullptr, nullptr);
+    if (s->core != nullptr) ort_warning(s->core, warning);
     spp_emit_lineto(s, x, y);
     return;
   }

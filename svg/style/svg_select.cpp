@@ -1,13 +1,14 @@
 // svg_select.cpp: the reader's side of the CSS engine: the callbacks by which it asks for values
 // and for facts about elements, and the rules of the element being built.
 //
-// The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise 10021
-// and lack of memory; the questions about elements raise nothing.
+// The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise
+// SVG_E_PROPERTY_REFUSED and lack of memory; the questions about elements raise nothing.
 #include <cstring>
 
 #include "svg/names/svg_schema.h"
 #include "svg/style/svg_style.h"
 #include "svg/tree/svg_tree.h"
+#include "svg/values/svg_scan.h"
 #include "svg/values/svg_values.h"
 #include "svg/xml/svg_xml.h"
 
@@ -91,7 +92,7 @@ void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **att
     attr->next = node->css_attrs;
     node->css_attrs = attr;
     attr->value = ort_strdup(p->core, attrs[1]);
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%a=\"%a\"]\n", local, attrs[1]);
+    svg_note(p, 5, "\t\t\t[%a=\"%a\"]\n", local, attrs[1]);
   }
 }
 
@@ -100,9 +101,7 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
   ort_vtr *rules = css_get_rules(p->css, node, node->head.id);
   size_t count = ort_vtr_count(rules);
   if (count == 0) return;
-  if (p->log_level >= 5) {
-    ort_logg(p->core, "\t\t\tProcess %d CSS rules...\n", static_cast<int>(count));
-  }
+  svg_note(p, 5, "\t\t\tProcess %d CSS rules...\n", static_cast<int>(count));
   svg_source source = p->source;
   for (size_t i = 0; i < count; i++) {
     const css_rule *rule = ort_item<css_rule *>(rules, i);
@@ -117,10 +116,8 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
       if (ort_getbit(p->props_set, row)) continue;
       svg_collect_value(p, value, selector);
       ort_setbit(p->props_set, row);
-      if (p->log_level >= 5) {
-        ort_logg(p->core, "\t\t\t[add css property %a=\"%a%s\"]\n", svg_attr_table[row].name,
-                 block->decl_texts[k], log_important(block->important));
-      }
+      svg_note(p, 5, "\t\t\t[add css property %a=\"%a%s\"]\n", svg_attr_table[row].name,
+               block->decl_texts[k], log_important(block->important));
     }
   }
   p->source = source;
@@ -146,15 +143,14 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
   auto *p = static_cast<svg_parser *>(user);
   int32_t row = svg_find_prop(name);
   if (row < 0) {
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
+    svg_note(p, 5, "\t\t\t[property \"%a\" unsupported]\n", name);
     svg_find_nottol_property(p, name);
     return nullptr;
   }
   svg_a_node *node = nullptr;
   bool done = ort_protected(p->core, [&] {
     p->source = important ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
-    if (p->log_level >= 5)
-      ort_logg(p->core, "\t\t\t[%a=\"%a%s\"]\n", name, value, log_important(important));
+    svg_note(p, 5, "\t\t\t[%a=\"%a%s\"]\n", name, value, log_important(important));
     if (row == SVG_PROP_font) {
       p->css_mode = 1;
       svg_split_font(p, value, add_longhand);
@@ -166,9 +162,7 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
   p->source = SVG_SOURCE_ATTRIBUTE;
   p->css_mode = 0;
   p->prop_name = nullptr;
-  if (!done && (ort_error_code(p->core) < 10000 || ort_error_code(p->core) > 10006)) {
-    ort_rethrow(p->core);
-  }
+  if (!done && !svg_is_value_error(ort_error_code(p->core))) ort_rethrow(p->core);
   return node;
 }
 
@@ -177,7 +171,7 @@ static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t att
   auto *element = static_cast<svg_e_node *>(node);
   const svg_css_attr *attr = element != nullptr ? element->css_attrs : nullptr;
   for (; attr != nullptr; attr = attr->next) {
-    if (p->log_level >= 6) ort_logg(p->core, "\t\t\t\tattribute=%d vs %d\n", attr->nid, attr_nid);
+    svg_note(p, 6, "\t\t\t\tattribute=%d vs %d\n", attr->nid, attr_nid);
     if (attr->nid == attr_nid) return attr->value;
   }
   return nullptr;
@@ -188,10 +182,8 @@ static bool svg_css_cb_check_class(void *user, void *node, int16_t class_nid) {
   auto *element = static_cast<svg_e_node *>(node);
   if (element == nullptr) return false;
   for (int32_t i = 0; i < element->class_num; i++) {
-    if (p->log_level >= 6) {
-      ort_logg(p->core, "\t\t\t\t[%d/%d]: class=%d vs %d\n", i + 1, element->class_num, class_nid,
-               element->class_nids[i]);
-    }
+    svg_note(p, 6, "\t\t\t\t[%d/%d]: class=%d vs %d\n", i + 1, element->class_num, class_nid,
+             element->class_nids[i]);
     if (element->class_nids[i] == class_nid) return true;
   }
   return false;
@@ -245,9 +237,7 @@ static const svg_open_element *open_element(const svg_parser *p, int32_t level) 
 }
 
 static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node) {
-  if (p->log_level >= 6) {
-    ort_logg(p->core, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_table[node->head.id].name,
-             static_cast<void *>(node));
-  }
+  svg_note(p, 6, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_table[node->head.id].name,
+           static_cast<void *>(node));
   return node;
 }

@@ -75,7 +75,7 @@ const char *svg_css_skip_ident(const char *s) {
 }
 
 void svg_parse_style(svg_parser *p, const char *text) {
-  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[style attribute:]\n");
+  svg_note(p, 6, "\t\t\t[style attribute:]\n");
   svg_source source = p->source;
   p->source = SVG_SOURCE_STYLE;
   const char *s = svg_css_skip_wsp_c(text);
@@ -96,7 +96,7 @@ void svg_parse_style(svg_parser *p, const char *text) {
 
 void svg_split_font(svg_parser *p, const char *text, add_fn add) {
   p->font_copy = ort_strdup(p->core, text);
-  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[font properties:]\n");
+  svg_note(p, 5, "\t\t\t[font properties:]\n");
   font_word words[MAX_WORDS] = {};
   int count = split_words(p->font_copy, words);
   int taken = count > 1 ? classify_words(p, words, count, add) : 0;

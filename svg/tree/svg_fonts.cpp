@@ -2,7 +2,7 @@
 // about them.
 //
 // The constructor is called by svg_parse_attr, svg_font_new by the hooks of font and font-face, the
-// queries by hosts. A bad family list is raised with svg_err_unxtok; the queries raise at most for
+// queries by hosts. A bad family list is raised with svg_err_value; the queries raise at most for
 // lack of memory.
 #include <cmath>
 #include <cstring>
@@ -73,7 +73,7 @@ svg_font *svg_font_new(svg_parser *p, svg_e_node *node) {
 void svg_ctor_an_font_family(svg_parser *p, svg_a_node *node) {
   auto *list = svg_record<svg_an_key_name_list>(node);
   const int32_t count = count_families(p);
-  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[%d font families detected]\n", count);
+  svg_note(p, 5, "\t\t\t[%d font families detected]\n", count);
   const auto size = static_cast<size_t>(count);
   list->keys = static_cast<int32_t *>(
       ort_malloc(p->core, size * sizeof(int32_t), "svg_ctor_an_font_family"));
@@ -112,12 +112,12 @@ int32_t svg_get_family_name(svg_parser *p) {
     key = p->tok_key;
     svg_ntok_nonum(p);
   } else {
-    svg_err_unxtok(p, 0);
+    svg_err_value(p);
   }
   if (p->tok_type == SVG_TOK_COMMA)
     svg_ntok_nonum(p);
   else if (p->tok_type != SVG_TOK_END)
-    svg_err_unxtok(p, 0);
+    svg_err_value(p);
   return key;
 }
 
@@ -218,7 +218,7 @@ static void keep_inherit_only(svg_parser *p, svg_an_key_name_list *list) {
     ort_free(p->core, list->names[i]);
     list->names[i] = nullptr;
   }
-  if (list->count > 1 && p->log_level >= 6) ort_logg(p->core, "\t\t\t\t\"inherit\" is dominant\n");
+  if (list->count > 1) svg_note(p, 6, "\t\t\t\t\"inherit\" is dominant\n");
   list->keys[0] = SVG_KW_inherit;
   list->count = 1;
 }

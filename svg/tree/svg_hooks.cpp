@@ -114,9 +114,7 @@ void svg_beg_font_face(svg_parser *p, svg_e_node *node) {
 void svg_end_font_face(svg_parser *p) {
   svg_font *font = p->font_face;
   if (font == nullptr || (font->id == nullptr && font->family == nullptr)) return;
-  if (p->log_level >= 5)
-    ort_logg(p->core, "\t\t\t[insert new SVG font %d]\n",
-             static_cast<int>(ort_vtr_count(p->fonts)));
+  svg_note(p, 5, "\t\t\t[insert new SVG font %d]\n", static_cast<int>(ort_vtr_count(p->fonts)));
   ort_push(p->fonts, font);
   p->font_face = nullptr;
 }
@@ -133,9 +131,8 @@ double svg_unit2pt(int unit, double value) {
 
 // Those who refer to the element get their own marks in svg_set_elem_flag.
 static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags) {
-  if (p->log_level >= 6)
-    ort_logg(p->core, "\t\t\t[%s %p needs bbox]\n", svg_elem_table[node->head.id].name,
-             static_cast<void *>(node));
+  svg_note(p, 6, "\t\t\t[%s %p needs bbox]\n", svg_elem_table[node->head.id].name,
+           static_cast<void *>(node));
   node->head.flags |= flags;
 }
 
@@ -158,7 +155,7 @@ static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row) {
 static viewport_side get_side(svg_parser *p, const svg_e_node *node, const char *name, int row) {
   const svg_unum length = slot_number(p, node, row);
   if (length.value <= 0) {
-    ort_warning(p->core, 10014, name, nullptr, nullptr, nullptr);
+    ort_warning(p->core, SVG_E_VIEWPORT, name);
     return {length.value, false};
   }
   if (length.unit == SVG_UNIT_PERCENT) return {0, true};
@@ -191,9 +188,8 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
   trafo->numbers[0] = x;
   if (both) trafo->numbers[1] = y;
   p->new_value = &trafo->head; // its owner until the element has it
-  if (p->log_level >= 6)
-    ort_logg(p->core, "\t\t\t[add attribute transform type=%d: translation=(%g %g)]\n", trafo->type,
-             x, y);
+  svg_note(p, 6, "\t\t\t[add attribute transform type=%d: translation=(%g %g)]\n", trafo->type, x,
+           y);
   svg_collect_value(p, &trafo->head, nullptr);
   const int index = svg_find_esa(p, "transform", svg_elem_table[node->head.id]);
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
@@ -233,7 +229,7 @@ static ort_matrix trafo_matrix(ort_core *core, const svg_an_trafo *trafo) {
   case SVG_TRAFO_SKEW_X: ort_skew_matrix(core, &m, 0, n[0]); break;
   case SVG_TRAFO_SKEW_Y: ort_skew_matrix(core, &m, n[0], 0); break;
   case SVG_TRAFO_TRANSLATE: ort_translation_matrix(&m, n[0], 0); break;
-  default: ort_internal_error(core, "svg_parse", __LINE__);
+  default: ort_internal_error(core, __func__, __LINE__);
   }
   return m;
 }

@@ -17,8 +17,7 @@ int32_t svg_check_system_language(svg_parser *p, const svg_e_node *element) {
     if (element->values[i]->row != SVG_ATTR_systemLanguage) continue;
     const auto *list = reinterpret_cast<const svg_an_name_list *>(element->values[i]);
     for (int32_t k = 0; k < list->count; k++) {
-      ort_logg_cond(p->core, 3, ORT_LOG_READER, "\t\t\tsystemLanguage[%d]=\"%a\"\n", k,
-                    list->names[k]);
+      svg_note(p, 3, "\t\t\tsystemLanguage[%d]=\"%a\"\n", k, list->names[k]);
       if (accepts(p, list->names[k])) return 1;
     }
   }

@@ -3,7 +3,8 @@
 //
 // Called by svg_content.cpp while the main pass runs, and for deletion. An element is linked into
 // the tree before its values are read, so that an error leaves a tree that can be freed. Raises
-// ORT_E_LIMIT, 10021 and fatal value errors; bad values are warnings of svg_parse_attr.
+// ORT_E_LIMIT, SVG_E_PROPERTY_REFUSED and fatal value errors; bad values are warnings of
+// svg_parse_attr.
 #include "svg/tree/svg_tree.h"
 
 #include <cstring>
@@ -81,7 +82,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   store_values(p, node);
   if (p->cur_href != nullptr && p->cur_href_awaited) svg_resolve_href(p, p->cur_href, node);
   p->cur_href = nullptr;
-  if (p->log_level >= 6) ort_logg(p->core, "\n");
+  svg_note(p, 6, "\n");
 
   ort_top<svg_open_element>(p->open_elements).last_child = node;
   ort_push(p->open_elements, svg_open_element{node, nullptr});
@@ -90,7 +91,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 static void count_node(svg_parser *p) {
   if (p->nodes >= p->limits.nodes)
     ort_error(p->core, ORT_E_LIMIT, "nodes",
-              ort_errprintf(p->core, "%ld", static_cast<long>(p->limits.nodes)), nullptr, nullptr);
+              ort_errprintf(p->core, "%ld", static_cast<long>(p->limits.nodes)));
   p->nodes++;
 }
 

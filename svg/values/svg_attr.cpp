@@ -3,7 +3,7 @@
 //
 // Called while an element is built from its start tag, and for the declarations of style sheets. A
 // bad value costs one warning. Raises everything else that a constructor raises (lack of memory,
-// "data:" without data), and 10021.
+// "data:" without data), and SVG_E_PROPERTY_REFUSED.
 #include "svg/names/svg_schema.h"
 #include "svg/tree/svg_tree.h"
 #include "svg/values/svg_scan.h"
@@ -53,13 +53,9 @@ static void report_failure(svg_parser *p, uint32_t line) {
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
 
-  if (line == SVG_LINE_BEING_READ) line = static_cast<uint32_t>(svg_xml_line(p));
-  ort_push2_errmsg(p->core, 10008, p->filename,
-                   ort_errprintf(p->core, "%d", static_cast<int>(line)),
-                   ort_errprintf(p->core, "%a", p->elem_name), nullptr);
+  svg_add_position(p, line == SVG_LINE_BEING_READ ? svg_xml_line(p) : static_cast<long>(line));
   if (!bad_value) ort_rethrow(p->core);
-  ort_logg_cond(p->core, 1, ORT_LOG_LINES, "\n");
-  ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+  svg_warn_pending(p);
   p->in_style_attr = 0;
   p->css_mode = 0;
   p->prop_name = nullptr;
@@ -72,7 +68,7 @@ void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, con
   svg_a_node *value = p->new_value;
   if (value == nullptr) return;
 
-  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
+  svg_note(p, 6, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
   svg_collect_value(p, value, nullptr);
   ort_setbit(p->attrs_set, static_cast<size_t>(esa_index));
   if (element->beg_hook != nullptr && (def->flags & SVG_AF_ATTRIBUTE) != 0)
@@ -88,12 +84,12 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
   p->prop_name = name;
   p->css_mode = 1;
   if (row < 0) {
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[property \"%a\" unsupported]\n", name);
+    svg_note(p, 5, "\t\t\t[property \"%a\" unsupported]\n", name);
     svg_find_nottol_property(p, name);
   } else if (p->in_style_attr != 0 || !ort_getbit(p->props_set, static_cast<size_t>(row))) {
     svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
     if (svg_a_node *value = p->new_value) {
-      if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[add property %a=\"%a\"]\n", name, text);
+      svg_note(p, 6, "\t\t\t[add property %a=\"%a\"]\n", name, text);
       ort_push(p->prop_values, value);
       p->new_value = nullptr;
       svg_collect_value(p, value, nullptr);

@@ -2,7 +2,7 @@
 // paints made of them.
 //
 // Called by svg_parse_attr through the rows of svg_attr_table. A bad color is raised with
-// svg_err_unxtok; whatever goes wrong inside an extension, lack of memory included, is a warning
+// svg_err_value; whatever goes wrong inside an extension, lack of memory included, is a warning
 // and costs only the extension.
 #include <cmath>
 #include <cstring>
@@ -69,14 +69,14 @@ void get_rgb_color_comps(double *out, double v) {
 int32_t svg_get_color(svg_parser *p, svg_color *color) {
   *color = {.rgb = 0, .colortype = SVG_CT_NONE, .name = nullptr, .comps = nullptr};
   color->rgb = get_base_color(p);
-  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[rgbcolor=#%06X]\n", color->rgb);
+  svg_note(p, 6, "\t\t\t[rgbcolor=#%06X]\n", color->rgb);
   if (svg_ntok(p) == SVG_TOK_END) return 0;
   expect(p, p->tok_type, SVG_TOK_STRING);
   if (ort_protected(p->core, [&] { get_extension(p, color); })) return 1;
 
   p->value_ok = 1;
   drop_extension(p->core, color);
-  ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+  ort_warning(p->core, -1);
   return 0;
 }
 
@@ -111,7 +111,7 @@ void svg_ctor_an_paint(svg_parser *p, svg_a_node *node) {
   svg_get_color(p, &fallback);
   drop_extension(p->core, &fallback);
   iri->fallback = static_cast<int32_t>(fallback.rgb);
-  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[fallback color=%06X]\n", fallback.rgb);
+  svg_note(p, 5, "\t\t\t[fallback color=%06X]\n", fallback.rgb);
 }
 
 void svg_dtor_an_paint(ort_core *core, svg_a_node *node) {
@@ -137,7 +137,7 @@ static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count
 
 // token is the type of the current token.
 static void expect(svg_parser *p, int token, int wanted) {
-  if (token != wanted) svg_err_unxtok(p, 0);
+  if (token != wanted) svg_err_value(p);
 }
 
 static uint32_t get_base_color(svg_parser *p) {
@@ -147,13 +147,13 @@ static uint32_t get_base_color(svg_parser *p) {
   int32_t row = svg_find_color(p->tok_text);
   if (row >= 0) return svg_rgb_table[row].rgb;
   row = svg_find_syscolor(p->tok_text);
-  if (row < 0) svg_err_unxtok(p, 0);
+  if (row < 0) svg_err_value(p);
   return svg_sysrgb_table[row].rgb;
 }
 
 static uint32_t get_hex_color(svg_parser *p) {
   const size_t length = strlen(p->tok_text);
-  if (length != 4 && length != 7) svg_err_unxtok(p, 0);
+  if (length != 4 && length != 7) svg_err_value(p);
   const int mode = length == 7;
   unsigned char bytes[3];
   for (int i = 0; i < 3; i++)
@@ -175,9 +175,8 @@ static uint32_t get_rgb_color(svg_parser *p) {
 static void get_extension(svg_parser *p, svg_color *color) {
   color->colortype = ort_get_keycode_ci(p->tok_text, svg_colortype_keylist);
   if (color->colortype < 0) {
-    if (p->log_level >= 5)
-      ort_logg(p->core, "\t\t\t[colorspace \"%a\" %s]\n", p->tok_text, "unknown");
-    svg_err_unxtok(p, 0);
+    svg_note(p, 5, "\t\t\t[colorspace \"%a\" %s]\n", p->tok_text, "unknown");
+    svg_err_value(p);
   }
   expect(p, svg_ntok(p), SVG_TOK_LPAREN);
   svg_ntok(p);
@@ -186,7 +185,7 @@ static void get_extension(svg_parser *p, svg_color *color) {
 
   color_values values;
   get_values(p, &values);
-  if (!settle_values(&color->colortype, &values)) svg_err_unxtok(p, 0);
+  if (!settle_values(&color->colortype, &values)) svg_err_value(p);
 
   const bool leading = has_leading_slot(color->colortype);
   const auto count = static_cast<size_t>(values.count);

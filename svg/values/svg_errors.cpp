@@ -1,35 +1,37 @@
 // svg_errors.cpp: the reader's error table, and the one place where a bad value is raised.
 //
-// Value errors (10000 to 10006) become warnings in svg_parse_attr, which appends 10008; the others
-// end the parse, but for 10014 and the path errors, which are issued as warnings where they arise.
+// Value errors become warnings in svg_parse_attr, which appends their position; the others end the
+// parse, but for SVG_E_VIEWPORT and the path errors, which are issued as warnings where they arise.
 #include <cstring>
 #include <iterator>
 
 #include "svg/values/svg_scan.h"
 
 constexpr ort_errtab_entry svg_errors[] = {
-    {1, 10000, "attribute '$1': incomplete value,", nullptr},
-    {1, 10001, "property '$1': incomplete value,", nullptr},
-    {1, 10002, "attribute 'style', property '$1': incomplete value,", nullptr},
-    {0, 10003, "attribute is missing", nullptr},
-    {2, 10004, "attribute '$1': unexpected token '$2',", nullptr},
-    {2, 10005, "property '$1': unexpected token '$2',", nullptr},
-    {2, 10006, "attribute 'style', property '$1': unexpected token '$2',", nullptr},
-    {3, 10008, " in file '$1', line $2, element '$3'", nullptr},
-    {1, 10009, "File '$1' does not seem to be an SVG file", nullptr},
-    {2, 10010, "Unsupported $1 link $2", nullptr},
-    {1, 10011, "Unsupported element $1", nullptr},
-    {0, 10012, "Invalid link", nullptr},
-    {0, 10013, "Invalid bounding box (cannot be used)", nullptr},
-    {1, 10014, "Invalid SVG viewport ($1 is not available)", nullptr},
-    {1, 10015, "Specified system language '$1' not available within switch block ", nullptr},
-    {2, 10020, "File '$1' contains unsupported element '$2'", nullptr},
-    {2, 10021, "File '$1' contains unsupported property '$2'", nullptr},
-    {0, 10100, "SVG path must start with 'm' or 'M' command", nullptr},
-    {0, 10102, "Unknown command in SVG path", nullptr},
-    {1, 10104, "Missing or illegal numeric parameter '$1' in SVG path", nullptr},
+    {1, SVG_E_ATTRIBUTE_INCOMPLETE, "attribute '$1': incomplete value,", nullptr},
+    {1, SVG_E_PROPERTY_INCOMPLETE, "property '$1': incomplete value,", nullptr},
+    {1, SVG_E_STYLE_INCOMPLETE, "attribute 'style', property '$1': incomplete value,", nullptr},
+    {0, SVG_E_ATTRIBUTE_MISSING, "attribute is missing", nullptr},
+    {2, SVG_E_ATTRIBUTE_TOKEN, "attribute '$1': unexpected token '$2',", nullptr},
+    {2, SVG_E_PROPERTY_TOKEN, "property '$1': unexpected token '$2',", nullptr},
+    {2, SVG_E_STYLE_TOKEN, "attribute 'style', property '$1': unexpected token '$2',", nullptr},
+    {3, SVG_E_POSITION, " in file '$1', line $2, element '$3'", nullptr},
+    {1, SVG_E_NOT_SVG, "File '$1' does not seem to be an SVG file", nullptr},
+    {2, SVG_E_LINK_UNSUPPORTED, "Unsupported $1 link $2", nullptr},
+    {1, SVG_E_ELEMENT_UNSUPPORTED, "Unsupported element $1", nullptr},
+    {0, SVG_E_LINK_INVALID, "Invalid link", nullptr},
+    {0, SVG_E_BBOX_INVALID, "Invalid bounding box (cannot be used)", nullptr},
+    {1, SVG_E_VIEWPORT, "Invalid SVG viewport ($1 is not available)", nullptr},
+    {1, SVG_E_LANGUAGE, "Specified system language '$1' not available within switch block ",
+     nullptr},
+    {2, SVG_E_ELEMENT_REFUSED, "File '$1' contains unsupported element '$2'", nullptr},
+    {2, SVG_E_PROPERTY_REFUSED, "File '$1' contains unsupported property '$2'", nullptr},
+    {0, SVG_E_PATH_START, "SVG path must start with 'm' or 'M' command", nullptr},
+    {0, SVG_E_PATH_COMMAND, "Unknown command in SVG path", nullptr},
+    {1, SVG_E_PATH_NUMBER, "Missing or illegal numeric parameter '$1' in SVG path", nullptr},
 };
-static_assert(std::size(svg_errors) == 20);
+
+ORT_NORETURN static void raise_value_error(svg_parser *p);
 
 void svg_register_errtab(ort_core *core) {
   ort_register_errtab(core, 8, svg_errors, static_cast<int>(std::size(svg_errors)));
@@ -42,22 +44,9 @@ const char *svg_get_error_text(size_t i, int32_t *code, int32_t *parameters) {
   return svg_errors[i].text;
 }
 
-void svg_err_unxtok(svg_parser *p, int fatal) {
-  p->value_ok = fatal;
-  const bool style = p->in_style_attr != 0;
-  const bool property = p->prop_name != nullptr;
-  const char *name = property ? p->prop_name : p->attr_name;
-  if (p->tok_type == SVG_TOK_END)
-    ort_ascii_error(p->core,
-                    !property ? 10000
-                    : style   ? 10002
-                              : 10001,
-                    1, name, nullptr, nullptr, nullptr);
-  ort_ascii_error(p->core,
-                  !property ? 10004
-                  : style   ? 10006
-                            : 10005,
-                  3, name, svg_tok_text(p), nullptr, nullptr);
+void svg_err_value(svg_parser *p) {
+  p->value_ok = 0;
+  raise_value_error(p);
 }
 
 void svg_err_rest(svg_parser *p, const char *rest) {
@@ -67,7 +56,44 @@ void svg_err_rest(svg_parser *p, const char *rest) {
   ort_bs_append_text(p->tok_buf, cut);
   p->tok_text = ort_bs_text(p->tok_buf);
   p->tok_type = SVG_TOK_WORD;
-  svg_err_unxtok(p, 0);
+  svg_err_value(p);
+}
+
+void svg_err_end(svg_parser *p) {
+  p->tok_type = SVG_TOK_END;
+  svg_err_value(p);
+}
+
+void svg_err_no_data(svg_parser *p) {
+  p->value_ok = 1;
+  p->tok_type = SVG_TOK_END;
+  raise_value_error(p);
+}
+
+// Of an attribute, a property, or a property in a style attribute.
+static void raise_value_error(svg_parser *p) {
+  constexpr int incomplete[] = {SVG_E_ATTRIBUTE_INCOMPLETE, SVG_E_PROPERTY_INCOMPLETE,
+                                SVG_E_STYLE_INCOMPLETE};
+  constexpr int token[] = {SVG_E_ATTRIBUTE_TOKEN, SVG_E_PROPERTY_TOKEN, SVG_E_STYLE_TOKEN};
+  const char *name = p->prop_name ? p->prop_name : p->attr_name;
+  const int place = !p->prop_name ? 0 : p->in_style_attr ? 2 : 1;
+  if (p->tok_type == SVG_TOK_END) ort_ascii_error(p->core, incomplete[place], 1, name);
+  ort_ascii_error(p->core, token[place], 3, name, svg_tok_text(p));
+}
+
+bool svg_is_value_error(int code) {
+  return code >= SVG_E_ATTRIBUTE_INCOMPLETE && code <= SVG_E_STYLE_TOKEN;
+}
+
+void svg_add_position(svg_parser *p, long line) {
+  ort_push2_errmsg(p->core, SVG_E_POSITION, p->filename,
+                   ort_errprintf(p->core, "%d", static_cast<int>(line)),
+                   ort_errprintf(p->core, "%a", p->elem_name));
+}
+
+void svg_warn_pending(svg_parser *p) {
+  ort_logg_cond(p->core, 1, ORT_LOG_LINES, "\n");
+  ort_warning(p->core, -1);
 }
 
 void svg_cut_rest(char cut[SVG_REST_SIZE], const char *rest) {

@@ -3,7 +3,7 @@
 //
 // Called by svg_parse_attr through the rows of svg_attr_table, and by the paints. Embedded data
 // become virtual files of the core; each record holds one reference to its file. Bad text is raised
-// with svg_err_unxtok; "data:" without data is fatal. Passes on errors of the runtime, with nothing
+// with svg_err_value; "data:" without data is fatal. Passes on errors of the runtime, with nothing
 // left behind.
 #include <cstring>
 
@@ -41,7 +41,6 @@ static int16_t get_mime(const char *text, const char *end);
 static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length);
 static char *new_file_digest(svg_parser *p, const void *bytes, size_t length);
 static char *new_file_name(svg_parser *p, int mime, const char *digest);
-ORT_NORETURN static void incomplete(svg_parser *p, int fatal);
 
 const char *svg_get_mime_text(int32_t mime) { return ort_get_keyword(mime, svg_mime_keylist1); }
 
@@ -58,14 +57,14 @@ void svg_get_iri(svg_parser *p, svg_iri *iri, const char *start, const char *end
   } else {
     iri->kind = SVG_IRI_NAME;
     iri->ref.text = ort_strndup(p->core, start, static_cast<size_t>(end - start), "svg_get_iri");
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[iri name: \"%a\"]\n", iri->ref.text);
+    svg_note(p, 5, "\t\t\t[iri name: \"%a\"]\n", iri->ref.text);
   }
 }
 
 void svg_get_funciri(svg_parser *p, svg_iri *iri) {
   if (p->tok_type != SVG_TOK_KEYWORD || p->tok_key != SVG_KW_url)
-    ort_internal_error(p->core, "svg_parse", __LINE__);
-  if (svg_ntok_nonum(p) != SVG_TOK_LPAREN) svg_err_unxtok(p, 0);
+    ort_internal_error(p->core, __func__, __LINE__);
+  if (svg_ntok_nonum(p) != SVG_TOK_LPAREN) svg_err_value(p);
 
   // From here the text is not for the scanner: white space and special characters belong to the
   // IRI.
@@ -73,9 +72,9 @@ void svg_get_funciri(svg_parser *p, svg_iri *iri) {
   const bool quoted = *start == '"' || *start == '\'';
   const char closing = quoted ? *start++ : ')';
   const char *end = strchr(start, closing);
-  if (end == nullptr) incomplete(p, 0);
+  if (end == nullptr) svg_err_end(p);
   if (quoted && end[1] != ')') {
-    if (end[1] == '\0') incomplete(p, 0);
+    if (end[1] == '\0') svg_err_end(p);
     svg_err_rest(p, end + 1);
   }
   svg_get_iri(p, iri, start, end);
@@ -85,7 +84,7 @@ void svg_get_funciri(svg_parser *p, svg_iri *iri) {
 int32_t svg_equal_iri(ort_core *core, const svg_iri *a, const svg_iri *b) {
   if (a->kind != b->kind) return 0;
   if (a->kind < SVG_IRI_DATA || a->kind > SVG_IRI_NAME)
-    ort_internal_error(core, "svg_parse", __LINE__);
+    ort_internal_error(core, __func__, __LINE__);
   return a->ref.any == b->ref.any;
 }
 
@@ -128,7 +127,7 @@ void svg_ctor_an_color_profile(svg_parser *p, svg_a_node *node) {
     profile->name = ort_strdup(p->core, p->tok_text);
     break;
   case SVG_TOK_KEYWORD: profile->keyword = p->tok_key; break;
-  default: svg_err_unxtok(p, 0);
+  default: svg_err_value(p);
   }
 }
 
@@ -159,8 +158,7 @@ static void get_link(svg_parser *p, svg_iri *iri, const char *id, size_t length)
   iri->kind = SVG_IRI_LINK;
   iri->ref.target = svg_find_href(p, id);
   const bool found = iri->ref.target != nullptr;
-  if (p->log_level >= 5)
-    ort_logg(p->core, "\t\t\t[link reference \"#%a\" %sfound]\n", id, found ? "" : "not ");
+  svg_note(p, 5, "\t\t\t[link reference \"#%a\" %sfound]\n", id, found ? "" : "not ");
   if (!found) svg_add_unres_link(p, id, iri);
 }
 
@@ -172,7 +170,7 @@ static void get_data(svg_parser *p, svg_iri *iri, const char *text, const char *
   iri->mime = get_mime(text, end);
   iri->ref.text = nullptr;
   const auto *comma = static_cast<const char *>(memchr(text, ',', length));
-  if (comma == nullptr) incomplete(p, 1);
+  if (comma == nullptr) svg_err_no_data(p);
   if (comma + 1 < end) embed(p, iri, comma + 1, static_cast<size_t>(end - comma - 1));
 }
 
@@ -196,12 +194,12 @@ static void embed(svg_parser *p, svg_iri *iri, const char *base64, size_t length
     const size_t count = ort_decode_base64(core, base64, length, &bytes);
     digest = new_file_digest(p, bytes, count);
     name = new_file_name(p, iri->mime, digest);
-    if (p->log_level >= 5) ort_logg(core, "\t\t\t[iri data: \"%s\"]\n", name);
+    svg_note(p, 5, "\t\t\t[iri data: \"%s\"]\n", name);
     if (ort__info_pvf(core, name, "exists") != 0.0) {
       ort__addref_pvf(core, name);
       ort_free(core, bytes);
     } else {
-      if (p->log_level >= 5) ort_logg(core, "\t\t\t[create virtual file]\n");
+      svg_note(p, 5, "\t\t\t[create virtual file]\n");
       ort__create_pvf(core, name, bytes, count, "deletedata");
     }
   });
@@ -233,9 +231,4 @@ static char *new_file_name(svg_parser *p, int mime, const char *digest) {
   memcpy(name, digest, digest_length);
   memcpy(name + digest_length, suffix, suffix_size);
   return name;
-}
-
-static void incomplete(svg_parser *p, int fatal) {
-  p->tok_type = SVG_TOK_END;
-  svg_err_unxtok(p, fatal);
 }

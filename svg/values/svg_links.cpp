@@ -49,8 +49,7 @@ void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
     ort_vtr_pop(p->hrefs);
     return;
   }
-  if (p->log_level >= 5)
-    ort_logg(p->core, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
+  svg_note(p, 5, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
   entry->name = href->id;
   entry->element = target;
   p->cur_href = href->id;
@@ -121,7 +120,7 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   link->previous = entry->number;
   entry->name = link->id;
   entry->number = slot + 1;
-  if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[add unresolved reference \"#%a\"]\n", link->id);
+  svg_note(p, 5, "\t\t\t[add unresolved reference \"#%a\"]\n", link->id);
 }
 
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
@@ -133,7 +132,7 @@ void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   for (size_t i = ort_vtr_count(p->link_slots); i-- > 0;) {
     const auto slot = ort_item<size_t>(p->link_slots, i);
     const waiting_link *link = link_at(p, slot);
-    if (p->log_level >= 5) ort_logg(p->core, "\t\t\t[reference \"%a\" resolved]\n", id);
+    svg_note(p, 5, "\t\t\t[reference \"%a\" resolved]\n", id);
     link->iri->ref.target = target;
     if (link->source != nullptr) svg_set_elem_flag(p, link->source, target);
     ort_hvtr_release_item(p->unres_links, slot);
@@ -181,9 +180,8 @@ void svg_drop_value_link(svg_parser *p) {
 
 void svg_set_elem_flag(svg_parser *p, svg_e_node *source, const svg_e_node *target) {
   if ((target->head.flags & SVG_EF_BBOX_USER) == 0) return;
-  if (p->log_level >= 6)
-    ort_logg(p->core, "\t\t\t[source %p needs bbox because of target %p]\n",
-             static_cast<const void *>(source), static_cast<const void *>(target));
+  svg_note(p, 6, "\t\t\t[source %p needs bbox because of target %p]\n",
+           static_cast<const void *>(source), static_cast<const void *>(target));
   source->head.flags |= SVG_EF_NEEDS_BBOX;
   if ((target->head.flags & SVG_EF_BBOX_USER2) != 0) source->head.flags |= SVG_EF_NEEDS_BBOX2;
 }

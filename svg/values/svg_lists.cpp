@@ -3,7 +3,7 @@
 //
 // Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. A list takes
 // exactly the memory that it needs; those that are seldom long are read twice, to count their items
-// first. Bad text is raised with svg_err_unxtok; raises for lack of memory.
+// first. Bad text is raised with svg_err_value; raises for lack of memory.
 #include <cstring>
 
 #include "svg/values/svg_scan.h"
@@ -41,7 +41,7 @@ void svg_ctor_an_num_list(svg_parser *p, svg_a_node *node) {
 void svg_ctor_an_num_optnum(svg_parser *p, svg_a_node *node) {
   svg_ctor_an_num_list(p, node);
   const int32_t count = svg_record<svg_an_num_list>(node)->count;
-  if (count < 1 || count > 2) ort_internal_error(p->core, "svg_parse", __LINE__);
+  if (count < 1 || count > 2) ort_internal_error(p->core, __func__, __LINE__);
 }
 
 void svg_dtor_an_num_list(ort_core *core, svg_a_node *node) {
@@ -56,7 +56,7 @@ void svg_ctor_an_unum_list(svg_parser *p, svg_a_node *node) {
 void svg_ctor_an_unum_plus(svg_parser *p, svg_a_node *node) {
   svg_ctor_an_unum_list(p, node);
   if (svg_record<svg_an_unum_list>(node)->count == 0)
-    ort_internal_error(p->core, "svg_parse", __LINE__);
+    ort_internal_error(p->core, __func__, __LINE__);
 }
 
 void svg_dtor_an_unum_list(ort_core *core, svg_a_node *node) {
@@ -136,7 +136,7 @@ void svg_ctor_an_name_list(svg_parser *p, svg_a_node *node) {
   int32_t count = 1;
   while (svg_ntok_nonum(p) != SVG_TOK_END)
     if (p->tok_type == SVG_TOK_COMMA) count++;
-  if (p->log_level >= 6) ort_logg(p->core, "\t\t\t\t%2d names: ", count);
+  svg_note(p, 6, "\t\t\t\t%2d names: ", count);
   list->names = ort_new_array<char *>(p->core, static_cast<size_t>(count), "svg_ctor_an_name_list");
   list->count = count;
 
@@ -145,21 +145,21 @@ void svg_ctor_an_name_list(svg_parser *p, svg_a_node *node) {
     svg_ntok_nonum(p);
     read_name(p);
     list->names[i] = ort_strdup(p->core, ort_bs_text(p->name_buf));
-    if (p->log_level >= 6) ort_logg(p->core, "%s\"%a\"", i == 0 ? "" : " ", list->names[i]);
+    svg_note(p, 6, "%s\"%a\"", i == 0 ? "" : " ", list->names[i]);
   }
-  if (p->log_level >= 6) ort_logg(p->core, "\n");
+  svg_note(p, 6, "\n");
 }
 
 // Joins the words from the current token up to a comma or the end in name_buf.
 static void read_name(svg_parser *p) {
-  if (p->tok_type != SVG_TOK_STRING) svg_err_unxtok(p, 0);
+  if (p->tok_type != SVG_TOK_STRING) svg_err_value(p);
   ort_bs_clear(p->name_buf);
   ort_bs_append_text(p->name_buf, p->tok_text);
   while (svg_ntok_nonum(p) == SVG_TOK_STRING) {
     ort_bs_append_byte(p->name_buf, ' ');
     ort_bs_append_text(p->name_buf, p->tok_text);
   }
-  if (p->tok_type != SVG_TOK_COMMA && p->tok_type != SVG_TOK_END) svg_err_unxtok(p, 0);
+  if (p->tok_type != SVG_TOK_COMMA && p->tok_type != SVG_TOK_END) svg_err_value(p);
 }
 
 void svg_dtor_an_name_list(ort_core *core, svg_a_node *node) {

@@ -37,7 +37,7 @@ void svg_ctor_an_path_data(svg_parser *p, svg_a_node *node) {
     value->vertices = p->pada_vertices;
   };
   if (!ort_protected(p->core, parse)) {
-    ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+    ort_warning(p->core, -1);
     if (p->pada_segments != nullptr) ort_vtr_resize(p->pada_segments, 0);
   }
   p->pada_points = nullptr;

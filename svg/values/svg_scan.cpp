@@ -2,7 +2,7 @@
 // punctuation, strings, words, keywords of the value's own list, numbers with unit.
 //
 // svg_parse_attr sets it up for each value; the constructors pull tokens. Raises value errors
-// (svg_err_unxtok): a string without end, or a token that is not the number asked for.
+// (svg_err_value): a string without end, or a token that is not the number asked for.
 #include "svg/values/svg_scan.h"
 
 #include <array>
@@ -114,7 +114,7 @@ static int read_string(svg_parser *p) {
   const char *end = *begin != '\0' ? strchr(begin, begin[-1]) : begin;
   if (end == nullptr) {
     p->tok_type = SVG_TOK_END;
-    svg_err_unxtok(p, 0);
+    svg_err_value(p);
   }
   set_token(p, SVG_TOK_STRING, begin, end);
   if (*end != '\0') p->scan_pos++;
@@ -186,7 +186,7 @@ static bool is_wanted_key(const svg_parser *p, char first) {
 }
 
 int32_t svg_ctok_as_key(svg_parser *p) {
-  if (p->tok_type != SVG_TOK_KEYWORD) svg_err_unxtok(p, 0);
+  if (p->tok_type != SVG_TOK_KEYWORD) svg_err_value(p);
   return p->tok_key;
 }
 
@@ -226,7 +226,7 @@ int svg_try_unumtok(svg_parser *p) {
 // An integer counts as clamped to 32 bits, a number with decimal point or exponent as written.
 double svg_ctok_as_num(svg_parser *p) {
   if (p->tok_type == SVG_TOK_INT) return p->tok_int;
-  if (p->tok_type != SVG_TOK_REAL) svg_err_unxtok(p, 0);
+  if (p->tok_type != SVG_TOK_REAL) svg_err_value(p);
   return p->tok_num;
 }
 

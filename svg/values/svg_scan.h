@@ -1,7 +1,7 @@
 // svg_scan.h: the scanner that splits the text of one attribute or property value into tokens.
 //
 // svg_parse_attr sets it up for each value; the constructors pull tokens. A bad token is raised
-// with svg_err_unxtok.
+// with svg_err_value.
 #ifndef SVG_SCAN_H
 #define SVG_SCAN_H
 
@@ -39,10 +39,22 @@ constexpr bool svg_is_special(char c) { return c == '(' || c == ')' || c == ',';
 
 // ---- svg_errors.cpp -------------------------------------------------------------------------------------------------
 
-// Raises the current token as unexpected, or the value as incomplete. fatal 1 ends the parse.
-ORT_NORETURN void svg_err_unxtok(svg_parser *p, int fatal);
-// Raises this rest of the value as an unexpected token.
+// Raises the current token as unexpected, or the value as incomplete when it is the end. A warning
+// in the end: svg_parse_attr drops the value.
+ORT_NORETURN void svg_err_value(svg_parser *p);
+// The same for a rest of the text instead of the token.
 ORT_NORETURN void svg_err_rest(svg_parser *p, const char *rest);
+// The same for the end of the text, wherever the scanner is.
+ORT_NORETURN void svg_err_end(svg_parser *p);
+// Raises the value as incomplete for want of its embedded data, and that ends the parse.
+ORT_NORETURN void svg_err_no_data(svg_parser *p);
+// Whether one of the functions above raises this code.
+bool svg_is_value_error(int code);
+
+// Appends to the pending error where it is in the document; line 0 stands for a style sheet.
+void svg_add_position(svg_parser *p, long line);
+// Reports the pending error as a warning, on a line of its own where log and messages mix.
+void svg_warn_pending(svg_parser *p);
 
 // Copies what a message shows of a rest of input: so many characters, and "..." when there are
 // more.

@@ -1,7 +1,7 @@
 // svg_transform.cpp: transform lists: what was written, or one composed matrix.
 //
 // Called by svg_parse_attr: the rows of transforms have an allocator, because the size of the
-// record depends on the text. Bad text is raised with svg_err_unxtok, before anything is allocated;
+// record depends on the text. Bad text is raised with svg_err_value, before anything is allocated;
 // raises for lack of memory.
 #include <cstddef>
 #include <cstring>
@@ -41,7 +41,7 @@ svg_a_node *svg_anew_an_trafo(svg_parser *p) {
 }
 
 int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]) {
-  if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_unxtok(p, 0);
+  if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_value(p);
   const double first = svg_get_num(p);
   int type = SVG_TRAFO_MATRIX;
   switch (keyword) {
@@ -85,9 +85,9 @@ int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double paramet
     ort_translation_matrix(matrix, first, parameters[2]);
     type = SVG_TRAFO_TRANSLATE_XY;
     break;
-  default: ort_internal_error(p->core, "svg_parse", __LINE__);
+  default: ort_internal_error(p->core, __func__, __LINE__);
   }
-  if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_unxtok(p, 0);
+  if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_value(p);
   return type;
 }
 

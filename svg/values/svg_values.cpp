@@ -2,7 +2,7 @@
 // preserveAspectRatio, clip; and those of class, id and name, which work on the element instead.
 //
 // Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. Bad text is
-// raised with svg_err_unxtok; what follows a complete value is ignored. Raises for lack of memory.
+// raised with svg_err_value; what follows a complete value is ignored. Raises for lack of memory.
 #include "svg/values/svg_values.h"
 
 #include <cstring>
@@ -69,10 +69,10 @@ void svg_ctor_an_clip(svg_parser *p, svg_a_node *node) {
   svg_ntok_nonum(p);
   record->key = svg_ctok_as_key(p);
   if (record->key != SVG_KW_rect) return;
-  if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_unxtok(p, 0);
+  if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_value(p);
   record->rect[0] = svg_get_num(p);
   for (int i = 1; i < 4; i++) record->rect[i] = svg_get_sep_num(p);
-  if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_unxtok(p, 0);
+  if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_value(p);
 }
 
 // ---- Texts --------------------------------------------------------------------------------------
@@ -95,8 +95,7 @@ void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
   ort_vtr_resize(p->class_nids, 0);
   while (svg_ntok_nonum(p) != SVG_TOK_END) {
     const int16_t nid = css_get_class_nid(p->css, p->tok_text);
-    if (p->log_level >= 6)
-      ort_logg(p->core, "\t\t\t[class=\"%a\", id=%d]\n", p->tok_text, static_cast<int>(nid));
+    svg_note(p, 6, "\t\t\t[class=\"%a\", id=%d]\n", p->tok_text, static_cast<int>(nid));
     if (nid != CSS_NO_NID) ort_push(p->class_nids, nid);
   }
   const size_t count = ort_vtr_count(p->class_nids);
@@ -114,8 +113,7 @@ void svg_ctor_an_id(svg_parser *p, svg_a_node *) {
   svg_add_href(p, id, p->cur_enode);
   if (p->css == nullptr) return;
   p->cur_enode->id_nid = css_get_id_nid(p->css, id);
-  if (p->cur_enode->id_nid != CSS_NO_NID && p->log_level >= 6)
-    ort_logg(p->core, "\t\t\t[selector #%a found]\n", id);
+  if (p->cur_enode->id_nid != CSS_NO_NID) svg_note(p, 6, "\t\t\t[selector #%a found]\n", id);
 }
 
 void svg_ctor_an_name(svg_parser *p, svg_a_node *) { svg_add_href(p, p->scan_start, p->cur_enode); }

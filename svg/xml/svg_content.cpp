@@ -2,8 +2,8 @@
 //
 // They decide which elements are built and which are skipped with all their content, keep the
 // nesting level, hand start tags to svg_tree.cpp and captured content to svg_saved.cpp, and echo
-// the document into the log. Raises 10020 and ORT_E_LIMIT, and what the building of an element
-// raises; no raise leaves a callback (svg_in_callback).
+// the document into the log. Raises SVG_E_ELEMENT_REFUSED and ORT_E_LIMIT, and what the
+// building of an element raises; no raise leaves a callback (svg_in_callback).
 #include "svg/names/svg_schema.h"
 #include "svg/tree/svg_tree.h"
 #include "svg/xml/svg_xml.h"
@@ -59,7 +59,7 @@ void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
 void svg_enter_element(svg_parser *p) {
   if (static_cast<uint32_t>(p->level) >= p->limits.depth)
     ort_error(p->core, ORT_E_LIMIT, "nested elements",
-              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)), nullptr, nullptr);
+              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)));
   p->level++;
 }
 
@@ -75,7 +75,7 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
   if (p->level < p->skip_level) {
     const int id = type == SVG_NS_SVG ? svg_find_element(local) : -1;
     if (id >= 0) {
-      if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[supported element \"%a\"]\n", local);
+      svg_note(p, 6, "\t\t\t[supported element \"%a\"]\n", local);
       if (p->savelem == SVG_NO_ELEMENT) svg_savelem_open(p, id);
       p->elem_name = local;
       svg_add_e_node(p, id, attrs);
@@ -155,7 +155,7 @@ static void char_data(svg_parser *p, const char *s, int len) {
     p->chardata_nonblank = 1;
     if (p->level < p->skip_level && p->log_level >= 3) echo_text(p, static_cast<size_t>(len));
   }
-  if (p->log_tag_open && p->log_level >= 3) ort_logg(p->core, ">\n");
+  if (p->log_tag_open) svg_note(p, 3, ">\n");
   p->log_tag_open = 0;
 }
 
@@ -191,7 +191,7 @@ static void echo_start(svg_parser *p, const char *prefix, const char *local,
     echo_name(p, prefix, local);
     ort_logg(p->core, "=\"%a\"", attr[1]);
   }
-  if (p->log_level >= 5) ort_logg(p->core, "\n");
+  svg_note(p, 5, "\n");
   p->log_indent++;
   p->log_tag_open = 1;
 }

@@ -56,15 +56,14 @@ template <class Call> static bool work_for(svg_parser *p, Call call) {
 template <class Call> static void with_core(svg_parser *p, Call call) {
   const bool memory_was_short = work_for(p, call);
   if (p->callback_failed) ort_rethrow(p->core);
-  if (memory_was_short) ort_error(p->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
+  if (memory_was_short) ort_error(p->core, ORT_E_NO_MEMORY);
 }
 
 void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
   p->expat_bytes = 0;
   with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
-  if (p->xml == nullptr)
-    ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS", nullptr, nullptr, nullptr);
+  if (p->xml == nullptr) ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS");
   // Else Expat asks the system for a number, for every pass.
   XML_SetHashSalt(p->xml, static_cast<unsigned long>(ort_get_secret(p->core)));
   p->gathered = p->batch = 0;
@@ -82,7 +81,7 @@ char *svg_expat_room(svg_parser *p, size_t *size) {
       p->room = static_cast<char *>(XML_GetBuffer(p->xml, static_cast<int>(p->batch)));
     });
     if (p->room == nullptr) // more than an int can count
-      ort_error(p->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
+      ort_error(p->core, ORT_E_NO_MEMORY);
   }
   *size = std::min(p->batch - p->gathered, static_cast<size_t>(p->block_size));
   return p->room + p->gathered;

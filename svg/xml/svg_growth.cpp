@@ -67,10 +67,9 @@ static void count_growth(svg_parser *p, uint64_t bytes) {
   if (p->defaulted > p->limits.entity_start &&
       static_cast<double>(p->defaulted) > read * static_cast<double>(p->limits.entity_factor))
     ort_error(p->core, ORT_E_LIMIT, "times the input in default attributes",
-              ort_errprintf(p->core, "%g", static_cast<double>(p->limits.entity_factor)), nullptr,
-              nullptr);
+              ort_errprintf(p->core, "%g", static_cast<double>(p->limits.entity_factor)));
 }
 
 static void raise_limit(svg_parser *p, const char *what, int limit) {
-  ort_error(p->core, ORT_E_LIMIT, what, ort_errprintf(p->core, "%d", limit), nullptr, nullptr);
+  ort_error(p->core, ORT_E_LIMIT, what, ort_errprintf(p->core, "%d", limit));
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "svg/style/svg_style.h"
+#include "svg/values/svg_scan.h"
 #include "svg/xml/svg_xml.h"
 
 static bool is_svg_or_style(const char *name);
@@ -29,7 +30,7 @@ void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char 
   svg_in_callback(p, [&] {
     p->pi_copy = ort_strdup(p->core, data);
     log_line(p);
-    if (p->log_level >= 3) ort_logg(p->core, "<?%a %a?>\n", target, data);
+    svg_note(p, 3, "<?%a %a?>\n", target, data);
     if (strcmp(target, "xml-stylesheet") == 0 && svg_css_split_itemlist(p, p->pi_copy) == 0) {
       read_external_sheet(p);
     }
@@ -42,20 +43,21 @@ int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
   for (char *s = skip_space(text); *s != '\0'; s = skip_space(s)) {
     char *name = s;
     while (*s != '\0' && *s != '=' && !svg_css_isspace(*s)) s++;
-    if (s == name) return warn_item(p, 10003, nullptr, nullptr);
+    if (s == name) return warn_item(p, SVG_E_ATTRIBUTE_MISSING, nullptr, nullptr);
     char *name_end = s;
     ort_push<char *>(p->pi_items, name);
     s = skip_space(s);
     char token[2] = {*s, '\0'};
     *name_end = '\0';
-    if (token[0] == '\0') return warn_item(p, 10000, name, nullptr);
-    if (token[0] != '=') return warn_item(p, 10004, name, token);
+    if (token[0] == '\0') return warn_item(p, SVG_E_ATTRIBUTE_INCOMPLETE, name, nullptr);
+    if (token[0] != '=') return warn_item(p, SVG_E_ATTRIBUTE_TOKEN, name, token);
     s = skip_space(s + 1);
     token[0] = *s;
-    if (token[0] != '"' && token[0] != '\'') return warn_item(p, 10004, name, token);
+    if (token[0] != '"' && token[0] != '\'')
+      return warn_item(p, SVG_E_ATTRIBUTE_TOKEN, name, token);
     char *value = ++s;
     s += strcspn(s, token);
-    if (s == value) return warn_item(p, 10000, name, nullptr);
+    if (s == value) return warn_item(p, SVG_E_ATTRIBUTE_INCOMPLETE, name, nullptr);
     ort_push<char *>(p->pi_items, value);
     if (*s != '\0') *s++ = '\0'; // a missing closing mark is accepted
   }
@@ -84,7 +86,7 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
       if (type == -1) type = ort_top<int32_t>(p->css_svg_stack);
       if (type != 1) return;
       if (p->style_sheet == nullptr) p->style_sheet = ort_bs_new(p->core);
-      if (p->log_level >= 3) ort_logg(p->core, "\tFetching internal style sheet...\n");
+      svg_note(p, 3, "\tFetching internal style sheet...\n");
       p->in_style_elem = 1;
     }
   });
@@ -161,14 +163,14 @@ static void read_external_sheet(svg_parser *p) {
   for (size_t i = 0; i < ort_vtr_count(p->pi_items); i += 2) {
     const char *name = ort_item<char *>(p->pi_items, i);
     const char *value = ort_item<char *>(p->pi_items, i + 1);
-    if (p->log_level >= 6) ort_logg(p->core, "\t\t\t[%a: %a]\n", name, value);
+    svg_note(p, 6, "\t\t\t[%a: %a]\n", name, value);
     if (strcmp(name, "type") == 0 && strcmp(value, "text/css") == 0) css = true;
     if (strcmp(name, "href") == 0) href = value;
   }
   if (!css || href == nullptr) return;
   if (ort_vtr_count(p->ext_style_sheets) >= ORT_LIMIT_IMPORTS) {
     ort_warning(p->core, ORT_E_LIMIT, "external style sheets",
-                ort_errprintf(p->core, "%d", ORT_LIMIT_IMPORTS), nullptr, nullptr);
+                ort_errprintf(p->core, "%d", ORT_LIMIT_IMPORTS));
     return;
   }
   auto *sheet = static_cast<svg_ext_sheet *>(ort_vtr_push(p->ext_style_sheets));
@@ -178,13 +180,9 @@ static void read_external_sheet(svg_parser *p) {
 }
 
 static int32_t warn_item(svg_parser *p, int code, const char *name, const char *token) {
-  ort_core *core = p->core;
-  ort_set_errmsg(core, code, name, token, nullptr, nullptr);
-  ort_push2_errmsg(core, 10008, p->filename,
-                   ort_errprintf(core, "%d", static_cast<int>(svg_xml_line(p))),
-                   ort_errprintf(core, "%a", p->elem_name), nullptr);
-  ort_logg_cond(core, 1, ORT_LOG_LINES, "\n");
-  ort_warning(core, -1, nullptr, nullptr, nullptr, nullptr);
+  ort_set_errmsg(p->core, code, name, token);
+  svg_add_position(p, svg_xml_line(p));
+  svg_warn_pending(p);
   return code;
 }
 
@@ -206,6 +204,4 @@ static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type
   ort_logg(p->core, ">\n");
 }
 
-static void log_line(svg_parser *p) {
-  if (p->log_level >= 4) ort_logg(p->core, "[%02ld]", svg_xml_line(p));
-}
+static void log_line(svg_parser *p) { svg_note(p, 4, "[%02ld]", svg_xml_line(p)); }

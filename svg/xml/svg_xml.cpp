@@ -2,8 +2,8 @@
 //
 // Called by svg_parse.cpp for the style-sheet pass and for the main pass, in which Expat works only
 // when the first could not be recorded, or not be played to its end. A pass that fails with an
-// encoding error or a namespace error is restarted, from a clean state. Raises 10009, ORT_E_READ,
-// ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+// encoding error or a namespace error is restarted, from a clean state. Raises
+// SVG_E_NOT_SVG, ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
 #include <cstring>
 #include <utility>
 
@@ -56,18 +56,16 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
       break;
     }
     if (code == XML_ERROR_INCORRECT_ENCODING && enc < last_encoding) {
-      ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+      ort_warning(p->core, -1);
       restart(p, file, gz, css_pass);
       enc++;
-      if (p->log_level >= 3)
-        ort_logg(p->core, "\tNew parsing with encoding %a\n",
-                 ort_get_keyword(enc, svg_xp_encodings));
+      svg_note(p, 3, "\tNew parsing with encoding %a\n", ort_get_keyword(enc, svg_xp_encodings));
     } else if (is_namespace_error(code) && !namespace_restart) {
       namespace_restart = true;
-      ort_warning(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+      ort_warning(p->core, -1);
       restart(p, file, gz, css_pass);
       p->no_namespaces = 1;
-      if (p->log_level >= 3) ort_logg(p->core, "\tNew parsing without namespace handling\n");
+      svg_note(p, 3, "\tNew parsing without namespace handling\n");
     } else {
       ort_rethrow(p->core);
     }
@@ -132,16 +130,13 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *bann
     ort_set_errmsg(
         p->core, ORT_E_XML, ort_errprintf(p->core, "%a", XML_ErrorString(code)),
         ort_errprintf(p->core, "%d", static_cast<int>(svg_xml_line(p))),
-        ort_errprintf(p->core, "%d", static_cast<int>(XML_GetCurrentColumnNumber(p->xml))),
-        nullptr);
+        ort_errprintf(p->core, "%d", static_cast<int>(XML_GetCurrentColumnNumber(p->xml))));
     return code;
   }
   return XML_ERROR_NONE;
 }
 
-static void log_line(svg_parser *p, const char *line) {
-  if (p->log_level >= 3) ort_logg(p->core, "%s", line);
-}
+static void log_line(svg_parser *p, const char *line) { svg_note(p, 3, "%s", line); }
 
 // The number of bytes read, less than a block at the end; -1: reading failed.
 static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last) {
@@ -153,10 +148,10 @@ static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, 
 }
 
 static void raise_read_error(svg_parser *p, ort_gz *gz) {
-  if (gz == nullptr) ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
+  if (gz == nullptr) ort_error(p->core, ORT_E_READ, p->filename);
   char byte;
   ort_gzread(gz, &byte, 1); // fails as before; the pending error may be another by now
-  ort_error(p->core, -1, nullptr, nullptr, nullptr, nullptr);
+  ort_rethrow(p->core);
 }
 
 // Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right behind
@@ -169,7 +164,7 @@ static void check_looks_like_xml(svg_parser *p, const char *block, int64_t lengt
   else if (length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0))
     s += 2;
   while (s < end && ort_isspace(*s)) s++;
-  if (s == end || *s != '<') ort_error(p->core, 10009, p->filename, nullptr, nullptr, nullptr);
+  if (s == end || *s != '<') ort_error(p->core, SVG_E_NOT_SVG, p->filename);
 }
 
 static bool is_namespace_error(int code) {
@@ -198,8 +193,7 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
   svg_expat_delete(p);
-  if (ort_fseek(file, 0, 0) != 0)
-    ort_error(p->core, ORT_E_READ, p->filename, nullptr, nullptr, nullptr);
+  if (ort_fseek(file, 0, 0) != 0) ort_error(p->core, ORT_E_READ, p->filename);
   if (*gz != nullptr) {
     ort_gzclose(*gz);
     *gz = nullptr; // in case the next line raises

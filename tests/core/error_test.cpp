@@ -102,13 +102,13 @@ TEST_F(Error, PendingTextGrowsToItsLimitOnly) {
 TEST_F(Error, FramesNestAndOnlyTheOutermostDelivers) {
   int inner = 0;
   const int code = core.protect([&] {
-    inner = core.protect([&] { ort_ascii_error(core, 20000, 3, "in", "ner", nullptr, nullptr); });
+    inner = core.protect([&] { ort_ascii_error(core, 20000, 3, "in", "ner"); });
     EXPECT_EQ(core.protect([] {}), 0); // a frame that nothing leaves is closed, too
     EXPECT_TRUE(core.messages.empty());
     warn(20001); // a warning leaves the pending error alone
     warn(-1);
     ort_push2_errmsg(core, 20003, "file", "", "", "");
-    ort_error(core, -1, nullptr, nullptr, nullptr, nullptr);
+    ort_error(core, -1);
   });
   EXPECT_EQ(code, 20000);
   EXPECT_EQ(inner, 20000);
@@ -120,7 +120,7 @@ TEST_F(Error, FramesNestAndOnlyTheOutermostDelivers) {
 }
 
 TEST_F(Error, MisuseIsInternalOrAborts) {
-  EXPECT_DEATH(ort_error(core, 20000, "a", "b", nullptr, nullptr), "first 'a', second b.");
+  EXPECT_DEATH(ort_error(core, 20000, "a", "b"), "first 'a', second b.");
   EXPECT_EQ(core.protect([&] { ort_rethrow(core); }), ORT_E_INTERNAL);
   EXPECT_EQ(last().find("Internal error in "), 0U);
 }

@@ -51,7 +51,7 @@ TEST(Log, LongTextsArriveWhole) {
 TEST(Log, ACoreWithoutSinksIsSilent) {
   ort_core *core = ort_core_new(nullptr);
   ort_logg(core, "%a", "dropped");
-  ort_warning(core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
+  ort_warning(core, ORT_E_NO_MEMORY);
   ort_core_delete(core);
   ort_core_delete(nullptr);
 }

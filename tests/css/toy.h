@@ -70,7 +70,7 @@ struct Toy {
   // "bad" and unknown properties have no value, "font" gives two, "fatal" raises.
   void *get_prop(const char *name, const char *value, bool important) {
     declared.push_back(std::string(name) + ":" + value + (important ? " !important" : ""));
-    if (strcmp(name, "fatal") == 0) ort_error(core, 1926, nullptr, nullptr, nullptr, nullptr);
+    if (strcmp(name, "fatal") == 0) ort_error(core, ORT_E_INTERNAL);
     if (strcmp(name, "bad") == 0) return nullptr;
     values.push_back(declared.back());
     if (strcmp(name, "font") != 0) return &values.back();

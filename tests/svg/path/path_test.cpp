@@ -131,7 +131,7 @@ M0 0 L1^\xC2\xA0 1 -> 10104 M0,0)",
                  EXPECT_EQ(offset, fault);
                  const Reading reading = read(core, path.c_str());
                  EXPECT_EQ(reading.code, code);
-                 if (code == 10104) {
+                 if (code == SVG_E_PATH_NUMBER) {
                    EXPECT_EQ(ort_error_text(core), "Missing or illegal numeric parameter '" +
                                                        path.substr(fault) + "' in SVG path");
                  }
@@ -144,7 +144,7 @@ TEST_F(Path, CutsTheRestInTheMessage) {
   std::string forty;
   for (int i = 0; i < 40; ++i) forty += "\xE2\x82\xAC";
   const auto message = [&](const std::string &rest) {
-    EXPECT_EQ(read(core, ("M0 0L" + rest).c_str()).code, 10104);
+    EXPECT_EQ(read(core, ("M0 0L" + rest).c_str()).code, SVG_E_PATH_NUMBER);
     return std::string(ort_error_text(core));
   };
   EXPECT_NE(message(forty).find("'" + forty + "'"), std::string::npos);
@@ -166,7 +166,7 @@ TEST_F(Path, AddsOffsetsOnlyToWhatItReports) {
 TEST_F(Path, DoesWithoutCallbacksAndLetsThemRaise) {
   Reading reading;
   const auto raise = [](void *user, double, double) {
-    ort_error(static_cast<ort_core *>(user), 10012, nullptr, nullptr, nullptr, nullptr);
+    ort_error(static_cast<ort_core *>(user), SVG_E_LINK_INVALID);
   };
   EXPECT_EQ(core.protect([&] {
     svg_spp_parse(core, 1, "M1 1 L10 0 c1 1 2 2 5 0 a1 1 0 0 0 2 0 z l1 1 M8 8", 0, 0, &reading,
@@ -176,7 +176,7 @@ TEST_F(Path, DoesWithoutCallbacksAndLetsThemRaise) {
     svg_spp_parse(core, 1, "M0 0 L2 2 x", 0, 0, core.get(), nullptr, nullptr, nullptr, raise,
                   nullptr);
   }),
-            10012);
+            SVG_E_LINK_INVALID);
   EXPECT_EQ(text(reading), "L10,0 L2,2 M0,0 M16,0");
 }
 
@@ -212,7 +212,7 @@ TEST_F(Path, ReadsNumbersAsWritten) {
                                (exponent != 0 ? "e" + std::to_string(exponent) : "");
     const double expected = std::strtod(number.c_str(), nullptr);
     if (expected > 2147483647.0) {
-      ASSERT_EQ(svg_spp_check(("M" + number + " 0").c_str(), nullptr), 10104) << number;
+      ASSERT_EQ(svg_spp_check(("M" + number + " 0").c_str(), nullptr), SVG_E_PATH_NUMBER) << number;
       continue;
     }
     const Reading line = read(core, ("M0 0H" + number + "-" + number).c_str());

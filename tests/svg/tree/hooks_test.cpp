@@ -107,8 +107,7 @@ TEST(Hooks, ObserverThatRaisesEndsTheParse) {
                               const auto raise = [](void *core, const svg_e_node *,
                                                     const svg_a_node *, svg_source, const char *) {
                                 if (++calls == last)
-                                  ort_error(static_cast<ort_core *>(core), ORT_E_CALL_FAILED, "x",
-                                            nullptr, nullptr, nullptr);
+                                  ort_error(static_cast<ort_core *>(core), ORT_E_CALL_FAILED, "x");
                               };
                               svg_set_observer(p, raise, p->core);
                             });

@@ -89,11 +89,11 @@ TEST(PathValue, DropsBadPathsWithAWarning) {
   const struct {
     std::string path;
     int code;
-  } cases[] = {{"", 10100},
-               {"L0 0", 10100},
-               {"M0 0 L1 1 X", 10102},
-               {"M0 0 L10", 10104},
-               {repeated("M0 0l", 7000, "1 1 ") + "z5", 10102}};
+  } cases[] = {{"", SVG_E_PATH_START},
+               {"L0 0", SVG_E_PATH_START},
+               {"M0 0 L1 1 X", SVG_E_PATH_COMMAND},
+               {"M0 0 L10", SVG_E_PATH_NUMBER},
+               {repeated("M0 0l", 7000, "1 1 ") + "z5", SVG_E_PATH_COMMAND}};
   for (const auto &c : cases) {
     AccountingCore core;
     EXPECT_EQ(PathValue(core, c.path).shape(), "(0)");

@@ -155,7 +155,8 @@ fill:red;fill:foo -> #ff0000 property 'fill': unexpected token 'foo'
 font:foo x;fill:red -> #ff0000 property 'font-size': unexpected token 'foo'
 fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)",
                fill);
-  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").document.code, 10021);
+  EXPECT_EQ(Drawing("<svg><style>none{refused:1}</style></svg>").document.code,
+            SVG_E_PROPERTY_REFUSED);
 }
 
 TEST(Sheets, AValueIsSharedByAllElements) {
