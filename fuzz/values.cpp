@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include "fuzz/support/fuzz.h"
-#include "svg/tree/svg_tree.h"
-#include "svg/values/svg_values.h"
+#include "svg/tree/svg_document.h"
+#include "svg/values/svg_attr.h"
+#include "svg/values/svg_links.h"
+#include "svg/values/svg_types.h"
 
 // The first row of a name; any other text chooses a row, too.
 static int32_t find_row(const std::string &name) {

@@ -56,6 +56,12 @@ snippets() {
   done
 }
 
+calls() {
+  mkdir -p build/lint
+  ninja -C build/release svgreader_objects >build/lint/calls.log || { cat build/lint/calls.log; return 1; }
+  scripts/rooms.py build/release/CMakeFiles/svgreader_objects.dir
+}
+
 # A file is analyzed again when it, a header, the settings or the flags are newer than its stamp.
 tidy() {
   local source stamp stale=()
@@ -74,6 +80,7 @@ tidy() {
 }
 
 check "layers and text" scripts/check_rules.py
+check "calls between rooms" calls
 check format format
 check "public headers" public_headers
 check "reference of the public headers" ./dev docs

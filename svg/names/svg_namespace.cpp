@@ -1,11 +1,13 @@
 // svg_namespace.cpp: namespace declarations in scope, and the splitting of Expat's names.
 //
 // Expat reports a name as namespace, "*" and local name. Names without a namespace count as SVG.
-// Raises ORT_E_LIMIT for declarations (svg_growth.cpp), else only for lack of memory.
+// The main pass pushes and pops what Expat tells of; both passes split names. Raises for lack of
+// memory.
+#include "svg/names/svg_namespace.h"
+
 #include <cstring>
 
 #include "svg/names/svg_index.h"
-#include "svg/xml/svg_xml.h"
 
 static int32_t get_nsp_type(const char *uri, size_t length);
 
@@ -13,18 +15,6 @@ constexpr ort_keyword svg_nsp_keylist[] = {{"http://www.w3.org/2000/svg", SVG_NS
                                            {"http://www.w3.org/1999/xlink", SVG_NS_XLINK},
                                            {"http://www.w3.org/XML/1998/namespace", SVG_NS_XML},
                                            {nullptr, 0}};
-
-static void svg_nsp_reclaim(void *item) {
-  *static_cast<svg_nsp_entry *>(item) = {nullptr, nullptr, SVG_NS_OTHER, 0};
-}
-
-static void svg_nsp_release(ort_core *core, void *item) {
-  const auto *entry = static_cast<svg_nsp_entry *>(item);
-  ort_free(core, entry->uri);
-  ort_free(core, entry->prefix);
-}
-
-const ort_item_desc nsp_ced = {sizeof(svg_nsp_entry), svg_nsp_reclaim, svg_nsp_release};
 
 int32_t svg_get_nsp_type(const char *uri) { return get_nsp_type(uri, strlen(uri)); }
 
@@ -57,33 +47,6 @@ void svg_pop_nsp_entry(svg_parser *p) {
     innermost->name = ort_item<svg_nsp_entry>(p->nsp_stack, innermost->number - 1).uri;
   }
   ort_vtr_pop(p->nsp_stack);
-}
-
-void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
-  auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] {
-    svg_check_namespace(p, prefix, uri);
-    svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
-    // xmlns="" has no name; its entry keeps each pop paired with its push.
-    svg_push_nsp_entry(p, uri != nullptr ? uri : "", prefix);
-    if (p->savelem == SVG_NO_ELEMENT || p->xmlns_text == nullptr) return;
-    ort_bs_append_text(p->xmlns_text, " xmlns");
-    if (prefix != nullptr && *prefix != '\0') {
-      ort_bs_append_text(p->xmlns_text, ":");
-      ort_bs_append_text(p->xmlns_text, prefix);
-    }
-    ort_bs_append_text(p->xmlns_text, "=\"");
-    ort_bs_append_text(p->xmlns_text, uri != nullptr ? uri : "");
-    ort_bs_append_text(p->xmlns_text, "\"");
-  });
-}
-
-void svg_cb_namespace_end(void *parser, const XML_Char *prefix) {
-  auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] {
-    svg_note(p, 3, "\t\t[pop namespace \"%a\"]\n", prefix);
-    svg_pop_nsp_entry(p);
-  });
 }
 
 int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **prefix_out,

@@ -54,6 +54,8 @@ static constexpr bool is_property(int row) {
   return svg_tables::IS_PROPERTY[static_cast<size_t>(row)];
 }
 
+static const char *attribute_name(int row) { return svg_tables::ATTRIBUTES[row].name; }
+
 static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, [](int) { return true; }};
 static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, is_property};
 static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES,
@@ -75,44 +77,42 @@ static constexpr auto ESA_INDEXES = [] {
   return indexes;
 }();
 
-static int find_esa(const svg_parser *p, const char *name, uint32_t hash,
-                    const svg_elem_def &element);
+static int find_esa(const svg_parser *p, const char *name, uint32_t hash, int element);
 static int find_prop(const char *name, uint32_t hash);
 
 int svg_find_element(const char *name) {
   if (*name == 's' && std::strncmp(name, "svg:", 4) == 0) name += 4;
   const int id = ELEMENT_NAMES.find(hash_name(name));
-  return id >= 0 && ort_strcmp(name, svg_elem_table[id].name) == 0 ? id : -1;
+  return id >= 0 && ort_strcmp(name, svg_elem_name(id)) == 0 ? id : -1;
 }
+
+const char *svg_elem_name(int id) { return svg_tables::ELEMENTS[id].name; }
 
 int svg_find_prop(const char *name) { return find_prop(name, hash_name(name)); }
 
-int svg_find_esa(const svg_parser *p, const char *name, const svg_elem_def &element) {
+int svg_find_esa(const svg_parser *p, const char *name, int element) {
   return find_esa(p, name, hash_name(name), element);
 }
 
-int svg_find_esa_or_prop(const svg_parser *p, const char *name, const svg_elem_def &element,
-                         int *prop) {
+int svg_find_esa_or_prop(const svg_parser *p, const char *name, int element, int *prop) {
   const uint32_t hash = hash_name(name);
   const int index = find_esa(p, name, hash, element);
   *prop = index < 0 ? find_prop(name, hash) : -1;
   return index;
 }
 
-static int find_esa(const svg_parser *p, const char *name, uint32_t hash,
-                    const svg_elem_def &element) {
+static int find_esa(const svg_parser *p, const char *name, uint32_t hash, int element) {
   if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id", hash = hash_name("id");
   const int row = ATTR_NAMES.find(hash);
   if (row < 0) return -1;
-  const auto id = static_cast<size_t>(&element - svg_elem_table);
-  const int i = ESA_INDEXES[id][static_cast<size_t>(row)];
-  return i >= 0 && svg_strcmp(p, name, element.esa_list[i].name) == 0 ? i : -1;
+  const int i = ESA_INDEXES[static_cast<size_t>(element)][static_cast<size_t>(row)];
+  return i >= 0 && svg_strcmp(p, name, attribute_name(row)) == 0 ? i : -1;
 }
 
 static int find_prop(const char *name, uint32_t hash) {
   const int row = PROP_NAMES.find(hash);
   if (row < 0) return -1;
-  const char *found = svg_attr_table[row].name;
+  const char *found = attribute_name(row);
   return ort_strcmp(name, found) == 0 || ort_stricmp_a(name, found) == 0 ? row : -1;
 }
 
@@ -150,38 +150,19 @@ int32_t svg_is_property(int32_t row) {
   return row >= 0 && row < SVG_ATTR_COUNT && is_property(row) ? 1 : 0;
 }
 
-static constexpr auto KINDS = [] {
-  std::array<uint8_t, SVG_ATTR_COUNT> kinds = {};
-  for (size_t row = 0; row < kinds.size(); row++)
-    kinds[row] = static_cast<uint8_t>(svg_tables::ATTRIBUTES[row].type.kind);
-  return kinds;
-}();
-
-svg_record_kind svg_get_record_kind(int32_t row) {
-  return row >= 0 && row < SVG_ATTR_COUNT
-             ? static_cast<svg_record_kind>(KINDS[static_cast<size_t>(row)])
-             : SVG_RECORD_NONE;
-}
-
 // ---- Values by name -----------------------------------------------------------------------------
 
 const svg_a_node *svg_find_value(const svg_e_node *element, const char *name) {
   const svg_a_node *found = nullptr;
   for (int32_t i = element->values_num - 1; i >= 0; i--) {
     const svg_a_node *value = element->values[i];
-    if (ort_strcmp(svg_attr_table[value->row].name, name) != 0) continue;
+    if (ort_strcmp(attribute_name(value->row), name) != 0) continue;
     if (value->important) return value;
     if (found == nullptr) found = value;
   }
   return found;
 }
 
-// ---- The tables for hosts -----------------------------------------------------------------------
-
-const svg_attr_def *svg_get_attr_table() { return svg_attr_table; }
-
-const svg_elem_def *svg_get_elem_table() { return svg_elem_table; }
-
 const char *svg_get_keyword_text(int32_t id) {
-  return id >= 0 && id < SVG_KW_COUNT ? svg_keyword_texts[id] : nullptr;
+  return id >= 0 && id < SVG_KW_COUNT ? svg_tables::KEYWORDS[id] : nullptr;
 }

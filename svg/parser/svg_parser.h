@@ -186,6 +186,11 @@ struct svg_parser {
   int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
 };
 
+// Line of the event that is being handled; 0 outside of the passes.
+inline long svg_xml_line(const svg_parser *p) {
+  return p->xml ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : p->played_line;
+}
+
 // Writes to the log when the reader's class is logged at this level. A macro, so that what is
 // written is not even computed at a lower one.
 #define svg_note(p, level, ...)                                                                    \

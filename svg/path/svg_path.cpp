@@ -7,7 +7,9 @@
 #include <bit>
 #include <cmath>
 
-#include "svg/values/svg_scan.h"
+#include "svg/path/svg_number.h"
+#include "svg/path/svg_rest.h"
+#include "svg/svg.h"
 
 namespace {
 

@@ -3,14 +3,14 @@
 //
 // The callbacks are called by css_parse and css_get_rules. Parsing a declaration may raise
 // SVG_E_PROPERTY_REFUSED and lack of memory; the questions about elements raise nothing.
-#include <cstring>
+#include "svg/style/svg_select.h"
 
+#include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
-#include "svg/style/svg_style.h"
-#include "svg/tree/svg_tree.h"
-#include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/values/svg_attr.h"
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_font.h"
+#include "svg/values/svg_types.h"
 
 static int16_t svg_css_cb_get_elem_nid(void *user, const char *name);
 static void *svg_css_cb_get_prop(void *user, const char *name, const char *value, bool important);
@@ -40,6 +40,12 @@ constexpr css_callbacks svg_css_callbacks = {
     .get_siblng = svg_css_cb_get_siblng,
     .at_fontface = svg_css_cb_at_fontface,
 };
+
+void svg_css_create_parser(svg_parser *p) {
+  if (p->css != nullptr) return;
+  p->css = css_parser_new(p->core, p, p->css_context_, &svg_css_callbacks, SVG_ELEM_COUNT - 1);
+  css_parser_init(p->css);
+}
 
 // ---- Questions about elements ------------------------------------------------------------------
 
@@ -88,11 +94,20 @@ void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **att
     svg_decomp_fullname(p, attrs[0], nullptr, &local);
     int16_t nid = css_get_attr_nid(p->css, local);
     if (nid == CSS_NO_NID) continue;
-    svg_css_attr *attr = svg_css_attr_new(p->core, nid);
+    auto *attr = ort_new<svg_css_attr>(p->core, "svg_css_attr_new");
+    attr->nid = nid;
     attr->next = node->css_attrs;
     node->css_attrs = attr;
     attr->value = ort_strdup(p->core, attrs[1]);
     svg_note(p, 5, "\t\t\t[%a=\"%a\"]\n", local, attrs[1]);
+  }
+}
+
+void svg_css_delete_attrs(ort_core *core, svg_e_node *node) {
+  while (svg_css_attr *attr = node->css_attrs) {
+    node->css_attrs = attr->next;
+    ort_free(core, attr->value);
+    ort_free(core, attr);
   }
 }
 
@@ -237,7 +252,7 @@ static const svg_open_element *open_element(const svg_parser *p, int32_t level) 
 }
 
 static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node) {
-  svg_note(p, 6, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_table[node->head.id].name,
+  svg_note(p, 6, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_name(node->head.id),
            static_cast<void *>(node));
   return node;
 }

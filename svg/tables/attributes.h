@@ -8,53 +8,44 @@
 #ifndef SVG_TABLES_ATTRIBUTES_H
 #define SVG_TABLES_ATTRIBUTES_H
 
+#include "svg/svg_records.h"
 #include "svg/tables/names.h"
-#include "svg/values/svg_values.h"
 
 namespace svg_tables {
 
-// How a value is made: its record, by an allocator of its own if need be, its parser, and what
-// frees the parts it owns.
-struct value_type {
-  svg_record_kind kind;
-  int32_t size; // 0: the row makes no record
-  void (*ctor)(svg_parser *parser, svg_a_node *node) = nullptr;
-  void (*dtor)(ort_core *core, svg_a_node *node) = nullptr;
-  svg_a_node *(*anew)(svg_parser *parser) = nullptr; // makes the record as long as its text needs
+// How the text of a value is read, and what comes of it: svg/values/svg_types.h knows.
+enum value_type : uint8_t {
+  KEYWORD,
+  NUMBER,
+  UNUM,
+  KEY_NUMBER,
+  KEY_UNUM,
+  ASPECT,
+  VIEWBOX,
+  CLIP,
+  STRING,
+  NAME_LIST,
+  NUM_OPTNUM,
+  KEY_LIST,
+  UNUM_LIST,
+  UNUM_PLUS,
+  KEY_UNUM_LIST,
+  TRAFO,
+  COLOR,
+  PAINT,
+  IRI,
+  CLIP_PATH,
+  FUNCIRI,
+  COLOR_PROFILE,
+  FONT_FAMILY,
+  PATH_DATA,
+  CLASS,
+  ID,
+  NAME,
+  STYLE,
+  FONT,
+  TYPE_COUNT
 };
-
-// clang-format off
-inline constexpr value_type
-  KEYWORD       = {SVG_RECORD_KEYWORD,       sizeof(svg_an_keyword),       svg_ctor_an_keyword},
-  NUMBER        = {SVG_RECORD_NUMBER,        sizeof(svg_an_number),        svg_ctor_an_number},
-  UNUM          = {SVG_RECORD_UNUM,          sizeof(svg_an_unum),          svg_ctor_an_unum},
-  KEY_NUMBER    = {SVG_RECORD_KEY_NUMBER,    sizeof(svg_an_key_number),    svg_ctor_an_key_number},
-  KEY_UNUM      = {SVG_RECORD_KEY_UNUM,      sizeof(svg_an_key_unum),      svg_ctor_an_key_unum},
-  ASPECT        = {SVG_RECORD_ASPECT,        sizeof(svg_an_aspect),        svg_ctor_an_preserveAspectRatio},
-  VIEWBOX       = {SVG_RECORD_VIEWBOX,       sizeof(svg_an_viewbox),       svg_ctor_an_viewBox},
-  CLIP          = {SVG_RECORD_CLIP,          sizeof(svg_an_clip),          svg_ctor_an_clip},
-  STRING        = {SVG_RECORD_STRING,        sizeof(svg_an_string),        svg_ctor_an_string,              svg_dtor_an_string},
-  NAME_LIST     = {SVG_RECORD_NAME_LIST,     sizeof(svg_an_name_list),     svg_ctor_an_name_list,           svg_dtor_an_name_list},
-  NUM_OPTNUM    = {SVG_RECORD_NUM_LIST,      sizeof(svg_an_num_list),      svg_ctor_an_num_optnum,          svg_dtor_an_num_list},
-  KEY_LIST      = {SVG_RECORD_KEY_LIST,      sizeof(svg_an_key_list),      svg_ctor_an_key_list,            svg_dtor_an_key_list},
-  UNUM_LIST     = {SVG_RECORD_UNUM_LIST,     sizeof(svg_an_unum_list),     svg_ctor_an_unum_list,           svg_dtor_an_unum_list},
-  UNUM_PLUS     = {SVG_RECORD_UNUM_LIST,     sizeof(svg_an_unum_list),     svg_ctor_an_unum_plus,           svg_dtor_an_unum_list},
-  KEY_UNUM_LIST = {SVG_RECORD_KEY_UNUM_LIST, sizeof(svg_an_key_unum_list), svg_ctor_an_key_unum_list,       svg_dtor_an_key_unum_list},
-  TRAFO         = {SVG_RECORD_TRAFO,         8,                            nullptr,                         nullptr, svg_anew_an_trafo},
-  COLOR         = {SVG_RECORD_COLOR,         sizeof(svg_an_color),         svg_ctor_an_color},
-  PAINT         = {SVG_RECORD_PAINT,         4,                            svg_ctor_an_paint,               svg_dtor_an_paint, svg_anew_an_paint},
-  IRI           = {SVG_RECORD_IRI,           sizeof(svg_an_iri),           svg_ctor_an_iri,                 svg_dtor_an_iri},
-  CLIP_PATH     = {SVG_RECORD_IRI,           sizeof(svg_an_iri),           svg_ctor_an_clip_path,           svg_dtor_an_iri},
-  FUNCIRI       = {SVG_RECORD_IRI,           sizeof(svg_an_iri),           svg_ctor_an_funciri_none_inh,    svg_dtor_an_iri},
-  COLOR_PROFILE = {SVG_RECORD_COLOR_PROFILE, sizeof(svg_an_color_profile), svg_ctor_an_color_profile,       svg_dtor_an_key_name_iri},
-  FONT_FAMILY   = {SVG_RECORD_KEY_NAME_LIST, sizeof(svg_an_key_name_list), svg_ctor_an_font_family,         svg_dtor_an_key_name_list},
-  PATH_DATA     = {SVG_RECORD_PATH_DATA,     sizeof(svg_an_path_data),     svg_ctor_an_path_data,           svg_dtor_an_path_data},
-  CLASS         = {SVG_RECORD_NONE,          0,                            svg_ctor_an_class},
-  ID            = {SVG_RECORD_NONE,          0,                            svg_ctor_an_id},
-  NAME          = {SVG_RECORD_NONE,          0,                            svg_ctor_an_name},
-  STYLE         = {SVG_RECORD_NONE,          0},
-  FONT          = {SVG_RECORD_NONE,          sizeof(svg_an_string),        svg_ctor_an_font,                svg_dtor_an_string};
-// clang-format on
 
 inline constexpr uint32_t PROP = SVG_AF_PROPERTY, ATTR = SVG_AF_ATTRIBUTE,
                           POSITIVE = SVG_AF_POSITIVE, KEEPSPACE = SVG_AF_KEEPSPACE,

@@ -2,9 +2,11 @@
 // color spaces.
 //
 // Names are in ASCII order, as the binary search of svg_color.cpp needs them.
+#include "svg/tables/colors.h"
+
 #include <string_view>
 
-#include "svg/values/svg_values.h"
+#include "svg/svg_records.h"
 
 // clang-format off
 constexpr svg_rgb_entry svg_rgb_table[SVG_COLOR_COUNT] = {

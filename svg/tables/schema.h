@@ -1,5 +1,5 @@
 // schema.h: the tables as the reader and its hosts see them, computed from the facts of the other
-// headers.
+// headers, but for the functions: svg/values/svg_types.cpp and svg/tree/svg_elements.cpp add them.
 #ifndef SVG_TABLES_SCHEMA_H
 #define SVG_TABLES_SCHEMA_H
 
@@ -52,10 +52,10 @@ constexpr attribute_table make_attribute_table() {
     const int key_count = count_texts(row.keys);
     table.rows[i] = {.name = row.name,
                      .default_text = row.default_text,
-                     .value_size = row.type.size,
-                     .anew = row.type.anew,
-                     .ctor = row.type.ctor,
-                     .dtor = row.type.dtor,
+                     .value_size = 0,
+                     .anew = nullptr,
+                     .ctor = nullptr,
+                     .dtor = nullptr,
                      .prio = row.prio,
                      .key_count = static_cast<uint32_t>(key_count),
                      .keys = key_count > 0 ? keys : nullptr,
@@ -82,8 +82,8 @@ constexpr element_table make_element_table() {
     const auto &range = ATTRIBUTE_LISTS.of[id];
     const int16_t *required = ATTRIBUTE_LISTS.required + range.first_required;
     table.rows[id] = {.name = row.name,
-                      .beg_hook = row.beg_hook,
-                      .end_hook = row.end_hook,
+                      .beg_hook = nullptr,
+                      .end_hook = nullptr,
                       .esa_count = static_cast<int32_t>(range.count),
                       .esa_list = ATTRIBUTE_LISTS.entries + range.first,
                       .req_count = static_cast<int32_t>(range.required_count),

@@ -5,13 +5,17 @@
 // Called through svg_elem_table. Begin hooks run before the element's values are sorted and find
 // them in hook_slots, or null. They raise for lack of memory only; a viewport without size is a
 // warning.
+#include "svg/tree/svg_hooks.h"
+
 #include <cmath>
 #include <cstddef>
 #include <cstring>
 
 #include "svg/names/svg_schema.h"
-#include "svg/tree/svg_tree.h"
-#include "svg/values/svg_values.h"
+#include "svg/tree/svg_fonts.h"
+#include "svg/values/svg_attr.h"
+#include "svg/values/svg_record.h"
+#include "svg/values/svg_types.h"
 
 struct viewport_side {
   double length; // in points, 0 for a percentage
@@ -131,7 +135,7 @@ double svg_unit2pt(int unit, double value) {
 
 // Those who refer to the element get their own marks in svg_set_elem_flag.
 static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags) {
-  svg_note(p, 6, "\t\t\t[%s %p needs bbox]\n", svg_elem_table[node->head.id].name,
+  svg_note(p, 6, "\t\t\t[%s %p needs bbox]\n", svg_elem_name(node->head.id),
            static_cast<void *>(node));
   node->head.flags |= flags;
 }
@@ -191,7 +195,7 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
   svg_note(p, 6, "\t\t\t[add attribute transform type=%d: translation=(%g %g)]\n", trafo->type, x,
            y);
   svg_collect_value(p, &trafo->head, nullptr);
-  const int index = svg_find_esa(p, "transform", svg_elem_table[node->head.id]);
+  const int index = svg_find_esa(p, "transform", node->head.id);
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
 }
 

@@ -9,26 +9,24 @@
 
 #include <cstring>
 
+#include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
+#include "svg/style/svg_select.h"
 #include "svg/style/svg_style.h"
-#include "svg/values/svg_values.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/tree/svg_elements.h"
+#include "svg/values/svg_attr.h"
+#include "svg/values/svg_links.h"
+#include "svg/values/svg_types.h"
 
 static void count_node(svg_parser *p);
 static void link_child(svg_parser *p, svg_node *node);
 static uint16_t initial_flags(int id);
-static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs);
+static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs);
 static void add_style(svg_parser *p, const XML_Char **attrs);
 static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
 static void delete_element_data(ort_core *core, svg_e_node *element);
-
-static void pe_reclaim(void *item) { *static_cast<svg_pe_entry *>(item) = {nullptr, nullptr}; }
-
-static void pe_release(ort_core *, void *) {}
-
-const ort_item_desc pe_ced = {sizeof(svg_pe_entry), pe_reclaim, pe_release};
 
 // Hosts know the layout of an element, which has no field for this.
 struct element_block {
@@ -72,7 +70,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 
   if (p->css != nullptr && attrs[0] != nullptr) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;
-  const bool styled = add_attributes(p, row, attrs);
+  const bool styled = add_attributes(p, id, attrs);
   if (p->css != nullptr) svg_css_apply_rules(p, node);
   if (styled) add_style(p, attrs);
   p->source = SVG_SOURCE_DEFAULT;
@@ -113,16 +111,17 @@ static uint16_t initial_flags(int id) {
 
 // Returns whether there is a style attribute. Most names are those of the schema as they stand, and
 // need not be split.
-static bool add_attributes(svg_parser *p, const svg_elem_def *row, const XML_Char **attrs) {
+static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
+  const svg_elem_def *row = &svg_elem_table[id];
   bool styled = false;
   for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
     const char *local = attr[0];
     int prop;
-    int index = svg_find_esa_or_prop(p, local, *row, &prop);
+    int index = svg_find_esa_or_prop(p, local, id, &prop);
     if (index < 0 && prop < 0) {
       const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
       styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
-      if (type != SVG_NS_OTHER) index = svg_find_esa(p, svg_get_internal_name(type, local), *row);
+      if (type != SVG_NS_OTHER) index = svg_find_esa(p, svg_get_internal_name(type, local), id);
       if (index < 0) prop = svg_find_prop(local);
     }
     if (index >= 0) {
@@ -154,13 +153,6 @@ static void add_defaults(svg_parser *p, const svg_elem_def *row) {
     p->attr_name = entry.name;
     svg_add_attr(p, row, index, text);
   }
-}
-
-void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {
-  ort_push(p->an_values, value);
-  p->new_value = nullptr; // else, should the observer raise, it had two owners
-  if (p->observer != nullptr)
-    p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
 }
 
 static void store_values(svg_parser *p, svg_e_node *node) {
@@ -254,27 +246,6 @@ static void delete_element_data(ort_core *core, svg_e_node *element) {
     if (!svg_is_property(element->values[i]->row)) // property values belong to prop_values
       svg_a_node_delete(core, element->values[i]);
   ort_free(core, element->values);
-  while (svg_css_attr *attr = element->css_attrs) {
-    element->css_attrs = attr->next;
-    svg_css_attr_delete(core, attr);
-  }
+  svg_css_delete_attrs(core, element);
   ort_free(core, element->class_nids);
-}
-
-void svg_a_node_delete(ort_core *core, svg_a_node *value) {
-  if (value == nullptr) return;
-  if (auto *dtor = svg_attr_table[value->row].dtor; dtor != nullptr) dtor(core, value);
-  ort_free(core, value);
-}
-
-svg_css_attr *svg_css_attr_new(ort_core *core, int16_t nid) {
-  auto *attr =
-      static_cast<svg_css_attr *>(ort_malloc(core, sizeof(svg_css_attr), "svg_css_attr_new"));
-  *attr = {nid, nullptr, nullptr};
-  return attr;
-}
-
-void svg_css_attr_delete(ort_core *core, svg_css_attr *attr) {
-  ort_free(core, attr->value);
-  ort_free(core, attr);
 }

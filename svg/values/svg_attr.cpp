@@ -4,11 +4,13 @@
 // Called while an element is built from its start tag, and for the declarations of style sheets. A
 // bad value costs one warning. Raises everything else that a constructor raises (lack of memory,
 // "data:" without data), and SVG_E_PROPERTY_REFUSED.
+#include "svg/values/svg_attr.h"
+
 #include "svg/names/svg_schema.h"
-#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_links.h"
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/values/svg_types.h"
 
 static void make_value(svg_parser *p, int32_t row);
 static void report_failure(svg_parser *p, uint32_t line);
@@ -98,6 +100,13 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
   }
   p->css_mode = 0;
   p->prop_name = nullptr;
+}
+
+void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {
+  ort_push(p->an_values, value);
+  p->new_value = nullptr; // else, should the observer raise, it had two owners
+  if (p->observer != nullptr)
+    p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
 }
 
 int svg_cmp_an_prio(const void *a, const void *b) {

@@ -4,11 +4,17 @@
 // Called by svg_parse_attr through the rows of svg_attr_table. A bad color is raised with
 // svg_err_value; whatever goes wrong inside an extension, lack of memory included, is a warning
 // and costs only the extension.
+#include "svg/values/svg_color.h"
+
 #include <cmath>
 #include <cstring>
 
+#include "svg/tables/colors.h"
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_iri.h"
+#include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 
 constexpr int MAX_VALUES = 40;   // of an extension, as far as they are read
 constexpr int MAX_CHANNELS = 37; // of an N-channel color: the terminator always fits

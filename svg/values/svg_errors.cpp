@@ -2,9 +2,11 @@
 //
 // Value errors become warnings in svg_parse_attr, which appends their position; the others end the
 // parse, but for SVG_E_VIEWPORT and the path errors, which are issued as warnings where they arise.
-#include <cstring>
+#include "svg/values/svg_errors.h"
+
 #include <iterator>
 
+#include "svg/path/svg_rest.h"
 #include "svg/values/svg_scan.h"
 
 constexpr ort_errtab_entry svg_errors[] = {
@@ -94,15 +96,4 @@ void svg_add_position(svg_parser *p, long line) {
 void svg_warn_pending(svg_parser *p) {
   ort_logg_cond(p->core, 1, ORT_LOG_LINES, "\n");
   ort_warning(p->core, -1);
-}
-
-void svg_cut_rest(char cut[SVG_REST_SIZE], const char *rest) {
-  constexpr size_t most = SVG_REST_SIZE - sizeof "...";
-  size_t length = 0, characters = 0;
-  for (; rest[length] != '\0' && length < most; ++length) {
-    const bool begins = (static_cast<unsigned char>(rest[length]) & 0xC0) != 0x80;
-    if (begins && ++characters > SVG_REST_CHARACTERS) break;
-    cut[length] = rest[length];
-  }
-  strcpy(cut + length, rest[length] != '\0' ? "..." : "");
 }

@@ -1,9 +1,13 @@
 // svg_facts.cpp: what records and numbers of the format mean, for hosts that do not want to write
 // it down again. Nothing here allocates or raises.
+#include <cstring>
 #include <initializer_list>
 
-#include "svg/names/svg_schema.h"
-#include "svg/values/svg_values.h"
+#include "svg/svg.h"
+#include "svg/tables/colors.h"
+#include "svg/values/svg_record.h"
+
+static uint32_t hex_number(const char *text, const char *end, char joker);
 
 const char *svg_get_color_space_text(int32_t colortype) {
   return ort_get_keyword(colortype, svg_colortype_keylist);
@@ -110,4 +114,28 @@ int32_t svg_is_inherited(int32_t row) {
 const svg_pada *svg_get_segments(const svg_an_path_data *path, size_t *count) {
   *count = ort_vtr_count(path->segments);
   return *count > 0 ? static_cast<const svg_pada *>(ort_vtr_at(path->segments, 0)) : nullptr;
+}
+
+// ---- Ranges of characters (CSS 2, 15.3.6) --------------------------------------------------------
+
+int32_t svg_get_urange(ort_core *, const char *text, uint32_t *first, uint32_t *last) {
+  if (text[0] != 'U' || text[1] != '+' || text[2] == '\0') return 0;
+  text += 2;
+  const char *end = text + strcspn(text, "-");
+  *first = *last = hex_number(text, end, '0');
+  if (memchr(text, '?', static_cast<size_t>(end - text)) != nullptr)
+    *last = hex_number(text, end, 'F'); // whatever follows the dash
+  else if (*end == '-')
+    *last = hex_number(end + 1, end + strlen(end), '0');
+  return 1;
+}
+
+// joker stands for each "?". A byte that is no digit counts as 0.
+static uint32_t hex_number(const char *text, const char *end, char joker) {
+  uint32_t number = 0;
+  for (; text < end; text++) {
+    const char digit[2] = {*text == '?' ? joker : *text, '\0'};
+    number = number * 16 + static_cast<uint32_t>(ort_hex2bin_a(digit, -1));
+  }
+  return number;
 }

@@ -5,11 +5,15 @@
 // become virtual files of the core; each record holds one reference to its file. Bad text is raised
 // with svg_err_value; "data:" without data is fatal. Passes on errors of the runtime, with nothing
 // left behind.
+#include "svg/values/svg_iri.h"
+
 #include <cstring>
 
-#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_links.h"
+#include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 
 // clang-format off
 static const ort_keyword svg_mime_keylist1[] = {

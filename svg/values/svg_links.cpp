@@ -4,8 +4,9 @@
 // parse resolve them. Hosts ask for names and elements. An index by name stands beside the vectors,
 // so that every step takes constant time: it leads to the element that bears the name, and to the
 // slot, counted from 1, of the last link that waits for it. Raises for lack of memory.
+#include "svg/values/svg_links.h"
+
 #include "svg/names/svg_index.h"
-#include "svg/tree/svg_tree.h"
 
 // An item of unres_links.
 struct waiting_link : svg_unres_link {
@@ -16,14 +17,6 @@ static void log_search(svg_parser *p, const char *id, bool found);
 static void gather_slots(svg_parser *p, size_t number);
 static int compare_slots(const void *a, const void *b);
 static waiting_link *link_at(const svg_parser *p, size_t slot);
-
-static void svg_href_reclaim(void *item) { *static_cast<svg_href *>(item) = {}; }
-
-static void svg_href_release(ort_core *core, void *item) {
-  ort_free(core, static_cast<svg_href *>(item)->id);
-}
-
-const ort_item_desc href_ced = {sizeof(svg_href), svg_href_reclaim, svg_href_release};
 
 static void svg_unres_link_reclaim(void *item) { *static_cast<waiting_link *>(item) = {}; }
 
@@ -204,17 +197,6 @@ void svg_drop_resolved_links(svg_parser *p) {
     if (ort_hvtr_check_idx(p->unres_links, i)) return;
   ort_hvtr_delete(p->unres_links);
   p->unres_links = nullptr;
-}
-
-void svg_clear_links(svg_parser *p) {
-  svg_index_delete(p->core, &p->name_index);
-  if (p->hrefs != nullptr) ort_vtr_resize(p->hrefs, 0);
-  ort_hvtr_delete(p->unres_links);
-  p->unres_links = nullptr;
-  ort_vtr_delete(p->link_slots);
-  p->link_slots = nullptr;
-  p->cur_href = nullptr;
-  p->value_link = -1;
 }
 
 static waiting_link *link_at(const svg_parser *p, size_t slot) {

@@ -6,8 +6,10 @@
 // first. Bad text is raised with svg_err_value; raises for lack of memory.
 #include <cstring>
 
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 
 static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units);
 template <class T>

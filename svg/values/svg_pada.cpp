@@ -6,7 +6,7 @@
 #include <string.h>
 
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 
 static void svg_pada_cb_moveto(void *userdata, double x, double y);
 static void svg_pada_cb_lineto(void *userdata, double x, double y);

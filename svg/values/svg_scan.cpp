@@ -10,6 +10,8 @@
 #include <iterator>
 
 #include "svg/names/svg_schema.h"
+#include "svg/path/svg_number.h"
+#include "svg/values/svg_errors.h"
 
 static int set_token(svg_parser *p, int type, const char *begin, const char *end);
 static int set_mark(svg_parser *p, int type, const char *text);

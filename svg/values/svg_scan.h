@@ -6,7 +6,6 @@
 #define SVG_SCAN_H
 
 #include "svg/parser/svg_parser.h"
-#include "svg/path/svg_number.h"
 
 enum {
   SVG_TOK_WORD = 0, // only from svg_get_token
@@ -36,30 +35,5 @@ double svg_chk_sep_num(svg_parser *p);
 double svg_get_sep_num(svg_parser *p);
 void svg_scan_reset(svg_parser *p); // back to the start of the value; tok_pushed stays
 constexpr bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
-
-// ---- svg_errors.cpp -------------------------------------------------------------------------------------------------
-
-// Raises the current token as unexpected, or the value as incomplete when it is the end. A warning
-// in the end: svg_parse_attr drops the value.
-ORT_NORETURN void svg_err_value(svg_parser *p);
-// The same for a rest of the text instead of the token.
-ORT_NORETURN void svg_err_rest(svg_parser *p, const char *rest);
-// The same for the end of the text, wherever the scanner is.
-ORT_NORETURN void svg_err_end(svg_parser *p);
-// Raises the value as incomplete for want of its embedded data, and that ends the parse.
-ORT_NORETURN void svg_err_no_data(svg_parser *p);
-// Whether one of the functions above raises this code.
-bool svg_is_value_error(int code);
-
-// Appends to the pending error where it is in the document; line 0 stands for a style sheet.
-void svg_add_position(svg_parser *p, long line);
-// Reports the pending error as a warning, on a line of its own where log and messages mix.
-void svg_warn_pending(svg_parser *p);
-
-// Copies what a message shows of a rest of input: so many characters, and "..." when there are
-// more.
-constexpr size_t SVG_REST_CHARACTERS = 40;
-constexpr size_t SVG_REST_SIZE = 4 * SVG_REST_CHARACTERS + sizeof "...";
-void svg_cut_rest(char cut[SVG_REST_SIZE], const char *rest);
 
 #endif

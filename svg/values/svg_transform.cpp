@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <cstring>
 
+#include "svg/values/svg_errors.h"
 #include "svg/values/svg_scan.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 
+static int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]);
 static void turn_about(ort_matrix *rotation, double x, double y);
 static svg_a_node *new_record(svg_parser *p, int type, const double *numbers, size_t count);
 
@@ -40,7 +42,7 @@ svg_a_node *svg_anew_an_trafo(svg_parser *p) {
   }
 }
 
-int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]) {
+static int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]) {
   if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_value(p);
   const double first = svg_get_num(p);
   int type = SVG_TRAFO_MATRIX;

@@ -3,12 +3,13 @@
 //
 // Called by svg_parse_attr through the rows of svg_attr_table, with a zeroed node. Bad text is
 // raised with svg_err_value; what follows a complete value is ignored. Raises for lack of memory.
-#include "svg/values/svg_values.h"
-
 #include <cstring>
 
-#include "svg/tree/svg_tree.h"
+#include "svg/values/svg_errors.h"
+#include "svg/values/svg_links.h"
+#include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
+#include "svg/values/svg_types.h"
 
 // ---- Keywords and numbers -----------------------------------------------------------------------
 

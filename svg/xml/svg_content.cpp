@@ -1,12 +1,18 @@
-// svg_content.cpp: Expat's callbacks of the main pass: start tag, end tag, character data.
+// svg_content.cpp: Expat's callbacks of the main pass: start tag, end tag, character data, and
+// namespaces.
 //
 // They decide which elements are built and which are skipped with all their content, keep the
 // nesting level, hand start tags to svg_tree.cpp and captured content to svg_saved.cpp, and echo
-// the document into the log. Raises SVG_E_ELEMENT_REFUSED and ORT_E_LIMIT, and what the
-// building of an element raises; no raise leaves a callback (svg_in_callback).
+// the document into the log. Raises SVG_E_ELEMENT_REFUSED and ORT_E_LIMIT, and what the building of
+// an element raises; no raise leaves a callback (svg_in_callback).
+#include "svg/xml/svg_content.h"
+
+#include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
 #include "svg/tree/svg_tree.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/xml/svg_expat.h"
+#include "svg/xml/svg_growth.h"
+#include "svg/xml/svg_saved.h"
 
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs);
 static void tell_of_element(svg_parser *p, const XML_Char **attrs);
@@ -56,11 +62,23 @@ void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
     char_data(p, s, len); // cannot raise
 }
 
-void svg_enter_element(svg_parser *p) {
-  if (static_cast<uint32_t>(p->level) >= p->limits.depth)
-    ort_error(p->core, ORT_E_LIMIT, "nested elements",
-              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)));
-  p->level++;
+void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
+  auto *p = static_cast<svg_parser *>(parser);
+  svg_in_callback(p, [&] {
+    svg_check_namespace(p, prefix, uri);
+    svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
+    // xmlns="" has no name; its entry keeps each pop paired with its push.
+    svg_push_nsp_entry(p, uri != nullptr ? uri : "", prefix);
+    svg_savelem_namespace(p, prefix, uri);
+  });
+}
+
+void svg_cb_namespace_end(void *parser, const XML_Char *prefix) {
+  auto *p = static_cast<svg_parser *>(parser);
+  svg_in_callback(p, [&] {
+    svg_note(p, 3, "\t\t[pop namespace \"%a\"]\n", prefix);
+    svg_pop_nsp_entry(p);
+  });
 }
 
 static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {

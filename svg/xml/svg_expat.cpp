@@ -5,10 +5,10 @@
 // null for lack of memory, never a jump. And Expat reads an unfinished token anew each time it is
 // called, so that blocks are gathered: more of them as the document goes on, and as many of a long
 // token as it has already.
+#include "svg/xml/svg_expat.h"
+
 #include <algorithm>
 #include <cstring>
-
-#include "svg/xml/svg_xml.h"
 
 static XML_Status feed(svg_parser *p, bool last);
 static void look_at_lines(svg_parser *p, size_t length);

@@ -3,10 +3,12 @@
 // An entity that names another makes Expat recurse, default attributes and default declarations of
 // namespaces come anew with each start tag, and the name of a namespace with each attribute that
 // has its prefix. svg_xml.cpp and the start tags of both passes call this. Raises ORT_E_LIMIT.
+#include "svg/xml/svg_growth.h"
+
 #include <cstring>
 #include <string_view>
 
-#include "svg/xml/svg_xml.h"
+#include "svg/xml/svg_expat.h"
 
 static void count_growth(svg_parser *p, uint64_t bytes);
 static void raise_limit(svg_parser *p, const char *what, int limit);
@@ -59,6 +61,13 @@ void svg_count_defaults(svg_parser *p, const XML_Char **attrs) {
   for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs != nullptr; attrs++)
     bytes += strlen(*attrs);
   count_growth(p, bytes);
+}
+
+void svg_enter_element(svg_parser *p) {
+  if (static_cast<uint32_t>(p->level) >= p->limits.depth)
+    ort_error(p->core, ORT_E_LIMIT, "nested elements",
+              ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)));
+  p->level++;
 }
 
 static void count_growth(svg_parser *p, uint64_t bytes) {

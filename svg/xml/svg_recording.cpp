@@ -9,13 +9,17 @@
 // it gives way before an allocation fails because of it. And it is played only as long as there
 // would be memory for Expat as well; else svg_xml.cpp reads the input again, and the events that
 // have been played are skipped.
+#include "svg/xml/svg_recording.h"
+
 #include <algorithm>
 #include <cstring>
 #include <initializer_list>
 #include <utility>
 
-#include "svg/style/svg_style.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/xml/svg_content.h"
+#include "svg/xml/svg_expat.h"
+#include "svg/xml/svg_growth.h"
+#include "svg/xml/svg_sheets.h"
 
 namespace {
 

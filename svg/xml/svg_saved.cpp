@@ -3,8 +3,10 @@
 // The callbacks of the main pass feed the capture while it is open. Markup inside is written again
 // with its prefixes and namespace declarations, attribute values and character data as Expat
 // delivers them: entities are not escaped again. Raises only for lack of memory.
+#include "svg/xml/svg_saved.h"
+
+#include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
-#include "svg/xml/svg_xml.h"
 
 static char **result_of(svg_parser *p, int32_t id);
 static void close_start_tag(svg_parser *p, const char *end);
@@ -17,6 +19,19 @@ void svg_savelem_open(svg_parser *p, int id) {
   p->savelem_text = ort_bs_new(p->core);
   if (!p->no_namespaces && p->xmlns_text == nullptr) p->xmlns_text = ort_bs_new(p->core);
   p->savelem = id;
+}
+
+// Declarations come before the start tag that they stand in.
+void svg_savelem_namespace(svg_parser *p, const char *prefix, const char *uri) {
+  if (p->savelem == SVG_NO_ELEMENT || p->xmlns_text == nullptr) return;
+  ort_bs_append_text(p->xmlns_text, " xmlns");
+  if (prefix != nullptr && *prefix != '\0') {
+    ort_bs_append_text(p->xmlns_text, ":");
+    ort_bs_append_text(p->xmlns_text, prefix);
+  }
+  ort_bs_append_text(p->xmlns_text, "=\"");
+  ort_bs_append_text(p->xmlns_text, uri != nullptr ? uri : "");
+  ort_bs_append_text(p->xmlns_text, "\"");
 }
 
 void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,

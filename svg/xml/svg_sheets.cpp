@@ -3,11 +3,14 @@
 //
 // Called by Expat; every callback runs in svg_in_callback. A malformed instruction is a warning.
 // Raises for lack of memory, and what the host's reading of a sheet raises.
+#include "svg/xml/svg_sheets.h"
+
 #include <cstring>
 
-#include "svg/style/svg_style.h"
-#include "svg/values/svg_scan.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/names/svg_namespace.h"
+#include "svg/values/svg_errors.h"
+#include "svg/xml/svg_expat.h"
+#include "svg/xml/svg_growth.h"
 
 static bool is_svg_or_style(const char *name);
 static void forget_instruction(svg_parser *p);
@@ -16,14 +19,6 @@ static int32_t warn_item(svg_parser *p, int code, const char *name, const char *
 static char *skip_space(char *s);
 static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type);
 static void log_line(svg_parser *p);
-
-static void release_ext_sheet(ort_core *core, void *item) {
-  const auto *sheet = static_cast<svg_ext_sheet *>(item);
-  ort_free(core, sheet->text);
-  ort_free(core, sheet->href);
-}
-
-const ort_item_desc ext_sheet_ced = {sizeof(svg_ext_sheet), nullptr, release_ext_sheet};
 
 void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char *data) {
   auto *p = static_cast<svg_parser *>(parser);
@@ -42,7 +37,7 @@ void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char 
 int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
   for (char *s = skip_space(text); *s != '\0'; s = skip_space(s)) {
     char *name = s;
-    while (*s != '\0' && *s != '=' && !svg_css_isspace(*s)) s++;
+    while (*s != '\0' && *s != '=' && !ort_isspace(*s)) s++;
     if (s == name) return warn_item(p, SVG_E_ATTRIBUTE_MISSING, nullptr, nullptr);
     char *name_end = s;
     ort_push<char *>(p->pi_items, name);
@@ -120,27 +115,11 @@ int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs) {
   return strcmp(attrs[1], "text/css") == 0;
 }
 
-void svg_css_create_parser(svg_parser *p) {
-  if (p->css != nullptr) return;
-  p->css = css_parser_new(p->core, p, p->css_context_, &svg_css_callbacks, SVG_ELEM_COUNT - 1);
-  css_parser_init(p->css);
-}
-
 size_t svg_css_sheet_bytes(const svg_parser *p) {
   size_t bytes = p->style_sheet != nullptr ? ort_bs_length(p->style_sheet) : 0;
   for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); i++)
     bytes += strlen(ort_item<svg_ext_sheet>(p->ext_style_sheets, i).text);
   return bytes;
-}
-
-void svg_css_clear_sheets(svg_parser *p) {
-  forget_instruction(p);
-  ort_vtr_resize(p->ext_style_sheets, 0);
-  ort_bs_delete(p->style_sheet);
-  p->style_sheet = nullptr;
-  p->in_style_elem = 0;
-  p->level = 0;
-  ort_vtr_resize(p->css_svg_stack, 1);
 }
 
 // Local names of other namespaces included: a cheap look at names that nearly always mean nothing
@@ -187,7 +166,7 @@ static int32_t warn_item(svg_parser *p, int code, const char *name, const char *
 }
 
 static char *skip_space(char *s) {
-  while (svg_css_isspace(*s)) s++;
+  while (ort_isspace(*s)) s++;
   return s;
 }
 

@@ -2,14 +2,19 @@
 //
 // Called by svg_parse.cpp for the style-sheet pass and for the main pass, in which Expat works only
 // when the first could not be recorded, or not be played to its end. A pass that fails with an
-// encoding error or a namespace error is restarted, from a clean state. Raises
-// SVG_E_NOT_SVG, ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+// encoding error or a namespace error is restarted, from a clean state. Raises SVG_E_NOT_SVG,
+// ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+#include "svg/xml/svg_xml.h"
+
 #include <cstring>
 #include <utility>
 
-#include "svg/style/svg_style.h"
-#include "svg/tree/svg_tree.h"
-#include "svg/xml/svg_xml.h"
+#include "svg/tree/svg_document.h"
+#include "svg/xml/svg_content.h"
+#include "svg/xml/svg_expat.h"
+#include "svg/xml/svg_growth.h"
+#include "svg/xml/svg_recording.h"
+#include "svg/xml/svg_sheets.h"
 
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding);
 static void skip_played(svg_parser *p);
@@ -181,10 +186,9 @@ static bool is_namespace_error(int code) {
 // Undoes what the failed attempt made, so that the next one starts as if it were the first.
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass) {
   svg_reset_xml(p, file, gz);
-  ort_bs_clear(p->chardata);
   p->to_skip = 0;
   if (css_pass) {
-    svg_css_clear_sheets(p);
+    svg_clear_sheets(p);
   } else {
     svg_clear_document(p);
     svg_prepare_document(p);
@@ -221,8 +225,4 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
     known = true;
   });
   return known;
-}
-
-long svg_xml_line(const svg_parser *p) {
-  return p->xml != nullptr ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : p->played_line;
 }

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <span>
 
-#include "svg/names/svg_schema.h"
+#include "svg/values/svg_types.h"
 #include "tests/support/cases.h"
 
 // ---- Reading ------------------------------------------------------------------------------------

@@ -1,9 +1,9 @@
 // The style attribute and the font shorthand, wherever it is written.
-#include "svg/style/svg_style.h"
+#include "svg/style/svg_select.h"
 
 #include <gtest/gtest.h>
 
-#include "svg/names/svg_schema.h"
+#include "svg/values/svg_types.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 

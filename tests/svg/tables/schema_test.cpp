@@ -4,7 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include "svg/values/svg_values.h"
+#include "svg/tables/colors.h"
+#include "svg/tree/svg_elements.h"
+#include "svg/values/svg_color.h"
+#include "svg/values/svg_types.h"
 #include "tests/support/cases.h"
 
 static std::string element_name(const std::string &name) {
@@ -36,7 +39,8 @@ TEST(Schema, AttributesAreFoundInTheListOfTheirElement) {
   const auto find = [](int css_mode, const char *name, const svg_elem_def &element) {
     svg_parser parser = {};
     parser.css_mode = css_mode;
-    const int index = svg_find_esa(&parser, name, element);
+    const auto id = static_cast<int>(&element - svg_elem_table);
+    const int index = svg_find_esa(&parser, name, id);
     return index < 0 ? -1 : element.esa_list[index].attr;
   };
   for (const svg_elem_def &element : svg_elem_table)

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "svg/parser/svg_parser.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_record.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 

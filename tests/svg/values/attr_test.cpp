@@ -1,7 +1,8 @@
 // Dispatch: what a bad value costs, which source a value has, who owns it when something fails.
 #include <gtest/gtest.h>
 
-#include "svg/names/svg_schema.h"
+#include "svg/parser/svg_parser.h"
+#include "svg/values/svg_types.h"
 #include "tests/support/reader.h"
 
 namespace {

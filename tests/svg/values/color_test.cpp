@@ -1,7 +1,9 @@
 // Colors, color extensions and paints.
 #include <gtest/gtest.h>
 
-#include "svg/values/svg_values.h"
+#include "svg/tables/colors.h"
+#include "svg/values/svg_color.h"
+#include "svg/values/svg_record.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 

@@ -2,7 +2,7 @@
 #include <string>
 
 #include "svg/parser/svg_parser.h"
-#include "svg/values/svg_values.h"
+#include "svg/values/svg_types.h"
 #include "tests/support/accounting_core.h"
 #include "tests/support/cases.h"
 

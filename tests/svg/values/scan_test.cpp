@@ -8,7 +8,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "svg/tree/svg_tree.h"
+#include "svg/path/svg_number.h"
+#include "svg/tree/svg_document.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 

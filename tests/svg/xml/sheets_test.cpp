@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "svg/names/svg_schema.h"
-#include "svg/style/svg_style.h"
+#include "svg/style/svg_select.h"
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
