@@ -53,7 +53,7 @@
 
 /** Steps that matching rules with elements may take: many rules of which each must be tried, or
  * matches, at each of many elements. */
-#define ORT_LIMIT_RULE_STEPS 1000000000
+#define ORT_LIMIT_RULE_STEPS 500000000
 
 /** Bytes of one external style sheet. */
 #define ORT_LIMIT_STYLE_SHEET (16ULL << 20)

@@ -107,7 +107,7 @@ void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
 ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
 
 // The text of a selector, which lasts as long as the engine: it is written when it is first asked
-// for. The log gets "\t\t\t\tselector: TEXT\n".
+// for. The log gets "\t\t\t\tselector: TEXT\n", with the text cut like a parameter of a message.
 const char *css_get_selector_text(css_parser *css, css_selector *selector);
 void css_logg_sel(css_parser *css, css_selector *selector);
 

@@ -192,7 +192,7 @@ struct css_selector : css_name {
   // Matching. Depths count open elements from 1; 0 is none. The first is the depth of an open
   // element that matches, of the deepest one if framed; the second that of the deepest open element
   // of which an earlier child matches.
-  size_t noted[CSS_PLACES];
+  uint32_t noted[CSS_PLACES];
   uint64_t adjacent; // serial of the last element whose preceding sibling matches
 };
 
@@ -245,7 +245,7 @@ struct css_frame { // an open element
 // A note that a frame made, to be taken back when it closes.
 struct css_trace {
   css_selector *selector;
-  size_t previous;
+  uint32_t previous;
   css_place place;
 };
 

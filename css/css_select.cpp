@@ -94,7 +94,8 @@ const char *css_get_selector_text(css_parser *css, css_selector *selector) {
 }
 
 void css_logg_sel(css_parser *css, css_selector *selector) {
-  ort_logg(css->core, "\t\t\t\tselector: %a\n", css_get_selector_text(css, selector));
+  const char *text = css_get_selector_text(css, selector);
+  ort_logg(css->core, "\t\t\t\tselector: %s\n", ort_errprintf(css->core, "%a", text));
 }
 
 namespace {
