@@ -52,7 +52,9 @@
 #define ORT_LIMIT_SHEET_NAME 4096
 
 /** Steps that matching rules with elements may take: many rules of which each must be tried, or
- * matches, at each of many elements. */
+ * matches, at each of many elements, or is kept in mind while they are open. A step is about 5
+ * nanoseconds, and what is kept takes 2 a byte: so a drawing of 1 MB ends within 3 seconds, while
+ * 500 rules that all match each of 90,000 elements stay below the limit. */
 #define ORT_LIMIT_RULE_STEPS 500000000
 
 /** Bytes of one external style sheet. */

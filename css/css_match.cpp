@@ -11,8 +11,8 @@
 
 #include "css/css_engine.h"
 
-// A step takes about 5 nanoseconds. Work is charged by its time, and a trace for its memory besides.
-// What many selectors cost is the way to them, which no cache shortens.
+// A step takes about 5 nanoseconds. Work is charged by its time, and a trace for its memory
+// besides. What many selectors cost is the way to them, which no cache shortens.
 static constexpr size_t STEPS_PER_TRACE = 32;
 static constexpr size_t STEPS_PER_NOTE = 2;
 static constexpr size_t STEPS_PER_RULE = 4;

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Reads attacks of full size with build/svgtree and prints the processor time and memory that each took.
 
-Called by ./dev test --hostile. Every attack must end by itself, with a tree or an error, within SECONDS
-and the default budgets.
+Called by ./dev test --hostile. Every attack must end by itself, with a tree or an error, within SECONDS (or
+SHEET_SECONDS) and the default budgets.
 """
 import gzip
 import multiprocessing
@@ -13,6 +13,7 @@ import tempfile
 
 TOOL = "build/svgtree"
 SECONDS = 120
+SHEET_SECONDS = 3  # of a drawing of 1 MB whose style sheet is the attack: ORT_LIMIT_RULE_STEPS
 MILLION = 1000000
 SVG = "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>"
 
@@ -56,6 +57,42 @@ def nested(use):
 def quadratic():
     return f"<!DOCTYPE svg [<!ENTITY a '{'a' * MILLION}'>]>{SVG}{'&a;' * MILLION}</svg>".encode()
 
+
+def sheet(selectors, elements):
+    """A rule for the selectors, of which each has its number for %d, and elements."""
+    return svg("<style>", selectors, "{fill:red}</style>", elements)
+
+
+def numbered(template, count):
+    return ",".join([template.replace("%d", str(i)) for i in range(count)])
+
+
+# About 1 MB each, half of it selectors that meet all of the elements in the other half.
+SHEET_ATTACKS = {
+    "sheet: child chain over nested elements": lambda: sheet(
+        "g&gt;" * 80000 + "g", "<g>" * 80000 + "</g>" * 80000),
+    "sheet: descendant chain over nested elements": lambda: sheet(
+        "g " * 100000 + "g", "<g>" * 100000 + "</g>" * 100000),
+    "sheet: sibling chain": lambda: sheet("g~" * 120000 + "g", "<g/>" * 120000),
+    "sheet: adjacent chain": lambda: sheet("g+" * 120000 + "g", "<g/>" * 120000),
+    "sheet: selectors that wake": lambda: sheet(numbered("g [x^='%d']", 40000), "<g/>" * 100000),
+    "sheet: selectors that wake and are tried": lambda: sheet(
+        numbered("g rect:not(.a%d)", 25000), "<g/><rect/>" * 50000),
+    "sheet: selectors tried in vain": lambda: sheet(numbered(":not(.a%d) g.b", 30000), "<g/>" * 100000),
+    "sheet: selectors that match": lambda: sheet(numbered(":not(.a%d) g", 30000), "<g/>" * 100000),
+    "sheet: children of all": lambda: sheet(numbered(":not(.a%d)&gt;.x%d", 30000), "<g/>" * 100000),
+    "sheet: rules that match": lambda: sheet("g{fill:red}" * 40000 + "g", "<g/>" * 100000),
+    "sheet: rules out of order": lambda: sheet(
+        "".join(f":not(#a{i}){':not(.b)' if i % 2 else ''}{{fill:red}}" for i in range(17000)) + "g",
+        "<g/>" * 100000),
+    "sheet: words of a list": lambda: sheet(
+        numbered("[class~=a%d]", 30000), f"<g class='{'a ' * 200}'/>" * 1000),
+    "sheet: parts of a long value": lambda: sheet(
+        numbered("[d*='ababababaa%d']", 20000), f"<g d='{'ab' * 50000}'/>" * 5),
+    "sheet: equal beginnings": lambda: doctype(
+        f"<!ATTLIST g x CDATA '{'v' * 100}'>", "<style>", numbered(f"[x^='{'v' * 95}%d']", 5000),
+        "{fill:red}</style>", "<g/>" * 75000),
+}
 
 ATTACKS = {
     "gzip bomb": gzip_bomb,
@@ -124,8 +161,8 @@ ATTACKS = {
 }
 
 
-def run(name, make):
-    """Prints one row; true when the attack ended as it must."""
+def run(name, make, limit):
+    """Prints one row; true when the attack ended as it must, within limit seconds."""
     with tempfile.NamedTemporaryFile() as file:
         writer = multiprocessing.Process(target=lambda: (file.write(make()), file.flush()))
         writer.start()  # apart: a process begins with the memory of the one that made it
@@ -140,16 +177,18 @@ def run(name, make):
             messages.seek(0)
             lines = messages.read(1 << 20).decode("utf-8", "replace").splitlines()
     last = lines[-1].split(": ", 1)[-1] if lines else "read"
-    ended = process.returncode in (0, 1)
+    ended = process.returncode in (0, 1) and seconds <= limit
     print(f"{name:40} {size / 1e6:7.1f} {seconds:8.2f} {usage.ru_maxrss / 1024:8.0f}  "
-          f"{last[:60] if ended else f'FAILED: exit status {process.returncode}'}", flush=True)
+          f"{last[:60] if ended else f'FAILED: exit status {process.returncode}, {limit} s are allowed'}", flush=True)
     return ended
 
 
 def main():
     wanted = sys.argv[1:]
     print(f"{'attack':40} {'MB':>7} {'seconds':>8} {'peak MB':>8}  ended with")
-    results = [run(name, make) for name, make in ATTACKS.items()
+    rows = [(name, make, SECONDS) for name, make in ATTACKS.items()]
+    rows += [(name, make, SHEET_SECONDS) for name, make in SHEET_ATTACKS.items()]
+    results = [run(name, *row) for name, *row in rows
                if not wanted or any(word in name for word in wanted)]
     return 0 if all(results) else 1
 

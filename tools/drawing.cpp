@@ -144,12 +144,19 @@ void Drawing::on_log(void *, const char *text, size_t length) { fwrite(text, 1, 
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector) {
   auto *drawing = static_cast<Drawing *>(user);
+  // A rule's text stays in its place, but a pass that begins again makes all of them anew. The
+  // first value of a tree is one of the outermost element, which always has a width.
+  if (svg_get_parent(element) == nullptr) drawing->selector_texts_.clear();
   if (source == SVG_SOURCE_ATTRIBUTE) {
     // A replaced value may have left its place, and what was noted about it, to this one.
     if (!drawing->sources_.empty()) drawing->sources_.erase({element, value});
     return;
   }
   Source noted = {source, nullptr};
-  if (selector != nullptr) noted.selector = &drawing->selectors_.try_emplace(selector).first->first;
+  if (selector != nullptr) {
+    const std::string *&text = drawing->selector_texts_[selector];
+    if (text == nullptr) text = &drawing->selectors_.try_emplace(selector).first->first;
+    noted.selector = text;
+  }
   drawing->sources_[{element, value}] = noted;
 }

@@ -114,6 +114,7 @@ private:
   int32_t has_text_ = 0;
   std::unordered_map<ValueOfElement, Source, Hash> sources_; // of values that are no attributes
   std::unordered_map<std::string, int> selectors_; // each text once; the keys are what sources name
+  std::unordered_map<const char *, const std::string *> selector_texts_; // by the engine's own text
   std::unordered_map<const svg_iri *, const char *> waiting_;
 };
 

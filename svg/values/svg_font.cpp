@@ -27,6 +27,8 @@ using add_fn = void (*)(svg_parser *p, const char *name, const char *value);
 
 } // namespace
 
+static void split_font_copy(svg_parser *p, add_fn add);
+static void join_line_height(char *text);
 static int split_words(char *text, font_word *words);
 static int classify_words(svg_parser *p, font_word *words, int count, add_fn add);
 static const svg_key_entry *find_keyword(const svg_parser *p, const svg_attr_def &def,
@@ -37,23 +39,19 @@ constexpr int MAX_WORDS = 5;
 // The keyword-valued longhands, in the order in which they are tried.
 constexpr int32_t font_props[] = {SVG_PROP_font_weight, SVG_PROP_font_style, SVG_PROP_font_variant};
 
+constexpr int32_t font_longhands[] = {SVG_PROP_font_weight, SVG_PROP_font_style,
+                                      SVG_PROP_font_variant, SVG_PROP_font_size,
+                                      SVG_PROP_font_family};
+
 void svg_split_font(svg_parser *p, const char *text, add_fn add) {
   p->font_copy = ort_strdup(p->core, text);
   svg_note(p, 5, "\t\t\t[font properties:]\n");
-  font_word words[MAX_WORDS] = {};
-  const int count = split_words(p->font_copy, words);
-  const int taken = count > 1 ? classify_words(p, words, count, add) : 0;
-  if (count == 1) {
-    add(p, svg_attr_table[SVG_PROP_font_family].name, words[0].start);
-  } else if (taken + 1 < count) { // else size or family is missing
-    for (int i = 0; i < count; ++i)
-      if (words[i].longhand && !words[i].normal) add(p, words[i].longhand->name, words[i].start);
-    char *size = words[taken].start;
-    size[strcspn(size, "/")] = '\0';
-    add(p, svg_attr_table[SVG_PROP_font_size].name, size);
-    for (int i = taken + 1; i < count - 1; ++i) *words[i].end = words[i].separator;
-    add(p, svg_attr_table[SVG_PROP_font_family].name, words[taken + 1].start);
-  }
+  const bool in_sheet = add != svg_add_prop;
+  if (in_sheet) join_line_height(p->font_copy);
+  if (in_sheet && svg_strcmp(p, p->font_copy, "inherit") == 0)
+    for (int32_t row : font_longhands) add(p, svg_attr_table[row].name, p->font_copy);
+  else
+    split_font_copy(p, add);
   ort_free(p->core, p->font_copy);
   p->font_copy = nullptr;
 }
@@ -71,6 +69,36 @@ void svg_ctor_an_font(svg_parser *p, svg_a_node *) {
   p->new_value = nullptr;
   svg_scan_reset(p);
   svg_parse_font_prop(p, p->scan_pos);
+}
+
+static void split_font_copy(svg_parser *p, add_fn add) {
+  font_word words[MAX_WORDS] = {};
+  const int count = split_words(p->font_copy, words);
+  const int taken = count > 1 ? classify_words(p, words, count, add) : 0;
+  if (count == 1) {
+    add(p, svg_attr_table[SVG_PROP_font_family].name, words[0].start);
+  } else if (taken + 1 < count) { // else size or family is missing
+    for (int i = 0; i < count; ++i)
+      if (words[i].longhand && !words[i].normal) add(p, words[i].longhand->name, words[i].start);
+    char *size = words[taken].start;
+    size[strcspn(size, "/")] = '\0';
+    add(p, svg_attr_table[SVG_PROP_font_size].name, size);
+    for (int i = taken + 1; i < count - 1; ++i) *words[i].end = words[i].separator;
+    add(p, svg_attr_table[SVG_PROP_font_family].name, words[taken + 1].start);
+  }
+}
+
+// Removes the blanks around the "/" between size and line height, which a sheet may have. A family
+// in quotes comes after it.
+static void join_line_height(char *text) {
+  char *slash = text + strcspn(text, "/\"'");
+  if (*slash != '/') return;
+  char *end = slash;
+  while (end > text && ort_isspace(end[-1])) --end;
+  *end++ = '/';
+  const char *rest = slash + 1;
+  while (ort_isspace(*rest)) ++rest;
+  memmove(end, rest, strlen(rest) + 1);
 }
 
 static int split_words(char *text, font_word *words) {

@@ -158,14 +158,59 @@ TEST(CssMatch, NamesPastTheNumbersNeverMatch) {
   EXPECT_EQ(toy.rules("svg!.c32768.c32767"), ".c32767{p:1} ");
 }
 
+// What the last element of a tree takes: each part of the work counts, and ends with the error
+// where the steps end.
 TEST(CssMatch, StepsHaveALimit) {
-  AccountingCore core;
-  Toy toy(core);
-  toy.parse("a ~ b{p:1} :root{p:1} [k~=v]{p:2}");
-  toy.css->steps = ORT_LIMIT_RULE_STEPS - 40;
-  EXPECT_EQ(toy.rules("svg!"), ":root{p:1} ");
-  EXPECT_EQ(toy.rules("svg(a b[k=uuuuuuuuuuuuuuuuuuuuu_v]!)"), "");
-  EXPECT_STREQ(ort_error_text(core), "Limit of 1000000000 steps to match style rules exceeded");
+  auto many = [](const std::string &text, int count = 1000) {
+    std::string all;
+    for (int i = 0; i < count; ++i) {
+      const size_t number = text.find('%');
+      all += text;
+      if (number != text.npos)
+        all.replace(all.size() - text.size() + number, 1, "x" + std::to_string(i));
+    }
+    return all;
+  };
+  const std::string value = many("u", 64000), last = "a(b[k=" + value + "])", chain = many("a>");
+  const struct {
+    std::string sheet, tree;
+    uint64_t least, most;
+  } cases[] = {
+      {":root{p:1}", "svg", 1, 50},
+      {"a a{p:1}", last, 0, 20},
+      {"[k='" + value + "']{p:1}", last, 2000, 3000},
+      {"b:not([k='" + value + "']){p:1}", last, 2000, 3000},
+      {"[k^='" + value + "']{p:1}", last, 2000, 3000},
+      {"[k$='" + value + "']{p:1}", last, 2000, 3000},
+      {"[k|='" + value + "']{p:1}", last, 2000, 3000},
+      {"[k~=v]{p:1}", last, 10000, 20000},
+      {"[k*=v]{p:1}", last, 10000, 20000},
+      {"[k='" + value + "v']{p:1}", last, 0, 10},
+      {many("b{p:1}"), "b", 4000, 20000},                      // matching rules
+      {many("b.x{p:1}#i{q:1}b{r:1}"), "b.x#i", 60000, 200000}, // which are to be sorted
+      {many("a [k^=%],") + "a{p:1}", "svg(a", 3000, 9000},     // sleepers
+      {chain + "a{p:1}", many("a(") + "a", 34000, 50000},      // notes that are kept
+      {many("a~[k^=%],") + "a{p:1}", "svg(a b", 3000, 20000},
+  };
+  for (const auto &test : cases) {
+    uint64_t taken = 0;
+    for (bool limited : {false, true}) {
+      AccountingCore core;
+      Toy toy(core);
+      toy.parse(test.sheet);
+      toy.build(test.tree);
+      for (size_t i = 0; i + 1 < toy.nodes.size(); ++i) toy.ask(toy.nodes[i]);
+      uint64_t before = toy.css->steps;
+      if (limited) toy.css->steps += ORT_LIMIT_RULE_STEPS - before - taken + 1;
+      toy.ask(toy.nodes.back());
+      if (!limited) taken = toy.css->steps - before;
+      if (limited && taken > 0)
+        EXPECT_STREQ(ort_error_text(core), "Limit of 500000000 steps to match style rules exceeded")
+            << test.sheet.substr(0, 40);
+    }
+    EXPECT_GE(taken, test.least) << test.sheet.substr(0, 40);
+    EXPECT_LE(taken, test.most) << test.sheet.substr(0, 40);
+  }
 }
 
 TEST(CssMatch, AnElementWithoutParentBeginsADocument) {

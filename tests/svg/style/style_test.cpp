@@ -69,7 +69,7 @@ bold italic 12pt/14pt Times New Roman -> font-family 'Times New Roman'; font-siz
 small-caps 700 12px A, serif -> font-family 'A' serif; font-size 12px; font-variant small-caps; font-weight 700
 oblique bold normal 1px  A  B\s -> font-family 'A B'; font-size 1px; font-style oblique; font-weight bold
 normal 12px serif -> font-family serif; font-size 12px | 12pt -> font-family '12pt'
-normal normal normal 12px x -> font-family 'x'; font-size 12px | inherit -> font-family inherit
+normal normal normal 12px x -> font-family 'x'; font-size 12px
 \s12pt  serif\s -> font-family serif; font-size 12pt | /14px serif -> font-family serif
 1px a b c d e -> font-family 'a b c d e'; font-size 1px | caption -> font-family 'caption'
 bold italic -> | bold 12pt -> | 12pt bold -> | normal normal -> | -> | \s\s ->
@@ -82,6 +82,18 @@ bold bolder 12px x -> font-family '12px x'; font-weight bold !10005
   expect_cases(cases, [](const std::string &font) {
     return properties("<style>g{font:" + font + "}</style><g/>");
   });
+}
+
+TEST(Font, InASheetIsThatOfCSS) {
+  expect_cases(R"(
+12px / 14px serif -> font-family serif; font-size 12px | 12px/ 14px a b -> font-family 'a b'; font-size 12px
+italic bold small-caps 12px /14px 'a / b' -> font-family 'a / b'; font-size 12px; font-style italic; font-variant small-caps; font-weight bold
+12px 'a / b' -> font-family 'a / b'; font-size 12px
+INHERIT -> font-family inherit; font-size inherit; font-style inherit; font-variant inherit; font-weight inherit)",
+               [](const std::string &font) {
+                 return properties("<style>g{font:" + font + "}</style><g/>");
+               });
+  EXPECT_EQ(with_style("font:inherit"), "font-family inherit");
 }
 
 // An attribute compares without regard to case up to the first longhand that it adds.
