@@ -1,6 +1,8 @@
 // json_document.cpp: the fields of a drawing, its elements and texts as JSON (docs/json.md).
 #include "tools/json_document.h"
 
+#include <unordered_map>
+
 #include "tools/json_value.h"
 #include "tools/json_writer.h"
 #include "tools/names.h"
@@ -10,13 +12,18 @@
 static void write_document(JsonWriter &json, const Drawing &drawing);
 static void write_message(JsonWriter &json, const Message &message);
 static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
-static void write_tree(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                       const svg_e_node *root);
+static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root);
 static void write_flags(JsonWriter &json, int flags);
+static bool is_sheet(svg_source source);
 static const char *source_name(svg_source source);
 
-void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root, bool pretty) {
-  JsonWriter json(out, pretty);
+// Values of style sheets, which many elements share, are written once when they take more than so
+// many bytes: the output must not grow with the square of the drawing.
+constexpr size_t long_value = 200;
+
+void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
+                const JsonOptions &options) {
+  JsonWriter json(out, options.pretty);
   json.begin_object();
   json.field("file", drawing.name());
   json.key("document");
@@ -38,11 +45,11 @@ void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root, bool 
   else
     json.null();
   if (drawing.ok()) {
-    const NodeNumbers numbers(drawing);
+    const NodeNumbers numbers(drawing, root);
     write_names(json, drawing, numbers);
     json.key("root");
     if (root != nullptr)
-      write_tree(json, drawing, numbers, root);
+      write_tree(json, {drawing, numbers, options.full}, root);
     else
       json.null();
   } else {
@@ -100,25 +107,34 @@ static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumb
   });
 }
 
-static void write_tree(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                       const svg_e_node *root) {
-  int64_t number = node_number(root);
+static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root) {
+  std::unordered_map<const svg_a_node *, int64_t> written; // long ones, and the first to have them
+  int64_t number = context.numbers.of(root) - 1;
   walk(
       root,
       [&](const svg_e_node *element, int) {
         json.begin_object();
-        json.field("node", number++);
+        json.field("node", ++number);
         json.field("element", element_name(element->head.id));
         json.field("level", element->level);
         write_flags(json, element->head.flags);
         json.array("values", [&] {
           for (int32_t i = 0; i < element->values_num; i++) {
             const svg_a_node *value = element->values[i];
+            const svg_source source = context.drawing.source(element, value).kind;
             json.begin_object();
             json.field("name", row_name(value->row));
             json.field("row", value->row);
-            json.field("source", source_name(drawing.source(element, value).kind));
-            write_json_value(json, drawing, numbers, value);
+            json.field("source", source_name(source));
+            if (const auto whole = written.find(value); whole != written.end()) {
+              json.field("type", "same");
+              json.field("node", whole->second);
+            } else {
+              const size_t before = json.content();
+              write_json_value(json, context, value);
+              if (is_sheet(source) && !context.full && json.content() - before > long_value)
+                written[value] = number;
+            }
             json.end_object();
           }
         });
@@ -149,6 +165,10 @@ static void write_flags(JsonWriter &json, int flags) {
     for (const auto &[flag, name] : names)
       if ((flags & flag) != 0) json.value(name);
   });
+}
+
+static bool is_sheet(svg_source source) {
+  return source == SVG_SOURCE_SHEET || source == SVG_SOURCE_IMPORTANT;
 }
 
 static const char *source_name(svg_source source) {

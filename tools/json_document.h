@@ -6,8 +6,14 @@
 
 #include "tools/drawing.h"
 
-// Writes the drawing, on one line unless pretty. root is the element whose subtree is written, the
-// outermost svg by default; null, and with it most fields, when the drawing was not readable.
-void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root, bool pretty);
+struct JsonOptions {
+  bool pretty = false; // indented, not on one line
+  bool full = false;   // nothing is shortened
+};
+
+// Writes the drawing. root is the element whose subtree is written, the outermost svg by default;
+// null, and with it most fields, when the drawing was not readable.
+void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
+                const JsonOptions &options);
 
 #endif

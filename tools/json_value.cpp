@@ -4,6 +4,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "tools/schema.h"
 #include "tools/value_text.h"
@@ -15,12 +16,10 @@ static void write_clip(JsonWriter &json, const svg_an_clip *clip);
 static void write_lengths(JsonWriter &json, int32_t count, const double *values,
                           const uint8_t *units);
 static void write_trafo(JsonWriter &json, const svg_an_trafo *trafo);
-static void write_paint(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                        const svg_a_node *value);
+static void write_paint(JsonWriter &json, const ValueContext &context, const svg_a_node *value);
 static void write_color(JsonWriter &json, const svg_color &color);
-static void write_iri(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                      const svg_iri &iri);
-static std::string link_text(const Drawing &drawing, const svg_iri &iri);
+static void write_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri);
+static std::string link_text(const ValueContext &context, const svg_iri &iri);
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families);
 static void write_path(JsonWriter &json, const svg_an_path_data *path);
 static void write_rgb(JsonWriter &json, const char *name, uint32_t rgb);
@@ -33,8 +32,7 @@ template <class Item> static void write_items(JsonWriter &json, int32_t count, I
   });
 }
 
-void write_json_value(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                      const svg_a_node *value) {
+void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a_node *value) {
   switch (svg_get_record_kind(value->row)) {
   case SVG_RECORD_NONE: return;
   case SVG_RECORD_KEYWORD: return write_keyword(json, as<svg_an_keyword>(value)->key);
@@ -95,10 +93,10 @@ void write_json_value(JsonWriter &json, const Drawing &drawing, const NodeNumber
   case SVG_RECORD_COLOR:
     write_type(json, "color");
     return write_rgb(json, "rgb", as<svg_an_color>(value)->rgb);
-  case SVG_RECORD_PAINT: return write_paint(json, drawing, numbers, value);
+  case SVG_RECORD_PAINT: return write_paint(json, context, value);
   case SVG_RECORD_IRI:
     write_type(json, "iri");
-    return write_iri(json, drawing, numbers, as<svg_an_iri>(value)->iri);
+    return write_iri(json, context, as<svg_an_iri>(value)->iri);
   case SVG_RECORD_COLOR_PROFILE: {
     const auto *record = as<svg_an_color_profile>(value);
     write_type(json, "colorProfile");
@@ -150,8 +148,7 @@ static void write_trafo(JsonWriter &json, const svg_an_trafo *trafo) {
   write_items(json, svg_get_trafo_count(trafo->type), [&](int32_t i) { return trafo->numbers[i]; });
 }
 
-static void write_paint(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                        const svg_a_node *value) {
+static void write_paint(JsonWriter &json, const ValueContext &context, const svg_a_node *value) {
   static constexpr const char *kinds[] = {"none", "inherit", "currentColor", "rgb", "iri", "color"};
   write_type(json, "paint");
   json.field("paint", kinds[value->kind]);
@@ -161,7 +158,7 @@ static void write_paint(JsonWriter &json, const Drawing &drawing, const NodeNumb
   const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
   json.key("iri");
   json.begin_object();
-  write_iri(json, drawing, numbers, iri);
+  write_iri(json, context, iri);
   json.end_object();
   if (iri.fallback >= 0)
     write_rgb(json, "fallback", static_cast<uint32_t>(iri.fallback));
@@ -180,28 +177,29 @@ static void write_color(JsonWriter &json, const svg_color &color) {
   });
 }
 
-static void write_iri(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                      const svg_iri &iri) {
+static void write_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri) {
   static constexpr const char *kinds[] = {"none", "data", "link", "name"};
   const svg_e_node *target = iri.kind == SVG_IRI_LINK ? iri.ref.target : nullptr;
   json.field("kind", kinds[iri.kind]);
   json.key("target");
   if (target != nullptr)
-    json.value(numbers.of(target));
+    json.value(context.numbers.of(target));
   else
     json.null();
   json.key("text");
   if (iri.kind == SVG_IRI_LINK)
-    json.value(link_text(drawing, iri));
+    json.value(link_text(context, iri));
   else
     json.value(iri.kind != SVG_IRI_NONE ? iri.ref.text : nullptr);
   json.field("mime", svg_get_mime_text(iri.mime));
 }
 
-static std::string link_text(const Drawing &drawing, const svg_iri &iri) {
-  const char *name = iri.ref.target != nullptr ? svg_find_href_id(drawing.parser(), iri.ref.target)
-                                               : drawing.waiting_name(&iri);
-  return std::string("#") + (name != nullptr ? name : "");
+static std::string link_text(const ValueContext &context, const svg_iri &iri) {
+  const Drawing &drawing = context.drawing;
+  const char *name = iri.ref.target ? svg_find_href_id(drawing.parser(), iri.ref.target)
+                                    : drawing.waiting_name(&iri);
+  const std::string_view whole = name ? name : "", shown = shown_part(whole, context.full);
+  return '#' + std::string(shown) + (shown.size() < whole.size() ? "..." : "");
 }
 
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families) {

@@ -5,8 +5,14 @@
 #include "tools/json_writer.h"
 #include "tools/names.h"
 
+// What the values of a drawing are written with.
+struct ValueContext {
+  const Drawing &drawing;
+  const NodeNumbers &numbers;
+  bool full; // nothing is shortened
+};
+
 // Writes "type" and the fields that the type has (docs/json.md) into the object being written.
-void write_json_value(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers,
-                      const svg_a_node *value);
+void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a_node *value);
 
 #endif

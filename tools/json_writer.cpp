@@ -68,6 +68,7 @@ void JsonWriter::value(double number) {
     }
   }
   const auto length = static_cast<size_t>(end - text);
+  content_ += length;
   pretty_ ? writer_.RawValue(text, length, rapidjson::kNumberType)
           : writer_.Plain::RawValue(text, length, rapidjson::kNumberType);
 }
@@ -82,6 +83,7 @@ void JsonWriter::value(std::string_view text) {
     }
     rest.remove_prefix(length);
   }
+  content_ += text.size();
   const auto length = static_cast<rapidjson::SizeType>(text.size());
   pretty_ ? writer_.String(text.data(), length) : writer_.Plain::String(text.data(), length);
 }

@@ -37,6 +37,9 @@ public:
       integer(static_cast<int64_t>(number));
   }
 
+  // Bytes of the texts and numbers written so far, the same in both forms.
+  size_t content() const { return content_; }
+
   template <class Value> void field(const char *name, const Value &content) {
     key(name);
     value(content);
@@ -72,6 +75,7 @@ private:
   Pretty writer_;
   bool pretty_;
   int depth_ = 0;
+  size_t content_ = 0;
 };
 
 #endif

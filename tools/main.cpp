@@ -82,7 +82,7 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
   if (options.json)
-    print_json(stdout, drawing, top, options.pretty);
+    print_json(stdout, drawing, top, {options.pretty, options.text.full});
   else if (top != nullptr && options.has_query)
     print_subtree(stdout, drawing, top, options.text);
   else if (top != nullptr && !options.asks())

@@ -9,24 +9,19 @@
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
-NodeNumbers::NodeNumbers(const Drawing &drawing) {
+NodeNumbers::NodeNumbers(const Drawing &drawing, const svg_e_node *top) {
   svg_e_node *element = nullptr;
   for (size_t i = 0; svg_get_href(drawing.parser(), i, &element) != nullptr; i++)
     numbers_[element] = 0;
   for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++)
     numbers_[svg_get_font_at(drawing.parser(), i)->node] = 0;
+  if (top) numbers_[top] = 0;
   if (numbers_.empty()) return;
   int64_t number = 0;
   each_element(drawing.svg(), [&](const svg_e_node *node) {
     number++;
     if (const auto found = numbers_.find(node); found != numbers_.end()) found->second = number;
   });
-}
-
-int64_t node_number(const svg_e_node *element) {
-  int64_t number = 0;
-  for (; element != nullptr && element->head.id != SVG_ID_ROOT; element = element->prev) number++;
-  return number;
 }
 
 std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbers &numbers) {

@@ -9,19 +9,16 @@
 
 #include "tools/drawing.h"
 
-// Numbers of the elements that bear an id or are fonts: 1 for the first element built, counting in
-// document order.
+// Numbers of the elements that bear an id or are fonts, and of top: 1 for the first element built,
+// counting in document order.
 class NodeNumbers {
 public:
-  explicit NodeNumbers(const Drawing &drawing);
+  explicit NodeNumbers(const Drawing &drawing, const svg_e_node *top = nullptr);
   int64_t of(const svg_e_node *element) const { return numbers_.at(element); }
 
 private:
   std::unordered_map<const svg_e_node *, int64_t> numbers_;
 };
-
-// Number of any element; takes time in proportion to the elements before it.
-int64_t node_number(const svg_e_node *element);
 
 struct NamedElement {
   const char *name;

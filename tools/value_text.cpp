@@ -39,8 +39,7 @@ std::string rgb_text(uint32_t rgb) {
   return buffer;
 }
 
-// The beginning of a text that is shown, whole characters.
-static std::string_view shown_part(std::string_view text, bool full) {
+std::string_view shown_part(std::string_view text, bool full) {
   if (full) return text;
   size_t end = 0;
   while (end < shown_text && end < text.size())

@@ -14,6 +14,9 @@ std::string number_text(double value, bool exact);
 // "#1a2b3c"
 std::string rgb_text(uint32_t rgb);
 
+// The beginning of a text that is shown: some 200 bytes of whole characters, all of it when full.
+std::string_view shown_part(std::string_view text, bool full);
+
 // Text in quotes on one line, cut after some 200 bytes unless full.
 std::string quoted_text(std::string_view text, bool full);
 

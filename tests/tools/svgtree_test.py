@@ -267,6 +267,27 @@ class Growth(unittest.TestCase):
             self.assertLess(len(output), 5 * len(drawing), options)
         self.assertIn(f"#{name} ", run("--full", "--ids", "-", stdin=drawing)[1])
 
+    def test_json_writes_long_names_and_shared_values_once(self):
+        name = "n" * 20_000
+        sheet = (f'<style>g {{ fill: url(#{name}z) red; clip-path: url({name}.svg); font-family: {name};'
+                 f' stroke-dasharray: {"1 " * 9999} }}</style>')
+        drawing = svg(sheet + f'<rect id="{name}" xml:id="a"/>' + '<g><use xlink:href="#a"/></g>' * 200)
+        outputs = [run(*options, "-", stdin=drawing)[1] for options in (
+            ["--json"], ["--pretty"], ["--json", "--query", "a"], ["--json", "--full"])]
+        one_line, pretty, part, full = map(json.loads, outputs)
+        self.assertEqual(one_line, pretty)
+        self.assertLess(len(outputs[0]), 6 * len(drawing))
+        rect, first, second, *_ = (c for c in one_line["root"]["children"] if "node" in c)
+        whole = full["root"]["children"][-1]
+        self.assertEqual(part["root"]["node"], rect["node"])
+        self.assertEqual([v["type"] for v in whole["values"]], ["families", "lengths", "paint", "iri"])
+        for value, same, expected in zip(first["values"], second["values"], whole["values"]):
+            if value["type"] != "paint":
+                self.assertEqual(value, expected)
+            self.assertEqual((same["type"], same["node"]), ("same", first["node"]))
+        self.assertEqual(second["children"][0]["values"][-1]["text"], "#" + name[:200] + "...")
+        self.assertEqual(whole["children"][0]["values"][-1]["text"], "#" + name)
+
 
 STYLED = svg("""<style>#a { fill: blue; stroke: green !important } g { marker: url(#m) }</style>
 <g id="g" fill-opacity=".3" opacity=".5" clip-path="inherit" marker-mid="none">
