@@ -60,7 +60,7 @@ typedef enum ort_severity {
 } ort_severity;
 
 /** Codes of the runtime's own errors. The reader's are SVG_E_* (svg/svg.h), the CSS engine's
- * warnings 10200 to 10204. */
+ * warnings 10200 to 10204, the scene's 10300 and 10301. */
 enum {
   ORT_E_CALL_FAILED = 1000,     /**< "Function '$1' failed" */
   ORT_E_NO_MEMORY = 1001,       /**< "Out of memory": also past the memory budget */
@@ -124,6 +124,67 @@ ORT_API const char *ort_error_text(const ort_core *core);
 
 /** Code of the last error that was raised; 0 before the first. */
 ORT_API int ort_error_code(const ort_core *core);
+
+/** A row of an error table; rows are in ascending order of code. */
+typedef struct ort_errtab_entry {
+  int32_t parameters; /**< how many the text has */
+  int32_t code;       /**< above those of the tables before it */
+  const char *text;   /**< "$1" to "$4" stand for the parameters */
+  const char *second; /**< reserved, null */
+} ort_errtab_entry;
+
+/** Numbers of error tables: from 0, the runtime's own. The reader has 8, the CSS engine 9, the
+ * scene 10. */
+enum { ORT_ERRTABS = 16 };
+
+/** Makes a table of messages known to a core, for what is built upon the library. Registering the
+ * same table again does nothing.
+ * @param core    the core
+ * @param number  of the table, from 1 to ORT_ERRTABS - 1
+ * @param table   constant, not copied
+ * @param count   its rows
+ * @raises ORT_E_INTERNAL for a number that is not in the range */
+ORT_API void ort_register_errtab(ort_core *core, int number, const ort_errtab_entry *table,
+                                 int count);
+
+/** Raises an error. Parameters are escaped as by ort_escape and cut to ORT_LIMIT_MESSAGE_PARAMETER
+ * bytes; null counts as "".
+ * @param core  the core
+ * @param code  of a registered table; -1: the error that ort_protect caught last, again
+ * @param p1    the first parameter, and so on */
+ORT_NORETURN ORT_API void ort_error(ort_core *core, int code, const char *p1, const char *p2,
+                                    const char *p3, const char *p4);
+
+/** Reports a warning to the message sink and returns. Parameters as of ort_error; code -1 reports
+ * the error that ort_protect caught last. */
+ORT_API void ort_warning(ort_core *core, int code, const char *p1, const char *p2, const char *p3,
+                         const char *p4);
+
+/** Formats one value as a parameter of a message, and cuts it like one.
+ * @param core    the core
+ * @param format  "%a" or "%s" for a text, "%d" for an int, "%g" for a double; text around it
+ * @return the parameter. The core keeps the last 16, so several can be used at once. */
+ORT_API const char *ort_errprintf(ort_core *core, const char *format, ...);
+
+/* ---- Memory ---------------------------------------------------------------------------------- */
+
+/** Takes memory within the core's budget, aligned to 8 bytes.
+ * @param core  the core
+ * @param size  in bytes; 0 gives a valid block
+ * @param tag   name of the allocating function, not copied
+ * @return the block, never null; freed with ort_free before the core goes
+ * @raises ORT_E_NO_MEMORY */
+ORT_API void *ort_malloc(ort_core *core, size_t size, const char *tag);
+
+/** The same for count items of size bytes, zeroed. */
+ORT_API void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag);
+
+/** Changes the size of a block, which may move; null is a new one. When it raises, the block is as
+ * it was. */
+ORT_API void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag);
+
+/** Frees a block; null is allowed. */
+ORT_API void ort_free(ort_core *core, void *block);
 
 /* ---- Statistics ------------------------------------------------------------------------------ */
 
@@ -264,6 +325,10 @@ ORT_API ort_bs *ort_bs_new(ort_core *core);
 
 /** Deletes a byte string; null is allowed. */
 ORT_API void ort_bs_delete(ort_bs *bs);
+
+/** Appends bytes.
+ * @raises ORT_E_NO_MEMORY; the string is then as it was */
+ORT_API void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
 
 /** Makes a byte string empty. */
 ORT_API void ort_bs_clear(ort_bs *bs);

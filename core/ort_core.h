@@ -29,39 +29,22 @@ uint64_t ort_get_secret(const ort_core *core);
 
 // ---- Errors (error.cpp) -------------------------------------------------------------------------
 
-// One row of an error table. Rows are in ascending order of code.
-struct ort_errtab_entry {
-  int32_t parameters;
-  int32_t code;
-  const char *text;   // "$1" to "$4" stand for the parameters
-  const char *second; // reserved, null
-};
-
-constexpr int ORT_ERRTABS = 16;
-
-// Makes a table known to the core under a number from 1 to ORT_ERRTABS - 1 (0 is the runtime's
-// own). The table must be constant. Registering the same table again does nothing.
-void ort_register_errtab(ort_core *core, int number, const ort_errtab_entry *table, int count);
-
 // The row of a code in any registered table, or null.
 const ort_errtab_entry *ort_find_error(const ort_core *core, int code);
 
-// Raises code with up to four text parameters (null counts as ""). Code -1 raises the pending error
-// again.
+// Public, and here with defaults for C++.
 ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1 = nullptr,
                             const char *p2 = nullptr, const char *p3 = nullptr,
                             const char *p4 = nullptr);
+void ort_warning(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
+                 const char *p3 = nullptr, const char *p4 = nullptr);
 
-// The same; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
+// As ort_error; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
 // every parameter, is escaped as by ort_escape, and cut at a character boundary to
 // ORT_LIMIT_MESSAGE_PARAMETER bytes.
 ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
                                   const char *p2 = nullptr, const char *p3 = nullptr,
                                   const char *p4 = nullptr);
-
-// Reports a warning to the message sink and returns. Code -1 reports the pending error.
-void ort_warning(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
-                 const char *p3 = nullptr, const char *p4 = nullptr);
 
 // Composes the pending error without raising it.
 void ort_set_errmsg(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
@@ -77,20 +60,7 @@ ORT_NORETURN void ort_rethrow(ort_core *core);
 // Raises ORT_E_INTERNAL. source names the file.
 ORT_NORETURN void ort_internal_error(ort_core *core, const char *source, int line);
 
-// Formats one value as a parameter of a message ("%a", "%s" a text; "%d" int; "%g" double; literal
-// text around it), cut like one. The core keeps the last 16 results, so several can be used at
-// once.
-const char *ort_errprintf(ort_core *core, const char *format, ...);
-
 // ---- Memory (memory.cpp) ------------------------------------------------------------------------
-
-// Blocks are aligned to 8 bytes. tag must be a string literal. A size of 0 gives a valid block.
-void *ort_malloc(ort_core *core, size_t size, const char *tag);
-void *ort_calloc(ort_core *core, size_t count, size_t size,
-                 const char *tag); // zeroed; raises on overflow too
-void *ort_realloc(ort_core *core, void *block, size_t size,
-                  const char *tag);         // null block: ort_malloc
-void ort_free(ort_core *core, void *block); // null is allowed
 
 // As ort_malloc and ort_realloc, but null when memory is short: for allocation hooks of C
 // libraries, which no raise may cross.
@@ -187,7 +157,6 @@ void *ort_hvtr_at(const ort_hvtr *handles, size_t i);
 
 // ---- Byte strings (bytes.cpp) -------------------------------------------------------------------
 
-void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
 void ort_bs_append_text(ort_bs *bs, const char *text);
 void ort_bs_append_escaped(ort_bs *bs, const char *text); // as by ort_escape
 void ort_bs_append_byte(ort_bs *bs, char byte);

@@ -42,6 +42,14 @@
 /** Nesting depth of elements, skipped ones included: stacks that grow with the depth. */
 #define ORT_LIMIT_DEPTH 4000000
 
+/** Elements that one walk over a scene shows, those within references included: ten levels of ten
+ * `use` each. */
+#define ORT_LIMIT_EXPANDED 4000000
+
+/** References within references (a pattern in a mask in a clip path) that one walk may follow, each
+ * of which needs a walk of its own: the stack would grow with them. */
+#define ORT_LIMIT_REFERENCE_DEPTH 64
+
 /** Depth of \@import: style sheets that import each other. */
 #define ORT_LIMIT_IMPORT_DEPTH 8
 /** Sheets that one drawing's sheets may import in all. */

@@ -141,19 +141,26 @@ ORT_API const char *svg_get_desc_text(const svg_parser *parser);
 /** The same for metadata, as a child of the outermost svg element. */
 ORT_API const char *svg_get_metadata(const svg_parser *parser);
 
-/** Budgets of one parse; 0 means the default of core/ort_limits.h. */
+/** The core that a parser was made with. */
+ORT_API ort_core *svg_get_core(const svg_parser *parser);
+
+/** Budgets of one drawing; 0 means the default of core/ort_limits.h. */
 typedef struct svg_limits {
   uint64_t nodes;        /**< element and text nodes: ORT_LIMIT_NODES */
   uint32_t depth;        /**< nesting of elements: ORT_LIMIT_DEPTH */
   float entity_factor;   /**< ORT_LIMIT_ENTITY_FACTOR */
   uint64_t entity_start; /**< in bytes: ORT_LIMIT_ENTITY_START */
   uint64_t recorded;     /**< in bytes: ORT_LIMIT_RECORDED; 1: the input is always read twice */
+  uint64_t expanded;     /**< elements that a walk over a scene shows: ORT_LIMIT_EXPANDED */
 } svg_limits;
 
 /** Sets the budgets before svg_parse; null: the defaults. Past them svg_parse raises ORT_E_LIMIT,
  * for entities (but not for default attributes, which count like them) ORT_E_XML. Past `recorded`
- * it only becomes slower. */
+ * it only becomes slower. `expanded` is looked at by scene/svg_scene.h. */
 ORT_API void svg_set_limits(svg_parser *parser, const svg_limits *limits);
+
+/** Stores the budgets as they hold, none of them 0. */
+ORT_API void svg_get_limits(const svg_parser *parser, svg_limits *limits);
 
 /** Where a value came from. */
 typedef enum svg_source {

@@ -45,7 +45,12 @@ void svg_set_limits(svg_parser *p, const svg_limits *limits) {
       wanted.entity_factor != 0 ? wanted.entity_factor : ORT_LIMIT_ENTITY_FACTOR;
   p->limits.entity_start = wanted.entity_start != 0 ? wanted.entity_start : ORT_LIMIT_ENTITY_START;
   p->limits.recorded = wanted.recorded != 0 ? wanted.recorded : ORT_LIMIT_RECORDED;
+  p->limits.expanded = wanted.expanded != 0 ? wanted.expanded : ORT_LIMIT_EXPANDED;
 }
+
+void svg_get_limits(const svg_parser *p, svg_limits *limits) { *limits = p->limits; }
+
+ort_core *svg_get_core(const svg_parser *p) { return p->core; }
 
 void svg_set_element_observer(svg_parser *p, svg_element_observer_fn observer, void *user) {
   p->element_observer = observer;

@@ -36,6 +36,36 @@
   X(text_anchor, 40)                X(text_decoration, 41)   X(unicode_bidi, 42)      X(visibility, 43)       \
   X(word_spacing, 44)               X(writing_mode, 45)                                                       \
 
+/** The attributes that have values, each with its row. Where attributes of one name have several rows,
+ * a name of elements stands before it: rx is that of rect, ellipse_rx that of ellipse; cx, r, x1 are
+ * those of shapes, gradient_cx those of gradients; text_x is that of text, tspan_x of tref and tspan;
+ * font_family and its like are those of font-face, x and width those of all elements but mask, text
+ * and (width) svg. A "-" and a ":" of a name is a "_" here. */
+#define SVG_ATTRIBUTES(X) \
+  X(ascent, 47)               X(cap_height, 49)           X(clipPathUnits, 51)        X(cx, 52)                  \
+  X(gradient_cx, 53)          X(cy, 54)                   X(gradient_cy, 55)          X(d, 56)                   \
+  X(descent, 57)              X(dx, 58)                   X(dy, 59)                   X(font_family, 61)         \
+  X(font_size, 62)            X(font_stretch, 63)         X(font_style, 64)           X(font_variant, 65)        \
+  X(font_weight, 66)          X(fx, 67)                   X(fy, 68)                   X(g1, 69)                  \
+  X(g2, 70)                   X(glyph_name, 71)           X(gradientTransform, 72)    X(gradientUnits, 73)       \
+  X(height, 74)               X(svg_height, 75)           X(mask_height, 76)          X(font_horiz_adv_x, 77)    \
+  X(horiz_adv_x, 78)          X(horiz_origin_x, 79)       X(horiz_origin_y, 80)       X(k, 82)                   \
+  X(lengthAdjust, 83)         X(markerHeight, 84)         X(markerUnits, 85)          X(markerWidth, 86)         \
+  X(maskContentUnits, 87)     X(maskUnits, 88)            X(offset, 90)               X(orient, 91)              \
+  X(patternContentUnits, 92)  X(patternTransform, 93)     X(patternUnits, 94)         X(points, 95)              \
+  X(preserveAspectRatio, 96)  X(r, 97)                    X(gradient_r, 98)           X(refX, 99)                \
+  X(refY, 100)                X(rotate, 101)              X(ellipse_rx, 102)          X(rx, 103)                 \
+  X(ellipse_ry, 104)          X(ry, 105)                  X(slope, 106)               X(spreadMethod, 107)       \
+  X(startOffset, 108)         X(style, 109)               X(systemLanguage, 110)      X(textLength, 111)         \
+  X(transform, 112)           X(u1, 114)                  X(u2, 115)                  X(underline_position, 116) \
+  X(underline_thickness, 117) X(unicode, 118)             X(units_per_em, 119)        X(viewBox, 120)            \
+  X(width, 121)               X(svg_width, 122)           X(mask_width, 123)          X(x, 124)                  \
+  X(text_x, 125)              X(mask_x, 126)              X(tspan_x, 127)             X(x_height, 128)           \
+  X(x1, 129)                  X(gradient_x1, 130)         X(x2, 131)                  X(gradient_x2, 132)        \
+  X(xlink_href, 133)          X(xlink_title, 134)         X(xml_base, 135)            X(xml_space, 137)          \
+  X(y, 138)                   X(text_y, 139)              X(mask_y, 140)              X(tspan_y, 141)            \
+  X(y1, 142)                  X(gradient_y1, 143)         X(y2, 144)                  X(gradient_y2, 145)        \
+
 /** The keywords, in the order of their ids, which begin at 1. One text has one id, whichever attribute
  * it is a keyword of. */
 #define SVG_KEYWORDS(X) \
@@ -73,6 +103,8 @@
 #define SVG_NAME_ELEMENT(name)       SVG_ELEM_##name,
 /** A property's enumerator. */
 #define SVG_NAME_PROPERTY(name, row) SVG_PROP_##name = (row),
+/** An attribute's enumerator. */
+#define SVG_NAME_ATTRIBUTE(name, row) SVG_ATTR_##name = (row),
 /** A keyword's enumerator. */
 #define SVG_NAME_KEYWORD(name)       SVG_KW_##name,
 /* clang-format on */
@@ -93,23 +125,9 @@ typedef enum svg_keyword {
 #undef SVG_NAME_PROPERTY
 #undef SVG_NAME_KEYWORD
 
-/** Attributes that the reader itself looks at, and the number of rows. */
-enum {
-  SVG_ATTR_font_family = 61, /**< this and the next five: of font-face */
-  SVG_ATTR_font_size,
-  SVG_ATTR_font_stretch,
-  SVG_ATTR_font_style,
-  SVG_ATTR_font_variant,
-  SVG_ATTR_font_weight,
-  SVG_ATTR_svg_height = 75,
-  SVG_ATTR_style = 109,
-  SVG_ATTR_systemLanguage = 110,
-  SVG_ATTR_transform = 112,
-  SVG_ATTR_viewBox = 120,
-  SVG_ATTR_svg_width = 122,
-  SVG_ATTR_x = 124, /**< single lengths: not those of text, tref, tspan, mask */
-  SVG_ATTR_y = 138,
-  SVG_ATTR_COUNT = 147
-};
+/** Attributes, and the number of rows. */
+enum { SVG_ATTRIBUTES(SVG_NAME_ATTRIBUTE) SVG_ATTR_COUNT = 147 };
+
+#undef SVG_NAME_ATTRIBUTE
 
 #endif

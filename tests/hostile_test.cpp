@@ -140,7 +140,7 @@ TEST(Hostile, BudgetsEndAttacks) {
   options.memory_budget = options.inflate_budget = 1 << 20;
   for (const auto &c : cases) {
     Document document(c.drawing, options, [](svg_parser *p) {
-      const svg_limits limits = {10000, 1000, 2, 100000, 0};
+      const svg_limits limits = {10000, 1000, 2, 100000, 0, 0};
       svg_set_limits(p, &limits);
     });
     EXPECT_NE(document.messages().find(c.message), std::string::npos)

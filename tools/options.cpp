@@ -109,7 +109,7 @@ static void add_reading_options(CLI::App &app, Options &options) {
         std::tuple("--refuse-property", &reading.refused_properties, "NAME",
                    "Refuse drawings with this unsupported property (repeatable)"),
         std::tuple("--limit", &options.limits, "NAME=N",
-                   "Set memory, inflated, recorded (bytes), growth, nodes or depth (repeatable)")})
+                   "Set memory, inflated, recorded (bytes), growth, nodes, depth or expanded (repeatable)")})
     option(name, *values, argument, text)
         ->expected(1)
         ->allow_extra_args(false)
@@ -151,6 +151,8 @@ static std::string take_limit(const std::string &text, ReadSettings &reading) {
     limits.depth = static_cast<uint32_t>(std::min<uint64_t>(number, UINT32_MAX));
   else if (name == "recorded")
     limits.recorded = number;
+  else if (name == "expanded")
+    limits.expanded = number;
   else
     return "--limit " + text + ": no limit has the name '" + std::string(name) + "'";
   return "";

@@ -83,8 +83,12 @@ void fuzz_read(const std::string &drawing, const FuzzInput &input, const std::st
     if (!(of_host & 4)) p->css_context_ = &context;
     p->block_size = block_sizes[set[FuzzInput::BLOCK] % std::size(block_sizes)];
     if (const unsigned limits = set[FuzzInput::LIMITS]) {
-      const svg_limits tight = {limits % 8 ? 1ULL << limits % 8 : 0, limits / 8 % 8 * 2,
-                                limits / 64 ? 1.5f : 0.0f, limits / 64 * 100, limits % 32 * 1000};
+      const svg_limits tight = {limits % 8 ? 1ULL << limits % 8 : 0,
+                                limits / 8 % 8 * 2,
+                                limits / 64 ? 1.5f : 0.0f,
+                                limits / 64 * 100,
+                                limits % 32 * 1000,
+                                0};
       svg_set_limits(p, &tight);
     }
   });

@@ -46,8 +46,21 @@ static constexpr bool is_named(int row, std::string_view name) {
 
 #define SVG_ASSERT_NAME(property, row) static_assert(is_named(row, DASHED<#property>.text));
 SVG_PROPERTIES(SVG_ASSERT_NAME)
-static_assert(is_named(SVG_ATTR_style, "style") && is_named(SVG_ATTR_transform, "transform") &&
-              is_named(SVG_ATTR_systemLanguage, "systemLanguage"));
+
+// The name of an attribute, or its end where a name of elements stands before it.
+static constexpr bool ends_like(int row, std::string_view name) {
+  const std::string_view full = ATTRIBUTES[row].name;
+  if (IS_PROPERTY[static_cast<size_t>(row)] || full.size() > name.size()) return false;
+  const auto same_or_underscore = [](char a, char b) {
+    return a == b || (b == '_' && (a == '-' || a == ':'));
+  };
+  const size_t before = name.size() - full.size();
+  return (before == 0 || name[before - 1] == '_') &&
+         std::ranges::equal(full, name.substr(before), same_or_underscore);
+}
+
+#define SVG_ASSERT_ATTRIBUTE(name, row) static_assert(ends_like(row, #name));
+SVG_ATTRIBUTES(SVG_ASSERT_ATTRIBUTE)
 
 // Lists of keywords hold keywords only, and every keyword is in some list.
 static_assert([] {

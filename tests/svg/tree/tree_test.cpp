@@ -106,9 +106,9 @@ TEST(Tree, RefusedNamesEndTheParse) {
 
 TEST(Tree, LimitsOfNodesAndDepth) {
   const std::pair<svg_limits, const char *> cases[] = {
-      {{4, 3, 0, 0, 0}, ""},
-      {{3, 0, 0, 0, 1}, "Limit of 3 nodes exceeded\n"},
-      {{0, 2, 0, 0, 0}, "Limit of 2 nested elements exceeded\n"}};
+      {{4, 3, 0, 0, 0, 0}, ""},
+      {{3, 0, 0, 0, 1, 0}, "Limit of 3 nodes exceeded\n"},
+      {{0, 2, 0, 0, 0, 0}, "Limit of 2 nested elements exceeded\n"}};
   for (const auto &[limits, message] : cases) {
     const svg_limits *tried = &limits;
     EXPECT_EQ(Document("<svg><g><g/><g/></g></svg>", AccountingCore::defaults(),

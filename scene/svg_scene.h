@@ -1,0 +1,271 @@
+/** @file
+ * A drawing resolved: computed styles, geometry, boxes, and one call that paints it into callbacks.
+ *
+ * A scene stands on the finished tree of a parser (svg/svg.h) and reads it as any host could. It
+ * answers what every host that draws, prints, plots or cuts needs to know: which value holds, what
+ * is inherited, how long a length is, where a gradient lies, what a `use` shows. The scene belongs
+ * to the thread of its core and must be deleted before its parser.
+ *
+ * Unless said otherwise, pointers must not be null, numbers are finite, lengths are in user units,
+ * and records that a callback receives are valid during the call. A matrix a b c d e f maps (x, y)
+ * to (a x + c y + e, b x + d y + f). A box is x, y, width, height. Functions that say "raises"
+ * leave by a non-local exit to the nearest ort_protect (core/ort.h); callbacks may raise.
+ */
+#ifndef SVG_SCENE_H
+#define SVG_SCENE_H
+
+#include "../svg/svg.h"
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/** A drawing resolved. */
+typedef struct svg_scene svg_scene;
+
+/** What a host chooses for a scene. */
+typedef struct svg_scene_options {
+  double dpi;             /**< user units (pixels) of an inch; 0: 96 */
+  double medium;          /**< font-size of the keyword "medium", the initial value; 0: 12 */
+  double viewport_width;  /**< what a width of the outermost svg in percent is a percentage of; 0:
+                               the width of its viewBox, or 300 */
+  double viewport_height; /**< the same for its height; 0: the height of its viewBox, or 150 */
+} svg_scene_options;
+
+/** Makes the scene of a drawing.
+ * @param parser   svg_parse has returned; it must outlive the scene
+ * @param svg      the outermost svg element, as svg_parse gave it
+ * @param options  copied; null: the defaults
+ * @return the scene, deleted with svg_scene_delete
+ * @raises ORT_E_NO_MEMORY */
+ORT_API svg_scene *svg_scene_new(svg_parser *parser, svg_e_node *svg,
+                                 const svg_scene_options *options);
+
+/** Deletes a scene; null is allowed. */
+ORT_API void svg_scene_delete(svg_scene *scene);
+
+/** Size of the drawing in user units, as its width and height say (SVG 1.1, 7.2).
+ * @param scene   the scene
+ * @param width   receives the width; may be null
+ * @param height  receives the height; may be null */
+ORT_API void svg_scene_get_size(const svg_scene *scene, double *width, double *height);
+
+/* ---- Computed style --------------------------------------------------------------------------- */
+
+/** A number that may be missing. */
+typedef struct svg_scene_number {
+  int32_t key;  /**< keyword id (auto, none, sub, super ...), or 0: value holds */
+  double value; /**< in user units where it is a length */
+} svg_scene_number;
+
+/** The computed value of a paint property, its target not yet looked at. */
+typedef struct svg_scene_paint_value {
+  uint8_t kind;           /**< SVG_PAINT_NONE, _RGB, _IRI or _COLOR */
+  uint32_t rgb;           /**< 0x00RRGGBB of _RGB and _COLOR */
+  const svg_color *color; /**< the extension of _COLOR, else null */
+  const svg_iri *iri;     /**< of _IRI, else null */
+} svg_scene_paint_value;
+
+/** Bits of text-decoration. */
+enum {
+  SVG_DECORATION_UNDERLINE = 1,
+  SVG_DECORATION_OVERLINE = 2,
+  SVG_DECORATION_LINE_THROUGH = 4,
+  SVG_DECORATION_BLINK = 8
+};
+
+/** Computed values of all properties (SVG 1.1, 6.2 and the property index): the winner of all
+ * declarations, inherited where the property or "inherit" says so, else the initial value. Fields
+ * of keywords hold keyword ids. */
+typedef struct svg_scene_style {
+  uint32_t color;                         /**< 0x00RRGGBB; what currentColor meant */
+  svg_scene_paint_value background_color; /**< SVG_PAINT_NONE: transparent */
+  svg_scene_paint_value fill, stroke, stop_color;
+  double fill_opacity, stroke_opacity, stop_opacity, opacity; /**< 0 to 1 */
+  int32_t fill_rule, clip_rule;
+  double stroke_width; /**< 0 or more */
+  int32_t stroke_linecap, stroke_linejoin;
+  double stroke_miterlimit; /**< 1 or more */
+  double stroke_dashoffset;
+  const double *stroke_dasharray; /**< an even number of lengths that are not all 0, or null */
+  size_t stroke_dash_count;
+  const svg_e_node *clip_path, *mask; /**< elements of the right kind, or null */
+  const svg_e_node *marker_start, *marker_mid, *marker_end;
+  int32_t clip_key;    /**< SVG_KW_auto or SVG_KW_rect */
+  double clip_rect[4]; /**< top, right, bottom, left offsets of rect() */
+  int32_t display, visibility, overflow;
+  const svg_an_key_name_list *font_family; /**< null: the host's own choice */
+  double font_size;
+  svg_scene_number font_size_adjust; /**< SVG_KW_none, or a number */
+  int32_t font_stretch, font_style, font_variant;
+  int32_t font_weight;                 /**< 100 to 900 */
+  svg_scene_number baseline_shift;     /**< SVG_KW_baseline, _sub, _super, or a length */
+  svg_scene_number kerning;            /**< SVG_KW_auto, or a length */
+  double letter_spacing, word_spacing; /**< 0 for normal */
+  int32_t text_anchor, direction, unicode_bidi, writing_mode, glyph_orientation_vertical;
+  int32_t text_decoration;                   /**< SVG_DECORATION_* of the element itself */
+  const svg_an_color_profile *color_profile; /**< null: auto */
+} svg_scene_style;
+
+/* ---- What is painted -------------------------------------------------------------------------- */
+
+/** A stop of a gradient. */
+typedef struct svg_scene_stop {
+  double offset;          /**< 0 to 1, not below that of the stop before */
+  uint32_t rgb;           /**< 0x00RRGGBB */
+  const svg_color *color; /**< with its extension, or null */
+  double opacity;         /**< 0 to 1 */
+} svg_scene_stop;
+
+/** A gradient with all that it takes from the gradients that it refers to (SVG 1.1, 13.2). */
+typedef struct svg_scene_gradient {
+  const svg_e_node *element;   /**< the gradient that the paint names */
+  int32_t radial;              /**< 0: linear */
+  double x1, y1, x2, y2;       /**< the vector of a linear gradient */
+  double cx, cy, r, fx, fy;    /**< of a radial one; the focal point is inside of the circle */
+  double matrix[6];            /**< from the gradient's space to the user space of what it paints;
+                                    never singular */
+  int32_t spread;              /**< SVG_KW_pad, SVG_KW_reflect, SVG_KW_repeat */
+  const svg_scene_stop *stops; /**< at least two */
+  size_t stop_count;
+} svg_scene_gradient;
+
+/** A pattern (SVG 1.1, 13.3), its content painted by svg_scene_paint_pattern. */
+typedef struct svg_scene_pattern {
+  const svg_e_node *element; /**< the pattern that the paint names */
+  double tile[4];            /**< in the pattern's space; width and height are above 0 */
+  double matrix[6];          /**< from the pattern's space to the user space of what it paints */
+  const svg_e_node *content; /**< the pattern whose children are the content */
+  double content_matrix[6];  /**< from the content's user space to the pattern's space */
+  int32_t clipped;           /**< not 0: the content is cut at the tile */
+} svg_scene_pattern;
+
+/** Kinds of resolved paints. */
+typedef enum svg_scene_paint_kind {
+  SVG_SCENE_PAINT_NONE,     /**< nothing is painted */
+  SVG_SCENE_PAINT_COLOR,    /**< rgb, color, opacity */
+  SVG_SCENE_PAINT_GRADIENT, /**< gradient, opacity */
+  SVG_SCENE_PAINT_PATTERN   /**< pattern, opacity */
+} svg_scene_paint_kind;
+
+/** A paint ready for use: what cannot be painted has become its fallback, a single color or none.
+ */
+typedef struct svg_scene_paint {
+  svg_scene_paint_kind kind;
+  uint32_t rgb;                       /**< 0x00RRGGBB of a color */
+  const svg_color *color;             /**< with its extension, or null */
+  double opacity;                     /**< fill-opacity or stroke-opacity, 0 to 1, for all kinds */
+  const svg_scene_gradient *gradient; /**< null for other kinds */
+  const svg_scene_pattern *pattern;   /**< null for other kinds */
+} svg_scene_paint;
+
+/** A clip path (SVG 1.1, 14.3), its content painted by svg_scene_paint_clip. */
+typedef struct svg_scene_clip {
+  const svg_e_node *element;
+  double matrix[6]; /**< from the content's user space to that of what is clipped */
+} svg_scene_clip;
+
+/** A mask (SVG 1.1, 14.4), its content painted by svg_scene_paint_mask. */
+typedef struct svg_scene_mask {
+  const svg_e_node *element;
+  double area[4];   /**< in the user space of what is masked; nothing shows outside of it */
+  double matrix[6]; /**< from the content's user space to that of what is masked */
+} svg_scene_mask;
+
+/** What all painted things have in common. */
+typedef struct svg_scene_item {
+  const svg_e_node *element;    /**< the element that is painted */
+  const svg_e_node *use;        /**< the innermost use through which it is shown, or null */
+  const svg_scene_style *style; /**< its computed style, through the use */
+  double matrix[6];             /**< from its user space to that of the group around it */
+  double ctm[6];                /**< from its user space to that of the whole walk */
+} svg_scene_item;
+
+/** A group: an element with children, or a shape, image or text that has an opacity, a clip, a mask
+ * or a link. All of it is applied in the group's own user space. Elements that only pass on their
+ * style make no group. */
+typedef struct svg_scene_group {
+  svg_scene_item item;
+  double opacity;             /**< 0 to 1, of the group as a whole */
+  const svg_scene_clip *clip; /**< or null */
+  const svg_scene_mask *mask; /**< or null */
+  int32_t has_viewport;       /**< not 0: nothing shows outside of viewport */
+  double viewport[4];         /**< the overflow clip of svg, symbol, marker */
+  const svg_iri *link;        /**< target of an a element, else null */
+} svg_scene_group;
+
+/** A shape. */
+typedef struct svg_scene_shape {
+  svg_scene_item item;
+  const svg_pada *segments; /**< its outline in its user space */
+  size_t segment_count;     /**< 1 or more */
+  svg_scene_paint fill;     /**< painted first */
+  int32_t fill_rule;        /**< SVG_KW_nonzero or SVG_KW_evenodd; in a clip path its clip-rule */
+  svg_scene_paint stroke;   /**< none when its width is 0. Its other parameters are in the style */
+} svg_scene_shape;
+
+/** An image. */
+typedef struct svg_scene_image {
+  svg_scene_item item;
+  double area[4];            /**< its rectangle; width and height are above 0 */
+  const svg_iri *iri;        /**< where the picture is */
+  const unsigned char *data; /**< of embedded data, else null */
+  size_t size;               /**< their number of bytes */
+  int32_t align, meet;       /**< preserveAspectRatio, as in svg_an_aspect */
+  int32_t clipped;           /**< not 0: nothing shows outside of area */
+} svg_scene_image;
+
+/** A decoration line and how it is painted: as the element that asked for it (CSS 2.1, 16.3.1). */
+typedef struct svg_scene_decoration {
+  int32_t lines; /**< SVG_DECORATION_* */
+  svg_scene_paint fill, stroke;
+  const svg_scene_style *style; /**< of that element: its stroke parameters and font-size */
+} svg_scene_decoration;
+
+/** Bits of svg_scene_run.flags. */
+enum {
+  SVG_RUN_X = 0x1,      /**< x is given; else the run begins where the one before it ended */
+  SVG_RUN_Y = 0x2,      /**< the same for y */
+  SVG_RUN_CHUNK = 0x4,  /**< it begins a text chunk, which text-anchor aligns (SVG 1.1, 10.5) */
+  SVG_RUN_FIRST = 0x8,  /**< the first run of its text element */
+  SVG_RUN_LAST = 0x10,  /**< the last run of its text element */
+  SVG_RUN_PLACED = 0x20 /**< the host measures: x and y are where it is drawn, all else is done */
+};
+
+/** Characters of one style that are drawn together: a text element is a sequence of runs. A
+ * character with a position or rotation of its own begins a run. White space has been treated by
+ * xml:space (SVG 1.1, 10.15). */
+typedef struct svg_scene_run {
+  svg_scene_item item; /**< element: the text, tspan, tref, textPath or a that holds the text */
+  const char *text;    /**< UTF-8, not empty, ends with a NUL */
+  size_t length;       /**< its bytes */
+  uint32_t flags;      /**< SVG_RUN_* */
+  double x, y;         /**< the origin of its first character on the baseline */
+  double dx, dy;       /**< to be added to it; 0 when placed */
+  double rotate;       /**< of each of its characters, in degrees, about its origin */
+  double stretch;      /**< factor of its glyphs along the line (textLength), 1 else */
+  double spacing;      /**< to be added after each character: letter-spacing and textLength */
+  double advance;      /**< as measured, when placed */
+  svg_scene_paint fill, stroke;
+  const svg_scene_decoration *decorations; /**< outermost first */
+  size_t decoration_count;
+} svg_scene_run;
+
+/** What a host is told, in the order of painting; each may be null. Glyphs of SVG fonts are shapes,
+ * whose element is the glyph. */
+typedef struct svg_scene_callbacks {
+  void (*begin_group)(void *user, const svg_scene_group *group);
+  void (*end_group)(void *user, const svg_scene_group *group); /**< with an equal record */
+  void (*shape)(void *user, const svg_scene_shape *shape);
+  void (*image)(void *user, const svg_scene_image *image);
+  void (*text)(void *user, const svg_scene_run *run);
+  /** The advance of a run along its line in user units, with its letter and word spacing but
+   * without stretch. With it the scene places all text: anchors, textLength, text on a path. */
+  double (*measure)(void *user, const svg_scene_run *run);
+} svg_scene_callbacks;
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
