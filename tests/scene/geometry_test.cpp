@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <charconv>
 #include <gtest/gtest.h>
 #include <numbers>
@@ -6,10 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "scene/scene_geometry.h"
-#include "svg/svg.h"
-#include "tests/support/accounting_core.h"
+#include "scene/scene_length.h"
 #include "tests/support/cases.h"
+#include "tests/support/reader.h"
 
 namespace {
 
@@ -260,6 +260,127 @@ M0 0C0 5 5 0 0 0 -> s 0,0 90, e 0,0 180)",
                  }
                  return result;
                });
+}
+
+// ---- Outlines and lengths -----------------------------------------------------------------------
+
+std::string path_text(const svg_pada *runs, size_t count) {
+  std::string result;
+  for (size_t i = 0; i < count; ++i) {
+    result += (i == 0 ? "" : " ") + std::string(1, "?MLCZ"[runs[i].type]);
+    for (int k = 0; k < 2 * runs[i].count; ++k)
+      result += (k == 0 ? "" : k % 2 == 0 ? " " : ",") + text(runs[i].points[k]);
+  }
+  return result;
+}
+
+class Outlines : public Geometry {
+protected:
+  Outlines() {
+    EXPECT_EQ(core.protect([&] { scene = svg_scene_new(drawing.parser, drawing.svg, nullptr); }),
+              0);
+  }
+  ~Outlines() override { svg_scene_delete(scene); }
+
+  // In a viewport of 200 by 100, with a font-size of 10.
+  std::string outline(const std::string &element) {
+    Document document("<svg xmlns='http://www.w3.org/2000/svg'><" + element + " id='e'/></svg>");
+    svg_scene_style style = {};
+    style.font_size = 10;
+    const svg_scene_path path = svg_scene_outline(scene, {document.find("e"), &style, {200, 100}});
+    return path_text(path.runs, path.count);
+  }
+
+  Document drawing{"<svg xmlns='http://www.w3.org/2000/svg'/>"};
+  AccountingCore &core = drawing.core;
+  svg_scene *scene = nullptr;
+};
+
+TEST_F(Outlines, OfShapes) {
+  expect_cases(R"(
+rect x='1' y='2' width='10' height='20' -> M1,2 L11,2 11,22 1,22 Z
+rect width='10%' height='10%' rx='0' ry='5' -> M0,0 L20,0 20,10 0,10 Z
+rect width='10' height='20' rx='2' -> M2,0 L8,0 C9.10457,0 10,0.895431 10,2 L10,18 C10,19.1046 9.10457,20 8,20 L2,20 C0.895431,20 0,19.1046 0,18 L0,2 C0,0.895431 0.895431,0 2,0 Z
+rect width='1em' height='20' rx='-1' ry='8' -> M5,0 C7.76142,0 10,3.58172 10,8 L10,12 C10,16.4183 7.76142,20 5,20 2.23858,20 0,16.4183 0,12 L0,8 C0,3.58172 2.23858,0 5,0 Z
+rect width='10' height='20' rx='99' ry='99' -> M5,0 C7.76142,0 10,4.47715 10,10 10,15.5228 7.76142,20 5,20 2.23858,20 0,15.5228 0,10 0,4.47715 2.23858,0 5,0 Z
+rect width='0' height='5' -> | rect width='5' height='-5' -> | rect width='5' ->
+rect x='1e308' width='1e308' height='1' -> | circle r='0' -> | ellipse rx='1' ry='-1' -> | circle cx='1.7e308' r='1e308' ->
+ellipse cx='5' cy='5' rx='1' ry='2' -> M6,5 C6,6.10457 5.55228,7 5,7 4.44772,7 4,6.10457 4,5 4,3.89543 4.44772,3 5,3 5.55228,3 6,3.89543 6,5 Z
+circle cx='50%' cy='50%' r='2px' -> M102,50 C102,51.1046 101.105,52 100,52 98.8954,52 98,51.1046 98,50 98,48.8954 98.8954,48 100,48 101.105,48 102,48.8954 102,50 Z
+line x1='1' y1='2' x2='3' y2='4' -> M1,2 L3,4 | line x1='1' y1='2' x2='1in' y2='2' -> M1,2 L96,2 | line -> M0,0 L0,0
+polyline points='1 2 3 4 5 6' -> M1,2 L3,4 5,6 | polyline points='1 2 3 4 5' -> M1,2 L3,4 | polyline points='1 2 3' ->
+polyline points='1 2 10% 10%' -> M1,2 L20,10 | polyline ->
+polygon points='1 2 3 4' -> M1,2 L3,4 Z | polygon points='1 2' -> M1,2 Z | polygon points='1' ->
+path d='M1 2h3q3 0 3 3z' -> M1,2 L4,2 C6,2 7,3 7,5 Z | path d='M1 2' -> | path -> | g ->)",
+               [&](const std::string &element) { return outline(element); });
+}
+
+TEST_F(Outlines, CutLongRuns) {
+  std::string points;
+  for (int i = 0; i < 10002; ++i) points += " 1 1";
+  const std::string path = outline("polygon points='" + points + "'");
+  EXPECT_EQ(std::count(path.begin(), path.end(), 'L'), 3);
+  EXPECT_EQ(std::count(path.begin(), path.end(), ','), 10002);
+}
+
+TEST_F(Outlines, HaveLengths) {
+  // PATH, ; DISTANCE... -> length; x,y angle of each distance
+  expect_cases(
+      R"(
+M1 1; 0 -> 0; none | M0 0h10v10; 0 5 10 15 20 21 -1 -> 20; 0,0 0; 5,0 0; 10,0 90; 10,5 90; 10,10 90; none; none
+M0 0h10M50 50v10; 5 15 -> 20; 5,0 0; 50,55 90 | M0 0h3v4z; 12 9.5 -> 12; 0,0 -126.87; 1.5,2 -126.87
+M0 0h0v0h4h0; 4 0 -> 4; 4,0 0; 0,0 0 | M0 0zzh2; 1 -> 2; 1,0 0
+M0 0C0 0 9 0 9 0; 4.5 9 0 -> 9; 4.5,0 0; 9,0 0; 0,0 0
+M0 0C30 0-20 0 10 0; 5 15 -> 30; 5,0 0; 5,0 180 | M0 0C10 10 0 10 10 0; 0 -> 18.2843; 0,0 45
+M0 10A10 10 0 0 1 0-10; -> 31.4203)",
+      [&](const std::string &input) {
+        std::istringstream in(input);
+        std::string data;
+        std::getline(in, data, ';');
+        const Runs runs = path(data);
+        svg_scene_measure *measure = svg_scene_measure_path(scene, {runs.data(), runs.size()});
+        std::string result = text(svg_scene_path_length(measure));
+        for (double distance : numbers(in)) {
+          svg_scene_point p;
+          double angle;
+          result +=
+              svg_scene_point_at(measure, distance, &p, &angle)
+                  ? "; " + text(p.x) + "," + text(p.y) + " " + text(angle * 180 / std::numbers::pi)
+                  : "; none";
+        }
+        return result;
+      });
+}
+
+// Against chords of a million parts: cusps, loops and stretched curves too.
+TEST_F(Outlines, OfCurvesHaveExactLengths) {
+  std::mt19937 random(3);
+  std::uniform_real_distribution<double> coordinate(-50, 50);
+  for (int i = 0; i < 60; ++i) {
+    double n[8];
+    for (double &number : n) number = coordinate(random);
+    if (i % 3 == 0) n[4] = n[0], n[5] = n[1] + 1e-4 * i, n[6] = n[2], n[7] = n[3]; // nearly cusps
+    const svg_pada runs[] = {{SVG_PADA_MOVETO, 1, n}, {SVG_PADA_CURVETO, 3, n + 2}};
+    svg_scene_measure *measure = svg_scene_measure_path(scene, {runs, 2});
+    svg_scene_steps steps(runs, 2);
+    svg_scene_step curve;
+    ASSERT_TRUE(steps.next(&curve) && steps.next(&curve));
+    double length = 0;
+    svg_scene_point before = curve.from;
+    constexpr int parts = 1 << 16;
+    for (int k = 1; k <= parts; ++k) {
+      const svg_scene_point here = svg_scene_curve_point(curve, static_cast<double>(k) / parts);
+      length += std::hypot(here.x - before.x, here.y - before.y);
+      before = here;
+      if (k % (parts / 8) != 0) continue;
+      svg_scene_point p;
+      double angle;
+      ASSERT_TRUE(svg_scene_point_at(measure, std::min(length, svg_scene_path_length(measure)), &p,
+                                     &angle));
+      EXPECT_LT(std::hypot(p.x - here.x, p.y - here.y), 1e-3) << i << " " << k;
+    }
+    EXPECT_NEAR(svg_scene_path_length(measure), length, 1e-5 * length) << i;
+  }
 }
 
 } // namespace
