@@ -114,8 +114,9 @@ const svg_e_node *svg_scene_href_of(const svg_e_node *element);
 // ---- Style (scene_style.cpp) --------------------------------------------------------------------
 
 // The style of an element from that of its parent (null: from initial values). style must not be
-// parent; what it points to lies on the stack or belongs to the parser or to the parent's.
-void svg_scene_compute_style(svg_scene *scene, const svg_e_node *element,
+// parent; what it points to lies on the stack or belongs to the parser or to the parent's. False
+// when the element has no properties of its own.
+bool svg_scene_compute_style(svg_scene *scene, const svg_e_node *element,
                              const svg_scene_style *parent, const double viewport[2],
                              svg_scene_style *style);
 

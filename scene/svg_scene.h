@@ -107,6 +107,15 @@ typedef struct svg_scene_style {
   const svg_an_color_profile *color_profile; /**< null: auto */
 } svg_scene_style;
 
+/** Computes the style of an element from its place in the tree (not through a `use`).
+ * @param scene    the scene
+ * @param element  any element of the drawing
+ * @param style    receives it. Its arrays are the scene's and valid until the next call with this
+ *     scene
+ * @raises ORT_E_NO_MEMORY */
+ORT_API void svg_scene_get_style(svg_scene *scene, const svg_e_node *element,
+                                 svg_scene_style *style);
+
 /* ---- What is painted -------------------------------------------------------------------------- */
 
 /** A stop of a gradient. */
