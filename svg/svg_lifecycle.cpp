@@ -27,12 +27,7 @@ svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const char *file
   p->nottol_elements_num = nottol_elements_num;
   p->nottol_props = nottol_props;
   p->nottol_props_num = nottol_props_num;
-  p->value_ok = 1;
-  p->savelem = SVG_NO_ELEMENT;
-  p->skip_level = SVG_NO_SKIP;
   p->log_level = ort_logg_getlevel(core, ORT_LOG_READER);
-  p->value_link = -1;
-  p->block_size = SVG_BLOCK_SIZE;
   svg_set_limits(p, nullptr);
   return p;
 }

@@ -1,9 +1,9 @@
-// svg_parser.h: the state of one parse, shared by the reader's own files. Hosts see it as an opaque
-// svg_parser.
+// svg_parser.h: the state of one parse, in the parts that its subsystems work on. Hosts see it as
+// an opaque svg_parser.
 //
-// Every owned field is at any moment either null or valid, so that svg_parser_delete can free a
-// half-built parse after an error. What each subsystem offers to the others is declared in its own
-// header beside this one.
+// Functions take the narrowest part that does. What is owned is at any moment either null or valid,
+// so that svg_parser_delete can free a half-built parse after an error; svg/tree/svg_document.cpp
+// makes and frees it. All else begins as it is written here.
 #ifndef SVG_PARSER_H
 #define SVG_PARSER_H
 
@@ -74,117 +74,197 @@ struct svg_lines {
   bool wide;      // characters have two bytes
 };
 
-struct svg_parser {
-  ort_core *core;
-  int32_t font_number;
-  const char *filename;
-  const css_context *css_context_; // handed unchanged to the CSS engine
-  XML_Parser xml;                  // null outside a pass
-  int32_t no_namespaces;           // a pass was restarted without namespace processing
-  int32_t value_ok;                // 0 between a value error and its handling
-  int32_t in_style_attr;
-  const char *const *nottol_elements;
-  int32_t nottol_elements_num;
-  const char *const *nottol_props;
-  int32_t nottol_props_num;
-  const char *elem_name; // local name of the start tag being handled, in Expat's buffer; else null
-  const char *attr_name;
-  const char *prop_name; // not null while a property is parsed
-  const char *cur_href;  // id registered by the element being built
-  int32_t log_level;
-  int32_t log_indent;
-  int32_t log_tag_open;
-  ort_vtr *nsp_stack; // svg_nsp_entry
-  double viewport_width, viewport_height;
-  double viewbox_width, viewbox_height;
-  int32_t savelem; // element id whose content is captured, or SVG_NO_ELEMENT
-  ort_bs *savelem_text;
-  ort_bs *xmlns_text;
-  char *title;
-  char *desc;
-  char *metadata;
-  int32_t savelem_tag_open;
-  unsigned char *elems_used;
-  const char *language;
-  char *language_primary;
-  int32_t text_depth;
-  ort_bs *chardata;
-  int32_t chardata_nonblank;
-  svg_t_node *last_tnode;
-  int32_t css_mode; // names compare without regard to ASCII case
-  const char *scan_pos, *scan_start;
-  int32_t tok_type, tok_pushed, tok_int, tok_key;
-  double tok_num;
-  const char *tok_text; // null for a number: see svg_tok_text
-  uint8_t tok_unit;
-  ort_bs *tok_buf, *name_buf;
-  const svg_key_entry *keys;
-  int32_t key_count;
-  ort_vtr *prop_values; // svg_a_node *, owned
-  ort_bs *style_name_buf, *style_value_buf;
-  css_parser *css; // null until a style sheet exists
-  ort_bs *style_sheet;
-  int32_t in_style_elem;
-  ort_vtr *css_svg_stack;    // int32_t
-  ort_vtr *class_nids;       // int16_t
-  ort_vtr *pi_items;         // char *, into the copy being split
-  ort_vtr *ext_style_sheets; // svg_ext_sheet
-  int32_t level;
-  int32_t skip_level;
-  svg_e_node *root;
-  ort_vtr *elem_stack; // svg_pe_entry
-  unsigned char *attrs_set;
-  unsigned char *props_set;
-  svg_e_node *cur_enode;
-  ort_vtr *an_values; // svg_a_node *, not owned
-  svg_a_node *hook_slots[SVG_HOOK_SLOTS];
-  ort_vtr *hrefs;        // svg_href
-  ort_hvtr *unres_links; // svg_unres_link, and what svg_links.cpp keeps behind each
-  svg_a_node *new_value;
-  svg_font *font_face;
-  ort_vtr *fonts; // svg_font *, owned
-  int32_t has_text;
-  int16_t pada_type;
-  uint16_t pada_count;
-  double *pada_points;    // SVG_PADA_BUFFER pairs, during one path
-  ort_vtr *pada_segments; // svg_pada, of the path being parsed
-  int32_t pada_vertices;
+// ---- What the host asks for ---------------------------------------------------------------------
 
-  // Beside the fields above, which later drawing modules know by name:
-  svg_name_index *nsp_index;  // namespace name -> its innermost declaration in nsp_stack
-  svg_name_index *name_index; // id or name -> its element, and the last link that waits for it
-  bool cur_href_awaited;      // links wait for cur_href
-  ort_vtr *link_slots;        // size_t: of the links being resolved
-  const char *tok_begin;      // text of the current token when tok_text is null
-  size_t tok_length;
-  int64_t value_link;      // slot of the waiting link made by the value being parsed, or -1
-  ort_vtr *open_elements;  // svg_open_element
-  char *pi_copy;           // instruction data being split
-  char *font_copy;         // font shorthand being split
-  int32_t callback_failed; // an Expat callback raised; the error is pending until XML_ParseBuffer
-                           // has returned
-  char *room;              // for batch bytes, in Expat's buffer
-  size_t batch, gathered;  // so many of them are there
-  int64_t bytes_fed;       // to Expat in this pass
-  int64_t input_size;      // in bytes; -1: not known
-  svg_lines lines;
-  uint64_t expat_bytes;     // that Expat asked for in this pass, freed ones included
-  svg_recording *recording; // of what Expat told, for the main pass; null: it reads for itself
-  uint32_t played_line;     // of the event being played, else 0
-  uint64_t to_skip;         // callbacks of Expat for events that were played
-  svg_limits limits;
-  int32_t nested_entities, declared_attributes; // declared in this pass
-  uint64_t defaulted;                           // bytes of default attributes in this pass
-  uint64_t nodes;                               // built so far
-  svg_observer_fn observer;
-  void *observer_user;
-  svg_element_observer_fn element_observer;
-  void *element_observer_user;
-  ort_vtr *written_attrs; // svg_written_attr, for the observer
-  svg_source source;      // where the values being collected come from, for the observer
-  double pass_seconds[2];
-  int block_size; // SVG_BLOCK_SIZE; tests make it smaller, and then blocks are not gathered
+struct svg_host {
+  ort_core *core = nullptr;
+  int32_t log_level = 0;
+  int32_t font_number = 0;
+  const char *filename = nullptr;
+  const css_context *css_context_ = nullptr; // handed unchanged to the CSS engine
+  const char *language = nullptr;
+  char *language_primary = nullptr; // owned; made of it by svg_language.cpp
+  const char *const *nottol_elements = nullptr;
+  int32_t nottol_elements_num = 0;
+  const char *const *nottol_props = nullptr;
+  int32_t nottol_props_num = 0;
+  svg_limits limits = {};
+  svg_observer_fn observer = nullptr;
+  void *observer_user = nullptr;
+  svg_element_observer_fn element_observer = nullptr;
+  void *element_observer_user = nullptr;
+  int block_size = SVG_BLOCK_SIZE; // tests make it smaller, and then blocks are not gathered
 };
+
+// ---- Values -------------------------------------------------------------------------------------
+
+// The text of a value, and the token that was read last.
+struct svg_scanner : svg_host {
+  const char *attr_name = nullptr;
+  const char *prop_name = nullptr; // not null while a property is parsed
+  int32_t css_mode = 0;            // names compare without regard to ASCII case
+  int32_t in_style_attr = 0;
+  int32_t value_ok = 1; // 0 between a value error and its handling
+  const char *scan_pos = nullptr, *scan_start = nullptr;
+  int32_t tok_type = 0, tok_pushed = 0, tok_int = 0, tok_key = 0;
+  double tok_num = 0;
+  const char *tok_text = nullptr;  // null for a number: see svg_tok_text
+  const char *tok_begin = nullptr; // text of the current token when tok_text is null
+  size_t tok_length = 0;
+  uint8_t tok_unit = 0;
+  const svg_key_entry *keys = nullptr;
+  int32_t key_count = 0;
+  ort_bs *tok_buf = nullptr; // owned
+};
+
+// The value that is made of it.
+struct svg_value_maker {
+  svg_a_node *new_value = nullptr; // owned until somebody takes it over
+  svg_source source = {};          // where it comes from, for the observer
+  // Owned: space to work in.
+  ort_bs *name_buf = nullptr;
+  ort_bs *style_name_buf = nullptr, *style_value_buf = nullptr;
+  ort_vtr *class_nids = nullptr; // int16_t
+  char *font_copy = nullptr;     // font shorthand being split
+};
+
+struct svg_path_maker {
+  int16_t pada_type = 0;
+  uint16_t pada_count = 0;
+  int32_t pada_vertices = 0;
+  double *pada_points = nullptr;    // SVG_PADA_BUFFER pairs, during one path
+  ort_vtr *pada_segments = nullptr; // owned: svg_pada, of the path being parsed
+};
+
+// ---- Bytes to events ----------------------------------------------------------------------------
+
+struct svg_input {
+  XML_Parser xml = nullptr; // owned; null outside a pass
+  int32_t no_namespaces = 0;
+  int32_t callback_failed = 0;    // an Expat callback raised; the error is pending until
+                                  // XML_ParseBuffer has returned
+  char *room = nullptr;           // for batch bytes, in Expat's buffer
+  size_t batch = 0, gathered = 0; // so many of them are there
+  int64_t bytes_fed = 0;          // to Expat in this pass
+  int64_t input_size = 0;         // in bytes; -1: not known
+  svg_lines lines = {};
+  uint64_t expat_bytes = 0; // that Expat asked for in this pass, freed ones included
+  double pass_seconds[2] = {};
+};
+
+// What a pass has made Expat do again and again.
+struct svg_growth {
+  int32_t nested_entities = 0, declared_attributes = 0;
+  uint64_t defaulted = 0; // bytes of default attributes
+};
+
+struct svg_playback {
+  svg_recording *recording = nullptr; // owned: events for the main pass; null: it reads for itself
+  uint32_t played_line = 0;           // of the event being played, else 0
+  uint64_t to_skip = 0;               // callbacks of Expat for events that were played
+};
+
+// ---- The style-sheet pass -----------------------------------------------------------------------
+
+struct svg_sheet_pass {
+  int32_t in_style_elem = 0;
+  // Owned:
+  ort_bs *style_sheet = nullptr;
+  ort_vtr *css_svg_stack = nullptr;    // int32_t
+  char *pi_copy = nullptr;             // instruction data being split
+  ort_vtr *pi_items = nullptr;         // char *, into the copy
+  ort_vtr *ext_style_sheets = nullptr; // svg_ext_sheet
+};
+
+// ---- The main pass ------------------------------------------------------------------------------
+
+struct svg_namespaces {
+  ort_vtr *nsp_stack = nullptr;        // owned: svg_nsp_entry
+  svg_name_index *nsp_index = nullptr; // owned: name -> its innermost declaration in nsp_stack
+};
+
+// Where in the document the pass is.
+struct svg_content {
+  int32_t level = 0; // of the style-sheet pass, too
+  int32_t skip_level = SVG_NO_SKIP;
+  const char *elem_name = nullptr; // local name of the start tag being handled, in Expat's buffer
+  int32_t log_indent = 0;
+  int32_t log_tag_open = 0;
+  int32_t chardata_nonblank = 0;
+  ort_bs *chardata = nullptr;       // owned
+  ort_vtr *written_attrs = nullptr; // owned: svg_written_attr, for the observer
+};
+
+struct svg_capture {
+  int32_t savelem = SVG_NO_ELEMENT; // element id whose content is captured
+  int32_t savelem_tag_open = 0;
+  // Owned:
+  ort_bs *savelem_text = nullptr;
+  ort_bs *xmlns_text = nullptr;
+  char *title = nullptr;
+  char *desc = nullptr;
+  char *metadata = nullptr;
+};
+
+struct svg_links {
+  const char *cur_href = nullptr; // id registered by the element being built
+  bool cur_href_awaited = false;  // links wait for it
+  int64_t value_link = -1;        // slot of the waiting link made by the value being parsed, or -1
+  // Owned:
+  ort_vtr *hrefs = nullptr;             // svg_href
+  ort_hvtr *unres_links = nullptr;      // svg_unres_link, and what svg_links.cpp keeps with each
+  svg_name_index *name_index = nullptr; // id or name -> its element, and the last link that waits
+  ort_vtr *link_slots = nullptr;        // size_t: of the links being resolved
+};
+
+struct svg_tree {
+  uint64_t nodes = 0; // built so far
+  svg_e_node *cur_enode = nullptr;
+  svg_t_node *last_tnode = nullptr;
+  int32_t text_depth = 0;
+  int32_t has_text = 0;
+  svg_a_node *hook_slots[SVG_HOOK_SLOTS] = {};
+  // Owned:
+  css_parser *css = nullptr; // null until a style sheet exists
+  svg_e_node *root = nullptr;
+  ort_vtr *elem_stack = nullptr;    // svg_pe_entry
+  ort_vtr *open_elements = nullptr; // svg_open_element
+  ort_vtr *an_values = nullptr;     // svg_a_node *, not owned
+  ort_vtr *prop_values = nullptr;   // svg_a_node *, owned
+  unsigned char *attrs_set = nullptr;
+  unsigned char *props_set = nullptr;
+  unsigned char *elems_used = nullptr;
+};
+
+struct svg_fonts {
+  svg_font *font_face = nullptr; // owned
+  ort_vtr *fonts = nullptr;      // owned: svg_font *, owned
+};
+
+struct svg_viewport {
+  double viewport_width = 0, viewport_height = 0;
+  double viewbox_width = 0, viewbox_height = 0;
+};
+
+// Begins anew when the pass is restarted.
+struct svg_main_pass : svg_namespaces,
+                       svg_content,
+                       svg_capture,
+                       svg_links,
+                       svg_tree,
+                       svg_fonts,
+                       svg_viewport {};
+
+// -------------------------------------------------------------------------------------------------
+
+struct svg_parser : svg_scanner,
+                    svg_value_maker,
+                    svg_path_maker,
+                    svg_input,
+                    svg_growth,
+                    svg_playback,
+                    svg_sheet_pass,
+                    svg_main_pass {};
 
 // Line of the event that is being handled; 0 outside of the passes.
 inline long svg_xml_line(const svg_parser *p) {

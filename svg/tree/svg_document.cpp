@@ -11,10 +11,9 @@
 #include "svg/style/svg_select.h"
 #include "svg/tables/lists.h"
 #include "svg/tree/svg_tree.h"
-#include "svg/values/svg_links.h"
 #include "svg/values/svg_types.h"
 
-static void restart(svg_parser *p, unsigned pass);
+static void clear_document(svg_parser *p);
 static void delete_attribute_values(ort_core *core, ort_vtr *values);
 
 // ---- Everything that is owned -------------------------------------------------------------------
@@ -22,9 +21,6 @@ static void delete_attribute_values(ort_core *core, ort_vtr *values);
 enum : unsigned {
   AT_ONCE = 1, // svg_make_work_space makes it, else whoever needs it first
   READING = 2, // of no use after reading
-  SHEETS = 4,  // a restarted style-sheet pass finds it as the first attempt did
-  CONTENT = 8, // a restarted main pass does
-  ALL = 15
 };
 
 static void release_namespace(ort_core *core, void *item) {
@@ -60,19 +56,48 @@ constexpr size_t LONGEST_LIST = [] {
   return longest;
 }();
 
-// The one list: making, restarting and deleting go over it. Apart from it stand, as their order
+// Making, restarting and deleting go over these lists. Apart from them stand, as their order
 // matters, the tree, the CSS engine and the value that is being made.
+template <class Visit> static void visit_sheet_pass(svg_sheet_pass *p, Visit visit) {
+  visit(p->style_sheet, 0);
+  visit(p->css_svg_stack, AT_ONCE | READING, ITEMS<int32_t>, 4);
+  visit(p->pi_copy, 0);
+  visit(p->pi_items, AT_ONCE | READING, ITEMS<char *>, 0);
+  visit(p->ext_style_sheets, AT_ONCE | READING, ITEMS<svg_ext_sheet, release_sheet>, 0);
+}
+
+template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit) {
+  visit(p->nsp_stack, AT_ONCE | READING, ITEMS<svg_nsp_entry, release_namespace>, 4);
+  visit(p->nsp_index, READING);
+
+  visit(p->chardata, AT_ONCE | READING);
+  visit(p->written_attrs, READING);
+
+  visit(p->savelem_text, 0);
+  visit(p->xmlns_text, 0);
+  visit(p->title, 0);
+  visit(p->desc, 0);
+  visit(p->metadata, 0);
+
+  visit(p->hrefs, AT_ONCE, ITEMS<svg_href, release_href>, 4);
+  visit(p->unres_links, 0);
+  visit(p->name_index, 0);
+  visit(p->link_slots, 0);
+
+  visit(p->elem_stack, AT_ONCE | READING, ITEMS<svg_pe_entry>, 8);
+  visit(p->open_elements, AT_ONCE | READING, ITEMS<svg_open_element>, 8);
+  visit(p->an_values, AT_ONCE | READING, ITEMS<svg_a_node *>, 8);
+  visit(p->prop_values, AT_ONCE, ITEMS<svg_a_node *, release_value>, 8);
+  visit(p->attrs_set, AT_ONCE | READING, LONGEST_LIST);
+  visit(p->props_set, AT_ONCE | READING, size_t{SVG_ATTR_COUNT});
+  visit(p->elems_used, 0);
+
+  visit(p->font_face, 0);
+  visit(p->fonts, AT_ONCE, ITEMS<svg_font *, release_font>, 0);
+}
+
 template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
-  // Names
-  visit(p->nsp_stack, AT_ONCE | READING | CONTENT, ITEMS<svg_nsp_entry, release_namespace>, 4);
-  visit(p->nsp_index, READING | CONTENT);
-  // The style-sheet pass
-  visit(p->css_svg_stack, AT_ONCE | READING | SHEETS, ITEMS<int32_t>, 4);
-  visit(p->pi_copy, SHEETS);
-  visit(p->pi_items, AT_ONCE | READING | SHEETS, ITEMS<char *>, 0);
-  visit(p->ext_style_sheets, AT_ONCE | READING | SHEETS, ITEMS<svg_ext_sheet, release_sheet>, 0);
-  visit(p->style_sheet, SHEETS);
-  // Scanner and values
+  visit(p->language_primary, 0);
   visit(p->tok_buf, AT_ONCE | READING);
   visit(p->name_buf, AT_ONCE | READING);
   visit(p->style_name_buf, AT_ONCE | READING);
@@ -80,30 +105,8 @@ template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
   visit(p->class_nids, AT_ONCE | READING, ITEMS<int16_t>, 0);
   visit(p->font_copy, 0);
   visit(p->pada_segments, READING);
-  visit(p->prop_values, AT_ONCE | CONTENT, ITEMS<svg_a_node *, release_value>, 8);
-  // Links
-  visit(p->hrefs, AT_ONCE | CONTENT, ITEMS<svg_href, release_href>, 4);
-  visit(p->unres_links, CONTENT);
-  visit(p->name_index, CONTENT);
-  visit(p->link_slots, CONTENT);
-  // The main pass
-  visit(p->chardata, AT_ONCE | READING | CONTENT);
-  visit(p->elem_stack, AT_ONCE | READING | CONTENT, ITEMS<svg_pe_entry>, 8);
-  visit(p->open_elements, AT_ONCE | READING | CONTENT, ITEMS<svg_open_element>, 8);
-  visit(p->an_values, AT_ONCE | READING | CONTENT, ITEMS<svg_a_node *>, 8);
-  visit(p->attrs_set, AT_ONCE | READING, LONGEST_LIST);
-  visit(p->props_set, AT_ONCE | READING, size_t{SVG_ATTR_COUNT});
-  visit(p->written_attrs, READING);
-  visit(p->elems_used, CONTENT);
-  visit(p->savelem_text, CONTENT);
-  visit(p->xmlns_text, CONTENT);
-  visit(p->title, CONTENT);
-  visit(p->desc, CONTENT);
-  visit(p->metadata, CONTENT);
-  // Fonts, languages
-  visit(p->font_face, CONTENT);
-  visit(p->fonts, AT_ONCE | CONTENT, ITEMS<svg_font *, release_font>, 0);
-  visit(p->language_primary, 0);
+  visit_sheet_pass(p, visit);
+  visit_main_pass(p, visit);
 }
 
 // ---- Making -------------------------------------------------------------------------------------
@@ -124,7 +127,7 @@ void svg_make_work_space(svg_parser *p) {
   visit_owned(p, [=](auto *&owned, unsigned when, const auto &...what) {
     if ((when & AT_ONCE) != 0 && !owned) make(p->core, owned, what...);
   });
-  ort_push<int32_t>(p->css_svg_stack, 1);
+  if (ort_vtr_count(p->css_svg_stack) == 0) ort_push<int32_t>(p->css_svg_stack, 1);
 }
 
 // External sheets stand before the internal one, so that the document's own rules win over them.
@@ -146,83 +149,57 @@ void svg_prepare_document(svg_parser *p) {
   ort_push(p->open_elements, svg_open_element{p->root, nullptr});
 }
 
-// ---- Deleting -----------------------------------------------------------------------------------
+// ---- Deleting and restarting --------------------------------------------------------------------
 
-static void discard(ort_core *, ort_bs *text) { ort_bs_delete(text); }
+static void free_it(ort_core *, ort_bs *text) { ort_bs_delete(text); }
 
-static void discard(ort_core *, ort_vtr *vector) { ort_vtr_delete(vector); }
+static void free_it(ort_core *, ort_vtr *vector) { ort_vtr_delete(vector); }
 
-static void discard(ort_core *, ort_hvtr *handles) { ort_hvtr_delete(handles); }
+static void free_it(ort_core *, ort_hvtr *handles) { ort_hvtr_delete(handles); }
 
-static void discard(ort_core *core, svg_name_index *index) { svg_index_delete(core, &index); }
+static void free_it(ort_core *core, svg_name_index *index) { svg_index_delete(core, &index); }
 
-static void discard(ort_core *core, void *block) { ort_free(core, block); }
+static void free_it(ort_core *core, void *block) { ort_free(core, block); }
 
-static void discard_when(svg_parser *p, unsigned due) {
+template <class Owned> static void discard(ort_core *core, Owned *&owned) {
+  free_it(core, owned);
+  owned = nullptr;
+}
+
+void svg_delete_work_space(svg_parser *p) {
   visit_owned(p, [=](auto *&owned, unsigned when, const auto &...) {
-    if (due != ALL && (when & due) == 0) return;
-    discard(p->core, owned);
-    owned = nullptr;
+    if ((when & READING) != 0) discard(p->core, owned);
   });
 }
 
-void svg_delete_work_space(svg_parser *p) { discard_when(p, READING); }
-
 void svg_delete_document(svg_parser *p) {
-  svg_clear_document(p);
-  discard_when(p, ALL);
+  clear_document(p);
+  visit_owned(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
 }
 
-// ---- Restarting ---------------------------------------------------------------------------------
-
-static void empty(ort_bs *text) { ort_bs_clear(text); }
-
-static void empty(ort_vtr *vector) { ort_vtr_resize(vector, 0); }
-
-static void empty(void *) {}
-
-void svg_clear_sheets(svg_parser *p) {
-  restart(p, SHEETS);
-  ort_push<int32_t>(p->css_svg_stack, 1);
-  p->in_style_elem = 0;
+void svg_restart_sheets(svg_parser *p) {
+  visit_sheet_pass(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
+  static_cast<svg_sheet_pass &>(*p) = {};
   p->level = 0;
+  svg_make_work_space(p);
+}
+
+void svg_restart_document(svg_parser *p) {
+  clear_document(p);
+  svg_make_work_space(p);
+  svg_prepare_document(p);
 }
 
 // The CSS engine goes before the values that its rules name, the tree before the property values
 // that its elements share: so every value is destroyed exactly once.
-void svg_clear_document(svg_parser *p) {
+static void clear_document(svg_parser *p) {
   css_parser_delete(p->css);
-  p->css = nullptr;
   delete_attribute_values(p->core, p->an_values);
   svg_del_e_node(p->core, p->root);
-  p->root = nullptr;
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
-  restart(p, CONTENT);
-
-  p->level = p->log_indent = p->log_tag_open = p->text_depth = p->chardata_nonblank = p->has_text =
-      0;
-  p->skip_level = SVG_NO_SKIP;
-  p->savelem = SVG_NO_ELEMENT;
-  p->savelem_tag_open = 0;
-  p->viewport_width = p->viewport_height = p->viewbox_width = p->viewbox_height = 0;
-  p->cur_enode = nullptr;
-  p->cur_href = p->elem_name = p->attr_name = nullptr;
-  p->last_tnode = nullptr;
-  p->nodes = 0;
-  p->value_link = -1;
-}
-
-static void restart(svg_parser *p, unsigned pass) {
-  visit_owned(p, [=](auto *&owned, unsigned when, const auto &...) {
-    if ((when & pass) == 0 || !owned) return;
-    if ((when & AT_ONCE) != 0) {
-      empty(owned);
-    } else {
-      discard(p->core, owned);
-      owned = nullptr;
-    }
-  });
+  visit_main_pass(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
+  static_cast<svg_main_pass &>(*p) = {};
 }
 
 // The values of attributes still collected for an element that was never finished. Those of

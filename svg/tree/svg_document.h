@@ -11,8 +11,8 @@ void svg_delete_document(svg_parser *p);   // everything
 // Before a main pass: parses the gathered style sheets and makes the root.
 void svg_prepare_document(svg_parser *p);
 
-// Before a pass is restarted: drops what its first attempt made.
-void svg_clear_sheets(svg_parser *p);
-void svg_clear_document(svg_parser *p); // and the parsed style sheets
+// What a pass made goes, so that the pass can be restarted.
+void svg_restart_sheets(svg_parser *p);
+void svg_restart_document(svg_parser *p); // prepares it anew, too
 
 #endif

@@ -36,8 +36,7 @@ static void cb_attribute(void *parser, const XML_Char *, const XML_Char *, const
 }
 
 void svg_bound_growth(svg_parser *p) {
-  p->nested_entities = p->declared_attributes = 0;
-  p->defaulted = 0;
+  static_cast<svg_growth &>(*p) = {};
   XML_SetEntityDeclHandler(p->xml, cb_entity);
   XML_SetAttlistDeclHandler(p->xml, cb_attribute);
 }

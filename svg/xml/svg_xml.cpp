@@ -187,12 +187,10 @@ static bool is_namespace_error(int code) {
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass) {
   svg_reset_xml(p, file, gz);
   p->to_skip = 0;
-  if (css_pass) {
-    svg_clear_sheets(p);
-  } else {
-    svg_clear_document(p);
-    svg_prepare_document(p);
-  }
+  if (css_pass)
+    svg_restart_sheets(p);
+  else
+    svg_restart_document(p);
 }
 
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
