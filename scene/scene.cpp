@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "scene/scene.h"
+#include "scene/scene_servers.h"
 
 static void find_size(svg_scene *scene);
 
@@ -39,6 +40,7 @@ void svg_scene_delete(svg_scene *scene) {
   svg_scene_release(scene, {&scene->bottom, 0});
   ort_free(scene->core, scene->bottom.after);
   ort_free(scene->core, scene->active.slots);
+  svg_scene_free_servers(scene);
   ort_free(scene->core, scene);
 }
 

@@ -30,6 +30,14 @@ struct svg_scene_active {
   size_t size, count;       // a power of 2, or 0
 };
 
+// The gradients and patterns that were looked at (scene_servers.h).
+struct svg_scene_server;
+struct svg_scene_server_table {
+  svg_scene_server **slots; // a hash table with open addressing; null where it is free
+  size_t size, count;       // a power of 2, or 0
+  uint32_t round;           // of questions
+};
+
 struct svg_scene {
   svg_parser *parser;
   ort_core *core;
@@ -40,6 +48,7 @@ struct svg_scene {
   svg_scene_mark top;
   svg_scene_mark result, result_end; // where the last result of a question lies on the stack
   svg_scene_active active;
+  svg_scene_server_table servers;
   uint64_t shown; // elements by the outermost walk and all within it
   uint64_t limit; // for them
   int depth;      // of walks within walks

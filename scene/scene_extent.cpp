@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scene/scene_geometry.h"
+#include "scene/svg_scene.h"
 
 static int add_turns(double p0, double p1, double p2, double p3, double *t);
 
@@ -36,6 +37,18 @@ void svg_scene_add_path(svg_scene_extent *extent, const svg_pada *runs, size_t c
     const int turns = svg_scene_turns(mapped, t);
     for (int i = 0; i < turns; ++i) extent->add(svg_scene_curve_point(mapped, t[i]));
   }
+}
+
+int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, int32_t stroked, double box[4]) {
+  svg_scene_extent extent;
+  svg_scene_add_path(&extent, shape->segments, shape->segment_count, SVG_SCENE_IDENTITY);
+  if (stroked != 0 && shape->stroke.kind != SVG_SCENE_PAINT_NONE) {
+    const svg_scene_style &style = *shape->item.style;
+    const svg_scene_pen pen = {style.stroke_width, style.stroke_linecap, style.stroke_linejoin,
+                               style.stroke_miterlimit};
+    svg_scene_add_stroke(&extent, shape->segments, shape->segment_count, pen, SVG_SCENE_IDENTITY);
+  }
+  return svg_scene_get_extent(extent, box);
 }
 
 int svg_scene_turns(const svg_scene_step &curve, double t[4]) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scene/scene_geometry.h"
+#include "scene/svg_scene.h"
 
 static double aligned(double from, double size, double to, double room, int place);
 
@@ -66,6 +67,13 @@ bool svg_scene_fit(double matrix[6], const double from[4], const double to[4], i
                             aligned(from[1] * sy, from[3] * sy, to[1], to[3], y)};
   std::copy_n(fitted, 6, matrix);
   return svg_scene_are_finite(matrix, 6);
+}
+
+void svg_scene_place_image(const svg_scene_image *image, double width, double height,
+                           double matrix[6]) {
+  const double picture[4] = {0, 0, width, height};
+  if (!svg_scene_fit(matrix, picture, image->area, image->align, image->meet))
+    std::copy_n(SVG_SCENE_IDENTITY, 6, matrix);
 }
 
 // The translation that puts a stretch at from, of this size, into the room at to.

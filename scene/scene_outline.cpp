@@ -30,6 +30,17 @@ static void add_quarter(builder *shape, svg_scene_point from, svg_scene_point co
                         svg_scene_point to);
 static svg_scene_path finish(builder *shape);
 
+size_t svg_scene_get_outline(svg_scene *scene, const svg_e_node *element,
+                             const svg_pada **segments) {
+  svg_scene_begin_result(scene);
+  svg_scene_place place;
+  svg_scene_find_place(scene, element, &place);
+  const svg_scene_path path = svg_scene_outline(scene, place);
+  svg_scene_end_result(scene);
+  *segments = path.runs;
+  return path.count;
+}
+
 svg_scene_path svg_scene_outline(svg_scene *scene, const svg_scene_place &place) {
   const auto x = [&](int row, double otherwise = 0) {
     return svg_scene_length_of(scene, place, row, SVG_SCENE_X, otherwise);

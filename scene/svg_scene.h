@@ -116,6 +116,18 @@ typedef struct svg_scene_style {
 ORT_API void svg_scene_get_style(svg_scene *scene, const svg_e_node *element,
                                  svg_scene_style *style);
 
+/* ---- Geometry --------------------------------------------------------------------------------- */
+
+/** The outline of a basic shape or path in its own user space: path data as stored, a basic shape
+ * by SVG 1.1, chapter 9.
+ * @param scene     the scene
+ * @param element   any element
+ * @param segments  receives the runs of segments; valid until the next call with this scene
+ * @return their number; 0 for other elements and for shapes that are not rendered
+ * @raises ORT_E_NO_MEMORY */
+ORT_API size_t svg_scene_get_outline(svg_scene *scene, const svg_e_node *element,
+                                     const svg_pada **segments);
+
 /* ---- What is painted -------------------------------------------------------------------------- */
 
 /** A stop of a gradient. */
@@ -224,6 +236,15 @@ typedef struct svg_scene_image {
   int32_t clipped;           /**< not 0: nothing shows outside of area */
 } svg_scene_image;
 
+/** Stores the matrix from a picture's pixels to the user space of its image element, by
+ * preserveAspectRatio (SVG 1.1, 7.8).
+ * @param image   the image
+ * @param width   of the picture, above 0
+ * @param height  of the picture, above 0
+ * @param matrix  receives the matrix; the identity when it overflows */
+ORT_API void svg_scene_place_image(const svg_scene_image *image, double width, double height,
+                                   double matrix[6]);
+
 /** A decoration line and how it is painted: as the element that asked for it (CSS 2.1, 16.3.1). */
 typedef struct svg_scene_decoration {
   int32_t lines; /**< SVG_DECORATION_* */
@@ -272,6 +293,11 @@ typedef struct svg_scene_callbacks {
    * without stretch. With it the scene places all text: anchors, textLength, text on a path. */
   double (*measure)(void *user, const svg_scene_run *run);
 } svg_scene_callbacks;
+
+/** The box of a shape, in its user space, as svg_scene_get_box has it.
+ * @return 1, or 0 when it has none */
+ORT_API int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, int32_t stroked,
+                                        double box[4]);
 
 #ifdef __cplusplus
 }
