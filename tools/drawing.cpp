@@ -1,4 +1,4 @@
-// drawing.cpp: reads one drawing the way any host does: a core, a file, a parser, all calls that
+// drawing.cpp: reads one drawing as any host does: a core, a file, a parser, and every call that
 // may raise inside ort_protect.
 #include "tools/drawing.h"
 
@@ -29,7 +29,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
   options.memory_budget = settings.memory;
   options.inflate_budget = settings.inflated;
   core_ = ort_core_new(&options);
-  if (core_ == nullptr) {
+  if (!core_) {
     messages_.push_back({ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory"});
     return;
   }
@@ -47,7 +47,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
 }
 
 Drawing::~Drawing() {
-  if (core_ == nullptr) return;
+  if (!core_) return;
   svg_parser_delete(parser_);
   ort_gzclose(gz_);
   ort_fclose(file_);
@@ -87,7 +87,7 @@ void Drawing::open() {
 }
 
 void Drawing::note_waiting_links() {
-  for (size_t i = 0; i < svg_get_unresolved_count(parser_); i++) {
+  for (size_t i = 0; i < svg_get_unresolved_count(parser_); ++i) {
     const svg_iri *iri = nullptr;
     if (const char *name = svg_get_unresolved(parser_, i, &iri, nullptr)) waiting_[iri] = name;
   }
@@ -146,16 +146,16 @@ void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *
   auto *drawing = static_cast<Drawing *>(user);
   // A rule's text stays in its place, but a pass that begins again makes all of them anew. The
   // first value of a tree is one of the outermost element, which always has a width.
-  if (svg_get_parent(element) == nullptr) drawing->selector_texts_.clear();
+  if (!svg_get_parent(element)) drawing->selector_texts_.clear();
   if (source == SVG_SOURCE_ATTRIBUTE) {
-    // A replaced value may have left its place, and what was noted about it, to this one.
+    // This value may lie where a replaced one lay, and a note about that one may remain.
     if (!drawing->sources_.empty()) drawing->sources_.erase({element, value});
     return;
   }
   Source noted = {source, nullptr};
-  if (selector != nullptr) {
+  if (selector) {
     const std::string *&text = drawing->selector_texts_[selector];
-    if (text == nullptr) text = &drawing->selectors_.try_emplace(selector).first->first;
+    if (!text) text = &drawing->selectors_.try_emplace(selector).first->first;
     noted.selector = text;
   }
   drawing->sources_[{element, value}] = noted;

@@ -40,7 +40,7 @@ struct Source {
 
 class Drawing {
 public:
-  // Reads the drawing at once. path "-" is standard input. ok() tells whether there is a tree.
+  // Reads the drawing; path "-" is standard input. ok() tells whether there is a tree.
   Drawing(std::string path, const ReadSettings &settings);
   ~Drawing();
   Drawing(const Drawing &) = delete;
@@ -63,14 +63,13 @@ public:
 
   Source source(const svg_e_node *element, const svg_a_node *value) const;
 
-  // Id that an unresolved link waits for, or null.
+  // The id that an unresolved link refers to, or null.
   const char *waiting_name(const svg_iri *iri) const;
 
   // Generated name of a font, "" when memory is short.
   std::string font_name(const svg_font *font) const;
 
-  // Whether the element's systemLanguage accepts the user's language; an element without it does
-  // (SVG 1.1, 5.8.5).
+  // Whether the element's systemLanguage, if any, accepts the user's language (SVG 1.1, 5.8.5).
   bool accepts_language(const svg_e_node *element) const;
 
 private:
@@ -112,7 +111,8 @@ private:
   double viewbox_[2] = {};
   const unsigned char *elems_used_ = nullptr;
   int32_t has_text_ = 0;
-  std::unordered_map<ValueOfElement, Source, Hash> sources_; // of values that are no attributes
+  std::unordered_map<ValueOfElement, Source, Hash>
+      sources_;                                    // of values that are not from attributes
   std::unordered_map<std::string, int> selectors_; // each text once; the keys are what sources name
   std::unordered_map<const char *, const std::string *> selector_texts_; // by the engine's own text
   std::unordered_map<const svg_iri *, const char *> waiting_;

@@ -1,14 +1,14 @@
 // explain.cpp: the cascade and inheritance of SVG 1.1 and CSS 2.1 over a finished tree (--explain).
 //
-// The tree keeps what an element's attribute, its style sheets and its style attribute say side by
-// side. Of the rules of style sheets it keeps the one that wins among them.
+// The tree keeps side by side what an element's attribute, the style sheets and its style attribute
+// say. Of the rules that match, it keeps the winner only.
 #include "tools/explain.h"
 
 #include <algorithm>
 #include <vector>
 
 #include "tools/names.h"
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 
@@ -20,12 +20,12 @@ using Chain = std::vector<const svg_e_node *>;
 // A value and the element that has it.
 struct Holder {
   const svg_e_node *element = nullptr;
-  const svg_a_node *value = nullptr; // null: nobody has one
+  const svg_a_node *value = nullptr; // null: no element has one
 };
 
-constexpr int no_row = -1;
-
 } // namespace
+
+constexpr int NO_ROW = -1;
 
 static Chain chain_of(const svg_e_node *element);
 static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain);
@@ -38,7 +38,7 @@ static bool competes(const svg_a_node *value, int row);
 static int rank(svg_source source);
 
 bool is_known_name(const std::string &name) {
-  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row)
     if (name == row_name(row)) return true;
   return false;
 }
@@ -50,63 +50,62 @@ void print_explanation(FILE *out, const Drawing &drawing, const svg_e_node *elem
           element_text(drawing, element, false).c_str());
   if (name.empty()) {
     for (const int row : rows_of(drawing, chain)) explain_row(out, drawing, chain, row);
-  } else if (const int row = find_row(element, name); row != no_row) {
+  } else if (const int row = find_row(element, name); row != NO_ROW) {
     explain_row(out, drawing, chain, row);
   } else {
     fprintf(out, "  %s: no attribute of %s\n", name.c_str(), element_name(element->head.id));
   }
 }
 
-// Between an element and its parent stand, in document order, its siblings and what is in them.
 static Chain chain_of(const svg_e_node *element) {
-  Chain chain = {element};
-  for (const svg_e_node *node = element->prev; node != nullptr; node = node->prev)
-    if (node->level < chain.back()->level && node->head.id != SVG_ID_ROOT) chain.push_back(node);
+  Chain chain;
+  for (; element; element = svg_get_parent(element)) chain.push_back(element);
   return chain;
 }
 
-// What the element has, and the properties that it inherits from an ancestor.
+// The rows that the element has values for, then the properties that it inherits.
 static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain) {
   std::vector<int> rows;
-  for (int32_t i = 0; i < chain.front()->values_num; i++)
+  for (int32_t i = 0; i < chain.front()->values_num; ++i)
     if (const int row = chain.front()->values[i]->row; !std::ranges::count(rows, row))
       rows.push_back(row);
-  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row)
     if (svg_is_property(row) && !std::ranges::count(rows, row) &&
-        find_holder(drawing, chain, row).value != nullptr)
+        find_holder(drawing, chain, row).value)
       rows.push_back(row);
   return rows;
 }
 
-// An attribute of this element before a property: font-face has attributes like properties.
+// An attribute of this element takes precedence: some attributes of font-face are named like
+// properties.
 static int find_row(const svg_e_node *element, const std::string &name) {
   const svg_elem_def &definition = svg_get_elem_table()[element->head.id];
-  for (int32_t i = 0; i < definition.esa_count; i++)
+  for (int32_t i = 0; i < definition.esa_count; ++i)
     if (name == definition.esa_list[i].name) return definition.esa_list[i].attr;
-  for (int row = 0; row < SVG_ATTR_COUNT; row++)
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row)
     if (svg_is_property(row) && name == row_name(row)) return row;
-  return no_row;
+  return NO_ROW;
 }
 
 static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row) {
   const svg_e_node *element = chain.front();
   const svg_a_node *winner = find_winner(drawing, element, row);
   fprintf(out, "  %s: ", row_name(row));
-  if (winner != nullptr)
+  if (winner)
     print_value(out, drawing, {element, winner}, row);
   else
     fputs("no value\n", out);
-  for (int32_t i = element->values_num - 1; i >= 0; i--) {
+  for (int32_t i = element->values_num - 1; i >= 0; --i) {
     const svg_a_node *value = element->values[i];
     if (value == winner || !competes(value, row)) continue;
     fputs("    overrides ", out);
     print_value(out, drawing, {element, value}, row);
   }
-  if (winner != nullptr && !svg_is_inherit(winner)) return;
-  if (const Holder holder = find_holder(drawing, chain, row); holder.value != nullptr) {
+  if (winner && !svg_is_inherit(winner)) return;
+  if (const Holder holder = find_holder(drawing, chain, row); holder.value) {
     fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element, false).c_str());
     print_value(out, drawing, holder, row);
-  } else if (const char *initial = svg_get_attr_table()[row].default_text; initial != nullptr) {
+  } else if (const char *initial = svg_get_attr_table()[row].default_text; initial) {
     fprintf(out, "    initial value: %s\n", initial);
   } else if (svg_is_property(row)) {
     fputs("    initial value: the program's own\n", out);
@@ -116,29 +115,29 @@ static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, i
 static void print_value(FILE *out, const Drawing &drawing, const Holder &holder, int row) {
   const std::string text = value_text(drawing, holder.value, false);
   const std::string source = source_text(drawing, holder.element, holder.value, false);
-  // Of IRIs the tree does not tell the two keywords apart.
+  // The record of an IRI does not tell the two keywords apart.
   const bool iri = svg_get_record_kind(holder.value->row) == SVG_RECORD_IRI;
   fprintf(out, "%s%s  (%s%s)\n", text.c_str(),
-          iri && svg_is_property(row) && value_iri(holder.value) == nullptr ? " or inherit" : "",
+          iri && svg_is_property(row) && !value_iri(holder.value) ? " or inherit" : "",
           source.empty() ? "attribute" : source.c_str(),
           holder.value->row != row ? ", through marker" : "");
 }
 
-// Whose value the first element of the chain has in the end: its own, or an ancestor's.
+// The value that applies to the first element of the chain: its own, or an ancestor's.
 static Holder find_holder(const Drawing &drawing, const Chain &chain, int row) {
   for (const svg_e_node *element : chain) {
     const svg_a_node *value = find_winner(drawing, element, row);
-    if (value != nullptr && !svg_is_inherit(value)) return {element, value};
-    if (value == nullptr && !svg_is_inherited(row)) break;
+    if (value && !svg_is_inherit(value)) return {element, value};
+    if (!value && !svg_is_inherited(row)) break;
   }
   return {};
 }
 
-// By CSS 2.1, 6.4.1 and SVG 1.1, 6.4; of equal rank the later one.
+// CSS 2.1, 6.4.1 and SVG 1.1, 6.4; among equals the last one wins.
 static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row) {
   const svg_a_node *winner = nullptr;
   int highest = -1;
-  for (int32_t i = 0; i < element->values_num; i++) {
+  for (int32_t i = 0; i < element->values_num; ++i) {
     const svg_a_node *value = element->values[i];
     if (!competes(value, row)) continue;
     const int value_rank = rank(drawing.source(element, value).kind);

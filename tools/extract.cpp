@@ -1,7 +1,7 @@
 // extract.cpp: see extract.h.
 //
-// Every file is made new (O_EXCL) in the open folder, so that no link can lead elsewhere; with
-// --force it is made under another name and renamed over what is there.
+// Every file is created anew (O_EXCL) in the open folder, so that no link can lead elsewhere; with
+// --force it is created under another name and renamed over what is there.
 #include "tools/extract.h"
 
 #include <fcntl.h>
@@ -13,7 +13,7 @@
 #include <cstring>
 #include <unordered_map>
 
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 #include "tools/walk.h"
@@ -24,7 +24,7 @@ static const char *extension(int mime);
 static bool holds(int folder, const std::string &name, const unsigned char *data, size_t size);
 static bool write_all(int descriptor, const unsigned char *data, size_t size);
 
-constexpr size_t digest_bytes = 16; // of the digest, in a file's name
+constexpr size_t DIGEST_BYTES = 16; // of the digest, in a file's name
 
 Extractor::~Extractor() {
   if (descriptor_ >= 0) close(descriptor_);
@@ -39,7 +39,7 @@ bool Extractor::open() {
 bool Extractor::extract(FILE *out, const Drawing &drawing) {
   const auto types = types_of_data(drawing);
   bool ok = true;
-  for (size_t i = 0; const char *virtual_file = ort_pvf_name(drawing.core(), i); i++) {
+  for (size_t i = 0; const char *virtual_file = ort_pvf_name(drawing.core(), i); ++i) {
     size_t size = 0;
     const unsigned char *data = ort_pvf_data(drawing.core(), virtual_file, &size);
     const auto type = types.find(virtual_file);
@@ -61,7 +61,7 @@ bool Extractor::extract(FILE *out, const Drawing &drawing) {
 bool Extractor::write(const std::string &name, const unsigned char *data, size_t size) {
   const std::string made = force_ ? "." + name + ".new" : name;
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  if (force_) unlinkat(descriptor_, made.c_str(), 0); // left behind by a run that was stopped
+  if (force_) unlinkat(descriptor_, made.c_str(), 0); // left by an interrupted run
   const int file = openat(descriptor_, made.c_str(), flags, 0666);
   if (file < 0) {
     const int error = errno;
@@ -87,10 +87,9 @@ bool Extractor::fail(const std::string &name, int error) const {
 static std::unordered_map<std::string, int> types_of_data(const Drawing &drawing) {
   std::unordered_map<std::string, int> types;
   each_element(drawing.svg(), [&](const svg_e_node *element) {
-    for (int32_t i = 0; i < element->values_num; i++) {
+    for (int32_t i = 0; i < element->values_num; ++i) {
       const svg_iri *iri = value_iri(element->values[i]);
-      if (iri != nullptr && iri->kind == SVG_IRI_DATA && iri->ref.text != nullptr)
-        types[iri->ref.text] = iri->mime;
+      if (iri && iri->kind == SVG_IRI_DATA && iri->ref.text) types[iri->ref.text] = iri->mime;
     }
   });
   return types;
@@ -100,7 +99,7 @@ static std::string digest_text(const unsigned char *data, size_t size) {
   sha256_ctx context;
   sha256_init(&context);
   sha256_update(&context, size, data);
-  uint8_t digest[digest_bytes];
+  uint8_t digest[DIGEST_BYTES];
   sha256_digest(&context, sizeof digest, digest);
   std::string text;
   for (const uint8_t byte : digest) {

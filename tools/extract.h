@@ -17,11 +17,11 @@ public:
   Extractor(const Extractor &) = delete;
   Extractor &operator=(const Extractor &) = delete;
 
-  // Makes the folder if need be and opens it; false after a message.
+  // Creates the folder if need be and opens it; false after a message.
   bool open();
 
   // Writes the drawing's data and prints a line for each file. False after a message when a file
-  // could not be written, or exists with other bytes and may not be replaced.
+  // could not be written, or exists with other contents and may not be replaced.
   bool extract(FILE *out, const Drawing &drawing);
 
 private:

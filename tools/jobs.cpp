@@ -1,5 +1,4 @@
-// jobs.cpp: see jobs.h. Workers read ahead of what has been shown, but not far: drawings take
-// memory.
+// jobs.cpp: see jobs.h. Workers read ahead of what has been shown, but not far, to save memory.
 #include "tools/jobs.h"
 
 #include <algorithm>
@@ -39,7 +38,7 @@ void read_drawings(const std::vector<std::string> &files, const ReadSettings &se
   const size_t workers = std::min(static_cast<size_t>(jobs), files.size());
   std::unique_ptr<Reader> reader;
   if (workers > 1) reader = std::make_unique<Reader>(files, settings, workers);
-  for (size_t i = 0; i < files.size(); i++) {
+  for (size_t i = 0; i < files.size(); ++i) {
     if (progress) fprintf(stderr, "\r%zu of %zu ", i, files.size());
     const auto drawing = reader ? reader->next() : std::make_unique<Drawing>(files[i], settings);
     if (progress) fputs("\r\033[K", stderr);
@@ -47,11 +46,9 @@ void read_drawings(const std::vector<std::string> &files, const ReadSettings &se
   }
 }
 
-namespace {
-
 Reader::Reader(const std::vector<std::string> &files, const ReadSettings &settings, size_t workers)
     : files_(files), settings_(settings), drawings_(files.size()), ahead_(2 * workers) {
-  for (size_t i = 0; i < workers; i++) workers_.emplace_back([this] { work(); });
+  for (size_t i = 0; i < workers; ++i) workers_.emplace_back([this] { work(); });
 }
 
 Reader::~Reader() {
@@ -84,5 +81,3 @@ std::unique_ptr<Drawing> Reader::next() {
   changed_.notify_all();
   return std::move(drawings_[shown_++]);
 }
-
-} // namespace

@@ -6,7 +6,7 @@
 #include "tools/json_value.h"
 #include "tools/json_writer.h"
 #include "tools/names.h"
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/walk.h"
 
 static void write_document(JsonWriter &json, const Drawing &drawing);
@@ -17,9 +17,9 @@ static void write_flags(JsonWriter &json, int flags);
 static bool is_sheet(svg_source source);
 static const char *source_name(svg_source source);
 
-// Values of style sheets, which many elements share, are written once when they take more than so
-// many bytes: the output must not grow with the square of the drawing.
-constexpr size_t long_value = 200;
+// Many elements may share a value of a style sheet. When it is longer than this, it is written
+// once: the output must not grow with the square of the drawing.
+constexpr size_t LONG_VALUE = 200;
 
 void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
                 const JsonOptions &options) {
@@ -40,7 +40,7 @@ void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
         error = &message;
   });
   json.key("error");
-  if (error != nullptr)
+  if (error)
     write_message(json, *error);
   else
     json.null();
@@ -48,7 +48,7 @@ void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
     const NodeNumbers numbers(drawing, root);
     write_names(json, drawing, numbers);
     json.key("root");
-    if (root != nullptr)
+    if (root)
       write_tree(json, {drawing, numbers, options.full}, root);
     else
       json.null();
@@ -70,7 +70,7 @@ static void write_document(JsonWriter &json, const Drawing &drawing) {
   size("viewBox", drawing.viewbox_width(), drawing.viewbox_height());
   json.field("hasText", drawing.has_text());
   json.list("elements", [&] {
-    for (int id = 0; id < SVG_ELEM_COUNT; id++)
+    for (int id = 0; id < SVG_ELEM_COUNT; ++id)
       if (drawing.uses(id)) json.value(element_name(id));
   });
   json.field("title", svg_get_title_text(drawing.parser()));
@@ -88,7 +88,7 @@ static void write_message(JsonWriter &json, const Message &message) {
 
 static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers) {
   json.array("fonts", [&] {
-    for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
+    for (size_t i = 0; i < svg_get_font_count(drawing.parser()); ++i) {
       const svg_font *font = svg_get_font_at(drawing.parser(), i);
       json.begin_object();
       json.field("name", drawing.font_name(font));
@@ -119,7 +119,7 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
         json.field("level", element->level);
         write_flags(json, element->head.flags);
         json.array("values", [&] {
-          for (int32_t i = 0; i < element->values_num; i++) {
+          for (int32_t i = 0; i < element->values_num; ++i) {
             const svg_a_node *value = element->values[i];
             const svg_source source = context.drawing.source(element, value).kind;
             json.begin_object();
@@ -132,7 +132,7 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
             } else {
               const size_t before = json.content();
               write_json_value(json, context, value);
-              if (is_sheet(source) && !context.full && json.content() - before > long_value)
+              if (is_sheet(source) && !context.full && json.content() - before > LONG_VALUE)
                 written[value] = number;
             }
             json.end_object();

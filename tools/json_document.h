@@ -12,7 +12,7 @@ struct JsonOptions {
 };
 
 // Writes the drawing. root is the element whose subtree is written, the outermost svg by default;
-// null, and with it most fields, when the drawing was not readable.
+// it is null, like most other fields, when the drawing was not readable.
 void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
                 const JsonOptions &options);
 

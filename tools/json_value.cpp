@@ -1,12 +1,12 @@
-// json_value.cpp: every kind of value as JSON (docs/json.md). What may hold a keyword in the place
-// of a number is written as a keyword when it does.
+// json_value.cpp: every kind of value as JSON (docs/json.md). A record that may hold a keyword in
+// place of a number is written as a keyword when it does.
 #include "tools/json_value.h"
 
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/value_text.h"
 
 static void write_keyword(JsonWriter &json, int key);
@@ -28,7 +28,7 @@ static void write_type(JsonWriter &json, const char *type);
 // "value": the items of a list.
 template <class Item> static void write_items(JsonWriter &json, int32_t count, Item item) {
   json.list("value", [&] {
-    for (int32_t i = 0; i < count; i++) json.value(item(i));
+    for (int32_t i = 0; i < count; ++i) json.value(item(i));
   });
 }
 
@@ -138,7 +138,7 @@ static void write_lengths(JsonWriter &json, int32_t count, const double *values,
   write_type(json, "lengths");
   write_items(json, count, [&](int32_t i) { return values[i]; });
   json.list("units", [&] {
-    for (int32_t i = 0; i < count; i++) json.value(svg_get_unit_text(units[i]));
+    for (int32_t i = 0; i < count; ++i) json.value(svg_get_unit_text(units[i]));
   });
 }
 
@@ -182,7 +182,7 @@ static void write_iri(JsonWriter &json, const ValueContext &context, const svg_i
   const svg_e_node *target = iri.kind == SVG_IRI_LINK ? iri.ref.target : nullptr;
   json.field("kind", kinds[iri.kind]);
   json.key("target");
-  if (target != nullptr)
+  if (target)
     json.value(context.numbers.of(target));
   else
     json.null();
@@ -205,7 +205,7 @@ static std::string link_text(const ValueContext &context, const svg_iri &iri) {
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families) {
   write_type(json, "families");
   json.array("value", [&] {
-    for (int32_t i = 0; i < families->count; i++) {
+    for (int32_t i = 0; i < families->count; ++i) {
       if (families->keys[i] == 0) {
         json.value(families->names[i]);
         continue;
@@ -218,7 +218,6 @@ static void write_families(JsonWriter &json, const svg_an_key_name_list *familie
 }
 
 static void write_path(JsonWriter &json, const svg_an_path_data *path) {
-  static constexpr const char *commands[] = {"", "M", "L", "C", "Z"};
   write_type(json, "path");
   json.field("vertices", path->vertices);
   size_t count = 0;
@@ -226,7 +225,7 @@ static void write_path(JsonWriter &json, const svg_an_path_data *path) {
   json.array("segments", [&] {
     for (const svg_pada &segment : std::span(segments, count)) {
       json.begin_object();
-      json.field("op", commands[segment.type]);
+      json.field("op", path_command(segment));
       json.list("points", [&] {
         for (int k = 0; k < 2 * segment.count; ++k) json.value(segment.points[k]);
       });

@@ -1,5 +1,5 @@
-// json_writer.cpp: see json_writer.h. A pretty writer does both forms: called through its base it
-// writes no white space.
+// json_writer.cpp: see json_writer.h. One pretty writer serves both forms: called through its base
+// class it writes no white space.
 #include "tools/json_writer.h"
 
 #include <charconv>
@@ -7,8 +7,8 @@
 
 #include "tools/utf8.h"
 
-// Below this depth lines are not indented: output must not grow with the square of the depth.
-constexpr int deepest_indent = 64;
+// Deeper lines are not indented: the output must not grow with the square of the depth.
+constexpr int DEEPEST_INDENT = 64;
 
 JsonWriter::JsonWriter(FILE *out, bool pretty)
     : stream_(out, buffer_, sizeof buffer_), writer_(stream_), pretty_(pretty) {
@@ -89,7 +89,7 @@ void JsonWriter::value(std::string_view text) {
 }
 
 void JsonWriter::value(const char *text) {
-  if (text != nullptr)
+  if (text)
     value(std::string_view(text));
   else
     null();
@@ -103,5 +103,5 @@ void JsonWriter::integer(int64_t number) {
 
 void JsonWriter::change_depth(int by) {
   depth_ += by;
-  if (depth_ >= deepest_indent) writer_.SetIndent(' ', depth_ == deepest_indent ? 2 : 0);
+  if (depth_ >= DEEPEST_INDENT) writer_.SetIndent(' ', depth_ == DEEPEST_INDENT ? 2 : 0);
 }

@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <string_view>
 
-// Output is valid whatever is written: text that is not UTF-8 gets U+FFFD, an infinite number is
-// written as 1e999, which reads back as infinity, and what is not a number as null.
+// The output is valid whatever is written: U+FFFD replaces bytes that are not UTF-8, infinity is
+// written as 1e999, which reads back as infinity, and NaN as null.
 class JsonWriter {
 public:
   JsonWriter(FILE *out, bool pretty);

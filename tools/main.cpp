@@ -59,16 +59,15 @@ int main(int argc, char **argv) {
   return written && ok ? 0 : 1;
 }
 
-// The tool's own memory is not the core's: no budget covers it, and an exception must not cross the
-// library.
+// No budget of the core covers the tool's own memory, and an exception must not cross the library.
 static void end_without_memory() {
   static constexpr char text[] = "svgtree: out of memory\n";
   [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
   _exit(1); // whoever closed standard error misses the message
 }
 
-// A closed pipe becomes an error of the write. A closed standard stream must not become the first
-// file that is opened: its place is taken by something that cannot be used.
+// A closed pipe shows as a failed write. A closed standard stream must not turn into the first file
+// that is opened, so its descriptor is taken by one that cannot be used.
 static void hold_standard_streams() {
   signal(SIGPIPE, SIG_IGN);
   for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
@@ -83,9 +82,9 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
   if (options.json)
     print_json(stdout, drawing, top, {options.pretty, options.text.full});
-  else if (top != nullptr && options.has_query)
+  else if (top && options.has_query)
     print_subtree(stdout, drawing, top, options.text);
-  else if (top != nullptr && !options.asks())
+  else if (top && !options.asks())
     print_document(stdout, drawing, options.text);
   return drawing.ok() && print_answers(drawing, options, extractor) && top != nullptr;
 }
@@ -101,7 +100,7 @@ static bool print_answers(const Drawing &drawing, const Options &options, Extrac
   if (options.ids) print_answers(stdout, drawing, "id", answer_ids, options.text.full);
   if (options.links) print_answers(stdout, drawing, "link", answer_links, options.text.full);
   if (options.stats) print_statistics(stdout, drawing);
-  return (extractor == nullptr || extractor->extract(stdout, drawing)) && ok;
+  return (!extractor || extractor->extract(stdout, drawing)) && ok;
 }
 
 static void print_messages(const Drawing &drawing) {

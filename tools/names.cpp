@@ -4,22 +4,21 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
 NodeNumbers::NodeNumbers(const Drawing &drawing, const svg_e_node *top) {
   svg_e_node *element = nullptr;
-  for (size_t i = 0; svg_get_href(drawing.parser(), i, &element) != nullptr; i++)
-    numbers_[element] = 0;
-  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++)
+  for (size_t i = 0; svg_get_href(drawing.parser(), i, &element); ++i) numbers_[element] = 0;
+  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); ++i)
     numbers_[svg_get_font_at(drawing.parser(), i)->node] = 0;
   if (top) numbers_[top] = 0;
   if (numbers_.empty()) return;
   int64_t number = 0;
   each_element(drawing.svg(), [&](const svg_e_node *node) {
-    number++;
+    ++number;
     if (const auto found = numbers_.find(node); found != numbers_.end()) found->second = number;
   });
 }
@@ -27,8 +26,7 @@ NodeNumbers::NodeNumbers(const Drawing &drawing, const svg_e_node *top) {
 std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbers &numbers) {
   std::vector<NamedElement> result;
   NamedElement named = {};
-  for (size_t i = 0; (named.name = svg_get_href(drawing.parser(), i, &named.element)) != nullptr;
-       i++)
+  for (size_t i = 0; (named.name = svg_get_href(drawing.parser(), i, &named.element)); ++i)
     result.push_back(named);
   std::ranges::stable_sort(result, {},
                            [&](const NamedElement &entry) { return numbers.of(entry.element); });
@@ -38,7 +36,7 @@ std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbe
 const svg_e_node *find_element(const Drawing &drawing, const std::string &id) {
   const char *name = id.c_str() + (id.starts_with('#') ? 1 : 0);
   const svg_e_node *element = svg_find_name(drawing.parser(), name);
-  if (element == nullptr)
+  if (!element)
     fprintf(stderr, "%s: no element has the id '%s'\n", escaped(drawing.name()).c_str(),
             escaped(name).c_str());
   return element;

@@ -9,8 +9,7 @@
 
 #include "tools/drawing.h"
 
-// Numbers of the elements that bear an id or are fonts, and of top: 1 for the first element built,
-// counting in document order.
+// Numbers, from 1 in document order, of the elements that bear an id or are fonts, and of top.
 class NodeNumbers {
 public:
   explicit NodeNumbers(const Drawing &drawing, const svg_e_node *top = nullptr);

@@ -125,7 +125,7 @@ static int refuse_usage(const std::string &mistake) {
   return 2;
 }
 
-// What is wrong with a limit; "" when it was taken.
+// Returns what is wrong with a limit, "" when it was taken.
 static std::string take_limit(const std::string &text, ReadSettings &reading) {
   const size_t equals = std::min(text.find('='), text.size());
   const char *begin = text.c_str() + std::min(equals + 1, text.size());
@@ -181,7 +181,7 @@ static std::string find_mistake(const Options &options) {
   return "";
 }
 
-// As the reader looks properties up: ignoring ASCII case.
+// Ignores ASCII case, as the reader does.
 static bool is_property(const std::string &name) {
   for (int row = 0; row < SVG_ATTR_COUNT; ++row)
     if (svg_is_property(row) && strcasecmp(svg_get_attr_table()[row].name, name.c_str()) == 0)

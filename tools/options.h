@@ -15,7 +15,7 @@ struct Options {
   std::vector<std::string> limits; // as they are written
   int jobs = 1;
 
-  // What to print; the whole document when nothing is said.
+  // What to print: the whole document unless one of these says otherwise.
   bool check = false;
   bool schema = false;
   bool json = false;

@@ -26,8 +26,8 @@ static std::string point_text(double x, double y);
 static void print_message(void *, ort_severity severity, int code, const char *text);
 static void print_caret(std::string_view text, size_t offset);
 
-// Characters that are shown on either side of an error.
-constexpr size_t shown_characters = 36;
+// Characters shown on either side of an error.
+constexpr size_t SHOWN_CHARACTERS = 36;
 
 int run_path_command(FILE *out, const std::string &argument) {
   std::string text = argument;
@@ -36,7 +36,7 @@ int run_path_command(FILE *out, const std::string &argument) {
   ort_options_init(&options);
   options.message = print_message;
   ort_core *core = ort_core_new(&options);
-  if (core == nullptr) return 1;
+  if (!core) return 1;
   svg_register_errtab(core);
   PathJob job = {core, text.c_str(), out};
   size_t offset = 0;
@@ -61,7 +61,7 @@ static bool read_standard_input(std::string &text) {
   return false;
 }
 
-// Runs inside ort_protect; the callbacks return normally, so their locals are safe.
+// Runs inside ort_protect. The callbacks return normally, so they may have locals with destructors.
 static void parse(void *argument) {
   const auto *job = static_cast<PathJob *>(argument);
   svg_spp_parse(
@@ -72,7 +72,7 @@ static void parse(void *argument) {
         print_curve(static_cast<FILE *>(out), points, "");
       },
       [](void *out, const ort_bezier_list *curves) {
-        for (int i = 0; i < curves->count; i++)
+        for (int i = 0; i < curves->count; ++i)
           print_curve(static_cast<FILE *>(out), curves->segments[i], "  (arc)");
       },
       [](void *out, double x, double y) {
@@ -97,20 +97,20 @@ static void print_message(void *, ort_severity severity, int code, const char *t
   fprintf(stderr, "path: %s %d: %s\n", severity == ORT_ERROR ? "error" : "warning", code, text);
 }
 
-// Every character takes one column, also one that cannot be shown.
+// Each character takes one column, even one that cannot be shown.
 static void print_caret(std::string_view text, size_t offset) {
   const auto inside_character = [&](size_t i) {
     return i < text.size() && (static_cast<unsigned char>(text[i]) & 0xC0) == 0x80;
   };
   size_t begin = offset;
-  for (size_t i = 0; i < shown_characters && begin > 0; i++) {
-    begin--;
-    while (begin > 0 && inside_character(begin)) begin--;
+  for (size_t i = 0; i < SHOWN_CHARACTERS && begin > 0; ++i) {
+    --begin;
+    while (begin > 0 && inside_character(begin)) --begin;
   }
   std::string line = begin > 0 ? "..." : "";
   size_t column = line.size(); // of the next character
   size_t caret = column;
-  size_t left = shown_characters;
+  size_t left = SHOWN_CHARACTERS;
   size_t i = begin;
   while (i < text.size() && left > 0) {
     const size_t length = utf8_length(text.substr(i));
@@ -120,11 +120,11 @@ static void print_caret(std::string_view text, size_t offset) {
     else
       line += escaped(character) == character ? character : " ";
     i += length > 0 ? length : 1;
-    column++;
+    ++column;
     if (i <= offset)
       caret = column;
     else
-      left--;
+      --left;
   }
   fprintf(stderr, "  %s%s\n  %*s^\n", line.c_str(), i < text.size() ? "..." : "",
           static_cast<int>(caret), "");

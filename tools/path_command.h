@@ -5,9 +5,9 @@
 #include <cstdio>
 #include <string>
 
-// Prints the segments of the path text in argument ("-": standard input), one on a line, in
-// absolute coordinates. After an error those before it are printed, and the message with the text
-// and a caret under the offending byte goes to standard error. Returns the exit status.
+// Prints the segments of a path text ("-": of standard input), one a line, in absolute coordinates.
+// For a faulty text it prints those before the fault, and on standard error the message and the
+// text with a caret under the offending byte. Returns the exit status.
 int run_path_command(FILE *out, const std::string &argument);
 
 #endif

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "tools/names.h"
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 #include "tools/walk.h"
@@ -16,14 +16,14 @@ static void print_memory(FILE *out, const Drawing &drawing);
 // Calls found("rect #button fill", iri) for each IRI of the tree.
 template <class Found> static void each_iri(const Drawing &drawing, bool full, Found found) {
   each_element(drawing.svg(), [&](const svg_e_node *element) {
-    for (int32_t i = 0; i < element->values_num; i++)
-      if (const svg_iri *iri = value_iri(element->values[i]); iri != nullptr)
+    for (int32_t i = 0; i < element->values_num; ++i)
+      if (const svg_iri *iri = value_iri(element->values[i]))
         found(element_text(drawing, element, full) + ' ' + row_name(element->values[i]->row), *iri);
   });
 }
 
 void answer_fonts(const Drawing &drawing, bool full, const Answers &answers) {
-  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); i++) {
+  for (size_t i = 0; i < svg_get_font_count(drawing.parser()); ++i) {
     const svg_font *font = svg_get_font_at(drawing.parser(), i);
     answers(short_text(drawing.font_name(font), full) + " (" +
             element_text(drawing, font->node, full) + ')');
@@ -50,7 +50,7 @@ void answer_data(const Drawing &drawing, bool full, const Answers &answers) {
 void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question,
                    bool full) {
   size_t count = 0;
-  question(drawing, full, [&](const std::string &) { count++; });
+  question(drawing, full, [&](const std::string &) { ++count; });
   fprintf(out, "%s: %zu %s%s\n", escaped(drawing.name()).c_str(), count, noun,
           count == 1 ? "" : "s");
   question(drawing, full,
@@ -64,10 +64,10 @@ void print_statistics(FILE *out, const Drawing &drawing) {
   walk(
       drawing.svg(),
       [&](const svg_e_node *element, int) {
-        elements++;
+        ++elements;
         values += static_cast<size_t>(element->values_num);
       },
-      [&](const svg_t_node *, int) { texts++; }, [](const svg_e_node *) {});
+      [&](const svg_t_node *, int) { ++texts; }, [](const svg_e_node *) {});
   double style_sheet_pass = 0;
   double main_pass = 0;
   svg_get_pass_times(drawing.parser(), &style_sheet_pass, &main_pass);

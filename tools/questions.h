@@ -1,4 +1,4 @@
-// questions.h: what a drawing defines and refers to, one line of text for each answer.
+// questions.h: what a drawing defines and refers to, one line of text per answer.
 #ifndef TOOLS_QUESTIONS_H
 #define TOOLS_QUESTIONS_H
 
@@ -17,7 +17,7 @@ void answer_ids(const Drawing &drawing, bool full, const Answers &answers);   //
 void answer_links(const Drawing &drawing, bool full, const Answers &answers); // elements, targets
 void answer_data(const Drawing &drawing, bool full, const Answers &answers);  // type, size
 
-// A heading with the number of answers, then the answers.
+// Prints a heading with the number of answers, then the answers.
 using Question = void (*)(const Drawing &drawing, bool full, const Answers &answers);
 void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question question,
                    bool full);

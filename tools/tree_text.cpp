@@ -7,14 +7,14 @@
 
 #include "tools/names.h"
 #include "tools/questions.h"
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
 namespace {
 
-// What the switches passed so far would show.
+// The children that the switches met so far choose.
 using Chosen = std::unordered_set<const svg_node *>;
 
 } // namespace
@@ -32,11 +32,10 @@ static void print_text(FILE *out, const svg_t_node *text, int depth, bool full);
 static void indent(FILE *out, int depth);
 static bool is_blank(const char *text);
 
-// Below this depth the level is printed instead of blanks: the output must not grow with the square
-// of the depth.
-constexpr int deepest_indent = 40;
+// Deeper elements show their level instead: the output must not grow with the square of the depth.
+constexpr int DEEPEST_INDENT = 40;
 
-constexpr size_t shown_answers = 12; // fonts, ids, links above the tree
+constexpr size_t SHOWN_ANSWERS = 12; // fonts, ids, links above the tree
 
 void print_document(FILE *out, const Drawing &drawing, const TextOptions &options) {
   print_facts(out, drawing, options.full);
@@ -68,7 +67,7 @@ static void print_facts(FILE *out, const Drawing &drawing, bool full) {
     line += ", viewBox " + size(drawing.viewbox_width(), drawing.viewbox_height());
   line += drawing.has_text() ? ", with text" : "";
   fprintf(out, "%s\nelements:", line.c_str());
-  for (int id = 0; id < SVG_ELEM_COUNT; id++)
+  for (int id = 0; id < SVG_ELEM_COUNT; ++id)
     if (drawing.uses(id)) fprintf(out, " %s", element_name(id));
   fputc('\n', out);
   const std::pair<const char *, const char *> texts[] = {
@@ -76,7 +75,7 @@ static void print_facts(FILE *out, const Drawing &drawing, bool full) {
       {"desc", svg_get_desc_text(drawing.parser())},
       {"metadata", svg_get_metadata(drawing.parser())}};
   for (const auto &[name, text] : texts)
-    if (text != nullptr) fprintf(out, "%s: %s\n", name, quoted_text(text, full).c_str());
+    if (text) fprintf(out, "%s: %s\n", name, quoted_text(text, full).c_str());
   print_answer_list(out, drawing, "fonts", answer_fonts, full);
   print_answer_list(out, drawing, "ids", answer_ids, full);
   print_answer_list(out, drawing, "links", answer_links, full);
@@ -87,11 +86,11 @@ static void print_answer_list(FILE *out, const Drawing &drawing, const char *lab
                               Question question, bool full) {
   size_t count = 0;
   question(drawing, full, [&](const std::string &answer) {
-    if (full || count < shown_answers)
+    if (full || count < SHOWN_ANSWERS)
       fprintf(out, "%s%s", count == 0 ? (std::string(label) + ": ").c_str() : "; ", answer.c_str());
-    count++;
+    ++count;
   });
-  if (!full && count > shown_answers) fprintf(out, "; ... (%zu in all)", count);
+  if (!full && count > SHOWN_ANSWERS) fprintf(out, "; ... (%zu in all)", count);
   if (count > 0) fputc('\n', out);
 }
 
@@ -102,12 +101,12 @@ static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *e
   if ((element->head.flags & SVG_EF_NEEDS_BBOX) != 0) fputs(" [needs bbox]", out);
   if (options.languages) fputs(language_marks(drawing, element, chosen).c_str(), out);
   fputc('\n', out);
-  for (int32_t i = 0; i < element->values_num; i++)
+  for (int32_t i = 0; i < element->values_num; ++i)
     print_value(out, drawing, element, element->values[i], depth + 1, options.full);
 }
 
-// A switch shows the first of its child elements whose conditions hold (SVG 1.1, 5.8.2); of the
-// conditions the reader knows systemLanguage.
+// A switch shows the first of its child elements whose conditions hold (SVG 1.1, 5.8.2). The only
+// condition that the reader knows is systemLanguage.
 static std::string language_marks(const Drawing &drawing, const svg_e_node *element,
                                   Chosen &chosen) {
   std::string marks;
@@ -117,10 +116,10 @@ static std::string language_marks(const Drawing &drawing, const svg_e_node *elem
   if (chosen.contains(&element->head)) marks += " [chosen]";
   if (element->head.id != SVG_ELEM_switch) return marks;
   int number = 0;
-  for (svg_node *node = element->first_child; node != nullptr; node = node->next) {
+  for (svg_node *node = element->first_child; node; node = node->next) {
     const svg_e_node *child = svg_as_element(node);
-    if (child == nullptr) continue;
-    number++;
+    if (!child) continue;
+    ++number;
     if (!drawing.accepts_language(child)) continue;
     chosen.insert(node);
     return marks + " [chooses child " + std::to_string(number) + ']';
@@ -143,10 +142,10 @@ static void print_text(FILE *out, const svg_t_node *text, int depth, bool full) 
 }
 
 static void indent(FILE *out, int depth) {
-  if (depth <= deepest_indent)
+  if (depth <= DEEPEST_INDENT)
     fprintf(out, "%*s", 2 * depth, "");
   else
-    fprintf(out, "%*s[%d] ", 2 * deepest_indent, "", depth);
+    fprintf(out, "%*s[%d] ", 2 * DEEPEST_INDENT, "", depth);
 }
 
 static bool is_blank(const char *text) {

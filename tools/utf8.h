@@ -8,7 +8,7 @@
 // Bytes of the well-formed character (RFC 3629) that text begins with, 0 when there is none.
 size_t utf8_length(std::string_view text);
 
-// The text with U+FFFD for every byte that is not well-formed.
+// The text with U+FFFD in place of each byte that is not well-formed.
 std::string utf8_cleaned(std::string_view text);
 
 // Text that cannot disturb a terminal, escaped as the library escapes it in messages.

@@ -7,7 +7,7 @@
 #include <cstdio>
 #include <span>
 
-#include "tools/schema.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 
 static std::string unum_text(double value, int unit, bool full);
@@ -21,10 +21,10 @@ static bool is_none(const svg_iri &iri);
 static std::string families_text(const svg_an_key_name_list *list, bool full);
 static std::string path_text(const svg_an_path_data *path, bool full);
 
-// Items of a list that are shown unless the whole is wanted.
-constexpr int32_t shown_items = 12;
+// Items of a list that are shown unless all are wanted.
+constexpr int32_t SHOWN_ITEMS = 12;
 
-constexpr size_t shown_text = 200; // bytes
+constexpr size_t SHOWN_TEXT = 200; // bytes
 
 std::string number_text(double value, bool exact) {
   char buffer[32];
@@ -42,7 +42,7 @@ std::string rgb_text(uint32_t rgb) {
 std::string_view shown_part(std::string_view text, bool full) {
   if (full) return text;
   size_t end = 0;
-  while (end < shown_text && end < text.size())
+  while (end < SHOWN_TEXT && end < text.size())
     end += std::max<size_t>(utf8_length(text.substr(end)), 1);
   return text.substr(0, end);
 }
@@ -57,12 +57,12 @@ std::string short_text(std::string_view text, bool full) {
   return escaped(shown) + (shown.size() < text.size() ? "..." : "");
 }
 
-// Lists: the items that are shown, and how many are not.
+// The items that are shown, and how many there are when some are not.
 template <class Item>
 static std::string list_text(int32_t count, const char *separator, bool full, Item item) {
   std::string result;
-  const int32_t shown = full || count <= shown_items ? count : shown_items;
-  for (int32_t i = 0; i < shown; i++) {
+  const int32_t shown = full || count <= SHOWN_ITEMS ? count : SHOWN_ITEMS;
+  for (int32_t i = 0; i < shown; ++i) {
     if (i > 0) result += separator;
     result += item(i);
   }
@@ -134,8 +134,7 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
                                        : iri_text(drawing, as<svg_an_iri>(value)->iri, full);
   case SVG_RECORD_COLOR_PROFILE: {
     const auto *record = as<svg_an_color_profile>(value);
-    return record->name != nullptr ? quoted_text(record->name, full)
-                                   : svg_get_keyword_text(record->keyword);
+    return record->name ? quoted_text(record->name, full) : svg_get_keyword_text(record->keyword);
   }
   case SVG_RECORD_KEY_NAME_LIST: return families_text(as<svg_an_key_name_list>(value), full);
   case SVG_RECORD_PATH_DATA: return path_text(as<svg_an_path_data>(value), full);
@@ -146,7 +145,7 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
 std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
                         bool full) {
   const Source source = drawing.source(element, value);
-  const std::string selector = source.selector != nullptr ? short_text(*source.selector, full) : "";
+  const std::string selector = source.selector ? short_text(*source.selector, full) : "";
   switch (source.kind) {
   case SVG_SOURCE_ATTRIBUTE: break;
   case SVG_SOURCE_SHEET: return "sheet: " + selector;
@@ -197,11 +196,11 @@ static std::string paint_text(const Drawing &drawing, const svg_a_node *value, b
 
 static std::string color_text(const svg_color &color, bool full) {
   std::string result = rgb_text(color.rgb) + ' ' + svg_get_color_space_text(color.colortype) + '(';
-  if (color.name != nullptr) result += escaped(color.name);
+  if (color.name) result += escaped(color.name);
   int32_t count = 0;
   const double *components = svg_get_components(&color, &count);
   for (int32_t i = 0; i < count; ++i)
-    result += (i > 0 || color.name != nullptr ? ", " : "") + number_text(components[i], full);
+    result += (i > 0 || color.name ? ", " : "") + number_text(components[i], full);
   return result + ')';
 }
 
@@ -214,33 +213,32 @@ const svg_iri *value_iri(const svg_a_node *value) {
     break;
   default: break;
   }
-  return iri != nullptr && !is_none(*iri) ? iri : nullptr;
+  return iri && !is_none(*iri) ? iri : nullptr;
 }
 
 std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
   switch (iri.kind) {
   case SVG_IRI_LINK:
-    if (iri.ref.target != nullptr)
+    if (iri.ref.target)
       return "#" + short_text(svg_find_href_id(drawing.parser(), iri.ref.target), full);
     if (const char *name = drawing.waiting_name(&iri))
       return "#" + short_text(name, full) + " (no such element)";
     return "# (no such element)";
   case SVG_IRI_DATA: return "data: " + data_text(drawing, iri);
-  case SVG_IRI_NAME: return iri.ref.text != nullptr ? short_text(iri.ref.text, full) : "none";
+  case SVG_IRI_NAME: return iri.ref.text ? short_text(iri.ref.text, full) : "none";
   default: return "none";
   }
 }
 
 std::string data_text(const Drawing &drawing, const svg_iri &iri) {
   size_t size = 0;
-  if (iri.ref.text == nullptr || ort_pvf_data(drawing.core(), iri.ref.text, &size) == nullptr)
-    return "(empty)";
+  if (!iri.ref.text || !ort_pvf_data(drawing.core(), iri.ref.text, &size)) return "(empty)";
   return std::string(mime_text(iri.mime)) + ", " + std::to_string(size) + " bytes";
 }
 
 const char *mime_text(int mime) {
   const char *text = svg_get_mime_text(mime);
-  return text != nullptr ? text : "unknown type";
+  return text ? text : "unknown type";
 }
 
 static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
@@ -248,7 +246,7 @@ static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool
 }
 
 static bool is_none(const svg_iri &iri) {
-  return iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && iri.ref.text == nullptr);
+  return iri.kind == SVG_IRI_NONE || (iri.kind == SVG_IRI_NAME && !iri.ref.text);
 }
 
 static std::string families_text(const svg_an_key_name_list *list, bool full) {
@@ -259,17 +257,16 @@ static std::string families_text(const svg_an_key_name_list *list, bool full) {
 }
 
 static std::string path_text(const svg_an_path_data *path, bool full) {
-  static constexpr const char *commands[] = {"", "M", "L", "C", "Z"};
   std::string result;
   int32_t shown = 0;
   size_t count = 0;
   const svg_pada *segments = svg_get_segments(path, &count);
   for (const svg_pada &segment : std::span(segments, count)) {
-    result += (result.empty() ? "" : " ") + std::string(commands[segment.type]);
-    for (int k = 0; k < segment.count && (full || shown < shown_items); ++k, ++shown)
+    result += (result.empty() ? "" : " ") + std::string(path_command(segment));
+    for (int k = 0; k < segment.count && (full || shown < SHOWN_ITEMS); ++k, ++shown)
       result += ' ' + number_text(segment.points[2 * k], full) + ',' +
                 number_text(segment.points[2 * k + 1], full);
-    if (!full && shown >= shown_items) {
+    if (!full && shown >= SHOWN_ITEMS) {
       result += " ...";
       break;
     }

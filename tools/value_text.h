@@ -7,24 +7,23 @@
 
 #include "tools/drawing.h"
 
-// A number: exact, as the shortest text that reads back to the same double, else with the nine
-// digits that a person can use.
+// A number with nine digits, or exact: the shortest text that reads back to the same double.
 std::string number_text(double value, bool exact);
 
 // "#1a2b3c"
 std::string rgb_text(uint32_t rgb);
 
-// The beginning of a text that is shown: some 200 bytes of whole characters, all of it when full.
+// The part of a text that is shown: about 200 bytes of whole characters, all of it when full.
 std::string_view shown_part(std::string_view text, bool full);
 
-// Text in quotes on one line, cut after some 200 bytes unless full.
+// Text in quotes on one line, cut after about 200 bytes unless full.
 std::string quoted_text(std::string_view text, bool full);
 
-// Text with its control bytes escaped, cut after some 200 bytes unless full: a name that many
-// elements refer to must not be printed whole for each.
+// Escaped text, cut after about 200 bytes unless full: a name that many elements refer to must not
+// be printed whole each time.
 std::string short_text(std::string_view text, bool full);
 
-// The IRI that a value holds, or null; "none" is none.
+// The IRI that a value holds; null also for "none".
 const svg_iri *value_iri(const svg_a_node *value);
 
 // "#id", the text of an outside IRI, or "data: " with the type and size of embedded data.
@@ -33,7 +32,7 @@ std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full);
 // "image/png, 79 bytes"
 std::string data_text(const Drawing &drawing, const svg_iri &iri);
 
-// Type of embedded data (SVG_MIME_*) for a person.
+// Type of embedded data (SVG_MIME_*), or "unknown type".
 const char *mime_text(int mime);
 
 // A value. Numbers and long lists, paths and names are shortened unless full.

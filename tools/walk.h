@@ -1,5 +1,4 @@
-// walk.h: walks a subtree in document order, without recursion: documents may be nested a million
-// deep.
+// walk.h: walks a subtree in document order, without recursion: elements may nest a million deep.
 #ifndef TOOLS_WALK_H
 #define TOOLS_WALK_H
 
@@ -7,7 +6,7 @@
 
 #include "svg/svg.h"
 
-// Calls on_element(element, depth) before an element's children, on_leave(element) behind them, and
+// Calls on_element(element, depth) before an element's children, on_leave(element) after them, and
 // on_text(text, depth) for each text. The top has depth 0.
 template <class OnElement, class OnText, class OnLeave>
 void walk(const svg_e_node *top, OnElement on_element, OnText on_text, OnLeave on_leave) {
@@ -22,7 +21,7 @@ void walk(const svg_e_node *top, OnElement on_element, OnText on_text, OnLeave o
   };
   for (enter(top); !open.empty();) {
     svg_node *node = open.back().next_child;
-    if (node == nullptr) {
+    if (!node) {
       on_leave(open.back().element);
       open.pop_back();
       continue;

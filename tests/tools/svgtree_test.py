@@ -293,7 +293,7 @@ STYLED = svg("""<style>#a { fill: blue; stroke: green !important } g { marker: u
 <g id="g" fill-opacity=".3" opacity=".5" clip-path="inherit" marker-mid="none">
 <rect id="a" fill="red" fill-opacity="inherit" style="fill: gold; stroke: tan"/></g>""", 'color="red"')
 
-ANSWERS = (  # arguments, drawing, answer behind the first line
+ANSWERS = (  # arguments, drawing, answer after its first line
     (["--ids"], svg('<g id="b"/><color-profile name="c"/><g id="a"/>'),
      "  #b g\n  #c color-profile\n  #a g\n"),
     (["--links"], svg('<g id="b"/><use id="u" xlink:href="#b"/><use xlink:href="#z"/><g fill="url(x#y)"/>'),
