@@ -206,6 +206,27 @@ typedef void (*svg_element_observer_fn)(void *user, const svg_e_node *element, u
 ORT_API void svg_set_element_observer(svg_parser *parser, svg_element_observer_fn observer,
                                       void *user);
 
+/** What the tree does not show. */
+typedef enum svg_skipped {
+  SVG_SKIPPED_ELEMENT = 1,   /**< an element of SVG that is not built: `style`, whose sheet is read,
+                                  and those that the schema lacks; what lies in them is not told */
+  SVG_SKIPPED_ATTRIBUTE = 2, /**< an attribute that its element does not have in SVG 1.1; a foreign
+                                  one under its local name */
+  SVG_SKIPPED_PROPERTY = 3   /**< a property that the schema lacks, in a style sheet or attribute */
+} svg_skipped;
+
+/** Told of each name that the reader skips. line is that of an element's start tag. For attributes
+ * and properties it is 0: those of style sheets come before the first element is told of, the
+ * others before their own (svg_element_observer_fn). name is valid during the call. The function
+ * must return. */
+typedef void (*svg_skip_observer_fn)(void *user, svg_skipped what, const char *name, uint32_t line);
+
+/** Sets the observer of what is skipped before svg_parse.
+ * @param parser    the parser
+ * @param observer  null: none
+ * @param user      its first argument; may be null */
+ORT_API void svg_set_skip_observer(svg_parser *parser, svg_skip_observer_fn observer, void *user);
+
 /** Stores the seconds that the two passes of svg_parse took, by the system's monotonic clock. */
 ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass,
                                 double *main_pass);

@@ -52,6 +52,11 @@ void svg_set_element_observer(svg_parser *p, svg_element_observer_fn observer, v
   p->element_observer_user = user;
 }
 
+void svg_set_skip_observer(svg_parser *p, svg_skip_observer_fn observer, void *user) {
+  p->skip_observer = observer;
+  p->skip_observer_user = user;
+}
+
 void svg_set_observer(svg_parser *p, svg_observer_fn observer, void *user) {
   p->observer = observer;
   p->observer_user = user;

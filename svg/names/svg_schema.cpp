@@ -14,6 +14,8 @@
 #include "svg/svg.h"
 #include "svg/tables/lists.h"
 
+static void tell_skipped(svg_parser *p, svg_skipped what, const char *name, uint32_t line);
+
 static constexpr uint32_t hash_name(const char *name) {
   uint32_t h = 0;
   for (; *name != '\0'; name++) h = std::rotl(h, 5) ^ (static_cast<unsigned char>(*name) | 0x20U);
@@ -134,14 +136,20 @@ int svg_strcmp(const svg_parser *p, const char *a, const char *b) {
   return p->css_mode ? ort_stricmp_a(a, b) : ort_strcmp(a, b);
 }
 
-void svg_find_nottol_element(svg_parser *p, const char *name) {
+void svg_skip_element_name(svg_parser *p, const char *name, uint32_t line) {
+  tell_skipped(p, SVG_SKIPPED_ELEMENT, name, line);
   if (svg_find_string(name, p->nottol_elements, p->nottol_elements_num) >= 0)
     ort_ascii_error(p->core, SVG_E_ELEMENT_REFUSED, 2, p->filename, name);
 }
 
-void svg_find_nottol_property(svg_parser *p, const char *name) {
+void svg_skip_property_name(svg_parser *p, svg_skipped what, const char *name) {
+  tell_skipped(p, what, name, 0);
   if (svg_find_string(name, p->nottol_props, p->nottol_props_num) >= 0)
     ort_ascii_error(p->core, SVG_E_PROPERTY_REFUSED, 2, p->filename, name);
+}
+
+static void tell_skipped(svg_parser *p, svg_skipped what, const char *name, uint32_t line) {
+  if (p->skip_observer) p->skip_observer(p->skip_observer_user, what, name, line);
 }
 
 // ---- Rows ---------------------------------------------------------------------------------------

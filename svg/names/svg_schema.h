@@ -20,8 +20,9 @@ int svg_find_esa_or_prop(const svg_parser *p, const char *name, int element, int
 // Comparison of names in values: ignoring ASCII case while css_mode is set.
 int svg_strcmp(const svg_parser *p, const char *a, const char *b);
 
-// Raise SVG_E_ELEMENT_REFUSED / SVG_E_PROPERTY_REFUSED when the host does not tolerate the name.
-void svg_find_nottol_element(svg_parser *p, const char *name);
-void svg_find_nottol_property(svg_parser *p, const char *name);
+// Tell the host of a name that is skipped, and raise SVG_E_ELEMENT_REFUSED / SVG_E_PROPERTY_REFUSED
+// when it does not tolerate the name.
+void svg_skip_element_name(svg_parser *p, const char *name, uint32_t line);
+void svg_skip_property_name(svg_parser *p, svg_skipped what, const char *name);
 
 #endif

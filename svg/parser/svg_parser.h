@@ -93,6 +93,8 @@ struct svg_host {
   void *observer_user = nullptr;
   svg_element_observer_fn element_observer = nullptr;
   void *element_observer_user = nullptr;
+  svg_skip_observer_fn skip_observer = nullptr;
+  void *skip_observer_user = nullptr;
   int block_size = SVG_BLOCK_SIZE; // tests make it smaller, and then blocks are not gathered
 };
 

@@ -159,7 +159,7 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
   int32_t row = svg_find_prop(name);
   if (row < 0) {
     svg_note(p, 5, "\t\t\t[property \"%a\" unsupported]\n", name);
-    svg_find_nottol_property(p, name);
+    svg_skip_property_name(p, SVG_SKIPPED_PROPERTY, name);
     return nullptr;
   }
   svg_a_node *node = nullptr;

@@ -87,7 +87,8 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
   p->css_mode = 1;
   if (row < 0) {
     svg_note(p, 5, "\t\t\t[property \"%a\" unsupported]\n", name);
-    svg_find_nottol_property(p, name);
+    svg_skip_property_name(p, p->in_style_attr ? SVG_SKIPPED_PROPERTY : SVG_SKIPPED_ATTRIBUTE,
+                           name);
   } else if (p->in_style_attr != 0 || !ort_getbit(p->props_set, static_cast<size_t>(row))) {
     svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
     if (svg_a_node *value = p->new_value) {

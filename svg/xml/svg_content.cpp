@@ -133,7 +133,7 @@ static void skip_element(svg_parser *p, int32_t type, const char *prefix, const 
     if (*prefix != '\0') ort_logg(p->core, "%a:", prefix);
     ort_logg(p->core, "%a\"]\n", local);
   }
-  if (type == SVG_NS_SVG) svg_find_nottol_element(p, local);
+  if (type == SVG_NS_SVG) svg_skip_element_name(p, local, static_cast<uint32_t>(svg_xml_line(p)));
   p->skip_level = p->level;
 }
 

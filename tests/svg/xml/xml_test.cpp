@@ -119,12 +119,16 @@ TEST(Xml, TellsOfElementsAsWritten) {
       "<svg xmlns='http://www.w3.org/2000/svg' xmlns:i='urn:i' xmlns:j='urn:j'>\n"
       "<g i:label='&lt;a&#10;' id='b'\n data-x='' xml:space='preserve' x='bad'><rect j:j=' j "
       "'/></g>\n"
-      "<i:g a='b'><g/></i:g><text/></svg>";
+      "<i:g a='b'><g/></i:g><text style='zoom:1; fill:red'/><blink><blink/></blink>\n"
+      "<style>g{hyphens:auto}</style></svg>";
   const std::string expected =
+      "- property hyphens 0\n"
       "2 svg in -\n"
+      "- attribute label 0\n- attribute data-x 0\n- attribute x 0\n- attribute z 0\n"
       "3 g in svg i:label=<a\n id=b data-x= xml:space=preserve x=bad z=default\n"
-      "4 rect in g j:j= j \n"
-      "5 text in svg\n";
+      "- attribute j 0\n4 rect in g j:j= j \n"
+      "- property zoom 0\n5 text in svg style=zoom:1; fill:red\n"
+      "- element blink 5\n- element style 6\n";
   for (const uint64_t recorded : {1, 1 << 20}) {
     std::string told;
     const Document document(drawing, AccountingCore::defaults(), [&](svg_parser *p) {
@@ -143,6 +147,14 @@ TEST(Xml, TellsOfElementsAsWritten) {
               text += std::string(" ") + attrs[i].prefix + (*attrs[i].prefix ? ":" : "") +
                       attrs[i].name + '=' + attrs[i].value;
             text += '\n';
+          },
+          &told);
+      svg_set_skip_observer(
+          p,
+          [](void *user, svg_skipped what, const char *name, uint32_t line) {
+            static constexpr const char *nouns[] = {"", "element ", "attribute ", "property "};
+            *static_cast<std::string *>(user) +=
+                std::string("- ") + nouns[what] + name + ' ' + std::to_string(line) + '\n';
           },
           &told);
     });
