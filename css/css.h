@@ -1,10 +1,9 @@
 // css.h: a CSS 2.1 engine that knows nothing of SVG.
 //
-// A reader makes one css_parser per document, feeds it style sheets with css_parse, and asks
+// A reader makes one css_parser per document, feeds it style sheets with css_parse, and calls
 // css_get_rules once for each element, in document order, while it builds the tree. The engine
 // learns about declarations and elements through nine callbacks. Every function may raise
-// ORT_E_NO_MEMORY and passes on what a callback raises; the parser stays valid and deletable
-// whatever was raised.
+// ORT_E_NO_MEMORY and whatever a callback raises; the parser then stays valid and deletable.
 #ifndef CSS_H
 #define CSS_H
 
@@ -60,14 +59,14 @@ struct css_rule {
 css_parser *css_parser_new(ort_core *core, void *user, const css_context *context,
                            const css_callbacks *callbacks, int max_elem_nid);
 
-// Prepares a new engine; called once after css_parser_new. Registers the engine's error table with
+// Prepares a new engine; called once, after css_parser_new. Registers the engine's error table with
 // the core.
 void css_parser_init(css_parser *css);
 
 void css_parser_delete(css_parser *css); // null is allowed
 
-// Parses one style sheet and adds its rules behind those already known. Malformed parts are dropped
-// as CSS 2.1, 4.2 says. Imported sheets (@import) are read through the context and stand before the
+// Parses one style sheet and adds its rules after those already known. Malformed parts are dropped
+// as CSS 2.1, 4.2 requires. Imported sheets (@import) are read through the context and precede the
 // rest of the sheet.
 void css_parse(css_parser *css, const char *text);
 
@@ -90,11 +89,11 @@ bool css_has_attr_nids(const css_parser *css); // whether any selector tests an 
 int16_t css_get_class_nid(const css_parser *css, const char *name);
 int16_t css_get_id_nid(const css_parser *css, const char *name);
 
-// Tells the facts about the element for which css_get_rules is called next: the numbers of its id
-// (-1: none) and of its classes, then its attributes as far as they have numbers (of several with
-// one number the first one counts). class_nids is read at once, an attribute's value must last
-// until css_get_rules returns. A reader that leaves this out is asked through check_id, check_class
-// and get_attr_value for every name in every selector, at each element.
+// Supplies the facts about the element for which css_get_rules is called next: the numbers of its
+// id (-1: none) and classes, then those attributes that have numbers (of several with one number,
+// the first counts). class_nids is read at once; an attribute's value must last until css_get_rules
+// returns. Without this call the engine asks check_id, check_class and get_attr_value, at each
+// element, about every name that a selector uses.
 void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
                      int32_t class_num);
 void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
@@ -106,8 +105,8 @@ void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
 // before the first element.
 ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
 
-// The text of a selector, which lasts as long as the engine: it is written when it is first asked
-// for. The log gets "\t\t\t\tselector: TEXT\n", with the text cut like a parameter of a message.
+// The text of a selector. It is made on the first call and lasts as long as the engine.
+// css_logg_sel logs "\t\t\t\tselector: TEXT\n", the text cut like a parameter of a message.
 const char *css_get_selector_text(css_parser *css, css_selector *selector);
 void css_logg_sel(css_parser *css, css_selector *selector);
 

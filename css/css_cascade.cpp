@@ -1,18 +1,20 @@
-// css_cascade.cpp: gathers the declarations of a rule, hangs its blocks on its selectors, and
+// css_cascade.cpp: collects the declarations of a rule, attaches its blocks to its selectors, and
 // orders the rules that match an element (CSS 2.1, 6.4.1). Called by the rule parser, by get_prop
 // for shorthands, and by the matcher.
 //
 // Raises ORT_E_NO_MEMORY and passes on what get_prop raises.
+#include "css/css_cascade.h"
+
 #include <initializer_list>
 
 #include "css/css_engine.h"
+#include "css/css_match.h"
+#include "css/css_names.h"
 
-namespace {
-css_block *make_block(css_parser *css, bool important);
-void add_rule(css_parser *css, css_selector *selector, css_block *block);
-void activate(css_parser *css, css_selector *selector);
-css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *crowded);
-} // namespace
+static css_block *make_block(css_parser *css, bool important);
+static void add_rule(css_parser *css, css_selector *selector, css_block *block);
+static void activate(css_parser *css, css_selector *selector);
+static css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *crowded);
 
 void css_declare(css_parser *css, bool important) {
   const char *name = ort_bs_text(css->name);
@@ -56,9 +58,8 @@ int css_compare_rules(const void *a, const void *b) {
   return block_a->order == block_b->order ? 0 : block_a->order > block_b->order ? -1 : 1;
 }
 
-namespace {
-// The last declaration of each property wins. Null: no declaration is of this importance.
-css_block *make_block(css_parser *css, bool important) {
+// The last declaration of each property wins. Null if no declaration has this importance.
+static css_block *make_block(css_parser *css, bool important) {
   ort_vtr *declarations = css->declarations;
   int32_t count = 0;
   ++css->declaration_pass;
@@ -87,7 +88,7 @@ css_block *make_block(css_parser *css, bool important) {
   return block;
 }
 
-void add_rule(css_parser *css, css_selector *selector, css_block *block) {
+static void add_rule(css_parser *css, css_selector *selector, css_block *block) {
   activate(css, selector);
   auto *rule = static_cast<css_rule_entry *>(css_keep(css, sizeof(css_rule_entry)));
   rule->selector = selector;
@@ -96,8 +97,8 @@ void add_rule(css_parser *css, css_selector *selector, css_block *block) {
   selector->rules = rule;
 }
 
-// Makes the selector and those to its left ready to match. Only selectors of rules are ever tried.
-void activate(css_parser *css, css_selector *selector) {
+// Makes the selector and those to its left ready to match. Only selectors that rules use are tried.
+static void activate(css_parser *css, css_selector *selector) {
   for (; selector && !selector->active; selector = selector->left) {
     bool crowded, sibling = selector->combinator == '+' || selector->combinator == '~';
     selector->bucket = find_bucket(css, selector, &crowded);
@@ -117,8 +118,8 @@ void activate(css_parser *css, css_selector *selector) {
   }
 }
 
-// The bucket of the test that the fewest elements pass.
-css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *crowded) {
+// The bucket of the test that the fewest elements pass. crowded: many elements try it.
+static css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *crowded) {
   const css_test *key = nullptr;
   for (int32_t i = 0; i < selector->test_count; ++i) {
     const css_test *test = &selector->tests[i];
@@ -132,4 +133,3 @@ css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *
   return &css_intern<css_word>(css, CSS_PAIRS, css_pair_key(key->word, key->value, key->length))
               ->bucket;
 }
-} // namespace

@@ -1,9 +1,12 @@
-// css_external.cpp: reads the sheets that documents name, under the policy of the host's
-// css_context, and turns them into UTF-8. Called by readers (xml-stylesheet) and by the sheet
+// css_external.cpp: reads external sheets as far as the host's css_context allows, and converts
+// them to UTF-8. Called by readers (xml-stylesheet) and by the sheet
 // parser (@import).
 //
-// Nothing is opened but what the context allows; a refusal is a warning. Raises ORT_E_NO_MEMORY and
-// what a host's read function raises; file and converter are closed then.
+// Opens only what the context allows; a refusal is a warning. Raises ORT_E_NO_MEMORY and whatever
+// the host's read function raises, after closing file and converter.
+#include "css/css_external.h"
+
+#include <cstring>
 #include <errno.h>
 #include <fcntl.h>
 #include <iconv.h>
@@ -14,7 +17,7 @@
 
 #include <string_view>
 
-#include "css/css_engine.h"
+#include "css/css.h"
 
 struct css_sheet_text {
   ort_core *core;
@@ -34,12 +37,13 @@ struct reading {
   iconv_t converter; // NO_CONVERTER: none
   char *result;
 };
+} // namespace
 
 const iconv_t NO_CONVERTER = reinterpret_cast<iconv_t>(-1);
 constexpr const char TOO_LONG[] = "it is too long";
 constexpr const char REPLACEMENT[] = "\xEF\xBF\xBD"; // U+FFFD
 
-constexpr ort_errtab_entry ERRORS[] = {
+constexpr ort_errtab_entry errors[] = {
     {2, CSS_E_REFUSED, "Style sheet '$1' refused: $2", nullptr},
     {2, CSS_E_UNREADABLE, "Style sheet '$1' cannot be read: $2", nullptr},
     {1, CSS_E_CYCLE, "Style sheet '$1' imports itself", nullptr},
@@ -47,23 +51,22 @@ constexpr ort_errtab_entry ERRORS[] = {
     {2, CSS_E_NAMES, "Selectors use more than $1 different $2 names", nullptr},
 };
 
-bool read_bytes(reading *r);
-bool read_from_host(reading *r);
-bool read_from_folder(reading *r);
-bool get_local_name(const char *href, char *name, size_t size);
-bool open_beneath(reading *r, const char *folder, const char *name);
-bool fail(reading *r, int code, const char *reason);
-const char *describe(int error);
-void decode(reading *r);
-size_t find_encoding(std::string_view bytes, char *name, size_t size);
-void open_converter(reading *r, const char *encoding);
-bool keeps_ascii(iconv_t converter);
-void convert(reading *r, char *bytes, size_t length, size_t unit);
-void append_without_nul(ort_bs *text, std::string_view bytes);
-} // namespace
+static bool read_bytes(reading *r);
+static bool read_from_host(reading *r);
+static bool read_from_folder(reading *r);
+static bool get_local_name(const char *href, char *name, size_t size);
+static bool open_beneath(reading *r, const char *folder, const char *name);
+static bool fail(reading *r, int code, const char *reason);
+static const char *describe(int error);
+static void decode(reading *r);
+static size_t find_encoding(std::string_view bytes, char *name, size_t size);
+static void open_converter(reading *r, const char *encoding);
+static bool keeps_ascii(iconv_t converter);
+static void convert(reading *r, char *bytes, size_t length, size_t unit);
+static void append_without_nul(ort_bs *text, std::string_view bytes);
 
 void css_register_errtab(ort_core *core) {
-  ort_register_errtab(core, 9, ERRORS, static_cast<int>(std::size(ERRORS)));
+  ort_register_errtab(core, 9, errors, static_cast<int>(std::size(errors)));
 }
 
 bool css_refuse_long_href(ort_core *core, const char *href) {
@@ -103,14 +106,13 @@ int css_context_append(css_sheet_text *text, const void *bytes, size_t length) {
   return !text->no_memory;
 }
 
-namespace {
-bool read_bytes(reading *r) {
+static bool read_bytes(reading *r) {
   if (!r->context || (!r->context->read && !r->context->base_folder))
     return fail(r, CSS_E_REFUSED, "external style sheets are not allowed");
   return r->context->read ? read_from_host(r) : read_from_folder(r);
 }
 
-bool read_from_host(reading *r) {
+static bool read_from_host(reading *r) {
   bool allowed = r->context->read(r->context->user, r->href, &r->sheet) != 0;
   if (r->sheet.no_memory) ort_error(r->core, ORT_E_NO_MEMORY, nullptr, nullptr, nullptr, nullptr);
   if (r->sheet.too_long) return fail(r, CSS_E_REFUSED, TOO_LONG);
@@ -118,7 +120,7 @@ bool read_from_host(reading *r) {
   return allowed;
 }
 
-bool read_from_folder(reading *r) {
+static bool read_from_folder(reading *r) {
   char name[PATH_MAX];
   if (!get_local_name(r->href, name, sizeof name))
     return fail(r, CSS_E_REFUSED,
@@ -136,10 +138,9 @@ bool read_from_folder(reading *r) {
   }
 }
 
-// The file name that a relative reference stands for (RFC 3986, 4.2), without query and fragment.
-// Returns false for everything else, and for names that could mean something above or outside of a
-// folder.
-bool get_local_name(const char *href, char *name, size_t size) {
+// Stores the file name of a relative reference (RFC 3986, 4.2) without query and fragment. Returns
+// false for any other reference, and for names that could lead out of a folder.
+static bool get_local_name(const char *href, char *name, size_t size) {
   std::string_view path = href;
   path = path.substr(0, path.find_first_of("?#"));
   size_t colon = path.find(':');
@@ -171,9 +172,9 @@ bool get_local_name(const char *href, char *name, size_t size) {
   }
 }
 
-// Opens the file for r. Links are followed only within the folder: what is opened, folder by
-// folder, is the resolved name, and a link that has come into it since is not followed.
-bool open_beneath(reading *r, const char *folder, const char *name) {
+// Opens the file for r. Links are followed only within the folder: the resolved name is opened
+// folder by folder, so that a link put there in the meantime is not followed.
+static bool open_beneath(reading *r, const char *folder, const char *name) {
   char base[PATH_MAX], path[2 * PATH_MAX], real[PATH_MAX];
   if (!realpath(folder, base)) return fail(r, CSS_E_UNREADABLE, describe(errno));
   size_t length = strcmp(base, "/") == 0 ? 0 : strlen(base);
@@ -200,12 +201,12 @@ bool open_beneath(reading *r, const char *folder, const char *name) {
   return true;
 }
 
-bool fail(reading *r, int code, const char *reason) {
+static bool fail(reading *r, int code, const char *reason) {
   ort_warning(r->core, code, r->href, reason, nullptr, nullptr);
   return false;
 }
 
-const char *describe(int error) {
+static const char *describe(int error) {
   static constexpr struct {
     int error;
     const char *text;
@@ -220,7 +221,7 @@ const char *describe(int error) {
 }
 
 // CSS 2.1, 4.4: a byte-order mark, then "@charset", then UTF-8.
-void decode(reading *r) {
+static void decode(reading *r) {
   char *bytes = const_cast<char *>(ort_bs_text(r->sheet.bytes));
   size_t length = ort_bs_length(r->sheet.bytes);
   char encoding[40];
@@ -228,7 +229,7 @@ void decode(reading *r) {
   open_converter(r, encoding);
   if (r->converter == NO_CONVERTER)
     ort_warning(r->core, CSS_E_ENCODING, r->href, encoding, nullptr, nullptr);
-  // "@charset" was read byte by byte, so two-byte encodings cannot be meant.
+  // "@charset" was readable as ASCII, so the sheet cannot be in a two-byte encoding.
   if (r->converter == NO_CONVERTER || (mark == 0 && !keeps_ascii(r->converter)))
     open_converter(r, "UTF-8");
   if (r->converter == NO_CONVERTER)
@@ -237,7 +238,7 @@ void decode(reading *r) {
 }
 
 // Stores the encoding's name; returns the length of the byte-order mark.
-size_t find_encoding(std::string_view bytes, char *name, size_t size) {
+static size_t find_encoding(std::string_view bytes, char *name, size_t size) {
   constexpr std::string_view utf8_mark = "\xEF\xBB\xBF", be_mark = "\xFE\xFF", le_mark = "\xFF\xFE",
                              charset = "@charset \"";
   std::string_view found = "UTF-8";
@@ -260,12 +261,12 @@ size_t find_encoding(std::string_view bytes, char *name, size_t size) {
   return mark;
 }
 
-void open_converter(reading *r, const char *encoding) {
+static void open_converter(reading *r, const char *encoding) {
   if (r->converter != NO_CONVERTER) iconv_close(r->converter);
   r->converter = iconv_open("UTF-8", encoding);
 }
 
-bool keeps_ascii(iconv_t converter) {
+static bool keeps_ascii(iconv_t converter) {
   constexpr std::string_view ascii = "@charset";
   char text[ascii.size()], result[4 * ascii.size()], *from = text, *to = result;
   size_t length = ascii.copy(text, ascii.size()), room = sizeof result;
@@ -274,9 +275,8 @@ bool keeps_ascii(iconv_t converter) {
   return std::string_view(result, sizeof result - room) == ascii;
 }
 
-// Appends the bytes to r->text in UTF-8. unit is the number of bytes that a malformed character
-// costs.
-void convert(reading *r, char *bytes, size_t length, size_t unit) {
+// Appends the bytes to r->text in UTF-8. A malformed character skips unit bytes.
+static void convert(reading *r, char *bytes, size_t length, size_t unit) {
   bool flushed = false;
   while (!flushed) {
     char buffer[4096], *to = buffer;
@@ -293,7 +293,7 @@ void convert(reading *r, char *bytes, size_t length, size_t unit) {
   }
 }
 
-void append_without_nul(ort_bs *text, std::string_view bytes) {
+static void append_without_nul(ort_bs *text, std::string_view bytes) {
   for (;;) {
     size_t nul = bytes.find('\0');
     ort_bs_append(text, bytes.data(), nul < bytes.size() ? nul : bytes.size());
@@ -302,4 +302,3 @@ void append_without_nul(ort_bs *text, std::string_view bytes) {
     bytes.remove_prefix(nul + 1);
   }
 }
-} // namespace

@@ -1,21 +1,21 @@
-// css_href.cpp: joins the name of an imported sheet with that of the sheet that imports it (RFC
-// 3986, 5.2). Called by the sheet parser. Raises ORT_E_NO_MEMORY.
-#include <string_view>
+// css_href.cpp: resolves the name of an imported sheet against that of the importing one (RFC 3986,
+// 5.2). Called by the sheet parser. Raises ORT_E_NO_MEMORY.
+#include "css/css_href.h"
 
-#include "css/css_engine.h"
+#include <string_view>
 
 namespace {
 struct href_parts {
   std::string_view scheme, authority, path, query; // with their ":", "//" and "?"
 };
+} // namespace
 
-href_parts split(std::string_view href);
-void append(ort_bs *result, std::string_view text) {
+static href_parts split(std::string_view href);
+static void append(ort_bs *result, std::string_view text) {
   ort_bs_append(result, text.data(), text.size());
 }
-void append_segments(ort_bs *result, size_t root, std::string_view path, bool absolute);
-bool drop_segment(ort_bs *result, size_t root);
-} // namespace
+static void append_segments(ort_bs *result, size_t root, std::string_view path, bool absolute);
+static bool drop_segment(ort_bs *result, size_t root);
 
 void css_resolve_href(ort_bs *result, const char *base, const char *href) {
   href_parts parts = split(href), base_parts = split(base ? base : "");
@@ -44,8 +44,7 @@ void css_resolve_href(ort_bs *result, const char *base, const char *href) {
   append(result, parts.query);
 }
 
-namespace {
-href_parts split(std::string_view href) {
+static href_parts split(std::string_view href) {
   href_parts parts;
   href = href.substr(0, href.find('#'));
   auto take = [&href](size_t length) {
@@ -61,9 +60,9 @@ href_parts split(std::string_view href) {
   return parts;
 }
 
-// Appends the segments of a path behind root, resolving "." and "..". What leads above root is
-// kept, unless the path is absolute.
-void append_segments(ort_bs *result, size_t root, std::string_view path, bool absolute) {
+// Appends the segments of a path, resolving "." and ".." down to root. A ".." that leads above it
+// is kept, unless the path is absolute.
+static void append_segments(ort_bs *result, size_t root, std::string_view path, bool absolute) {
   while (!path.empty()) {
     size_t length = path.find('/');
     std::string_view segment = path.substr(0, length),
@@ -74,8 +73,8 @@ void append_segments(ort_bs *result, size_t root, std::string_view path, bool ab
   }
 }
 
-// Removes the last "name/" behind root; returns false when there is none.
-bool drop_segment(ort_bs *result, size_t root) {
+// Removes the last "name/" after root; returns false if there is none.
+static bool drop_segment(ort_bs *result, size_t root) {
   std::string_view path(ort_bs_text(result) + root, ort_bs_length(result) - root);
   if (path.empty()) return false;
   path.remove_suffix(1);
@@ -84,4 +83,3 @@ bool drop_segment(ort_bs *result, size_t root) {
   ort_bs_shorten(result, root + begin);
   return true;
 }
-} // namespace

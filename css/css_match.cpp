@@ -1,26 +1,19 @@
 // css_match.cpp: finds the rules that match an element. Called by readers, once per element in
 // document order.
 //
-// Nothing is searched: as elements open and close, each selector that others continue keeps note of
-// the open elements and of the earlier siblings that it matches, so that a combinator is one
-// comparison. Frames, one per open element, list the notes to be taken back. The cost of an element
-// is that of the selectors in the buckets of its facts, and of the rules that match; what all of
-// them may cost has a limit. Raises ORT_E_NO_MEMORY and ORT_E_LIMIT; what was noted then can still
-// be taken back.
+// No tree is searched: as elements open and close, each selector that others continue notes which
+// open elements and earlier siblings it matches, so that a combinator is one comparison. There is a
+// frame for each open element, which lists the notes to undo when it closes. An element costs as
+// much as the selectors in the buckets of its facts and the rules that match it; the total is
+// limited. Raises ORT_E_NO_MEMORY and ORT_E_LIMIT; notes made before a raise can still be undone.
+#include "css/css_match.h"
+
+#include <cstring>
 #include <initializer_list>
 
+#include "css/css_cascade.h"
 #include "css/css_engine.h"
-
-// A step takes about 5 nanoseconds. Work is charged by its time, and a trace for its memory
-// besides. What many selectors cost is the way to them, which no cache shortens.
-static constexpr size_t STEPS_PER_TRACE = 32;
-static constexpr size_t STEPS_PER_NOTE = 2;
-static constexpr size_t STEPS_PER_RULE = 4;
-static constexpr size_t STEPS_PER_SORTED_RULE = 32;
-static constexpr size_t MOST_STEPS_PER_SELECTOR = 12;
-static constexpr size_t SELECTORS_PER_STEP = 384;
-static constexpr size_t COMPARED_PER_STEP = 32; // bytes
-static constexpr size_t SEARCHED_PER_STEP = 4;  // bytes
+#include "css/css_scan.h"
 
 namespace {
 struct subject {
@@ -29,25 +22,36 @@ struct subject {
   int16_t elem_nid;
   bool has_parent;
 };
-
-void gather_facts(css_parser *css, void *node);
-void add_fact(css_parser *css, css_word *word, const char *value);
-css_word *get_word(const css_parser *css, css_table table, int32_t nid);
-void close_frames(css_parser *css, void *parent);
-void close_frame(css_parser *css, bool before_sibling);
-void open_frame(css_parser *css, void *node);
-void note(css_parser *css, css_selector *selector, css_place place, uint32_t depth);
-void match_bucket(const subject &element, css_selector *selector);
-bool match(const subject &element, const css_selector &selector);
-bool match_left(const css_parser *css, const css_selector &selector);
-bool match_test(const subject &element, const css_test &test);
-bool match_value(css_parser *css, const css_test &test);
-bool has_item(const char *list, const char *item, size_t length);
-void add_rules(css_parser *css);
-void sort_rules(css_parser *css);
-size_t steps_per_selector(const css_parser *css);
-void take_steps(css_parser *css, size_t count);
 } // namespace
+
+// A step is about 5 nanoseconds. Work is charged by the time that it takes, a trace also for its
+// memory. Selectors cost more when there are too many of them for the processor's caches.
+constexpr size_t STEPS_PER_TRACE = 32;
+constexpr size_t STEPS_PER_NOTE = 2;
+constexpr size_t STEPS_PER_RULE = 4;
+constexpr size_t STEPS_PER_SORTED_RULE = 32;
+constexpr size_t MOST_STEPS_PER_SELECTOR = 12;
+constexpr size_t SELECTORS_PER_STEP = 384;
+constexpr size_t COMPARED_PER_STEP = 32; // bytes
+constexpr size_t SEARCHED_PER_STEP = 4;  // bytes
+
+static void gather_facts(css_parser *css, void *node);
+static void add_fact(css_parser *css, css_word *word, const char *value);
+static css_word *get_word(const css_parser *css, css_table table, int32_t nid);
+static void close_frames(css_parser *css, void *parent);
+static void close_frame(css_parser *css, bool before_sibling);
+static void open_frame(css_parser *css, void *node);
+static void note(css_parser *css, css_selector *selector, css_place place, uint32_t depth);
+static void match_bucket(const subject &element, css_selector *selector);
+static bool match(const subject &element, const css_selector &selector);
+static bool match_left(const css_parser *css, const css_selector &selector);
+static bool match_test(const subject &element, const css_test &test);
+static bool match_value(css_parser *css, const css_test &test);
+static bool has_item(const char *list, const char *item, size_t length);
+static void add_rules(css_parser *css);
+static void sort_rules(css_parser *css);
+static size_t steps_per_selector(const css_parser *css);
+static void take_steps(css_parser *css, size_t count);
 
 void css_set_subject(css_parser *css, void *node, int16_t id_nid, const int16_t *class_nids,
                      int32_t class_num) {
@@ -97,8 +101,7 @@ void css_enter_bucket(css_selector *selector) {
 
 void css_end_document(css_parser *css) { close_frames(css, nullptr); }
 
-namespace {
-void gather_facts(css_parser *css, void *node) {
+static void gather_facts(css_parser *css, void *node) {
   css_set_subject(css, node, CSS_NO_NID, nullptr, 0);
   const css_callbacks &ask = css->callbacks;
   for (css_table table : {CSS_IDS, CSS_CLASSES, CSS_ATTRS}) {
@@ -114,7 +117,7 @@ void gather_facts(css_parser *css, void *node) {
   }
 }
 
-void add_fact(css_parser *css, css_word *word, const char *value) {
+static void add_fact(css_parser *css, css_word *word, const char *value) {
   if (word->mark == css->serial) return;
   ort_push(css->subject, word);
   word->mark = css->serial;
@@ -122,16 +125,16 @@ void add_fact(css_parser *css, css_word *word, const char *value) {
   word->value_length = value ? strlen(value) : 0;
 }
 
-css_word *get_word(const css_parser *css, css_table table, int32_t nid) {
+static css_word *get_word(const css_parser *css, css_table table, int32_t nid) {
   const ort_vtr *words = css->words[table];
   return nid >= 0 && static_cast<size_t>(nid) < ort_vtr_count(words)
              ? ort_item<css_word *>(words, static_cast<size_t>(nid))
              : nullptr;
 }
 
-// Closes the elements that ended before the element with this parent. The last one closed on its
-// level is its preceding sibling.
-void close_frames(css_parser *css, void *parent) {
+// Closes the frames of all elements that ended before a child of this parent began. The last one
+// closed at the child's level is its preceding sibling.
+static void close_frames(css_parser *css, void *parent) {
   for (size_t depth = ort_vtr_count(css->frames); depth > 0; --depth) {
     if (parent && ort_item<css_frame>(css->frames, depth - 1).node == parent) return;
     close_frame(css,
@@ -139,7 +142,7 @@ void close_frames(css_parser *css, void *parent) {
   }
 }
 
-void close_frame(css_parser *css, bool before_sibling) {
+static void close_frame(css_parser *css, bool before_sibling) {
   size_t first = ort_top<css_frame>(css->frames).first, kept = first;
   size_t count = ort_vtr_count(css->traces);
   ort_vtr_pop(css->frames);
@@ -148,7 +151,7 @@ void close_frame(css_parser *css, bool before_sibling) {
     const auto &trace = ort_item<css_trace>(css->traces, i);
     note(css, trace.selector, trace.place, trace.previous);
   }
-  // What the closed element matched is now what an earlier child of its parent matched.
+  // What matched the closed element has now matched an earlier child of its parent.
   for (size_t i = first; before_sibling && i < count; ++i) {
     const auto [selector, previous, place] = ort_item<css_trace>(css->traces, i);
     if (place != CSS_OPEN_ELEMENT) continue;
@@ -161,8 +164,8 @@ void close_frame(css_parser *css, bool before_sibling) {
   ort_vtr_resize(css->traces, kept);
 }
 
-// Notes what the new element matches, for its descendants and later siblings.
-void open_frame(css_parser *css, void *node) {
+// Notes which selectors match the new element, for its descendants and later siblings.
+static void open_frame(css_parser *css, void *node) {
   ort_push(css->frames, css_frame{node, ort_vtr_count(css->traces)});
   auto depth = static_cast<uint32_t>(ort_vtr_count(css->frames));
   for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
@@ -175,7 +178,7 @@ void open_frame(css_parser *css, void *node) {
   }
 }
 
-void note(css_parser *css, css_selector *selector, css_place place, uint32_t depth) {
+static void note(css_parser *css, css_selector *selector, css_place place, uint32_t depth) {
   bool was = selector->noted[place] > 0, is = depth > 0;
   selector->noted[place] = depth;
   css->steps += STEPS_PER_NOTE;
@@ -193,7 +196,7 @@ void note(css_parser *css, css_selector *selector, css_place place, uint32_t dep
   }
 }
 
-void match_bucket(const subject &element, css_selector *selector) {
+static void match_bucket(const subject &element, css_selector *selector) {
   size_t distance = steps_per_selector(element.css);
   for (; selector; selector = selector->next) {
     take_steps(element.css, distance + static_cast<size_t>(selector->test_count));
@@ -201,7 +204,7 @@ void match_bucket(const subject &element, css_selector *selector) {
   }
 }
 
-bool match(const subject &element, const css_selector &selector) {
+static bool match(const subject &element, const css_selector &selector) {
   if (selector.left && !match_left(element.css, selector)) return false;
   for (int32_t i = 0; i < selector.test_count; ++i) {
     if (match_test(element, selector.tests[i]) == selector.tests[i].negated) return false;
@@ -209,7 +212,7 @@ bool match(const subject &element, const css_selector &selector) {
   return true;
 }
 
-bool match_left(const css_parser *css, const css_selector &selector) {
+static bool match_left(const css_parser *css, const css_selector &selector) {
   const css_selector &left = *selector.left;
   size_t open = left.noted[CSS_OPEN_ELEMENT], earlier = left.noted[CSS_EARLIER_SIBLING];
   size_t parent = ort_vtr_count(css->frames);
@@ -221,7 +224,7 @@ bool match_left(const css_parser *css, const css_selector &selector) {
   }
 }
 
-bool match_test(const subject &element, const css_test &test) {
+static bool match_test(const subject &element, const css_test &test) {
   css_parser *css = element.css;
   switch (test.kind) {
   case CSS_TEST_ELEMENT: return test.elem_nid == element.elem_nid;
@@ -236,7 +239,7 @@ bool match_test(const subject &element, const css_test &test) {
   }
 }
 
-bool match_value(css_parser *css, const css_test &test) {
+static bool match_value(css_parser *css, const css_test &test) {
   const char *value = test.word->value;
   size_t length = test.word->value_length;
   bool exact = test.kind == CSS_TEST_VALUE;
@@ -256,7 +259,7 @@ bool match_value(css_parser *css, const css_test &test) {
   }
 }
 
-bool has_item(const char *list, const char *item, size_t length) {
+static bool has_item(const char *list, const char *item, size_t length) {
   for (;;) {
     while (css_isspace(*list)) ++list;
     if (!*list) return false;
@@ -267,8 +270,8 @@ bool has_item(const char *list, const char *item, size_t length) {
   }
 }
 
-// Each block once, with the most specific of the selectors of its rule that match.
-void add_rules(css_parser *css) {
+// Collects each block once, with the most specific of its rule's selectors that match.
+static void add_rules(css_parser *css) {
   ort_vtr_resize(css->result, 0);
   for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
     css_rule_entry *rule = ort_item<css_selector *>(css->matched, i)->rules;
@@ -287,8 +290,8 @@ void add_rules(css_parser *css) {
   ort_vtr_resize(css->result, kept);
 }
 
-// Buckets give the last rule first, so the rules are often in order as they come.
-void sort_rules(css_parser *css) {
+// Buckets yield the last rule first, so the rules often arrive in order.
+static void sort_rules(css_parser *css) {
   size_t count = ort_vtr_count(css->result), i = 1;
   take_steps(css, STEPS_PER_RULE * count);
   while (i < count && css_compare_rules(&ort_item<css_rule *>(css->result, i - 1),
@@ -299,15 +302,14 @@ void sort_rules(css_parser *css) {
   ort_vtr_sort_c(css->result, css_compare_rules);
 }
 
-size_t steps_per_selector(const css_parser *css) {
+static size_t steps_per_selector(const css_parser *css) {
   size_t steps = 1 + css->selector_count / SELECTORS_PER_STEP;
   return steps < MOST_STEPS_PER_SELECTOR ? steps : MOST_STEPS_PER_SELECTOR;
 }
 
-void take_steps(css_parser *css, size_t count) {
+static void take_steps(css_parser *css, size_t count) {
   css->steps += count;
   if (css->steps > ORT_LIMIT_RULE_STEPS)
     ort_error(css->core, ORT_E_LIMIT, "steps to match style rules",
               ort_errprintf(css->core, "%d", ORT_LIMIT_RULE_STEPS), nullptr, nullptr);
 }
-} // namespace

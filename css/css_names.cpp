@@ -1,29 +1,30 @@
-// css_names.cpp: what the engine keeps: its chunks of memory, and its tables of texts. Used by all
-// files of css/.
+// css_names.cpp: the engine's arena, and its tables of texts. Used by all files of css/.
 //
 // Raises ORT_E_NO_MEMORY.
-#include "css/css_engine.h"
+#include "css/css_names.h"
 
 #include <algorithm>
+#include <cstring>
+
+#include "css/css_engine.h"
+#include "css/css_external.h"
 
 struct css_chunk {
   css_chunk *next;
 };
 
-namespace {
 constexpr size_t FIRST_SIZE = 512, LAST_SIZE = 32 * 1024; // each chunk is twice as large
-constexpr size_t BIG_SIZE = FIRST_SIZE / 2; // from here on a block has a chunk of its own
+constexpr size_t BIG_SIZE = FIRST_SIZE / 2; // blocks of this size and up have a chunk of their own
 
-uint64_t end_bit(const css_key &key);
-unsigned key_byte(const css_key &key, uint64_t i);
-unsigned key_bit(const css_key &key, uint64_t bit);
-uint64_t first_difference(const css_key &a, const css_key &b);
-css_name **descend(css_name *head, const css_key &key, uint64_t limit);
-} // namespace
+static uint64_t end_bit(const css_key &key);
+static unsigned key_byte(const css_key &key, uint64_t i);
+static unsigned key_bit(const css_key &key, uint64_t bit);
+static uint64_t first_difference(const css_key &a, const css_key &b);
+static css_name **descend(css_name *head, const css_key &key, uint64_t limit);
 
 void *css_keep(css_parser *css, size_t size) {
   size = (size + 7) / 8 * 8;
-  if (size >= BIG_SIZE) { // behind the chunk in use, if any
+  if (size >= BIG_SIZE) { // after the chunk in use, if any
     auto *chunk =
         static_cast<css_chunk *>(ort_calloc(css->core, 1, sizeof(css_chunk) + size, __func__));
     css_chunk **place = css->chunks ? &css->chunks->next : &css->chunks;
@@ -106,24 +107,22 @@ int16_t css_get_nid(const css_parser *css, css_table table, const char *text) {
   return static_cast<int16_t>(name ? static_cast<css_word *>(name)->number - 1 : CSS_NO_NID);
 }
 
-namespace {
-// Keys differ at the latest in the byte that ends the shorter one, so a search need not look at
-// later bits.
-uint64_t end_bit(const css_key &key) {
+// Two keys differ no later than at the byte that ends the shorter one, so a search can stop there.
+static uint64_t end_bit(const css_key &key) {
   return 8 * (sizeof key.salt + uint64_t{key.length} + 1) + 1;
 }
 
-unsigned key_byte(const css_key &key, uint64_t i) {
+static unsigned key_byte(const css_key &key, uint64_t i) {
   if (i < sizeof key.salt) return key.salt >> (8 * i) & 255;
   i -= sizeof key.salt;
   return i < key.length ? static_cast<unsigned char>(key.text[i]) : 0;
 }
 
-unsigned key_bit(const css_key &key, uint64_t bit) {
+static unsigned key_bit(const css_key &key, uint64_t bit) {
   return key_byte(key, (bit - 1) / 8) >> (7 - (bit - 1) % 8) & 1;
 }
 
-uint64_t first_difference(const css_key &a, const css_key &b) {
+static uint64_t first_difference(const css_key &a, const css_key &b) {
   uint64_t i = 0;
   while (key_byte(a, i) == key_byte(b, i)) ++i;
   uint64_t bit = 8 * i + 1;
@@ -131,9 +130,9 @@ uint64_t first_difference(const css_key &a, const css_key &b) {
   return bit;
 }
 
-// The link at which the search for key ends: at a leaf, or at the first node that decides at limit
-// or later. The node it leads to shares with the key what all nodes below share.
-css_name **descend(css_name *head, const css_key &key, uint64_t limit) {
+// The link where the search for key ends: at a leaf, or at the first node that decides at limit or
+// later. That node shares with the key whatever all nodes below it share.
+static css_name **descend(css_name *head, const css_key &key, uint64_t limit) {
   css_name **link = &head->link[0];
   uint64_t bit = 0;
   while ((*link)->bit > bit && (*link)->bit < limit) {
@@ -142,4 +141,3 @@ css_name **descend(css_name *head, const css_key &key, uint64_t limit) {
   }
   return link;
 }
-} // namespace

@@ -2,26 +2,28 @@
 // escapes, strings, URLs, and runs of text with balanced brackets. Called by the parsers of sheets
 // and selectors.
 //
-// Text ends with a NUL. Raises ORT_E_NO_MEMORY. Brackets nest on a stack of our own, never on the
-// machine's.
+// Texts end with a NUL. Brackets are kept on a stack in memory, not by recursion. Raises
+// ORT_E_NO_MEMORY.
+#include "css/css_scan.h"
+
+#include <cstring>
+
 #include "css/css_engine.h"
 
-namespace {
-bool is_newline(char c) { return c == '\n' || c == '\r' || c == '\f'; }
-bool is_name_byte(char c);
-bool is_escape(const char *at);
-const char *skip_comment(const char *at);
-const char *read_escape(const char *at, uint32_t *code);
-const char *scan_escape(ort_bs *out, const char *at);
-const char *scan_escape_or_newline(ort_bs *out, const char *at);
-void append(ort_bs *out, const char *from, const char *to);
-void append_character(ort_bs *out, uint32_t code);
-char get_closer(char c);
-const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad);
-bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to);
-bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from);
-bool append_quoted(ort_bs *out, const ort_bs *text);
-} // namespace
+static bool is_newline(char c) { return c == '\n' || c == '\r' || c == '\f'; }
+static bool is_name_byte(char c);
+static bool is_escape(const char *at);
+static const char *skip_comment(const char *at);
+static const char *read_escape(const char *at, uint32_t *code);
+static const char *scan_escape(ort_bs *out, const char *at);
+static const char *scan_escape_or_newline(ort_bs *out, const char *at);
+static void append(ort_bs *out, const char *from, const char *to);
+static void append_character(ort_bs *out, uint32_t code);
+static char get_closer(char c);
+static const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad);
+static bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to);
+static bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from);
+static bool append_quoted(ort_bs *out, const ort_bs *text);
 
 const char *css_skip_space(const char *at, bool *blank) {
   for (;; ++at) {
@@ -125,22 +127,21 @@ css_span css_scan_until(css_parser *css, const char *at, const char *stops, ort_
   return span;
 }
 
-namespace {
-bool is_name_byte(char c) {
+static bool is_name_byte(char c) {
   return ort_isalpha(c) || ort_isdigit(c) || c == '-' || c == '_' ||
          static_cast<unsigned char>(c) > 127;
 }
 
-bool is_escape(const char *at) { return at[0] == '\\' && at[1] && !is_newline(at[1]); }
+static bool is_escape(const char *at) { return at[0] == '\\' && at[1] && !is_newline(at[1]); }
 
-const char *skip_comment(const char *at) {
+static const char *skip_comment(const char *at) {
   at += 2;
   while (*at && !(at[0] == '*' && at[1] == '/')) ++at;
   return *at ? at + 2 : at;
 }
 
 // Decodes the escape at the backslash; an escaped byte stands for itself.
-const char *read_escape(const char *at, uint32_t *code) {
+static const char *read_escape(const char *at, uint32_t *code) {
   const char *from = ++at;
   *code = 0;
   for (; at - from < 6 && (ort_isdigit(*at) || (ort_isalpha(*at) && (*at | 32) <= 'f')); ++at)
@@ -153,7 +154,7 @@ const char *read_escape(const char *at, uint32_t *code) {
   return css_isspace(*at) ? at + 1 : at;
 }
 
-const char *scan_escape(ort_bs *out, const char *at) {
+static const char *scan_escape(ort_bs *out, const char *at) {
   uint32_t code;
   const char *end = read_escape(at, &code);
   if (static_cast<unsigned char>(at[1]) > 127)
@@ -163,17 +164,17 @@ const char *scan_escape(ort_bs *out, const char *at) {
   return end;
 }
 
-// In strings a backslash also joins lines.
-const char *scan_escape_or_newline(ort_bs *out, const char *at) {
+// In a string, a backslash before a newline joins lines.
+static const char *scan_escape_or_newline(ort_bs *out, const char *at) {
   if (!is_newline(at[1])) return scan_escape(out, at);
   return at + (at[1] == '\r' && at[2] == '\n' ? 3 : 2);
 }
 
-void append(ort_bs *out, const char *from, const char *to) {
+static void append(ort_bs *out, const char *from, const char *to) {
   if (out) ort_bs_append(out, from, static_cast<size_t>(to - from));
 }
 
-void append_character(ort_bs *out, uint32_t code) {
+static void append_character(ort_bs *out, uint32_t code) {
   if (code == 0 || code > 0x10FFFF || (code >= 0xD800 && code < 0xE000)) code = 0xFFFD;
   if (code < 0x80) return ort_bs_append_byte(out, static_cast<char>(code));
   int tail = code < 0x800 ? 1 : code < 0x10000 ? 2 : 3;
@@ -182,12 +183,12 @@ void append_character(ort_bs *out, uint32_t code) {
   while (tail-- > 0) ort_bs_append_byte(out, static_cast<char>(0x80 | (code >> (6 * tail) & 0x3F)));
 }
 
-char get_closer(char c) { return c == '(' ? ')' : c == '[' ? ']' : c == '{' ? '}' : '\0'; }
+static char get_closer(char c) { return c == '(' ? ')' : c == '[' ? ']' : c == '{' ? '}' : '\0'; }
 
-// Skips one token that is neither blank nor comment, and keeps the stack of open brackets. unclosed
-// is what the end of the sheet left out of a string or URL. A quoted URL is a function like any
-// other.
-const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad) {
+// Skips one token other than blanks and comments, and maintains the stack of open brackets.
+// unclosed is the mark that a string or URL lacks at the end of the sheet. A quoted URL is parsed
+// like any function.
+static const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *bad) {
   css_ending ending = CSS_CLOSED;
   if (*at == '"' || *at == '\'') {
     *unclosed = *at;
@@ -213,9 +214,9 @@ const char *skip_token(css_parser *css, const char *at, char *unclosed, bool *ba
   return at;
 }
 
-// Appends the token between from and to with its escapes decoded. Returns false, having appended
-// nothing, when that could be read as something else.
-bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to) {
+// Appends the token between from and to with its escapes decoded. Returns false, with nothing
+// appended, if the result could be read as something else.
+static bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *to) {
   css_ending ending;
   ort_bs_clear(css->token);
   if (*from == '"' || *from == '\'') {
@@ -237,9 +238,9 @@ bool append_decoded(css_parser *css, ort_bs *out, const char *from, const char *
   return true;
 }
 
-// A hash, a number with its unit, or an identifier. An escaped character belongs to its name even
-// if it looks like something else (CSS 2.1, 4.1.3): such an identifier becomes a string.
-bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from) {
+// A hash, a number with its unit, or an identifier. An escaped character is part of its name
+// whatever it looks like (CSS 2.1, 4.1.3): an identifier with such a character becomes a string.
+static bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from) {
   bool hash = *from == '#' || *from == '@', identifier = css_at_name(from);
   const char *name = hash ? from + 1 : identifier ? from : from + strspn(from, "-0123456789");
   css_scan_name(token, name);
@@ -254,8 +255,8 @@ bool append_decoded_name(ort_bs *out, ort_bs *token, const char *from) {
   return true;
 }
 
-// Values are read without escapes: a text with both marks cannot be quoted.
-bool append_quoted(ort_bs *out, const ort_bs *text) {
+// Readers of values know no escapes, so a text with both quotation marks cannot be quoted.
+static bool append_quoted(ort_bs *out, const ort_bs *text) {
   char mark = !strchr(ort_bs_text(text), '"') ? '"' : '\'';
   if (strchr(ort_bs_text(text), mark)) return false;
   ort_bs_append_byte(out, mark);
@@ -263,4 +264,3 @@ bool append_quoted(ort_bs *out, const ort_bs *text) {
   ort_bs_append_byte(out, mark);
   return true;
 }
-} // namespace

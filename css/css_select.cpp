@@ -3,9 +3,13 @@
 //
 // CSS 2.1, chapter 5, with ":not()" of a simple selector, ":root", "~" and the attribute tests ^=
 // $= *= of Selectors 3. Raises ORT_E_NO_MEMORY.
+#include "css/css_select.h"
+
+#include <cstring>
 #include <string_view>
 
 #include "css/css_engine.h"
+#include "css/css_scan.h"
 
 namespace {
 struct selector_scan {
@@ -24,10 +28,10 @@ enum pseudo {
   PSEUDO_ROOT,
   PSEUDO_NOT
 };
+} // namespace
 
-// A reader shows a drawing that no one touches: dynamic classes and generated content are known and
-// match nothing.
-constexpr ort_keyword PSEUDO_CLASSES[] = {{"first-child", PSEUDO_FIRST_CHILD},
+// Drawings are static: dynamic classes and generated content are recognised but never match.
+constexpr ort_keyword pseudo_classes[] = {{"first-child", PSEUDO_FIRST_CHILD},
                                           {"root", PSEUDO_ROOT},
                                           {"not(", PSEUDO_NOT},
                                           {"link", PSEUDO_CLASS},
@@ -43,25 +47,24 @@ constexpr ort_keyword PSEUDO_CLASSES[] = {{"first-child", PSEUDO_FIRST_CHILD},
                                           {"first-letter", PSEUDO_ELEMENT},
                                           {nullptr, 0}};
 
-constexpr ort_keyword PSEUDO_ELEMENTS[] = {
+constexpr ort_keyword pseudo_elements[] = {
     {"before", PSEUDO_ELEMENT},       {"after", PSEUDO_ELEMENT},     {"first-line", PSEUDO_ELEMENT},
     {"first-letter", PSEUDO_ELEMENT}, {"selection", PSEUDO_ELEMENT}, {nullptr, 0}};
 
-bool is_one_of(std::string_view bytes, char c) { return bytes.find(c) < bytes.size(); }
-bool parse_selector(selector_scan *scan, css_selector **selector);
-bool parse_compound(selector_scan *scan);
-bool parse_type(selector_scan *scan);
-bool parse_simple(selector_scan *scan);
-bool parse_word(selector_scan *scan, css_table table, css_test_kind kind);
-bool parse_attribute(selector_scan *scan);
-bool parse_pseudo(selector_scan *scan);
-bool parse_not(selector_scan *scan);
-void skip_comments(selector_scan *scan);
-css_test *add_test(selector_scan *scan, css_test_kind kind);
-css_selector *add_selector(css_parser *css, css_selector *left, char combinator, const char *from,
-                           const char *to);
-uint64_t add_specificity(uint64_t specificity, const css_test &test);
-} // namespace
+static bool is_one_of(std::string_view bytes, char c) { return bytes.find(c) < bytes.size(); }
+static bool parse_selector(selector_scan *scan, css_selector **selector);
+static bool parse_compound(selector_scan *scan);
+static bool parse_type(selector_scan *scan);
+static bool parse_simple(selector_scan *scan);
+static bool parse_word(selector_scan *scan, css_table table, css_test_kind kind);
+static bool parse_attribute(selector_scan *scan);
+static bool parse_pseudo(selector_scan *scan);
+static bool parse_not(selector_scan *scan);
+static void skip_comments(selector_scan *scan);
+static css_test *add_test(selector_scan *scan, css_test_kind kind);
+static css_selector *add_selector(css_parser *css, css_selector *left, char combinator,
+                                  const char *from, const char *to);
+static uint64_t add_specificity(uint64_t specificity, const css_test &test);
 
 bool css_parse_group(css_parser *css, const char *at, const char *end) {
   ort_vtr_resize(css->group, 0);
@@ -98,9 +101,8 @@ void css_logg_sel(css_parser *css, css_selector *selector) {
   ort_logg(css->core, "\t\t\t\tselector: %s\n", ort_errprintf(css->core, "%a", text));
 }
 
-namespace {
-// Reads up to the "," or the end of the prelude. *selector is null when no element can match.
-bool parse_selector(selector_scan *scan, css_selector **selector) {
+// Parses up to the "," or the end of the prelude. *selector is null when no element can match.
+static bool parse_selector(selector_scan *scan, css_selector **selector) {
   char combinator = 0;
   *selector = nullptr;
   scan->never = scan->ended = false;
@@ -130,7 +132,7 @@ bool parse_selector(selector_scan *scan, css_selector **selector) {
   }
 }
 
-bool parse_compound(selector_scan *scan) {
+static bool parse_compound(selector_scan *scan) {
   const char *from = scan->at;
   ort_vtr_resize(scan->css->tests, 0);
   if ((*scan->at == '*' || css_at_name(scan->at)) && !parse_type(scan)) return false;
@@ -144,7 +146,7 @@ bool parse_compound(selector_scan *scan) {
   }
 }
 
-bool parse_type(selector_scan *scan) {
+static bool parse_type(selector_scan *scan) {
   css_parser *css = scan->css;
   if (*scan->at == '*') {
     ++scan->at;
@@ -159,7 +161,7 @@ bool parse_type(selector_scan *scan) {
   return true;
 }
 
-bool parse_simple(selector_scan *scan) {
+static bool parse_simple(selector_scan *scan) {
   switch (*scan->at) {
   case '#': return parse_word(scan, CSS_IDS, CSS_TEST_ID);
   case '.': return parse_word(scan, CSS_CLASSES, CSS_TEST_CLASS);
@@ -169,7 +171,7 @@ bool parse_simple(selector_scan *scan) {
   }
 }
 
-bool parse_word(selector_scan *scan, css_table table, css_test_kind kind) {
+static bool parse_word(selector_scan *scan, css_table table, css_test_kind kind) {
   css_parser *css = scan->css;
   ++scan->at;
   if (table == CSS_CLASSES) skip_comments(scan); // "#" is one token with its name
@@ -177,12 +179,12 @@ bool parse_word(selector_scan *scan, css_table table, css_test_kind kind) {
   ort_bs_clear(css->name);
   scan->at = css_scan_name(css->name, scan->at);
   css_word *word = css_intern_word(css, table, ort_bs_text(css->name));
-  if (!word) scan->never = true; // a name without a number: nothing can be said about elements
+  if (!word) scan->never = true; // an unnumbered name: elements cannot be tested for it
   add_test(scan, kind)->word = word;
   return true;
 }
 
-bool parse_attribute(selector_scan *scan) {
+static bool parse_attribute(selector_scan *scan) {
   css_parser *css = scan->css;
   scan->at = css_skip_space(scan->at + 1);
   if (!css_at_name(scan->at)) return false;
@@ -217,7 +219,7 @@ bool parse_attribute(selector_scan *scan) {
   return *scan->at++ == ']';
 }
 
-bool parse_pseudo(selector_scan *scan) {
+static bool parse_pseudo(selector_scan *scan) {
   css_parser *css = scan->css;
   ++scan->at;
   skip_comments(scan);
@@ -233,7 +235,7 @@ bool parse_pseudo(selector_scan *scan) {
     ort_bs_append_byte(css->name, '(');
     ++scan->at;
   }
-  switch (ort_get_keycode_ci(ort_bs_text(css->name), element ? PSEUDO_ELEMENTS : PSEUDO_CLASSES)) {
+  switch (ort_get_keycode_ci(ort_bs_text(css->name), element ? pseudo_elements : pseudo_classes)) {
   case PSEUDO_CLASS: add_test(scan, CSS_TEST_NEVER); return true;
   case PSEUDO_ELEMENT:
     add_test(scan, CSS_TEST_NEVER);
@@ -252,7 +254,7 @@ bool parse_pseudo(selector_scan *scan) {
   }
 }
 
-bool parse_not(selector_scan *scan) {
+static bool parse_not(selector_scan *scan) {
   scan->at = css_skip_space(scan->at);
   scan->negated = true;
   bool type = *scan->at == '*' || css_at_name(scan->at);
@@ -262,14 +264,14 @@ bool parse_not(selector_scan *scan) {
   return good && *scan->at++ == ')';
 }
 
-// Comments may stand between any two tokens; blanks may not.
-void skip_comments(selector_scan *scan) {
+// Comments are allowed between any two tokens; blanks are not.
+static void skip_comments(selector_scan *scan) {
   bool blank = false;
   const char *next = css_skip_space(scan->at, &blank);
   if (!blank) scan->at = next;
 }
 
-css_test *add_test(selector_scan *scan, css_test_kind kind) {
+static css_test *add_test(selector_scan *scan, css_test_kind kind) {
   auto *test = static_cast<css_test *>(ort_vtr_push(scan->css->tests));
   test->kind = kind;
   test->negated = scan->negated;
@@ -278,9 +280,10 @@ css_test *add_test(selector_scan *scan, css_test_kind kind) {
   return test;
 }
 
-// The record of the compound between from and to, whose tests are in css->tests, behind left.
-css_selector *add_selector(css_parser *css, css_selector *left, char combinator, const char *from,
-                           const char *to) {
+// The record of the compound between from and to, which continues left and whose tests are in
+// css->tests.
+static css_selector *add_selector(css_parser *css, css_selector *left, char combinator,
+                                  const char *from, const char *to) {
   constexpr const char combinators[] = " >+~";
   css_key key = {from, static_cast<size_t>(to - from), 0};
   if (left)
@@ -305,8 +308,8 @@ css_selector *add_selector(css_parser *css, css_selector *left, char combinator,
   return selector;
 }
 
-// CSS 2.1, 6.4.3. ":not()" counts as what it holds. Counts of 2^21 and more are one.
-uint64_t add_specificity(uint64_t specificity, const css_test &test) {
+// CSS 2.1, 6.4.3. ":not()" counts as its argument. Counts saturate at 2^21 - 1.
+static uint64_t add_specificity(uint64_t specificity, const css_test &test) {
   constexpr uint64_t most = (1 << 21) - 1;
   int shift = 21;
   if (test.kind == CSS_TEST_ANY) return specificity;
@@ -314,4 +317,3 @@ uint64_t add_specificity(uint64_t specificity, const css_test &test) {
   if (test.kind == CSS_TEST_ID) shift = 42;
   return (specificity >> shift & most) == most ? specificity : specificity + (uint64_t{1} << shift);
 }
-} // namespace

@@ -1,12 +1,13 @@
 #include <gtest/gtest.h>
 
 #include "css/css_engine.h"
+#include "css/css_href.h"
 #include "tests/css/toy.h"
 #include "tests/support/cases.h"
 
 static constexpr const char TREE[] = "svg(a.x!)";
 
-// The rules that "a" gets, by falling precedence; "=" says that they are the sheet again.
+// The rules that "a" gets, by decreasing precedence; "=" stands for the sheet itself.
 TEST(CssParse, SheetsWithAndWithoutFaults) {
   expect_cases(R"t(
 a{P-x_1:1} -> = | a{p:\70  x} -> a{p:p x} | a{p:u\rl(x;)} -> a{p:url(x;)}

@@ -123,7 +123,7 @@ struct Toy {
     return rules;
   }
 
-  // The rules of the marked elements: "SELECTOR{name:value;name:value}", with a blank behind each.
+  // The rules of the marked elements: "SELECTOR{name:value;name:value}", each followed by a blank.
   std::string rules(const std::string &tree) {
     build(tree);
     ort_bs *text = ort_bs_new(core);
