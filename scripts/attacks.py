@@ -176,7 +176,7 @@ def run(name, make, limit):
             seconds = usage.ru_utime + usage.ru_stime
             messages.seek(0)
             lines = messages.read(1 << 20).decode("utf-8", "replace").splitlines()
-    last = lines[-1].split(": ", 1)[-1] if lines else "read"
+    last = lines[0].split(": ", 1)[-1] if lines else "read"
     ended = process.returncode in (0, 1) and seconds <= limit
     print(f"{name:40} {size / 1e6:7.1f} {seconds:8.2f} {usage.ru_maxrss / 1024:8.0f}  "
           f"{last[:60] if ended else f'FAILED: exit status {process.returncode}, {limit} s are allowed'}", flush=True)

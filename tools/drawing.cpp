@@ -17,7 +17,7 @@ static std::vector<const char *> texts(const std::vector<std::string> &strings) 
 
 Drawing::Drawing(std::string path, const ReadSettings &settings)
     : path_(std::move(path)), name_(path_ == "-" ? "standard input" : path_), settings_(settings),
-      refused_elements_(texts(settings.refused_elements)),
+      notes_(settings.note_sources), refused_elements_(texts(settings.refused_elements)),
       refused_properties_(texts(settings.refused_properties)) {
   ort_options options;
   ort_options_init(&options);
@@ -30,7 +30,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
   options.inflate_budget = settings.inflated;
   core_ = ort_core_new(&options);
   if (!core_) {
-    messages_.push_back({ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory"});
+    notes_.on_message(ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory");
     return;
   }
   if (settings.external_sheets) {
@@ -44,6 +44,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
     svg_ = nullptr;
   else
     note_waiting_links();
+  notes_.finish();
 }
 
 Drawing::~Drawing() {
@@ -60,8 +61,8 @@ bool Drawing::read_standard_input() {
        (length = fread(block, 1, sizeof block, stdin)) > 0 && input_.size() < ORT_LIMIT_MEMORY;)
     input_.append(block, length);
   if (ferror(stdin) == 0) return true;
-  messages_.push_back(
-      {ORT_ERROR, ORT_E_OPEN, "Cannot open file '" + name_ + "': " + strerror(errno)});
+  const std::string text = "Cannot open file '" + name_ + "': " + strerror(errno);
+  notes_.on_message(ORT_ERROR, ORT_E_OPEN, text.c_str());
   return false;
 }
 
@@ -76,6 +77,8 @@ void Drawing::read() {
                      static_cast<int32_t>(refused_elements_.size()), refused_properties_.data(),
                      static_cast<int32_t>(refused_properties_.size()), nullptr, nullptr);
   svg_set_limits(parser_, &settings_.limits);
+  svg_set_element_observer(parser_, on_element, this);
+  svg_set_skip_observer(parser_, on_skip, this);
   if (settings_.note_sources) svg_set_observer(parser_, on_value, this);
   svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
                    &elems_used_, &has_text_);
@@ -136,10 +139,19 @@ bool Drawing::accepts_language(const svg_e_node *element) const {
 }
 
 void Drawing::on_message(void *user, ort_severity severity, int code, const char *text) {
-  static_cast<Drawing *>(user)->messages_.push_back({severity, code, text});
+  static_cast<Drawing *>(user)->notes_.on_message(severity, code, text);
 }
 
 void Drawing::on_log(void *, const char *text, size_t length) { fwrite(text, 1, length, stderr); }
+
+void Drawing::on_element(void *user, const svg_e_node *element, uint32_t line,
+                         const svg_written_attr *attributes, size_t count) {
+  static_cast<Drawing *>(user)->notes_.on_element(element, line, attributes, count);
+}
+
+void Drawing::on_skip(void *user, svg_skipped what, const char *name, uint32_t line) {
+  static_cast<Drawing *>(user)->notes_.on_skip(what, name, line);
+}
 
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector) {

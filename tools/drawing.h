@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "svg/svg.h"
+#include "tools/notes.h"
 
 // What the command line says about reading.
 struct ReadSettings {
@@ -24,12 +25,6 @@ struct ReadSettings {
   bool note_sources = false;
   uint64_t memory = 0, inflated = 0; // budgets in bytes; 0: the defaults
   svg_limits limits = {};
-};
-
-struct Message {
-  ort_severity severity;
-  int code;
-  std::string text;
 };
 
 // Where a value came from; selector is set for style sheets.
@@ -48,7 +43,8 @@ public:
 
   bool ok() const { return svg_ != nullptr; }
   const std::string &name() const { return name_; }
-  const std::vector<Message> &messages() const { return messages_; }
+  const std::vector<Message> &messages() const { return notes_.messages(); }
+  const Notes &notes() const { return notes_; }
   ort_core *core() const { return core_; }
   svg_parser *parser() const { return parser_; }
   svg_e_node *svg() const { return svg_; }
@@ -90,6 +86,9 @@ private:
   void note_waiting_links();
   static void on_message(void *user, ort_severity severity, int code, const char *text);
   static void on_log(void *user, const char *text, size_t length);
+  static void on_element(void *user, const svg_e_node *element, uint32_t line,
+                         const svg_written_attr *attributes, size_t count);
+  static void on_skip(void *user, svg_skipped what, const char *name, uint32_t line);
   static void on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector);
 
@@ -98,10 +97,10 @@ private:
   std::string folder_;
   std::string input_; // of standard input
   const ReadSettings &settings_;
+  Notes notes_;
   std::vector<const char *> refused_elements_;
   std::vector<const char *> refused_properties_;
   css_context css_context_ = {};
-  std::vector<Message> messages_;
   ort_core *core_ = nullptr;
   svg_parser *parser_ = nullptr;
   ort_file *file_ = nullptr;

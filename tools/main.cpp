@@ -1,7 +1,7 @@
 // main.cpp: svgtree, the command-line host: what is printed for each drawing, and the exit status.
 //
-// Exit status: 0 all inputs were read, 1 some were not readable as SVG (or an answer could not be
-// given or written), 2 the command line is wrong.
+// Exit status: 0 all inputs were read, 1 some were not readable as SVG, --check found something, or
+// an answer could not be given or written; 2 the command line is wrong.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -12,6 +12,7 @@
 #include <new>
 #include <optional>
 
+#include "tools/check.h"
 #include "tools/explain.h"
 #include "tools/extract.h"
 #include "tools/jobs.h"
@@ -76,8 +77,8 @@ static void hold_standard_streams() {
 }
 
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor) {
+  if (options.check) return print_check(stdout, drawing, {options.json, options.text.full}) == 0;
   print_messages(drawing);
-  if (options.check) return drawing.ok();
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
   if (options.json)

@@ -29,7 +29,8 @@ int parse_options(int argc, char **argv, Options &options) {
   add_output_options(app, options);
   add_question_options(app, options);
   add_reading_options(app, options);
-  app.footer("Exit status: 0 all drawings were read, 1 some were not, 2 wrong usage.\n"
+  app.footer("Exit status: 0 all drawings were read, 1 some were not or --check found something,\n"
+             "2 wrong usage.\n"
              "The manual page svgtree(1) tells more.");
   try {
     app.parse(argc, argv);
@@ -58,7 +59,7 @@ static void add_output_options(CLI::App &app, Options &options) {
   flag("--full", options.text.full, "Print numbers, lists, paths and texts whole");
   flag("--json", options.json, "Print each drawing as JSON, on one line");
   flag("--pretty", options.pretty, "Print JSON indented");
-  flag("--check", options.check, "Print messages only");
+  flag("--check", options.check, "Print what is wrong with each drawing, a finding a line");
   flag("--schema", options.schema,
        "Print the tables of elements, attributes, keywords and errors as JSON");
 }
@@ -109,7 +110,8 @@ static void add_reading_options(CLI::App &app, Options &options) {
         std::tuple("--refuse-property", &reading.refused_properties, "NAME",
                    "Refuse drawings with this unsupported property (repeatable)"),
         std::tuple("--limit", &options.limits, "NAME=N",
-                   "Set memory, inflated, recorded (bytes), growth, nodes, depth or expanded (repeatable)")})
+                   "Set memory, inflated, recorded (bytes), growth, nodes, depth or expanded "
+                   "(repeatable)")})
     option(name, *values, argument, text)
         ->expected(1)
         ->allow_extra_args(false)
@@ -164,7 +166,7 @@ static std::string find_mistake(const Options &options) {
     return "--path reads no drawing";
   if (options.files.empty() && !options.schema && !options.has_path) return "no FILE given";
   if (std::ranges::count(options.files, "-") > 1) return "standard input can be read only once";
-  if (options.check && (questions || options.json)) return "--check prints messages only";
+  if (options.check && (questions || options.pretty)) return "--check prints findings only";
   if (options.force && options.extract_folder.empty()) return "--force goes with --extract";
   Options others = options;
   others.has_query = false;

@@ -1,0 +1,94 @@
+// notes.h: what is told while a drawing is read and is not in its tree: which element a message
+// belongs to, lines, attributes that the reader skips, ids that occur again.
+//
+// Filled by the observers of drawing.cpp. A message comes while its element is being built, thus
+// before the element itself is told; what comes before the first element is of the style sheets.
+#ifndef TOOLS_NOTES_H
+#define TOOLS_NOTES_H
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+#include <vector>
+
+#include "svg/svg.h"
+
+// Where something stands. What is not known is 0 or "". The texts are kept by the notes or the
+// parser: many places may name one long id.
+struct Place {
+  uint32_t line = 0, column = 0; // from 1
+  std::string_view element, id;
+};
+
+struct Message {
+  ort_severity severity;
+  int code;
+  std::string text;
+  Place place;
+};
+
+// A name that the reader skips, and its first place.
+struct SkippedName {
+  std::string name;
+  Place place;
+  size_t count = 0;
+};
+
+struct RepeatedId {
+  uint32_t first_line;
+  Place place; // of the element that bears it again
+};
+
+struct ElementNotes {
+  uint32_t line = 0;
+  std::string classes;                                      // the class attribute as written
+  std::vector<std::pair<std::string, std::string>> foreign; // attributes that the reader skips
+};
+
+class Notes {
+public:
+  // Attributes are kept only when wanted.
+  explicit Notes(bool attributes) : keep_attributes_(attributes) {}
+  void on_message(ort_severity severity, int code, const char *text);
+  void on_element(const svg_e_node *element, uint32_t line, const svg_written_attr *attributes,
+                  size_t count);
+  void on_skip(svg_skipped what, const char *name, uint32_t line);
+  void finish(); // the reading has ended
+
+  const std::vector<Message> &messages() const { return messages_; }
+  const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
+  const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
+  const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
+  const ElementNotes &of(const svg_e_node *element) const; // empty when nothing is known
+
+private:
+  // Names in the order of their first places.
+  struct SkippedNames {
+    std::vector<SkippedName> names;
+    std::unordered_map<std::string, size_t> indices;
+    void add(const std::string &name, const Place &place);
+  };
+
+  std::string_view keep(const char *text) { return *texts_.emplace(text).first; }
+  void begin_tree();
+  void place_properties(bool outermost, const Place &place, const char *style);
+  Place place_of_sheets() const;
+  void note_id(const svg_e_node *element, const Place &place);
+
+  bool keep_attributes_;
+  std::unordered_set<std::string> texts_;
+  std::vector<Message> messages_;
+  size_t placed_ = 0; // messages whose place is known
+  std::vector<std::string> pending_attributes_, pending_properties_; // of the element being built
+  std::vector<std::string> sheet_properties_;
+  uint32_t style_line_ = 0; // of the first style element
+  SkippedNames elements_, properties_;
+  std::unordered_map<std::string_view, const svg_e_node *> ids_; // with their first elements
+  std::vector<RepeatedId> repeated_ids_;
+  std::unordered_map<const svg_e_node *, ElementNotes> notes_;
+};
+
+#endif
