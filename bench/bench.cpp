@@ -17,18 +17,16 @@
 
 #include "bench/bench.h"
 
-namespace {
-
 constexpr int ROUNDS = 9;
 constexpr double SHORTEST = 0.03; // seconds of a measurement; shorter rows are read repeatedly
 constexpr int DOUBLINGS = 3;
 
-double median(std::vector<double> values) {
+static double median(std::vector<double> values) {
   std::sort(values.begin(), values.end());
   return values[values.size() / 2];
 }
 
-double seconds(const Contender &contender, const Documents &documents, int repeat = 1) {
+static double seconds(const Contender &contender, const Documents &documents, int repeat = 1) {
   timespec begin, end;
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &begin);
   for (int i = 0; i < repeat; ++i) contender.read(documents);
@@ -38,11 +36,13 @@ double seconds(const Contender &contender, const Documents &documents, int repea
          repeat;
 }
 
-double bytes_of(const Documents &documents) {
+static double bytes_of(const Documents &documents) {
   double bytes = 0;
   for (const std::string &document : documents) bytes += static_cast<double>(document.size());
   return bytes;
 }
+
+namespace {
 
 // ---- Rows ---------------------------------------------------------------------------------------
 
@@ -50,7 +50,9 @@ struct Times {
   double median[CONTENDERS], ratio[CONTENDERS];
 };
 
-Times measure_times(const Documents &documents) {
+} // namespace
+
+static Times measure_times(const Documents &documents) {
   const int repeat = static_cast<int>(SHORTEST / seconds(contenders[ONE_PASS], documents)) + 1;
   std::vector<double> taken[CONTENDERS], ratios[CONTENDERS];
   for (int round = 0; round < ROUNDS; ++round)
@@ -66,7 +68,7 @@ Times measure_times(const Documents &documents) {
   return times;
 }
 
-Times print_row(const std::string &name, const Documents &documents) {
+static Times print_row(const std::string &name, const Documents &documents) {
   const double bytes = bytes_of(documents);
   const Memory memory = measure_memory(documents);
   const Times times = measure_times(documents);
@@ -77,6 +79,8 @@ Times print_row(const std::string &name, const Documents &documents) {
   std::fflush(stdout);
   return times;
 }
+
+namespace {
 
 // The geometric mean of the reader's ratios.
 class Mean {
@@ -93,8 +97,10 @@ private:
   int rows_ = 0;
 };
 
+} // namespace
+
 // How many times longer the reader takes over the second document.
-double cost_ratio(const Documents &first, const Documents &second) {
+static double cost_ratio(const Documents &first, const Documents &second) {
   std::vector<double> ratios;
   for (int round = 0; round < ROUNDS; ++round) {
     const double begin = seconds(contenders[READER], first);
@@ -104,14 +110,14 @@ double cost_ratio(const Documents &first, const Documents &second) {
 }
 
 // The power of the size with which the reader's time grows.
-double growth(const Family &family) {
+static double growth(const Family &family) {
   const Documents small = {family.generate(family.size >> DOUBLINGS)};
   const Documents large = {family.generate(family.size)};
   return std::log(cost_ratio(small, large)) / std::log(bytes_of(large) / bytes_of(small));
 }
 
 // The drawings of each package that the reader and one pass of Expat accept.
-std::map<std::string, Documents> read_corpus() {
+static std::map<std::string, Documents> read_corpus() {
   std::map<std::string, Documents> packages;
   for (std::string path; std::getline(std::cin, path);) {
     std::ifstream file(path, std::ios::binary);
@@ -124,8 +130,6 @@ std::map<std::string, Documents> read_corpus() {
   }
   return packages;
 }
-
-} // namespace
 
 // Arguments choose the rows whose name contains one of them.
 int main(int count, char **arguments) {

@@ -10,12 +10,10 @@
 #include "bench/bench.h"
 #include "svg/svg.h"
 
-namespace {
-
 // ---- Expat --------------------------------------------------------------------------------------
 
 // One pass with handlers that do nothing, with namespaces, and in blocks as the reader reads them.
-bool expat_pass(const std::string &document) {
+static bool expat_pass(const std::string &document) {
   constexpr size_t block = 8192;
   XML_Parser xml = XML_ParserCreateNS(nullptr, '*');
   XML_SetElementHandler(
@@ -33,12 +31,14 @@ bool expat_pass(const std::string &document) {
   return good;
 }
 
-template <int passes> bool read_expat(const Documents &documents) {
+template <int passes> static bool read_expat(const Documents &documents) {
   bool good = true;
   for (const std::string &document : documents)
     for (int i = 0; i < passes; ++i) good &= expat_pass(document);
   return good;
 }
+
+namespace {
 
 // ---- The reader ---------------------------------------------------------------------------------
 
@@ -71,13 +71,15 @@ private:
   bool good_;
 };
 
-ort_core *new_core() {
+} // namespace
+
+static ort_core *new_core() {
   ort_core *core = ort_core_new(nullptr);
   svg_register_errtab(core);
   return core;
 }
 
-bool read_drawings(const Documents &documents) {
+static bool read_drawings(const Documents &documents) {
   bool good = true;
   ort_core *core = new_core();
   for (const std::string &document : documents) good &= Drawing(core, document).good();
@@ -87,7 +89,7 @@ bool read_drawings(const Documents &documents) {
 
 // ---- Document trees -----------------------------------------------------------------------------
 
-bool read_libxml2(const Documents &documents) {
+static bool read_libxml2(const Documents &documents) {
   bool good = true;
   for (const std::string &document : documents) {
     xmlDoc *tree = xmlReadMemory(document.data(), static_cast<int>(document.size()), nullptr,
@@ -98,7 +100,7 @@ bool read_libxml2(const Documents &documents) {
   return good;
 }
 
-bool read_pugixml(const Documents &documents) {
+static bool read_pugixml(const Documents &documents) {
   bool good = true;
   for (const std::string &document : documents)
     good &= static_cast<bool>(pugi::xml_document().load_buffer(document.data(), document.size()));
@@ -107,20 +109,18 @@ bool read_pugixml(const Documents &documents) {
 
 // ---- Memory -------------------------------------------------------------------------------------
 
-double allocated() {
+static double allocated() {
   const struct mallinfo2 info = mallinfo2();
   return static_cast<double>(info.uordblks + info.hblkhd);
 }
 
 // A field of /proc/self/status, in bytes.
-double process_memory(const std::string &field) {
+static double process_memory(const std::string &field) {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;)
     if (word == field && status >> word) return std::stod(word) * 1024;
   return 0;
 }
-
-} // namespace
 
 const Contender contenders[CONTENDERS] = {{"Expat, one pass", read_expat<1>},
                                           {"Expat, two passes", read_expat<2>},

@@ -38,8 +38,10 @@ private:
   std::mt19937 random_{7};
 };
 
+} // namespace
+
 // The numbers of one path command, in the manner of a drawing program or of an icon.
-void add_operands(Writer &out, int count, bool compact) {
+static void add_operands(Writer &out, int count, bool compact) {
   for (int i = 0; i < count; ++i) {
     if (compact)
       out.add(i == 0 || out.upto(2) ? " %g" : ",%g", out.length(24));
@@ -49,7 +51,7 @@ void add_operands(Writer &out, int count, bool compact) {
 }
 
 // Paths of about 2 KB: one half with many digits, the other short.
-std::string paths(int megabytes) {
+static std::string paths(int megabytes) {
   constexpr struct {
     char letter;
     int operands;
@@ -68,7 +70,7 @@ std::string paths(int megabytes) {
   return out.finish();
 }
 
-std::string lists(int megabytes) {
+static std::string lists(int megabytes) {
   Writer out;
   while (out.size() < megabytes * INT64_C(1000000)) {
     out.add("<g transform=\"translate(%.2f,%.2f) rotate(%.1f)\">\n", out.number(500),
@@ -82,7 +84,7 @@ std::string lists(int megabytes) {
   return out.finish();
 }
 
-std::string rectangles(int count) {
+static std::string rectangles(int count) {
   Writer out;
   for (int i = 0; i < count; ++i)
     out.add("<rect id=\"rect%d\" x=\"%.2f\" y=\"%.2f\" width=\"%.2f\" height=\"%.2f\" rx=\"2\" "
@@ -93,7 +95,7 @@ std::string rectangles(int count) {
 }
 
 // One half of the references are by use, the other are paints.
-std::string references(int count) {
+static std::string references(int count) {
   Writer out("xmlns:xlink=\"http://www.w3.org/1999/xlink\"");
   for (int i = 0; i < count; i += 2) {
     out.add("<use xlink:href=\"#symbol%d\" x=\"%.2f\" y=\"%.2f\"/>\n", i, out.length(900),
@@ -111,16 +113,14 @@ std::string references(int count) {
   return out.finish();
 }
 
-std::string styled(int elements) { return styled_document(elements, 200); }
+static std::string styled(int elements) { return styled_document(elements, 200); }
 
-std::string nesting(int depth) {
+static std::string nesting(int depth) {
   Writer out;
   for (int i = 0; i < depth; ++i) out.add("<g>\n");
   for (int i = 0; i < depth; ++i) out.add("</g>\n");
   return out.finish();
 }
-
-} // namespace
 
 const std::vector<Family> families = {
     {"20 MB of path data", 20, paths},

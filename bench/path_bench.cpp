@@ -19,11 +19,13 @@ struct Style {
   bool compact; // no separator that can be left out
 };
 
+} // namespace
+
 constexpr Style icon = {"cslhvq", 24, 2, 4, true};
 constexpr Style drawing = {"cCl", 1000, 6, 8, false};
 constexpr Style map = {"llL", 30000, 0, 100, false};
 
-int operands(char command) {
+static int operands(char command) {
   switch (command | 0x20) {
   case 'c': return 6;
   case 's':
@@ -34,12 +36,16 @@ int operands(char command) {
   }
 }
 
+namespace {
+
 struct Text {
   std::string bytes;
   int numbers;
 };
 
-Text path_text(const Style &style) {
+} // namespace
+
+static Text path_text(const Style &style) {
   std::mt19937 random(7);
   std::uniform_int_distribution<int> value(-style.range, style.range), digit(0, 9),
       run(1, style.run);
@@ -62,15 +68,15 @@ Text path_text(const Style &style) {
   return {text, numbers};
 }
 
-bool in_number(char c) { return (c >= '0' && c <= '9') || c == '.' || c == '-'; }
+static bool in_number(char c) { return (c >= '0' && c <= '9') || c == '.' || c == '-'; }
 
-void report(benchmark::State &state, const Text &text) {
+static void report(benchmark::State &state, const Text &text) {
   state.SetBytesProcessed(state.iterations() * static_cast<int64_t>(text.bytes.size()));
   state.counters["number"] = benchmark::Counter(
       text.numbers, benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 
-void BM_path_parse(benchmark::State &state, const Style &style) {
+static void BM_path_parse(benchmark::State &state, const Style &style) {
   const Text text = path_text(style);
   ort_core *core = ort_core_new(nullptr);
   double sum = 0;
@@ -89,7 +95,7 @@ void BM_path_parse(benchmark::State &state, const Style &style) {
   report(state, text);
 }
 
-void BM_path_bare_scan(benchmark::State &state, const Style &style) {
+static void BM_path_bare_scan(benchmark::State &state, const Style &style) {
   const Text text = path_text(style);
   for (auto _ : state) {
     int64_t signs = 0;
@@ -99,7 +105,7 @@ void BM_path_bare_scan(benchmark::State &state, const Style &style) {
   report(state, text);
 }
 
-void BM_path_strtod(benchmark::State &state, const Style &style) {
+static void BM_path_strtod(benchmark::State &state, const Style &style) {
   const Text text = path_text(style);
   for (auto _ : state) {
     double sum = 0;
@@ -116,8 +122,6 @@ void BM_path_strtod(benchmark::State &state, const Style &style) {
   }
   report(state, text);
 }
-
-} // namespace
 
 BENCHMARK_CAPTURE(BM_path_parse, icon, icon);
 BENCHMARK_CAPTURE(BM_path_bare_scan, icon, icon);

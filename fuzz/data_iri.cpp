@@ -6,7 +6,7 @@
 
 static std::string without_escapes(const std::string &text) {
   std::string result;
-  for (size_t i = 0; i < text.size(); i++) {
+  for (size_t i = 0; i < text.size(); ++i) {
     const bool escape = text[i] == '%' && i + 2 < text.size() &&
                         isxdigit(static_cast<unsigned char>(text[i + 1])) &&
                         isxdigit(static_cast<unsigned char>(text[i + 2]));
@@ -43,7 +43,7 @@ void fuzz_data_iri(const std::string &input) {
                     text + "'/></svg>");
   fuzz_check(document, false);
   const size_t comma = parts.text.find(',');
-  if (document.svg == nullptr || comma == std::string::npos) return;
+  if (!document.svg || comma == std::string::npos) return;
   ASSERT_EQ(ort_pvf_count(document.core), comma + 1 < parts.text.size() ? 1U : 0U);
   if (ort_pvf_count(document.core) == 0) return;
   size_t size = 0;

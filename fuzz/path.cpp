@@ -17,21 +17,21 @@ struct Counted {
   }
 };
 
-void moveto(void *user, double x, double y) {
-  static_cast<Counted *>(user)->movetos++;
+} // namespace
+
+static void moveto(void *user, double x, double y) {
+  ++static_cast<Counted *>(user)->movetos;
   static_cast<Counted *>(user)->add(1, {x, y});
 }
-void lineto(void *user, double x, double y) { static_cast<Counted *>(user)->add(1, {x, y}); }
-void curveto(void *user, double x1, double y1, double x2, double y2, double x3, double y3) {
+static void lineto(void *user, double x, double y) { static_cast<Counted *>(user)->add(1, {x, y}); }
+static void curveto(void *user, double x1, double y1, double x2, double y2, double x3, double y3) {
   static_cast<Counted *>(user)->add(3, {x1, y1, x2, y2, x3, y3});
 }
-void elliarc(void *user, const ort_bezier_list *curves) {
-  for (const auto *c = curves->segments; c < curves->segments + curves->count; c++)
+static void elliarc(void *user, const ort_bezier_list *curves) {
+  for (const auto *c = curves->segments; c < curves->segments + curves->count; ++c)
     curveto(user, (*c)[0], (*c)[1], (*c)[2], (*c)[3], (*c)[4], (*c)[5]);
 }
-void closepath(void *user) { static_cast<Counted *>(user)->add(1, {}); }
-
-} // namespace
+static void closepath(void *user) { static_cast<Counted *>(user)->add(1, {}); }
 
 void fuzz_path(const std::string &input) {
   const std::vector<char> exact(input.c_str(), input.c_str() + strlen(input.c_str()) + 1);
@@ -54,11 +54,10 @@ void fuzz_path(const std::string &input) {
   Document document("<?xml version='1.0' encoding='ISO-8859-1'?><svg><path d='" +
                     fuzz_escape(path) + "'/></svg>");
   fuzz_check(document, false);
-  const svg_e_node *element =
-      document.svg == nullptr ? nullptr : svg_as_element(document.svg->first_child);
+  const svg_e_node *element = !document.svg ? nullptr : svg_as_element(document.svg->first_child);
   // A blank path, or one that begins with a bad token, is no value.
   const bool altered = std::any_of(exact.begin(), exact.end() - 1, fuzz_is_control);
-  if (altered || element == nullptr || element->values_num == 0) return;
+  if (altered || !element || element->values_num == 0) return;
   const auto *value = reinterpret_cast<const svg_an_path_data *>(element->values[0]);
   EXPECT_EQ(value->vertices, wrong == 0 ? counted.vertices : 0) << path;
 }

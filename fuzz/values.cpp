@@ -42,7 +42,7 @@ void fuzz_values(const std::string &input) {
   });
   EXPECT_TRUE(code == 0 || (code >= SVG_E_ATTRIBUTE_INCOMPLETE && code <= SVG_E_STYLE_INCOMPLETE))
       << document.messages();
-  if (p->new_value != nullptr) {
+  if (p->new_value) {
     const bool nan = value_text(p, p->new_value).find("nan") != std::string::npos;
     EXPECT_FALSE(nan && strpbrk(text, "nN") == nullptr) << text; // else it may be in a name
     svg_drop_value_link(p);

@@ -13,11 +13,9 @@
 #include "tests/support/gzip.h"
 #include "tests/support/whole.h"
 
-namespace {
-
 // Reads bytes while an allocation fails, then a good drawing with the same core. False: the read
 // got by without the allocation.
-bool survives(const std::string &bytes, uint64_t fail_at, bool fail_on) {
+static bool survives(const std::string &bytes, uint64_t fail_at, bool fail_on) {
   CoreOptions options = AccountingCore::with_log(fail_at % 3 == 0 ? 6 : 0);
   options.fail_at = fail_at;
   options.fail_on = fail_on;
@@ -53,7 +51,7 @@ TEST(Hostile, EveryFailingAllocationIsReported) {
 // The blocks of one drawing lie where those of others were.
 TEST(Hostile, OneCoreReadsAllAndKeepsNothing) {
   AccountingCore core;
-  for (int round = 0; round < 3; round++)
+  for (int round = 0; round < 3; ++round)
     for (const auto &[name, bytes] : documents()) {
       read_once(core, bytes);
       ASSERT_EQ(core.live_blocks(), "") << name;
@@ -73,7 +71,7 @@ TEST(Hostile, EveryPrefixIsReadCleanly) {
 }
 
 // Blocks of 7 bytes are read twice; 5000 bytes of recording are given up in most drawings.
-std::string read_in_blocks(const std::string &bytes, int block_size) {
+static std::string read_in_blocks(const std::string &bytes, int block_size) {
   return whole_text(
       Document(bytes, AccountingCore::with_log(block_size == 7 ? 6 : 0), [=](svg_parser *p) {
         p->block_size = block_size;
@@ -94,12 +92,12 @@ TEST(Hostile, BlocksOfAnySizeGiveTheSame) {
 TEST(Hostile, BudgetsEndAttacks) {
   const auto times = [](int count, const std::string &text) {
     std::string result;
-    for (int i = 0; i < count; i++) result += text;
+    for (int i = 0; i < count; ++i) result += text;
     return result;
   };
   const auto numbered = [](int count, const std::string &before, const std::string &behind) {
     std::string result;
-    for (int i = 0; i < count; i++) result += before + std::to_string(i) + behind;
+    for (int i = 0; i < count; ++i) result += before + std::to_string(i) + behind;
     return result;
   };
   const std::string entities = "<!DOCTYPE svg [<!ENTITY a '" + times(10000, "aaaa") + "'>]><svg>" +
@@ -156,9 +154,9 @@ TEST(Hostile, ReadersInThreadsDoNotMeet) {
   std::vector<std::string> alone;
   for (const NamedBytes &input : inputs) alone.push_back(whole_text(Document(input.bytes)));
   std::vector<std::thread> threads;
-  for (size_t first = 0; first < 8; first++)
+  for (size_t first = 0; first < 8; ++first)
     threads.emplace_back([&inputs, &alone, first] {
-      for (size_t i = 0; i < inputs.size(); i++) {
+      for (size_t i = 0; i < inputs.size(); ++i) {
         const size_t k = (first * 5 + i) % inputs.size();
         EXPECT_EQ(whole_text(Document(inputs[k].bytes)), alone[k]) << inputs[k].name;
       }
@@ -183,10 +181,8 @@ TEST(Hostile, CommaLocaleChangesNothing) {
     return lines;
   };
   const std::vector<std::string> expected = read_all();
-  if (setlocale(LC_ALL, "de_DE.UTF-8") == nullptr) GTEST_SKIP() << "no locale de_DE.UTF-8";
+  if (!setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "no locale de_DE.UTF-8";
   ASSERT_STREQ(localeconv()->decimal_point, ",");
   EXPECT_EQ(read_all(), expected);
   setlocale(LC_ALL, "C");
 }
-
-} // namespace

@@ -16,14 +16,12 @@
 #include "tests/support/documents.h"
 #include "tests/support/reader.h"
 
-namespace {
-
 constexpr long allowed[] = {SYS_mmap,          SYS_munmap,    SYS_mremap,      SYS_brk,
                             SYS_mprotect,      SYS_madvise,   SYS_futex,       SYS_gettid,
                             SYS_clock_gettime, SYS_getrandom, SYS_sigaltstack, SYS_exit_group};
 
 // Any other call ends the process with SIGSYS.
-bool allow_memory_only() {
+static bool allow_memory_only() {
   std::vector<sock_filter> program = {
       BPF_STMT(BPF_LD | BPF_W | BPF_ABS, offsetof(seccomp_data, nr))};
   for (const long call : allowed) {
@@ -37,7 +35,7 @@ bool allow_memory_only() {
 }
 
 // "exit N" or "signal N" of a process that calls body under the filter.
-std::string filtered(const std::function<int()> &body) {
+static std::string filtered(const std::function<int()> &body) {
   const pid_t child = fork();
   if (child == 0) syscall(SYS_exit_group, allow_memory_only() ? body() : 99);
   int status = 0;
@@ -65,5 +63,3 @@ TEST(Isolation, ReadingFromMemoryReachesNothing) {
         << input.name;
   }
 }
-
-} // namespace

@@ -7,8 +7,6 @@
 #include "svg/parser/svg_parser.h"
 #include "tests/support/whole.h"
 
-namespace {
-
 constexpr int block_sizes[] = {SVG_BLOCK_SIZE, 1, 7, 64, 1000, 4096};
 constexpr const char *languages[] = {nullptr, "", "en", "de_DE", "x-"};
 constexpr const char *refused_elements[] = {"a", "blink", "filter"};
@@ -26,8 +24,8 @@ constexpr int documented[] = {0,
                               ORT_E_GZIP,
                               ORT_E_LIMIT};
 
-bool is_clean_text(const std::string &text) {
-  for (size_t i = 0; i < text.size(); i++) {
+static bool is_clean_text(const std::string &text) {
+  for (size_t i = 0; i < text.size(); ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     if (byte < 0x20 || byte == 0x7F) return false;
     const size_t following = byte < 0x80   ? 0
@@ -36,17 +34,15 @@ bool is_clean_text(const std::string &text) {
                              : byte < 0xF0 ? 2
                                            : 3;
     if (following > text.size() - i - 1 || byte > 0xF4) return false;
-    for (size_t end = i + following; i < end; i++)
+    for (size_t end = i + following; i < end; ++i)
       if ((text[i + 1] & 0xC0) != 0x80) return false;
   }
   return true;
 }
 
-} // namespace
-
 FuzzInput::FuzzInput(const std::string &input) {
   const bool given = input.size() > SETTINGS && input[0] == '#';
-  for (size_t i = 0; given && i < SETTINGS; i++)
+  for (size_t i = 0; given && i < SETTINGS; ++i)
     settings[i] = static_cast<unsigned char>(input[i + 1]);
   text = input.substr(given ? 1 + SETTINGS : 0);
 }
@@ -114,7 +110,7 @@ std::string fuzz_escape(const std::string &text) {
   for (const char c : text) {
     if (fuzz_is_control(c))
       result += ' ';
-    else if (strchr("<>&\"'\t\n\r", c) != nullptr)
+    else if (strchr("<>&\"'\t\n\r", c))
       result += "&#" + std::to_string(static_cast<int>(c)) + ";";
     else
       result += c;

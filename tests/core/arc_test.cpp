@@ -7,9 +7,9 @@
 
 #include "core/ort_core.h"
 
-namespace {
-
 constexpr double pi = std::numbers::pi;
+
+namespace {
 
 // An ellipse and a stretch of it, from which an arc's operands follow.
 struct Ellipse {
@@ -32,20 +32,22 @@ struct Curves {
   double segments[4][6];
 };
 
-int convert(const Ellipse &e, Curves *list) {
+} // namespace
+
+static int convert(const Ellipse &e, Curves *list) {
   return ort_elliarc_to_bezier(list->segments, &list->count, nullptr, e.at(e.from),
                                e.at(e.from + e.sweep), e.rx, e.ry, e.phi, std::abs(e.sweep) > pi,
                                e.sweep > 0, 1);
 }
 
-double cubic(double a, double b, double c, double d, double t) {
+static double cubic(double a, double b, double c, double d, double t) {
   const double s = 1 - t;
   return s * s * s * a + 3 * s * s * t * b + 3 * s * t * t * c + t * t * t * d;
 }
 
 // Every point of the curves is near the ellipse, and they run once through the stretch and nothing
 // else.
-void expect_follows(const Ellipse &e, const Curves &list) {
+static void expect_follows(const Ellipse &e, const Curves &list) {
   ort_vector start = e.at(e.from);
   double angle = e.from;
   for (int i = 0; i < list.count; ++i) {
@@ -171,5 +173,3 @@ TEST(Arc, AppliesTheMatrix) {
     EXPECT_DOUBLE_EQ(m[1], p[0] + 3 * p[1] + 20);
   }
 }
-
-} // namespace

@@ -2,12 +2,12 @@
 
 #include "tests/support/accounting_core.h"
 
-namespace {
-
 constexpr ort_errtab_entry table[] = {{2, 20000, "first '$1', second $2.", nullptr},
                                       {0, 20001, "costs 5$ or $9", nullptr},
                                       {4, 20002, "$4$3$2$1", nullptr},
                                       {1, 20003, " in $1", nullptr}};
+
+namespace {
 
 class Error : public testing::Test {
 protected:

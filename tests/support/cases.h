@@ -13,7 +13,7 @@ inline std::string without_blanks(const std::string &text) {
 
 // \s, \t, \n and \xHH stand for a byte.
 inline std::string unescaped(std::string text) {
-  for (size_t at = 0; (at = text.find('\\', at)) != text.npos; at++) {
+  for (size_t at = 0; (at = text.find('\\', at)) != text.npos; ++at) {
     const char c = text[at + 1];
     if (c == 's' || c == 't' || c == 'n')
       text.replace(at, 2, 1, c == 's' ? ' ' : c == 't' ? '\t' : '\n');

@@ -28,12 +28,12 @@ std::vector<NamedBytes> documents() {
   std::vector<NamedBytes> result = files_below("samples");
   for (NamedBytes &seed : files_below("fuzz/seeds/reader"))
     if (seed.bytes[0] != '#') result.push_back(std::move(seed));
-  if (listed() == nullptr) return result;
+  if (!listed()) return result;
   std::ifstream list(listed());
   for (std::string path; std::getline(list, path);) result.push_back(read_file(path));
   return result;
 }
 
 size_t hostile_stride(size_t ways, size_t tried) {
-  return listed() != nullptr ? 1 : std::max<size_t>(1, ways / tried);
+  return listed() ? 1 : std::max<size_t>(1, ways / tried);
 }

@@ -62,7 +62,7 @@ svg_e_node *Document::find(const char *name) const {
 std::string Document::values(const svg_e_node *element, const char *name) const {
   std::string result;
   const svg_a_node *last = nullptr;
-  for (int32_t i = 0; i < element->values_num; i++) {
+  for (int32_t i = 0; i < element->values_num; ++i) {
     const svg_a_node *value = element->values[i];
     if (std::string(svg_attr_table[value->row].name) != name) continue;
     result += (result.empty() ? "" : "; ") + value_text(parser, value);
@@ -112,7 +112,7 @@ static std::string number(double value) {
 
 static std::string keyword(int32_t key, const std::string &otherwise = "bad keyword") {
   const char *text = key != 0 ? svg_get_keyword_text(key) : nullptr;
-  return text != nullptr ? text : otherwise;
+  return text ? text : otherwise;
 }
 
 static std::string rgb(uint32_t rgb) {
@@ -123,7 +123,7 @@ static std::string rgb(uint32_t rgb) {
 
 template <class Item> static std::string list(int32_t count, Item item) {
   std::string result;
-  for (int32_t i = 0; i < count; i++) result += (i > 0 ? " " : "") + item(i);
+  for (int32_t i = 0; i < count; ++i) result += (i > 0 ? " " : "") + item(i);
   return result.empty() ? "()" : result;
 }
 
@@ -144,15 +144,15 @@ static std::string iri_text(const svg_parser *parser, const svg_iri &iri) {
   if (iri.kind == SVG_IRI_LINK)
     return "#" + std::string(iri.ref.target ? svg_find_href_id(parser, iri.ref.target) : "?") +
            fallback;
-  const std::string text = iri.ref.text != nullptr ? iri.ref.text : "";
+  const std::string text = iri.ref.text ? iri.ref.text : "";
   return iri.kind == SVG_IRI_NAME ? "'" + text + "'" + fallback
                                   : "data " + number(iri.mime) + " '" + text + "'" + fallback;
 }
 
 static std::string color_text(const svg_color &color) {
   std::string result = rgb(color.rgb) + " type " + number(color.colortype);
-  if (color.name != nullptr) result += std::string(" '") + color.name + "'";
-  if (color.comps == nullptr) return result;
+  if (color.name) result += std::string(" '") + color.name + "'";
+  if (!color.comps) return result;
   int32_t count = 0;
   const double *comps = svg_get_components(&color, &count);
   return result + " " + list(count, [=](int i) { return number(comps[i]); });
@@ -164,7 +164,7 @@ static std::string path_text(const svg_an_path_data *path) {
   const svg_pada *segments = svg_get_segments(path, &count);
   for (const svg_pada &segment : std::span(segments, count)) {
     result += std::string(" ") + "?MLCZ"[segment.type];
-    for (int k = 0; k < 2 * segment.count; k++) result += " " + number(segment.points[k]);
+    for (int k = 0; k < 2 * segment.count; ++k) result += " " + number(segment.points[k]);
   }
   return result;
 }

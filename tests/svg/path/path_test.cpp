@@ -25,13 +25,17 @@ struct Reading {
 template <class... Numbers> void note(void *user, char kind, Numbers... numbers) {
   static_cast<Reading *>(user)->segments.push_back({kind, {numbers...}});
 }
-void note_closepath(void *user) { note(user, 'Z'); }
-void note_moveto(void *user, double x, double y) { note(user, 'M', x, y); }
-void note_lineto(void *user, double x, double y) { note(user, 'L', x, y); }
-void note_curveto(void *user, double x1, double y1, double x2, double y2, double x3, double y3) {
+
+} // namespace
+
+static void note_closepath(void *user) { note(user, 'Z'); }
+static void note_moveto(void *user, double x, double y) { note(user, 'M', x, y); }
+static void note_lineto(void *user, double x, double y) { note(user, 'L', x, y); }
+static void note_curveto(void *user, double x1, double y1, double x2, double y2, double x3,
+                         double y3) {
   note(user, 'C', x1, y1, x2, y2, x3, y3);
 }
-void note_elliarc(void *user, const ort_bezier_list *curves) {
+static void note_elliarc(void *user, const ort_bezier_list *curves) {
   note(user, 'A');
   for (int i = 0; i < curves->count; ++i) {
     const double *c = curves->segments[i];
@@ -39,7 +43,7 @@ void note_elliarc(void *user, const ort_bezier_list *curves) {
   }
 }
 
-Reading read(AccountingCore &core, const char *path, double dx = 0, double dy = 0) {
+static Reading read(AccountingCore &core, const char *path, double dx = 0, double dy = 0) {
   Reading reading;
   const uint64_t allocations = core.allocations();
   reading.code = core.protect([&] {
@@ -51,7 +55,7 @@ Reading read(AccountingCore &core, const char *path, double dx = 0, double dy = 
 }
 
 // As path data; with the digits that tell a double from its neighbours, or with fewer.
-std::string text(const Reading &reading, int digits = 0) {
+static std::string text(const Reading &reading, int digits = 0) {
   std::string result;
   for (const Segment &segment : reading.segments) {
     result += (result.empty() ? "" : " ") + std::string(1, segment.kind);
@@ -66,11 +70,15 @@ std::string text(const Reading &reading, int digits = 0) {
   return result;
 }
 
+namespace {
+
 class Path : public testing::Test {
 protected:
   Path() { svg_register_errtab(core); }
   AccountingCore core;
 };
+
+} // namespace
 
 TEST_F(Path, ReportsSegments) {
   const auto segments = [&](const std::string &path) {
@@ -190,11 +198,11 @@ TEST_F(Path, MakesALineOfAnArcThatCannotBeConverted) {
 // ---- Random texts -------------------------------------------------------------------------------
 
 using Random = std::mt19937;
-int pick(Random &random, int count) {
+static int pick(Random &random, int count) {
   return static_cast<int>(random() % static_cast<unsigned>(count));
 }
 
-std::string digits(Random &random, int count) {
+static std::string digits(Random &random, int count) {
   std::string result;
   while (count-- > 0) result += static_cast<char>('0' + pick(random, 10));
   return result;
@@ -226,7 +234,7 @@ TEST_F(Path, ReadsNumbersAsWritten) {
 
 // Any command, in either case, with any number of groups; separators only where they are needed, or
 // more of them.
-std::string random_path(Random &random) {
+static std::string random_path(Random &random) {
   static const struct {
     char letter;
     int operands;
@@ -298,5 +306,3 @@ TEST(PathText, StaysInsideOfAnyText) {
     fuzz_path(path);
   }
 }
-
-} // namespace

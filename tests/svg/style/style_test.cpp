@@ -10,13 +10,13 @@
 // All properties of the g element of a drawing by ascending name, then the codes of the messages.
 static std::string properties(const std::string &markup) {
   const Document document("<svg xmlns='http://www.w3.org/2000/svg'>" + markup + "</svg>");
-  if (document.svg == nullptr) return document.messages();
+  if (!document.svg) return document.messages();
   const svg_e_node *g = nullptr;
-  for (svg_node *node = document.svg->first_child; node != nullptr; node = node->next)
+  for (svg_node *node = document.svg->first_child; node; node = node->next)
     g = node->id == SVG_ELEM_g ? svg_as_element(node) : g;
   std::string result;
-  for (int row = 0; row < SVG_ATTR_COUNT; row++)
-    for (int32_t i = 0; i < g->values_num; i++)
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row)
+    for (int32_t i = 0; i < g->values_num; ++i)
       if (g->values[i]->row == row)
         result += (result.empty() ? "" : "; ") + std::string(svg_attr_table[row].name) + " " +
                   value_text(document.parser, g->values[i]);

@@ -47,7 +47,7 @@ TEST(Fonts, Names) { // "NUMBER ATTRIBUTES"
 static std::string registry(const std::string &content, std::string *log = nullptr) {
   const Document document("<svg>" + content + "</svg>", AccountingCore::with_log(6));
   std::string result;
-  for (size_t i = 0; i < svg_get_font_count(document.parser); i++) {
+  for (size_t i = 0; i < svg_get_font_count(document.parser); ++i) {
     const svg_font *font = svg_get_font_at(document.parser, i);
     const auto text = [&](const auto *value) {
       return value ? value_text(document.parser, &value->head) : "-";
@@ -56,7 +56,7 @@ static std::string registry(const std::string &content, std::string *log = nullp
               text(font->family) + " " + text(font->size) + "\n";
   }
   EXPECT_EQ(svg_get_font_at(document.parser, svg_get_font_count(document.parser)), nullptr);
-  if (log != nullptr) *log = document.core.log;
+  if (log) *log = document.core.log;
   return result;
 }
 

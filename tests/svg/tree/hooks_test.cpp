@@ -67,7 +67,7 @@ x='10' y='20' transform='translate(5 6)' -> 8: 15 26)",
                  const Document document("<svg><use id='u' " + attributes + "/></svg>");
                  const svg_an_trafo *trafo = transform_of(document.find("u"));
                  std::string result = std::to_string(trafo->type) + ":";
-                 for (size_t i = 0; i < counts[trafo->type]; i++)
+                 for (size_t i = 0; i < counts[trafo->type]; ++i)
                    result += numbers({trafo->numbers[i]});
                  return result;
                });
@@ -92,14 +92,14 @@ TEST(Hooks, ObserverIsToldOfEachFinalValue) {
                                                  const char *) { told.push_back(value); };
                             svg_set_observer(p, tell, nullptr);
                           });
-  for (svg_node *child = document.svg->first_child; child != nullptr; child = child->next)
+  for (svg_node *child = document.svg->first_child; child; child = child->next)
     EXPECT_EQ(std::count(told.begin(), told.end(), &transform_of(svg_as_element(child))->head), 1);
 }
 
 // The header forbids it; still, nothing has two owners then.
 TEST(Hooks, ObserverThatRaisesEndsTheParse) {
   static int calls, last;
-  for (last = 1; last <= 6; last++) {
+  for (last = 1; last <= 6; ++last) {
     calls = 0;
     const Document document("<svg><style>use{fill:red}</style><use x='1' transform='scale(2)' "
                             "opacity='1' style='stroke:red'/><use y='2'/></svg>",
@@ -126,7 +126,7 @@ TEST(Hooks, ElementsWhoseUsersNeedABoundingBox) {
 }
 
 static void last_texts(const svg_node *node, std::string *result) {
-  for (; node != nullptr; node = node->next) {
+  for (; node; node = node->next) {
     if (node->id == SVG_ID_TEXT && (node->flags & SVG_TF_LAST) != 0)
       *result += "[" + std::string(reinterpret_cast<const svg_t_node *>(node)->text) + "]";
     if (node->id != SVG_ID_TEXT)

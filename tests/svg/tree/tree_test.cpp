@@ -6,13 +6,11 @@
 #include "tests/support/cases.h"
 #include "tests/support/reader.h"
 
-namespace {
-
 // "g(rect 'text' a())": elements, and texts in quotes.
-std::string outline(const svg_e_node *element) {
+static std::string outline(const svg_e_node *element) {
   std::string result = svg_get_elem_table()[element->head.id].name;
   result += '(';
-  for (svg_node *child = element->first_child; child != nullptr; child = child->next) {
+  for (svg_node *child = element->first_child; child; child = child->next) {
     if (result.back() != '(') result += ' ';
     if (const svg_e_node *below = svg_as_element(child))
       result += outline(below);
@@ -134,10 +132,8 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
 // Else the log would grow with the square of the depth.
 TEST(Tree, DeepElementsAreIndentedNoFurther) {
   std::string deep = "<svg>", ends;
-  for (int i = 0; i < 100; i++) deep += "<g>", ends += "</g>";
+  for (int i = 0; i < 100; ++i) deep += "<g>", ends += "</g>";
   const Document document(deep + "x" + ends + "</svg>", AccountingCore::with_log(5));
   EXPECT_NE(document.core.log.find("]" + std::string(80, ' ') + "x\n"), std::string::npos);
   EXPECT_EQ(document.core.log.find(std::string(81, ' ')), std::string::npos);
 }
-
-} // namespace

@@ -5,8 +5,6 @@
 #include "svg/values/svg_types.h"
 #include "tests/support/reader.h"
 
-namespace {
-
 const std::string svg_begin = "<svg xmlns='http://www.w3.org/2000/svg' "
                               "xmlns:svg='http://www.w3.org/2000/svg' "
                               "xmlns:xlink='http://www.w3.org/1999/xlink'>";
@@ -48,7 +46,7 @@ TEST(Attr, ValuesKeepTheOrderOfTheirSources) {
   EXPECT_EQ(document.values(rect, "x"), "1; 2");
   EXPECT_EQ(document.values(rect, "opacity"), "-");
   EXPECT_EQ(rect->values[0]->row, SVG_PROP_mask);
-  for (int32_t i = 1; i < rect->values_num; i++)
+  for (int32_t i = 1; i < rect->values_num; ++i)
     EXPECT_GE(svg_attr_table[rect->values[i]->row].prio,
               svg_attr_table[rect->values[i - 1]->row].prio);
   EXPECT_NE(document.core.log.find("\t\t\t[property \"foo\" unsupported]\n"), std::string::npos);
@@ -70,5 +68,3 @@ TEST(Attr, ALogLineIsEndedBeforeAWarning) {
   const CoreOptions options = AccountingCore::with_log(1, ORT_LOG_LINES);
   EXPECT_EQ(Document(svg_begin + "<rect y='z'/></svg>", options).core.log, "\n");
 }
-
-} // namespace

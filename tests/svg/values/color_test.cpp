@@ -9,7 +9,7 @@
 
 static const svg_color *color_of(const Document &document, const char *id) {
   const svg_e_node *element = document.find(id);
-  for (int32_t i = 0; i < element->values_num; i++)
+  for (int32_t i = 0; i < element->values_num; ++i)
     if (svg_a_node *value = element->values[i]; value->row == SVG_PROP_fill)
       return &svg_record<svg_an_paint_color>(value)->color;
   return nullptr;
@@ -38,7 +38,7 @@ g color: navy device-gray(0.5) -> #000080 | inherit -> ! inherit
 
 static std::string numbers(int count, const char *separator) {
   std::string text;
-  for (int i = 1; i <= count; i++) text += (i > 1 ? separator : "") + std::to_string(i);
+  for (int i = 1; i <= count; ++i) text += (i > 1 ? separator : "") + std::to_string(i);
   return text;
 }
 
@@ -115,9 +115,9 @@ TEST(Color, EveryNameIsFoundInAnyCase) {
     for (char &c : name) c = static_cast<char>(toupper(c));
     return name;
   };
-  for (int i = 0; i < SVG_COLOR_COUNT; i++)
+  for (int i = 0; i < SVG_COLOR_COUNT; ++i)
     EXPECT_EQ(svg_find_color(upper(svg_rgb_table[i].name).c_str()), i);
-  for (int i = 0; i < SVG_SYSCOLOR_COUNT; i++)
+  for (int i = 0; i < SVG_SYSCOLOR_COUNT; ++i)
     EXPECT_EQ(svg_find_syscolor(upper(svg_sysrgb_table[i].name).c_str()), i);
   for (const char *name : {"", "a", "aliceblu", "aliceblues", "zzz"})
     EXPECT_EQ(svg_find_color(name), -1);

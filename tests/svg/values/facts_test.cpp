@@ -5,8 +5,6 @@
 
 #include "tests/support/reader.h"
 
-namespace {
-
 TEST(Facts, EveryTransformIsTheMatrixThatItsCompositionWouldBe) {
   for (const std::string form :
        {"matrix(1 2 3 4 5 6)", "rotate(30)", "rotate(30 1 2)", "scale(2)", "scale(2 3)",
@@ -52,5 +50,3 @@ TEST(Facts, NumbersWithoutMeaningHaveNoText) {
   for (const int number : {-2, -1, 6}) EXPECT_EQ(svg_get_mime_text(number), nullptr);
   for (const int number : {-1, 11}) EXPECT_EQ(svg_get_color_space_text(number), nullptr);
 }
-
-} // namespace

@@ -7,8 +7,6 @@
 #include "svg/names/svg_index.h"
 #include "tests/support/reader.h"
 
-namespace {
-
 const std::string svg_begin =
     "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>";
 
@@ -34,7 +32,7 @@ TEST(Links, QuestionsAboutNames) {
   const svg_parser *p = document.parser;
   ASSERT_EQ(svg_get_href_count(p), 3U);
   const svg_e_node *last = nullptr;
-  for (size_t i = 0; i < 3; i++) {
+  for (size_t i = 0; i < 3; ++i) {
     svg_e_node *element = nullptr;
     const char *name = svg_get_href(p, i, &element);
     EXPECT_LE(last, element);
@@ -57,13 +55,13 @@ TEST(Links, QuestionsAboutNames) {
 // The links that wait, sorted: "SOURCE#NAME ".
 static std::string waiting(const Document &document) {
   std::multiset<std::string> links;
-  for (size_t i = 0; i < svg_get_unresolved_count(document.parser); i++) {
+  for (size_t i = 0; i < svg_get_unresolved_count(document.parser); ++i) {
     const svg_iri *iri = nullptr;
     svg_e_node *source = nullptr;
     const char *name = svg_get_unresolved(document.parser, i, &iri, &source);
-    if (name == nullptr) continue;
+    if (!name) continue;
     EXPECT_EQ(iri->ref.target, nullptr) << name;
-    const char *holder = source != nullptr ? svg_find_href_id(document.parser, source) : "sheet";
+    const char *holder = source ? svg_find_href_id(document.parser, source) : "sheet";
     links.insert(std::string(holder) + '#' + name + ' ');
   }
   std::string result;
@@ -131,14 +129,14 @@ TEST(Links, IndexFindsWhatIsLeft) {
   svg_name_index *index = nullptr;
   std::vector<std::string> names(3000);
   core.protect([&] {
-    for (size_t i = 0; i < names.size(); i++) {
+    for (size_t i = 0; i < names.size(); ++i) {
       names[i] = "name" + std::to_string(i);
       svg_index_add(parser.get(), &index, names[i].c_str())->number = i;
     }
     for (size_t i = 0; i < names.size(); i += 3)
       svg_index_remove(parser.get(), index, svg_index_find(parser.get(), index, names[i]));
   });
-  for (size_t i = 0; i < names.size(); i++) {
+  for (size_t i = 0; i < names.size(); ++i) {
     const svg_index_entry *entry = svg_index_find(parser.get(), index, names[i]);
     if (i % 3 == 0)
       EXPECT_EQ(entry, nullptr) << i;
@@ -147,5 +145,3 @@ TEST(Links, IndexFindsWhatIsLeft) {
   }
   svg_index_delete(core, &index);
 }
-
-} // namespace

@@ -3,8 +3,6 @@
 
 #include "tests/support/reader.h"
 
-namespace {
-
 TEST(Lists, TakeWhatTheyCanHold) {
   expect_values(R"(
 polyline points: 10,20 30,40 -> 10 20 30 40 | 10,20, -> 10 20 | \s -> -
@@ -26,15 +24,13 @@ hkern u1: 5,700 -> '5' '700'
 
 TEST(Lists, OccupyWhatTheyHold) {
   std::string points;
-  for (int i = 0; i < 1000; i++) points += std::to_string(i) + ',';
+  for (int i = 0; i < 1000; ++i) points += std::to_string(i) + ',';
   const Document document("<svg xmlns='http://www.w3.org/2000/svg'><polyline points='" + points +
                           "'/></svg>");
   ort_tag_count counts[200];
   const size_t count = ort_get_tag_counts(document.core, counts, 200);
   uint64_t bytes = 0;
-  for (size_t i = 0; i < count; i++)
+  for (size_t i = 0; i < count; ++i)
     if (std::string(counts[i].tag) == "svg_ctor_an_unum_list") bytes = counts[i].bytes;
   EXPECT_EQ(bytes, 1000 * (sizeof(double) + sizeof(uint8_t)));
 }
-
-} // namespace

@@ -43,7 +43,9 @@ private:
   svg_parser parser_ = {};
 };
 
-std::string repeated(const char *start, int count, const char *piece) {
+} // namespace
+
+static std::string repeated(const char *start, int count, const char *piece) {
   std::string text = start;
   for (int i = 0; i < count; ++i) text += piece;
   return text;
@@ -129,5 +131,3 @@ TEST(PathValue, IsParsedIntoAPreparedAccumulator) {
   EXPECT_EQ(ort_vtr_count(parser.pada_segments), 3U);
   ort_vtr_delete(parser.pada_segments);
 }
-
-} // namespace

@@ -62,6 +62,8 @@ protected:
   svg_parser *p_ = document_.parser;
 };
 
+} // namespace
+
 TEST_F(Scan, SplitsTextIntoTokens) {
   expect_cases(
       R"( -> | \s\t\n\x0b\x0c\x0d -> | rgb(1,2) -> 'rgb' ( 1 , 2 ) | \sa,,b\s -> 'a' , , 'b'
@@ -144,5 +146,3 @@ TEST(Number, IsTheNearestDouble) {
   }
   EXPECT_GT(std::min({shorts, infinite, none}), 1000);
 }
-
-} // namespace

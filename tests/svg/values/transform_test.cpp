@@ -4,8 +4,6 @@
 
 #include "tests/support/reader.h"
 
-namespace {
-
 TEST(Transform, KeepsWhatWasWrittenOrComposesAMatrix) {
   expect_values(R"(
 g transform: rotate(30) -> 1: 30 | scale(2) -> 3: 2 | scale(2,3) -> 4: 2 3 | skewX(10) -> 5: 10
@@ -31,7 +29,7 @@ TEST(Transform, TurnsAboutAPoint) {
   };
   const double about[] = {0, 1, -1, 0, 30, 10}; // (10, 20) stays
   const double skewed[] = {2, 1, 1, 1, 0, 0};   // y first, then x
-  for (int i = 0; i < 6; i++) {
+  for (int i = 0; i < 6; ++i) {
     EXPECT_NEAR(numbers("a")[i], about[i], 1e-12) << i;
     EXPECT_NEAR(numbers("b")[i], skewed[i], 1e-12) << i;
   }
@@ -48,5 +46,3 @@ g transform: translate(1 -> ! | translate(1 2 -> ! | translate -> ! | translate(
 g transform: ,scale(2) -> ! , | 5 -> ! 5
 )");
 }
-
-} // namespace

@@ -3,8 +3,6 @@
 
 #include "tests/support/reader.h"
 
-namespace {
-
 TEST(Values, Keywords) {
   expect_values(R"(
 g display: none -> none | \sinline  none -> inline | NONE -> none | nome -> ! nome
@@ -66,5 +64,3 @@ TEST(Values, ClassesAreKeptWhenASelectorNamesThem) {
   EXPECT_EQ(t->class_num, 1);
   EXPECT_EQ(t->class_nids[0], r->class_nids[0]);
 }
-
-} // namespace

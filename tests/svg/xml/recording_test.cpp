@@ -5,11 +5,9 @@
 #include "svg/parser/svg_parser.h"
 #include "tests/support/whole.h"
 
-namespace {
-
-std::string times(int count, const std::string &text) {
+static std::string times(int count, const std::string &text) {
   std::string result;
-  for (int i = 0; i < count; i++) {
+  for (int i = 0; i < count; ++i) {
     result += text;
     for (size_t at = 0; (at = result.find('$', at)) != result.npos;)
       result.replace(at, 1, std::to_string(i));
@@ -17,13 +15,17 @@ std::string times(int count, const std::string &text) {
   return result;
 }
 
+namespace {
+
 struct Reading {
   std::string result, log;
   uint64_t peak;
 };
 
-Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded,
-             int block_size = SVG_BLOCK_SIZE) {
+} // namespace
+
+static Reading read(const std::string &drawing, uint64_t budget, int log_level, uint64_t recorded,
+                    int block_size = SVG_BLOCK_SIZE) {
   CoreOptions options = AccountingCore::with_log(log_level);
   options.memory_budget = budget;
   Document document(drawing, options, [=](svg_parser *p) {
@@ -95,5 +97,3 @@ TEST(Recording, CountsLinesAsExpatDoes) {
         }
     }
 }
-
-} // namespace

@@ -8,11 +8,11 @@
 static std::string saved(const std::string &content) {
   const Document document("<svg xmlns='http://www.w3.org/2000/svg' xmlns:o='urn:o'>" + content +
                           "</svg>");
-  if (document.svg == nullptr) return document.messages();
+  if (!document.svg) return document.messages();
   std::string result;
   for (const char *text : {svg_get_title_text(document.parser), svg_get_desc_text(document.parser),
                            svg_get_metadata(document.parser)})
-    result += (result.empty() ? "" : "|") + std::string(text != nullptr ? text : "-");
+    result += (result.empty() ? "" : "|") + std::string(text ? text : "-");
   return result;
 }
 

@@ -51,16 +51,18 @@ private:
                       svg_source source, const char *selector);
 };
 
-svg_e_node *walk_to_parent(const svg_e_node *node, int16_t nid) {
-  for (svg_e_node *other = node->prev; other != nullptr; other = other->prev)
+} // namespace
+
+static svg_e_node *walk_to_parent(const svg_e_node *node, int16_t nid) {
+  for (svg_e_node *other = node->prev; other; other = other->prev)
     if (other->level == node->level - 1)
       return nid == -1 || other->head.id == nid ? other : nullptr;
   return nullptr;
 }
 
-svg_e_node *walk_to_sibling(const svg_e_node *node, int16_t nid) {
+static svg_e_node *walk_to_sibling(const svg_e_node *node, int16_t nid) {
   svg_e_node *other = node->prev;
-  for (; other != nullptr && other->level >= node->level; other = other->prev)
+  for (; other && other->level >= node->level; other = other->prev)
     if (other->level == node->level && (nid == -1 || other->head.id == nid)) return other;
   return nullptr;
 }
@@ -72,19 +74,17 @@ void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *v
     static constexpr const char *sources[] = {"attribute", "sheet", "style", "default",
                                               "important"};
     self->observed += value_text(self->parser, value) + " " + sources[source] +
-                      (selector != nullptr ? " " + std::string(selector) : "") + "\n";
+                      (selector ? " " + std::string(selector) : "") + "\n";
   }
   // The open elements must give what the walk over the elements built so far gives.
-  for (auto *node = const_cast<svg_e_node *>(element); node != nullptr; node = node->prev)
+  for (auto *node = const_cast<svg_e_node *>(element); node; node = node->prev)
     for (const int id : {-1, int(SVG_ELEM_g), int(SVG_ELEM_rect), int(SVG_ELEM_svg)}) {
       const auto nid = static_cast<int16_t>(id);
       EXPECT_EQ(svg_css_find_parent(self->parser, node, nid), walk_to_parent(node, nid));
       EXPECT_EQ(svg_css_find_sibling(self->parser, node, nid), walk_to_sibling(node, nid));
-      self->walks++;
+      ++self->walks;
     }
 }
-
-} // namespace
 
 TEST(Sheets, Instructions) {
   const auto asked = [](const std::string &data) {
@@ -126,7 +126,7 @@ TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
                                        "</svg>");
                  EXPECT_EQ(drawing.document.code, 0);
                  const ort_bs *sheet = drawing.parser->style_sheet;
-                 return std::string(sheet != nullptr ? ort_bs_text(sheet) : "none");
+                 return std::string(sheet ? ort_bs_text(sheet) : "none");
                });
 }
 
@@ -215,7 +215,7 @@ TEST(Sheets, OpenElementsAgreeWithTheWalk) {
 
 TEST(Sheets, NumberOfInstructionsHasALimit) {
   std::string text;
-  for (int i = 0; i <= ORT_LIMIT_IMPORTS; i++)
+  for (int i = 0; i <= ORT_LIMIT_IMPORTS; ++i)
     text += "<?xml-stylesheet type='text/css' href='red.css'?>";
   const Drawing drawing(text + "<svg/>");
   EXPECT_EQ(drawing.asked.size(), ORT_LIMIT_IMPORTS * strlen("red.css "));

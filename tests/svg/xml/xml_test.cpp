@@ -5,11 +5,9 @@
 #include "tests/support/gzip.h"
 #include "tests/support/reader.h"
 
-namespace {
-
 const std::string svg_start = "<svg xmlns='http://www.w3.org/2000/svg'";
 
-std::string utf16(const std::string &text, bool big_endian) {
+static std::string utf16(const std::string &text, bool big_endian) {
   std::string result = big_endian ? "\xFE\xFF" : "\xFF\xFE";
   for (const char c : text) result += big_endian ? std::string{'\0', c} : std::string{c, '\0'};
   return result;
@@ -139,11 +137,11 @@ TEST(Xml, TellsOfElementsAsWritten) {
              size_t count) {
             auto &text = *static_cast<std::string *>(user);
             const auto name = [](const svg_e_node *node) {
-              return node != nullptr ? svg_get_elem_table()[node->head.id].name : "-";
+              return node ? svg_get_elem_table()[node->head.id].name : "-";
             };
             text +=
                 std::to_string(line) + ' ' + name(element) + " in " + name(svg_get_parent(element));
-            for (size_t i = 0; i < count; i++)
+            for (size_t i = 0; i < count; ++i)
               text += std::string(" ") + attrs[i].prefix + (*attrs[i].prefix ? ":" : "") +
                       attrs[i].name + '=' + attrs[i].value;
             text += '\n';
@@ -161,5 +159,3 @@ TEST(Xml, TellsOfElementsAsWritten) {
     EXPECT_EQ(told, expected);
   }
 }
-
-} // namespace
