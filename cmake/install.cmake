@@ -37,7 +37,7 @@ endif()
 if(NOT (SVGREADER_SANITIZE OR SVGREADER_COVERAGE OR SVGREADER_FUZZ))
   list(TRANSFORM public_headers PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE header_paths)
   add_test(NAME install.exports COMMAND ${PROJECT_SOURCE_DIR}/tests/install/exports.sh
-    $<TARGET_FILE:svgreader_shared> ${header_paths})
+    $<TARGET_FILE:svgreader_shared> $<TARGET_FILE:svgreader> ${header_paths})
   add_test(NAME install.examples COMMAND ${PROJECT_SOURCE_DIR}/tests/install/examples.sh
     ${PROJECT_BINARY_DIR} ${PROJECT_SOURCE_DIR})
   set_tests_properties(install.exports install.examples PROPERTIES

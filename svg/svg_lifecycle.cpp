@@ -14,8 +14,8 @@ svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const char *file
                            const char *const *nottol_props, int32_t nottol_props_num,
                            const svg_attr_def **attr_table_out,
                            const svg_elem_def **elem_table_out) {
-  if (attr_table_out != nullptr) *attr_table_out = svg_attr_table;
-  if (elem_table_out != nullptr) *elem_table_out = svg_elem_table;
+  if (attr_table_out) *attr_table_out = svg_attr_table;
+  if (elem_table_out) *elem_table_out = svg_elem_table;
   auto *p = static_cast<svg_parser *>(ort_malloc(core, sizeof(svg_parser), "svg_parser_new"));
   *p = svg_parser{};
   p->core = core;
@@ -33,7 +33,7 @@ svg_parser *svg_parser_new(ort_core *core, int32_t font_number, const char *file
 }
 
 void svg_set_limits(svg_parser *p, const svg_limits *limits) {
-  const svg_limits wanted = limits != nullptr ? *limits : svg_limits{};
+  const svg_limits wanted = limits ? *limits : svg_limits{};
   p->limits.nodes = wanted.nodes != 0 ? wanted.nodes : ORT_LIMIT_NODES;
   p->limits.depth = wanted.depth != 0 ? wanted.depth : ORT_LIMIT_DEPTH;
   p->limits.entity_factor =
@@ -74,7 +74,7 @@ void svg_get_pass_times(const svg_parser *p, double *style_sheet_pass, double *m
 }
 
 void svg_parser_delete(svg_parser *p) {
-  if (p == nullptr) return;
+  if (!p) return;
   ort_core *core = p->core;
   svg_delete_document(p);
   svg_expat_delete(p);

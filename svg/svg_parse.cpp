@@ -19,7 +19,7 @@ template <class T> static void store(T *out, T value);
 svg_e_node *svg_parse(svg_parser *p, ort_file *file, ort_gz **gz, double *viewport_width,
                       double *viewport_height, double *viewbox_width, double *viewbox_height,
                       const unsigned char **elems_used, int32_t *has_text) {
-  if (p->chardata != nullptr || p->root != nullptr)
+  if (p->chardata || p->root)
     ort_internal_error(p->core, __func__, __LINE__); // a parser serves one document
   svg_make_work_space(p);
   int32_t encoding = 0;
@@ -52,17 +52,16 @@ static void timed_pass(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_p
 
 static void check_is_svg(svg_parser *p) {
   const svg_node *outermost = p->root->first_child;
-  if (outermost == nullptr || outermost->id != SVG_ELEM_svg)
-    ort_error(p->core, SVG_E_NOT_SVG, p->filename);
+  if (!outermost || outermost->id != SVG_ELEM_svg) ort_error(p->core, SVG_E_NOT_SVG, p->filename);
 }
 
 static void resolve_links(svg_parser *p) {
   ort_vtr_sort_c(p->hrefs, svg_href_compare);
   svg_drop_resolved_links(p);
   const bool listed = p->log_level >= 5;
-  if (!listed && p->unres_links == nullptr) return;
+  if (!listed && !p->unres_links) return;
   if (listed) ort_logg(p->core, "\t\tList of all ids and names:\n");
-  for (size_t i = 0; i < ort_vtr_count(p->hrefs); i++) {
+  for (size_t i = 0; i < ort_vtr_count(p->hrefs); ++i) {
     const auto &href = ort_item<svg_href>(p->hrefs, i);
     if (listed) ort_logg(p->core, "\t\t%p: %a\n", static_cast<void *>(href.target), href.id);
     svg_resolve_href(p, href.id, href.target);
@@ -74,7 +73,7 @@ static void resolve_links(svg_parser *p) {
 static void log_fonts(svg_parser *p) {
   if (p->log_level < 3) return;
   ort_logg(p->core, "\t\tList of all SVG fonts:\n");
-  for (size_t i = 0; i < ort_vtr_count(p->fonts); i++) {
+  for (size_t i = 0; i < ort_vtr_count(p->fonts); ++i) {
     const auto *font = ort_item<svg_font *>(p->fonts, i);
     ort_logg(p->core, "\t\t[%d] %p: \"", static_cast<int>(i), static_cast<void *>(font->node));
     ort_bs_clear(p->name_buf);
@@ -86,5 +85,5 @@ static void log_fonts(svg_parser *p) {
 }
 
 template <class T> static void store(T *out, T value) {
-  if (out != nullptr) *out = value;
+  if (out) *out = value;
 }

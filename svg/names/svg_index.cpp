@@ -13,10 +13,14 @@ static size_t place_of(const svg_parser *p, const svg_name_index *index, size_t 
 static void free_place(svg_name_index *index, size_t place);
 static uint32_t mark_of(const svg_parser *p, std::string_view name);
 
+namespace {
+
 struct index_place {
   uint32_t mark; // of the entry's name; 0: the place is free
   uint32_t entry;
 };
+
+} // namespace
 
 struct svg_name_index {
   index_place *places;
@@ -27,13 +31,13 @@ struct svg_name_index {
 
 svg_index_entry *svg_index_find(const svg_parser *p, const svg_name_index *index,
                                 std::string_view name) {
-  if (index == nullptr || index->count == 0) return nullptr;
+  if (!index || index->count == 0) return nullptr;
   const index_place place = index->places[find_place(index, name, mark_of(p, name))];
   return place.mark != 0 ? &index->entries[place.entry] : nullptr;
 }
 
 svg_index_entry *svg_index_add(svg_parser *p, svg_name_index **index, const char *name) {
-  if (*index == nullptr) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
+  if (!*index) *index = ort_new<svg_name_index>(p->core, "svg_index_add");
   svg_name_index *names = *index;
   if (names->count == names->room) grow(p, names);
   const uint32_t mark = mark_of(p, name);
@@ -56,7 +60,7 @@ void svg_index_remove(const svg_parser *p, svg_name_index *index, svg_index_entr
 }
 
 void svg_index_delete(ort_core *core, svg_name_index **index) {
-  if (*index != nullptr) ort_free(core, (*index)->places);
+  if (*index) ort_free(core, (*index)->places);
   ort_free(core, *index);
   *index = nullptr;
 }
@@ -70,7 +74,7 @@ static void grow(svg_parser *p, svg_name_index *index) {
   auto *entries = reinterpret_cast<svg_index_entry *>(places + count);
   std::fill_n(places, count, index_place{});
   std::copy_n(index->entries, index->count, entries);
-  for (size_t i = 0; i < index->place_count; i++) {
+  for (size_t i = 0; i < index->place_count; ++i) {
     if (index->places[i].mark == 0) continue;
     size_t place = index->places[i].mark & (count - 1);
     while (places[place].mark != 0) place = (place + 1) & (count - 1);
@@ -100,7 +104,7 @@ static size_t place_of(const svg_parser *p, const svg_name_index *index, size_t 
 static void free_place(svg_name_index *index, size_t place) {
   const size_t last = index->place_count - 1;
   size_t gap = place;
-  for (size_t i = gap + 1; index->places[i & last].mark != 0; i++) {
+  for (size_t i = gap + 1; index->places[i & last].mark != 0; ++i) {
     // Its own place may be behind the gap.
     if (((i - index->places[i & last].mark) & last) < ((i - gap) & last)) continue;
     index->places[gap] = index->places[i & last];
@@ -136,6 +140,6 @@ static uint32_t mark_of(const svg_parser *p, std::string_view name) {
     v0 ^= block;
   }
   v2 ^= 0xff;
-  for (int i = 0; i < 3; i++) round();
+  for (int i = 0; i < 3; ++i) round();
   return static_cast<uint32_t>(v0 ^ v1 ^ v2 ^ v3) | 1U << 31;
 }

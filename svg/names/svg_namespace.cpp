@@ -19,17 +19,17 @@ constexpr ort_keyword svg_nsp_keylist[] = {{"http://www.w3.org/2000/svg", SVG_NS
 int32_t svg_get_nsp_type(const char *uri) { return get_nsp_type(uri, strlen(uri)); }
 
 static int32_t get_nsp_type(const char *uri, size_t length) {
-  for (const ort_keyword *known = svg_nsp_keylist; known->text != nullptr; known++)
+  for (const ort_keyword *known = svg_nsp_keylist; known->text; ++known)
     if (strncmp(known->text, uri, length) == 0 && known->text[length] == '\0') return known->code;
   return SVG_NS_OTHER;
 }
 
 void svg_push_nsp_entry(svg_parser *p, const char *uri, const char *prefix) {
-  if (uri == nullptr || p->nsp_stack == nullptr) return;
+  if (!uri || !p->nsp_stack) return;
   auto *entry = static_cast<svg_nsp_entry *>(ort_vtr_push(p->nsp_stack));
   entry->type = svg_get_nsp_type(uri);
   entry->uri = ort_strdup(p->core, uri);
-  entry->prefix = ort_strdup(p->core, prefix != nullptr ? prefix : "");
+  entry->prefix = ort_strdup(p->core, prefix ? prefix : "");
   svg_index_entry *innermost = svg_index_add(p, &p->nsp_index, entry->uri);
   entry->outer = static_cast<int32_t>(innermost->number);
   innermost->name = entry->uri;
@@ -51,15 +51,15 @@ void svg_pop_nsp_entry(svg_parser *p) {
 
 int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **prefix_out,
                             const char **local_out) {
-  if (prefix_out != nullptr) *prefix_out = "";
+  if (prefix_out) *prefix_out = "";
   const char *star = strrchr(fullname, '*');
-  if (star == nullptr) {
+  if (!star) {
     *local_out = fullname;
     return SVG_NS_SVG;
   }
   *local_out = star + 1;
   const auto length = static_cast<size_t>(star - fullname);
-  if (prefix_out != nullptr)
+  if (prefix_out)
     if (const svg_index_entry *entry = svg_index_find(p, p->nsp_index, {fullname, length}))
       *prefix_out = ort_item<svg_nsp_entry>(p->nsp_stack, entry->number - 1).prefix;
   return get_nsp_type(fullname, length);

@@ -18,7 +18,7 @@ static void tell_skipped(svg_parser *p, svg_skipped what, const char *name, uint
 
 static constexpr uint32_t hash_name(const char *name) {
   uint32_t h = 0;
-  for (; *name != '\0'; name++) h = std::rotl(h, 5) ^ (static_cast<unsigned char>(*name) | 0x20U);
+  for (; *name != '\0'; ++name) h = std::rotl(h, 5) ^ (static_cast<unsigned char>(*name) | 0x20U);
   return h * 0x9E3779B1U;
 }
 
@@ -58,20 +58,20 @@ static constexpr bool is_property(int row) {
 
 static const char *attribute_name(int row) { return svg_tables::ATTRIBUTES[row].name; }
 
-static constexpr name_table<128> ELEMENT_NAMES{svg_tables::ELEMENTS, [](int) { return true; }};
-static constexpr name_table<128> PROP_NAMES{svg_tables::ATTRIBUTES, is_property};
-static constexpr name_table<256> ATTR_NAMES{svg_tables::ATTRIBUTES,
+static constexpr name_table<128> element_names{svg_tables::ELEMENTS, [](int) { return true; }};
+static constexpr name_table<128> prop_names{svg_tables::ATTRIBUTES, is_property};
+static constexpr name_table<256> attr_names{svg_tables::ATTRIBUTES,
                                             [](int row) { return !is_property(row); }};
 
 // Places in the attribute lists, by element and by the first row of the attribute's name.
-static constexpr auto ESA_INDEXES = [] {
+static constexpr auto esa_indexes = [] {
   std::array<std::array<int16_t, SVG_ATTR_COUNT>, SVG_ELEM_COUNT> indexes;
   for (size_t id = 0; id < indexes.size(); ++id) {
     indexes[id].fill(-1);
     int16_t i = 0;
     for (const svg_esa_entry &entry :
          svg_tables::ATTRIBUTE_LISTS.attributes(static_cast<int>(id))) {
-      int16_t &place = indexes[id][static_cast<size_t>(ATTR_NAMES.find(hash_name(entry.name)))];
+      int16_t &place = indexes[id][static_cast<size_t>(attr_names.find(hash_name(entry.name)))];
       if (place >= 0) std::abort(); // stops the compiler: two rows of one name are in one list
       place = i++;
     }
@@ -84,7 +84,7 @@ static int find_prop(const char *name, uint32_t hash);
 
 int svg_find_element(const char *name) {
   if (*name == 's' && std::strncmp(name, "svg:", 4) == 0) name += 4;
-  const int id = ELEMENT_NAMES.find(hash_name(name));
+  const int id = element_names.find(hash_name(name));
   return id >= 0 && ort_strcmp(name, svg_elem_name(id)) == 0 ? id : -1;
 }
 
@@ -105,14 +105,14 @@ int svg_find_esa_or_prop(const svg_parser *p, const char *name, int element, int
 
 static int find_esa(const svg_parser *p, const char *name, uint32_t hash, int element) {
   if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id", hash = hash_name("id");
-  const int row = ATTR_NAMES.find(hash);
+  const int row = attr_names.find(hash);
   if (row < 0) return -1;
-  const int i = ESA_INDEXES[static_cast<size_t>(element)][static_cast<size_t>(row)];
+  const int i = esa_indexes[static_cast<size_t>(element)][static_cast<size_t>(row)];
   return i >= 0 && svg_strcmp(p, name, attribute_name(row)) == 0 ? i : -1;
 }
 
 static int find_prop(const char *name, uint32_t hash) {
-  const int row = PROP_NAMES.find(hash);
+  const int row = prop_names.find(hash);
   if (row < 0) return -1;
   const char *found = attribute_name(row);
   return ort_strcmp(name, found) == 0 || ort_stricmp_a(name, found) == 0 ? row : -1;
@@ -162,11 +162,11 @@ int32_t svg_is_property(int32_t row) {
 
 const svg_a_node *svg_find_value(const svg_e_node *element, const char *name) {
   const svg_a_node *found = nullptr;
-  for (int32_t i = element->values_num - 1; i >= 0; i--) {
+  for (int32_t i = element->values_num - 1; i >= 0; --i) {
     const svg_a_node *value = element->values[i];
     if (ort_strcmp(attribute_name(value->row), name) != 0) continue;
     if (value->important) return value;
-    if (found == nullptr) found = value;
+    if (!found) found = value;
   }
   return found;
 }

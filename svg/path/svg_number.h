@@ -34,7 +34,7 @@ double svg_decimal_value(const svg_decimal *number);
 // ---- Short numbers ------------------------------------------------------------------------------
 
 constexpr int SVG_EXACT_DIGITS = 15; // integers of so many digits are exact doubles
-constexpr double SVG_POWERS[SVG_EXACT_DIGITS + 1] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
+constexpr double svg_powers[SVG_EXACT_DIGITS + 1] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
                                                      1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 struct svg_short_number {
@@ -62,7 +62,7 @@ inline svg_short_number svg_read_short(const char *s) {
   }
   if (digits == 0 || digits > SVG_EXACT_DIGITS || *s == 'e' || *s == 'E')
     return {s, 0, false, real};
-  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) / SVG_POWERS[fraction], true,
+  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) / svg_powers[fraction], true,
           real};
 }
 

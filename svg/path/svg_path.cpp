@@ -11,12 +11,12 @@
 #include "svg/path/svg_rest.h"
 #include "svg/svg.h"
 
-namespace {
-
 constexpr double SPP_MAX_NUMBER = 2147483647.0;
 constexpr double SPP_MIN_RADIUS = 1e-6;
 constexpr double SPP_RADIANS = 0.0174532925199433; // of a degree
 constexpr int SPP_MAX_OPERANDS = 7;
+
+namespace {
 
 // State of one call.
 struct spp_state {
@@ -39,11 +39,13 @@ struct spp_state {
   char previous = '\0';            // lower-case letter of the command before this one
 };
 
-bool spp_is_numstart(char c) { return svg_is_numstart(c); }
-
-bool spp_is_sep(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == ','; }
-
 } // namespace
+
+static bool spp_is_numstart(char c) { return svg_is_numstart(c); }
+
+static bool spp_is_sep(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r' || c == ',';
+}
 
 static int spp_run(spp_state *s);
 static bool spp_is_command(char letter);
@@ -92,7 +94,7 @@ void svg_spp_parse(ort_core *core, int32_t mode, const char *path, double x_offs
 int32_t svg_spp_check(const char *path, size_t *offset) {
   spp_state s = {.pos = path};
   const int error = spp_run(&s);
-  if (offset != nullptr) *offset = static_cast<size_t>(s.pos - path);
+  if (offset) *offset = static_cast<size_t>(s.pos - path);
   return error;
 }
 
@@ -169,9 +171,9 @@ static bool spp_get_points(spp_state *s, int count, double *v) {
   const char *pos = s->pos;
   for (; count > 0; --count, v += 2) {
     pos = spp_get_num(s, pos, &v[0]);
-    if (pos == nullptr) return false;
+    if (!pos) return false;
     pos = spp_get_num(s, pos, &v[1]);
-    if (pos == nullptr) return false;
+    if (!pos) return false;
     v[0] += base_x;
     v[1] += base_y;
   }
@@ -183,7 +185,7 @@ static bool spp_get_nums(spp_state *s, int count, double base, double *v) {
   const char *pos = s->pos;
   for (; count > 0; --count, ++v) {
     pos = spp_get_num(s, pos, v);
-    if (pos == nullptr) return false;
+    if (!pos) return false;
     *v += base;
   }
   s->pos = pos;
@@ -279,12 +281,12 @@ static void spp_emit_moveto(spp_state *s, double x, double y) {
   s->start_x = s->cur_x = x;
   s->start_y = s->cur_y = y;
   log_segment(s, "\t\t\t\tmoveto: %g,%g\n", x, y);
-  if (s->moveto != nullptr) s->moveto(s->userdata, x + s->x_offset, y + s->y_offset);
+  if (s->moveto) s->moveto(s->userdata, x + s->x_offset, y + s->y_offset);
 }
 
 static void spp_emit_lineto(spp_state *s, double x, double y) {
   log_segment(s, "\t\t\t\tlineto: %g,%g\n", x, y);
-  if (s->lineto != nullptr) s->lineto(s->userdata, x + s->x_offset, y + s->y_offset);
+  if (s->lineto) s->lineto(s->userdata, x + s->x_offset, y + s->y_offset);
   s->cur_x = x;
   s->cur_y = y;
 }
@@ -292,7 +294,7 @@ static void spp_emit_lineto(spp_state *s, double x, double y) {
 static void spp_emit_curveto(spp_state *s, double x1, double y1, double x2, double y2, double x3,
                              double y3) {
   log_segment(s, "\t\t\t\tcurveto: %g,%g  %g,%g  %g,%g\n", x1, y1, x2, y2, x3, y3);
-  if (s->curveto != nullptr)
+  if (s->curveto)
     s->curveto(s->userdata, x1 + s->x_offset, y1 + s->y_offset, x2 + s->x_offset, y2 + s->y_offset,
                x3 + s->x_offset, y3 + s->y_offset);
   s->cur_x = x3;
@@ -301,7 +303,7 @@ static void spp_emit_curveto(spp_state *s, double x1, double y1, double x2, doub
 
 static void spp_emit_closepath(spp_state *s) {
   log_segment(s, "\t\t\t\tclosepath\n");
-  if (s->closepath != nullptr) s->closepath(s->userdata);
+  if (s->closepath) s->closepath(s->userdata);
   s->cur_x = s->start_x;
   s->cur_y = s->start_y;
 }
@@ -322,7 +324,7 @@ static void spp_elliarc(spp_state *s, double rx, double ry, double degrees, int 
       curves.segments, &curves.count, nullptr, ort_get_vector(nullptr, s->cur_x, s->cur_y),
       ort_get_vector(nullptr, x, y), rx, ry, degrees * SPP_RADIANS, large_arc, sweep, s->mode);
   if (warning != 0) {
-    if (s->core != nullptr) ort_warning(s->core, warning);
+    if (s->core) ort_warning(s->core, warning);
     spp_emit_lineto(s, x, y);
     return;
   }
@@ -331,7 +333,7 @@ static void spp_elliarc(spp_state *s, double rx, double ry, double degrees, int 
       curves.segments[i][k] += s->x_offset;
       curves.segments[i][k + 1] += s->y_offset;
     }
-  if (s->elliarc != nullptr) s->elliarc(s->userdata, &curves);
+  if (s->elliarc) s->elliarc(s->userdata, &curves);
   s->cur_x = x; // where the last curve ends
   s->cur_y = y;
 }

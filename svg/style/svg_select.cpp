@@ -42,7 +42,7 @@ constexpr css_callbacks svg_css_callbacks = {
 };
 
 void svg_css_create_parser(svg_parser *p) {
-  if (p->css != nullptr) return;
+  if (p->css) return;
   p->css = css_parser_new(p->core, p, p->css_context_, &svg_css_callbacks, SVG_ELEM_COUNT - 1);
   css_parser_init(p->css);
 }
@@ -52,31 +52,31 @@ void svg_css_create_parser(svg_parser *p) {
 // An open element's parent is the open element one level up. For any other node it is the nearest
 // one before it, in document order, that is a level higher.
 svg_e_node *svg_css_find_parent(svg_parser *p, svg_e_node *node, int16_t nid) {
-  if (node == nullptr) return nullptr;
+  if (!node) return nullptr;
   int32_t level = node->level - 1;
   const svg_open_element *self = open_element(p, node->level);
   const svg_open_element *outer = open_element(p, level);
   svg_e_node *parent = node->prev;
-  if (outer != nullptr && (node == p->cur_enode || (self != nullptr && self->node == node))) {
+  if (outer && (node == p->cur_enode || (self && self->node == node))) {
     parent = outer->node;
   }
-  while (parent != nullptr && parent->head.id != SVG_ID_ROOT && parent->level != level) {
+  while (parent && parent->head.id != SVG_ID_ROOT && parent->level != level) {
     parent = parent->prev;
   }
-  if (parent == nullptr || parent->head.id == SVG_ID_ROOT) return nullptr;
+  if (!parent || parent->head.id == SVG_ID_ROOT) return nullptr;
   return nid == CSS_NO_NID || parent->head.id == nid ? log_found(p, "parent", parent) : nullptr;
 }
 
 // The element being built starts at its parent's last child, which spares the walk over that
 // child's content.
 svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
-  if (node == nullptr) return nullptr;
+  if (!node) return nullptr;
   const svg_open_element *outer = open_element(p, node->level - 1);
   svg_e_node *other = node->prev;
-  if (node == p->cur_enode && outer != nullptr && outer->last_child != node) {
+  if (node == p->cur_enode && outer && outer->last_child != node) {
     other = outer->last_child;
   }
-  for (; other != nullptr && other->head.id != SVG_ID_ROOT; other = other->prev) {
+  for (; other && other->head.id != SVG_ID_ROOT; other = other->prev) {
     if (other->level < node->level) return nullptr;
     if (other->level == node->level && (nid == CSS_NO_NID || other->head.id == nid)) {
       return log_found(p, "sibling", other);
@@ -89,7 +89,7 @@ svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
 
 void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs) {
   if (!css_has_attr_nids(p->css)) return;
-  for (; *attrs != nullptr; attrs += 2) {
+  for (; *attrs; attrs += 2) {
     const char *local;
     svg_decomp_fullname(p, attrs[0], nullptr, &local);
     int16_t nid = css_get_attr_nid(p->css, local);
@@ -118,14 +118,13 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
   if (count == 0) return;
   svg_note(p, 5, "\t\t\tProcess %d CSS rules...\n", static_cast<int>(count));
   svg_source source = p->source;
-  for (size_t i = 0; i < count; i++) {
+  for (size_t i = 0; i < count; ++i) {
     const css_rule *rule = ort_item<css_rule *>(rules, i);
     if (p->log_level >= 5) css_logg_sel(p->css, rule->selector);
-    const char *selector =
-        p->observer != nullptr ? css_get_selector_text(p->css, rule->selector) : nullptr;
+    const char *selector = p->observer ? css_get_selector_text(p->css, rule->selector) : nullptr;
     const css_decl_block *block = rule->decls;
     p->source = block->important ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
-    for (int32_t k = 0; k < block->decl_count; k++) {
+    for (int32_t k = 0; k < block->decl_count; ++k) {
       auto *value = static_cast<svg_a_node *>(block->decl_values[k]);
       auto row = static_cast<size_t>(value->row);
       if (ort_getbit(p->props_set, row)) continue;
@@ -141,7 +140,7 @@ void svg_css_apply_rules(svg_parser *p, svg_e_node *node) {
 // What the engine would ask for otherwise, name by name.
 static void tell_facts(svg_parser *p, svg_e_node *node) {
   css_set_subject(p->css, node, node->id_nid, node->class_nids, node->class_num);
-  for (const svg_css_attr *attr = node->css_attrs; attr != nullptr; attr = attr->next) {
+  for (const svg_css_attr *attr = node->css_attrs; attr; attr = attr->next) {
     css_add_subject_attr(p->css, attr->nid, attr->value);
   }
 }
@@ -184,8 +183,8 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
 static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t attr_nid) {
   auto *p = static_cast<svg_parser *>(user);
   auto *element = static_cast<svg_e_node *>(node);
-  const svg_css_attr *attr = element != nullptr ? element->css_attrs : nullptr;
-  for (; attr != nullptr; attr = attr->next) {
+  const svg_css_attr *attr = element ? element->css_attrs : nullptr;
+  for (; attr; attr = attr->next) {
     svg_note(p, 6, "\t\t\t\tattribute=%d vs %d\n", attr->nid, attr_nid);
     if (attr->nid == attr_nid) return attr->value;
   }
@@ -195,8 +194,8 @@ static const char *svg_css_cb_get_attr_value(void *user, void *node, int16_t att
 static bool svg_css_cb_check_class(void *user, void *node, int16_t class_nid) {
   auto *p = static_cast<svg_parser *>(user);
   auto *element = static_cast<svg_e_node *>(node);
-  if (element == nullptr) return false;
-  for (int32_t i = 0; i < element->class_num; i++) {
+  if (!element) return false;
+  for (int32_t i = 0; i < element->class_num; ++i) {
     svg_note(p, 6, "\t\t\t\t[%d/%d]: class=%d vs %d\n", i + 1, element->class_num, class_nid,
              element->class_nids[i]);
     if (element->class_nids[i] == class_nid) return true;
@@ -231,7 +230,7 @@ static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *tex
   p->css_mode = 1;
   svg_parse_attr(p, row, text, 0);
   svg_a_node *node = p->new_value;
-  if (node != nullptr) {
+  if (node) {
     node->important = p->source == SVG_SOURCE_IMPORTANT;
     ort_push<svg_a_node *>(p->prop_values, node);
     p->new_value = nullptr;
@@ -242,7 +241,7 @@ static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *tex
 static void add_longhand(svg_parser *p, const char *name, const char *text) {
   p->prop_name = name;
   svg_a_node *node = parse_declaration(p, svg_find_prop(name), text);
-  if (node != nullptr) css_add_value(p->css, name, node);
+  if (node) css_add_value(p->css, name, node);
 }
 
 static const svg_open_element *open_element(const svg_parser *p, int32_t level) {

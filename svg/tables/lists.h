@@ -35,12 +35,12 @@ inline constexpr auto NEEDS = [] {
   };
   for (const attribute_group &group : GROUPS)
     for (const char *name : group.names)
-      if (const int row = name != nullptr ? find_row(name) : -1; row >= 0)
+      if (const int row = name ? find_row(name) : -1; row >= 0)
         for (const element &of : ELEMENTS)
           if ((of.groups & group.bit) != 0) set(of, row, OPTIONAL);
   for (const element &of : ELEMENTS)
     for (const own_attribute &own : of.own)
-      if (own.name != nullptr) set(of, own.row < 0 ? find_row(own.name) : own.row, own.is);
+      if (own.name) set(of, own.row < 0 ? find_row(own.name) : own.row, own.is);
   return needs;
 }();
 

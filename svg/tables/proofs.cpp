@@ -82,6 +82,8 @@ static_assert(std::ranges::all_of(ELEMENTS, [](const element &row) {
 
 // ---- Published numbers --------------------------------------------------------------------------
 
+namespace {
+
 // Drawing modules are built with the numbers of rows, elements and keywords, and with the places of
 // attributes in lists and slots. What comes later must leave all of them as they are.
 struct digest { // FNV-1a
@@ -95,6 +97,8 @@ struct digest { // FNV-1a
     add({bytes, 2});
   }
 };
+
+} // namespace
 
 static constexpr uint64_t PUBLISHED = [] {
   digest published;

@@ -31,7 +31,7 @@ constexpr key_lists make_keys() {
   key_lists lists = {};
   svg_key_entry *entry = lists.entries;
   for (const attribute &row : ATTRIBUTES)
-    for (int i = 0; i < count_texts(row.keys); i++) {
+    for (int i = 0; i < count_texts(row.keys); ++i) {
       const int id = keyword_id(row.keys[i]);
       *entry++ = {KEYWORDS[id], id};
     }
@@ -47,7 +47,7 @@ struct attribute_table {
 constexpr attribute_table make_attribute_table() {
   attribute_table table = {};
   const svg_key_entry *keys = KEYS.entries;
-  for (int i = 0; i < SVG_ATTR_COUNT; i++) {
+  for (int i = 0; i < SVG_ATTR_COUNT; ++i) {
     const attribute &row = ATTRIBUTES[i];
     const int key_count = count_texts(row.keys);
     table.rows[i] = {.name = row.name,
@@ -77,7 +77,7 @@ struct element_table {
 
 constexpr element_table make_element_table() {
   element_table table = {};
-  for (int id = 0; id < SVG_ELEM_COUNT; id++) {
+  for (int id = 0; id < SVG_ELEM_COUNT; ++id) {
     const element &row = ELEMENTS[id];
     const auto &range = ATTRIBUTE_LISTS.of[id];
     const int16_t *required = ATTRIBUTE_LISTS.required + range.first_required;

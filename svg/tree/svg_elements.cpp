@@ -12,11 +12,15 @@ using namespace svg_tables;
 
 static_assert(std::ranges::max(SLOTS.size) <= SVG_HOOK_SLOTS * sizeof(svg_a_node *));
 
+namespace {
+
 struct element_hooks {
   int id;
   void (*begin)(svg_parser *parser, svg_e_node *node);
   void (*end)(svg_parser *parser);
 };
+
+} // namespace
 
 // clang-format off
 static constexpr element_hooks HOOKS[] = {

@@ -44,13 +44,13 @@ static const ort_keyword svg_font_keylist[] = { // "all", "bold" and "inherit" h
 
 svg_e_node *svg_get_first_font(svg_parser *p, ort_bs *name) {
   const svg_font *font = svg_get_font_at(p, 0);
-  if (font == nullptr) return nullptr;
-  if (name != nullptr) svg_create_fontname(p, font, name);
+  if (!font) return nullptr;
+  if (name) svg_create_fontname(p, font, name);
   return font->node;
 }
 
 void svg_create_fontname(svg_parser *p, const svg_font *font, ort_bs *name) {
-  constexpr size_t NO_DESCRIPTORS = 5; // the underscores alone
+  constexpr size_t underscores = 5; // of a name without descriptors
   const auto same = [](int32_t key) { return key; };
   append_family(name, font);
   if (p->font_number > 0) {
@@ -64,20 +64,20 @@ void svg_create_fontname(svg_parser *p, const svg_font *font, ort_bs *name) {
   append_keys(name, font->variant,
               [](int32_t key) { return key == SVG_KW_normal ? SVG_KW_NONE : key; });
   append_sizes(p, name, font->size);
-  if (ort_bs_length(name) == length + NO_DESCRIPTORS) ort_bs_shorten(name, length);
+  if (ort_bs_length(name) == length + underscores) ort_bs_shorten(name, length);
 }
 
 static void append_text(ort_bs *name, const char *text) {
-  if (text != nullptr) ort_bs_append_escaped(name, text);
+  if (text) ort_bs_append_escaped(name, text);
 }
 
 static void append_family(ort_bs *name, const svg_font *font) {
   const svg_an_key_name_list *list = font->family;
-  if (list == nullptr || list->count == 0) {
-    append_text(name, font->id != nullptr ? font->id : "*");
+  if (!list || list->count == 0) {
+    append_text(name, font->id ? font->id : "*");
     return;
   }
-  for (int32_t i = 0; i < list->count; i++) {
+  for (int32_t i = 0; i < list->count; ++i) {
     if (i > 0) ort_bs_append_byte(name, ',');
     const char *text = list->names[i];
     append_text(name, text ? text : ort_get_keyword(list->keys[i], svg_font_keylist));
@@ -87,7 +87,7 @@ static void append_family(ort_bs *name, const svg_font *font) {
 // A keyword without text leaves its separator behind.
 template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list *list, Map map) {
   ort_bs_append_byte(name, '_');
-  for (int32_t i = 0; list != nullptr && i < list->count; i++) {
+  for (int32_t i = 0; list && i < list->count; ++i) {
     if (i > 0) ort_bs_append_byte(name, ',');
     append_text(name, ort_get_keyword(map(list->keys[i]), svg_font_keylist));
   }
@@ -95,8 +95,8 @@ template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list
 
 static void append_sizes(svg_parser *p, ort_bs *name, const svg_an_key_unum_list *sizes) {
   ort_bs_append_byte(name, '_');
-  if (sizes == nullptr || sizes->key != SVG_KW_NONE) return;
-  for (int32_t i = 0; i < sizes->count; i++) {
+  if (!sizes || sizes->key != SVG_KW_NONE) return;
+  for (int32_t i = 0; i < sizes->count; ++i) {
     if (i > 0) ort_bs_append_byte(name, ',');
     ort_bs_append_text(name, ort_errprintf(p->core, "%g", sizes->values[i]));
   }

@@ -6,12 +6,16 @@
 
 #include <cmath>
 
+namespace {
+
 struct font_request {
   const char *family; // null: the generic family is asked for
   int32_t generic;
   double size;
   int32_t stretch, style, variant, weight;
 };
+
+} // namespace
 
 static bool fits(const svg_font *font, const font_request &wanted, int32_t relaxed);
 static bool fits_family(const svg_font *font, const font_request &wanted);
@@ -41,8 +45,8 @@ const svg_font *svg_get_font_at(const svg_parser *p, size_t i) {
 svg_e_node *svg_get_font(const svg_parser *p, const char *family, int32_t generic, double size,
                          int32_t stretch, int32_t style, int32_t variant, int32_t weight) {
   const font_request wanted = {family, generic, size, stretch, style, variant, weight};
-  for (int32_t relaxed = 0; relaxed <= 1; relaxed++)
-    for (size_t i = 0; i < ort_vtr_count(p->fonts); i++)
+  for (int32_t relaxed = 0; relaxed <= 1; ++relaxed)
+    for (size_t i = 0; i < ort_vtr_count(p->fonts); ++i)
       if (const auto *font = ort_item<svg_font *>(p->fonts, i); fits(font, wanted, relaxed))
         return font->node;
   return nullptr;
@@ -65,10 +69,10 @@ static bool fits(const svg_font *font, const font_request &wanted, int32_t relax
 
 static bool fits_family(const svg_font *font, const font_request &wanted) {
   const svg_an_key_name_list *list = font->family;
-  for (int32_t i = 0; list != nullptr && i < list->count; i++) {
+  for (int32_t i = 0; list && i < list->count; ++i) {
     const char *name = list->names[i];
-    if (wanted.family == nullptr ? list->keys[i] == wanted.generic
-                                 : name != nullptr && ort_strcmp(name, wanted.family) == 0)
+    if (!wanted.family ? list->keys[i] == wanted.generic
+                       : name && ort_strcmp(name, wanted.family) == 0)
       return true;
   }
   return false;
@@ -76,16 +80,16 @@ static bool fits_family(const svg_font *font, const font_request &wanted) {
 
 static bool fits_size(const svg_font *font, double size) {
   const svg_an_key_unum_list *list = font->size;
-  if (list == nullptr || list->key != SVG_KW_NONE) return true;
-  for (int32_t i = 0; i < list->count; i++)
+  if (!list || list->key != SVG_KW_NONE) return true;
+  for (int32_t i = 0; i < list->count; ++i)
     if (fabs(list->values[i] - size) < 1e-6) return true;
   return false;
 }
 
 // A font without the descriptor has any value; one with an empty list has none.
 template <class Accepts> static bool any_key(const svg_an_key_list *list, Accepts accepts) {
-  if (list == nullptr) return true;
-  for (int32_t i = 0; i < list->count; i++)
+  if (!list) return true;
+  for (int32_t i = 0; i < list->count; ++i)
     if (accepts(list->keys[i])) return true;
   return false;
 }

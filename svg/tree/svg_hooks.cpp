@@ -17,10 +17,14 @@
 #include "svg/values/svg_record.h"
 #include "svg/values/svg_types.h"
 
+namespace {
+
 struct viewport_side {
   double length; // in points, 0 for a percentage
   bool embedded; // given in percent
 };
+
+} // namespace
 
 static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags);
 static svg_a_node *&slot(svg_parser *p, const svg_e_node *node, int row);
@@ -61,17 +65,17 @@ void svg_beg_svg(svg_parser *p, svg_e_node *node) {
   const viewport_side height = get_side(p, node, "height", SVG_ATTR_svg_height);
   p->viewport_width = width.length;
   p->viewport_height = height.length;
-  if (viewbox != nullptr && width.embedded) p->viewbox_width = viewbox->width;
-  if (viewbox != nullptr && height.embedded) p->viewbox_height = viewbox->height;
+  if (viewbox && width.embedded) p->viewbox_width = viewbox->width;
+  if (viewbox && height.embedded) p->viewbox_height = viewbox->height;
   if (p->log_level >= 3) log_viewport(p, width.embedded || height.embedded);
 }
 
-void svg_beg_text(svg_parser *p, svg_e_node *) { p->text_depth++; }
+void svg_beg_text(svg_parser *p, svg_e_node *) { ++p->text_depth; }
 
 void svg_end_text(svg_parser *p) {
-  if (p->last_tnode != nullptr) p->last_tnode->head.flags |= SVG_TF_LAST;
+  if (p->last_tnode) p->last_tnode->head.flags |= SVG_TF_LAST;
   p->last_tnode = nullptr;
-  p->text_depth--;
+  --p->text_depth;
 }
 
 // x and y act as a translation behind the element's transform (SVG 1.1, 5.6); their units are not
@@ -94,7 +98,7 @@ void svg_beg_font(svg_parser *p, svg_e_node *node) {
 }
 
 void svg_beg_font_face(svg_parser *p, svg_e_node *node) {
-  if (p->font_face == nullptr) p->font_face = svg_font_new(p, node);
+  if (!p->font_face) p->font_face = svg_font_new(p, node);
   svg_font *font = p->font_face;
   const auto take = [&]<class Record>(const Record *&field, int row) {
     if (const Record *value = slot_value<Record>(p, node, row)) field = value;
@@ -117,7 +121,7 @@ void svg_beg_font_face(svg_parser *p, svg_e_node *node) {
 // A font that has neither id nor family stays pending: a later font-face may complete it.
 void svg_end_font_face(svg_parser *p) {
   svg_font *font = p->font_face;
-  if (font == nullptr || (font->id == nullptr && font->family == nullptr)) return;
+  if (!font || (!font->id && !font->family)) return;
   svg_note(p, 5, "\t\t\t[insert new SVG font %d]\n", static_cast<int>(ort_vtr_count(p->fonts)));
   ort_push(p->fonts, font);
   p->font_face = nullptr;
@@ -152,7 +156,7 @@ template <class Record> static Record *slot_value(svg_parser *p, const svg_e_nod
 
 static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row) {
   const auto *number = slot_value<svg_an_unum>(p, node, row);
-  if (number == nullptr || fabs(number->value) < 1e-6) return {0, SVG_UNIT_NONE};
+  if (!number || fabs(number->value) < 1e-6) return {0, SVG_UNIT_NONE};
   return {number->value, number->head.unit};
 }
 
@@ -249,11 +253,11 @@ static void replace_trafo(svg_parser *p, const svg_e_node *node, svg_an_trafo *o
   svg_an_trafo *trafo = new_trafo(p, SVG_TRAFO_MATRIX, 6);
   store_matrix(trafo, m);
   size_t i = ort_vtr_count(p->an_values) - 1;
-  while (ort_item<svg_a_node *>(p->an_values, i) != &old->head) i--;
+  while (ort_item<svg_a_node *>(p->an_values, i) != &old->head) --i;
   ort_item<svg_a_node *>(p->an_values, i) = slot(p, node, SVG_ATTR_transform) = &trafo->head;
   const int old_type = old->type;
   svg_a_node_delete(p->core, &old->head);
-  if (p->observer != nullptr) p->observer(p->observer_user, node, &trafo->head, p->source, nullptr);
+  if (p->observer) p->observer(p->observer_user, node, &trafo->head, p->source, nullptr);
   if (p->log_level < 6) return;
   ort_logg(p->core, "\t\t\t[instead of transform type=%d]\n", old_type);
   ort_logg(p->core, "\t\t\t[add attribute transform type=%d: matrix=(%g %g %g %g %g %g)]\n",

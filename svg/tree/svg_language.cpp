@@ -11,12 +11,12 @@ static void make_primary(svg_parser *p);
 static bool accepts(const svg_parser *p, const char *entry);
 
 int32_t svg_check_system_language(svg_parser *p, const svg_e_node *element) {
-  if (p->language == nullptr) return 0;
-  if (p->language_primary == nullptr) make_primary(p);
-  for (int32_t i = 0; i < element->values_num; i++) {
+  if (!p->language) return 0;
+  if (!p->language_primary) make_primary(p);
+  for (int32_t i = 0; i < element->values_num; ++i) {
     if (element->values[i]->row != SVG_ATTR_systemLanguage) continue;
     const auto *list = reinterpret_cast<const svg_an_name_list *>(element->values[i]);
-    for (int32_t k = 0; k < list->count; k++) {
+    for (int32_t k = 0; k < list->count; ++k) {
       svg_note(p, 3, "\t\t\tsystemLanguage[%d]=\"%a\"\n", k, list->names[k]);
       if (accepts(p, list->names[k])) return 1;
     }
@@ -28,8 +28,8 @@ int32_t svg_check_system_language(svg_parser *p, const svg_e_node *element) {
 static void make_primary(svg_parser *p) {
   p->language_primary = ort_strdup(p->core, p->language);
   char *cut = strchr(p->language_primary, '_');
-  if (cut == nullptr) cut = strchr(p->language_primary, '-');
-  if (cut != nullptr) *cut = '\0';
+  if (!cut) cut = strchr(p->language_primary, '-');
+  if (cut) *cut = '\0';
 }
 
 // An entry is cut at "-" only: systemLanguage holds language tags, the host's language may be a
@@ -38,7 +38,7 @@ static bool accepts(const svg_parser *p, const char *entry) {
   const char *primary = p->language_primary;
   if (ort_stricmp_a(entry, p->language) == 0 || ort_stricmp_a(entry, primary) == 0) return true;
   const char *dash = strchr(entry, '-');
-  if (dash == nullptr) return false;
+  if (!dash) return false;
   const auto length = static_cast<size_t>(dash - entry);
   return length == strlen(primary) && ort_strincmp_a(entry, primary, length) == 0;
 }

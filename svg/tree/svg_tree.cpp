@@ -28,11 +28,15 @@ static void store_values(svg_parser *p, svg_e_node *node);
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
 static void delete_element_data(ort_core *core, svg_e_node *element);
 
+namespace {
+
 // Hosts know the layout of an element, which has no field for this.
 struct element_block {
   svg_e_node node;
   svg_e_node *parent; // null of the outermost
 };
+
+} // namespace
 
 svg_e_node *svg_e_node_new(ort_core *core, int id) {
   auto *block =
@@ -51,7 +55,7 @@ svg_e_node *svg_get_parent(const svg_e_node *element) {
 void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   const svg_elem_def *row = &svg_elem_table[id];
   count_node(p);
-  if (p->elems_used == nullptr) p->elems_used = ort_bitarr_new(p->core, SVG_ELEM_COUNT);
+  if (!p->elems_used) p->elems_used = ort_bitarr_new(p->core, SVG_ELEM_COUNT);
   ort_setbit(p->elems_used, static_cast<size_t>(id));
 
   svg_e_node *node = svg_e_node_new(p->core, id);
@@ -66,19 +70,19 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 
   ort_purge_bitarr(p->attrs_set, static_cast<size_t>(row->esa_count));
   ort_purge_bitarr(p->props_set, SVG_ATTR_COUNT);
-  if (row->beg_hook != nullptr && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
+  if (row->beg_hook && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
 
-  if (p->css != nullptr && attrs[0] != nullptr) svg_css_collect_attrs(p, node, attrs);
+  if (p->css && attrs[0]) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;
   const bool styled = add_attributes(p, id, attrs);
-  if (p->css != nullptr) svg_css_apply_rules(p, node);
+  if (p->css) svg_css_apply_rules(p, node);
   if (styled) add_style(p, attrs);
   p->source = SVG_SOURCE_DEFAULT;
   add_defaults(p, row);
   p->source = SVG_SOURCE_ATTRIBUTE;
-  if (row->beg_hook != nullptr) row->beg_hook(p, node);
+  if (row->beg_hook) row->beg_hook(p, node);
   store_values(p, node);
-  if (p->cur_href != nullptr && p->cur_href_awaited) svg_resolve_href(p, p->cur_href, node);
+  if (p->cur_href && p->cur_href_awaited) svg_resolve_href(p, p->cur_href, node);
   p->cur_href = nullptr;
   svg_note(p, 6, "\n");
 
@@ -90,7 +94,7 @@ static void count_node(svg_parser *p) {
   if (p->nodes >= p->limits.nodes)
     ort_error(p->core, ORT_E_LIMIT, "nodes",
               ort_errprintf(p->core, "%ld", static_cast<long>(p->limits.nodes)));
-  p->nodes++;
+  ++p->nodes;
 }
 
 static void link_child(svg_parser *p, svg_node *node) {
@@ -114,7 +118,7 @@ static uint16_t initial_flags(int id) {
 static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
   const svg_elem_def *row = &svg_elem_table[id];
   bool styled = false;
-  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+  for (const XML_Char **attr = attrs; *attr; attr += 2) {
     const char *local = attr[0];
     int prop;
     int index = svg_find_esa_or_prop(p, local, id, &prop);
@@ -136,7 +140,7 @@ static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
 }
 
 static void add_style(svg_parser *p, const XML_Char **attrs) {
-  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+  for (const XML_Char **attr = attrs; *attr; attr += 2) {
     const char *local = nullptr;
     if (svg_decomp_fullname(p, attr[0], nullptr, &local) == SVG_NS_SVG &&
         ort_strcmp(local, "style") == 0)
@@ -145,11 +149,11 @@ static void add_style(svg_parser *p, const XML_Char **attrs) {
 }
 
 static void add_defaults(svg_parser *p, const svg_elem_def *row) {
-  for (int32_t i = 0; i < row->req_count; i++) {
+  for (int32_t i = 0; i < row->req_count; ++i) {
     const int16_t index = row->req_list[i];
     const svg_esa_entry &entry = row->esa_list[index];
     const char *text = svg_attr_table[entry.attr].default_text;
-    if (text == nullptr || ort_getbit(p->attrs_set, static_cast<size_t>(index))) continue;
+    if (!text || ort_getbit(p->attrs_set, static_cast<size_t>(index))) continue;
     p->attr_name = entry.name;
     svg_add_attr(p, row, index, text);
   }
@@ -164,7 +168,7 @@ static void store_values(svg_parser *p, svg_e_node *node) {
   node->values_num = static_cast<int32_t>(count);
   // From here on the node owns the values; nothing may raise in between.
   ort_vtr_resize(p->an_values, 0);
-  for (size_t i = 0; i < count; i++) pass_bbox_need(p, node, node->values[i]);
+  for (size_t i = 0; i < count; ++i) pass_bbox_need(p, node, node->values[i]);
   ort_qsort_sc(p->core, node->values, count, sizeof(svg_a_node *), svg_cmp_an_prio, 0);
 }
 
@@ -185,7 +189,7 @@ static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *va
     break;
   default: break;
   }
-  if (iri != nullptr && iri->kind == SVG_IRI_LINK && iri->ref.target != nullptr)
+  if (iri && iri->kind == SVG_IRI_LINK && iri->ref.target)
     svg_set_elem_flag(p, node, iri->ref.target);
 }
 
@@ -215,10 +219,10 @@ void svg_add_t_node(svg_parser *p) {
 // The elements whose children are being freed are a list, by first_child: depth costs no stack, and
 // each node is visited once.
 void svg_del_e_node(ort_core *core, svg_e_node *root) {
-  if (root == nullptr) return;
+  if (!root) return;
   root->head.next = nullptr;
   svg_node *parents = nullptr;
-  for (svg_node *node = &root->head; node != nullptr;) {
+  for (svg_node *node = &root->head; node;) {
     __builtin_prefetch(node->next);
     if (svg_e_node *element = svg_as_element(node)) {
       delete_element_data(core, element);
@@ -231,7 +235,7 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
     }
     svg_node *next = node->next;
     ort_free(core, node);
-    while (next == nullptr && parents != nullptr) {
+    while (!next && parents) {
       node = parents;
       parents = svg_as_element(node)->first_child;
       next = node->next;
@@ -242,7 +246,7 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
 }
 
 static void delete_element_data(ort_core *core, svg_e_node *element) {
-  for (int32_t i = 0; i < element->values_num; i++)
+  for (int32_t i = 0; i < element->values_num; ++i)
     if (!svg_is_property(element->values[i]->row)) // property values belong to prop_values
       svg_a_node_delete(core, element->values[i]);
   ort_free(core, element->values);

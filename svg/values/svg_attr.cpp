@@ -20,7 +20,7 @@ void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line)
   p->value_link = -1;
   const char *given = text;
   if ((def->flags & SVG_AF_KEEPSPACE) == 0)
-    while (ort_isspace(*given)) given++;
+    while (ort_isspace(*given)) ++given;
   if (*given == '\0') return;
 
   p->keys = def->keys;
@@ -37,13 +37,13 @@ static void make_value(svg_parser *p, int32_t row) {
   else
     svg_ntok(p);
   p->tok_pushed = 1;
-  if (def->anew != nullptr)
+  if (def->anew)
     p->new_value = def->anew(p);
   else if (def->value_size > 0)
     p->new_value = static_cast<svg_a_node *>(
         ort_calloc(p->core, 1, static_cast<size_t>(def->value_size), "svg_parse_attr"));
-  if (p->new_value != nullptr) p->new_value->row = static_cast<int16_t>(row);
-  if (def->ctor != nullptr) def->ctor(p, p->new_value);
+  if (p->new_value) p->new_value->row = static_cast<int16_t>(row);
+  if (def->ctor) def->ctor(p, p->new_value);
 }
 
 // Drops the half-made value. Its row may be another one than was asked for: a shorthand makes the
@@ -68,12 +68,12 @@ void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, con
   const svg_attr_def *def = &svg_attr_table[row];
   svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
   svg_a_node *value = p->new_value;
-  if (value == nullptr) return;
+  if (!value) return;
 
   svg_note(p, 6, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
   svg_collect_value(p, value, nullptr);
   ort_setbit(p->attrs_set, static_cast<size_t>(esa_index));
-  if (element->beg_hook != nullptr && (def->flags & SVG_AF_ATTRIBUTE) != 0)
+  if (element->beg_hook && (def->flags & SVG_AF_ATTRIBUTE) != 0)
     p->hook_slots[static_cast<size_t>(def->apo[p->cur_enode->head.id]) / sizeof(svg_a_node *)] =
         value;
 }
@@ -106,8 +106,7 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
 void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {
   ort_push(p->an_values, value);
   p->new_value = nullptr; // else, should the observer raise, it had two owners
-  if (p->observer != nullptr)
-    p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
+  if (p->observer) p->observer(p->observer_user, p->cur_enode, value, p->source, selector);
 }
 
 int svg_cmp_an_prio(const void *a, const void *b) {

@@ -20,10 +20,14 @@ constexpr int MAX_VALUES = 40;   // of an extension, as far as they are read
 constexpr int MAX_CHANNELS = 37; // of an N-channel color: the terminator always fits
 constexpr double RADIANS_PER_DEGREE = 0.0174532925199433;
 
+namespace {
+
 struct color_values {
   int count;
   double numbers[MAX_VALUES];
 };
+
+} // namespace
 
 static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count);
 static void expect(svg_parser *p, int token, int wanted);
@@ -62,7 +66,7 @@ uint8_t svg_parse_color_comp(svg_parser *p) {
 }
 
 // The middle of the value's step of 1/256, with 0, 128 and 255 exact.
-void get_rgb_color_comps(double *out, double v) {
+void svg_get_rgb_color_comps(double *out, double v) {
   const double whole = trunc(v);
   if (whole == 0)
     *out = 0;
@@ -162,7 +166,7 @@ static uint32_t get_hex_color(svg_parser *p) {
   if (length != 4 && length != 7) svg_err_value(p);
   const int mode = length == 7;
   unsigned char bytes[3];
-  for (int i = 0; i < 3; i++)
+  for (int i = 0; i < 3; ++i)
     bytes[i] = static_cast<unsigned char>(ort_hex2bin_a(p->tok_text + 1 + i * (1 + mode), mode));
   return ort_get_be_ulong3(bytes);
 }
@@ -171,7 +175,7 @@ static uint32_t get_rgb_color(svg_parser *p) {
   static constexpr int behind[3] = {SVG_TOK_COMMA, SVG_TOK_COMMA, SVG_TOK_RPAREN};
   unsigned char bytes[3];
   expect(p, svg_ntok(p), SVG_TOK_LPAREN);
-  for (int i = 0; i < 3; i++) {
+  for (int i = 0; i < 3; ++i) {
     bytes[i] = svg_parse_color_comp(p);
     expect(p, svg_ntok(p), behind[i]);
   }
@@ -254,9 +258,9 @@ static bool has_leading_slot(int32_t colortype) {
 static void convert_values(svg_color *color) {
   double *c = color->comps;
   if (color->colortype == SVG_CT_DEVICE_RGB) {
-    for (int i = 0; i < 3; i++)
+    for (int i = 0; i < 3; ++i)
       if (c[i] != 0 && c[i] <= 1) return; // written as 0 to 1
-    for (int i = 0; i < 3; i++) get_rgb_color_comps(&c[i], c[i]);
+    for (int i = 0; i < 3; ++i) svg_get_rgb_color_comps(&c[i], c[i]);
   } else if (color->colortype == SVG_CT_CIELCH) {
     const double chroma = c[1], hue = c[2] * RADIANS_PER_DEGREE;
     c[1] = chroma * cos(hue);
@@ -269,11 +273,11 @@ static void log_extension(const svg_parser *p, const svg_color *color, const dou
                           int count) {
   const char *keyword = ort_get_keyword(color->colortype, svg_colortype_keylist);
   ort_logg(p->core, "\t\t\t[Color extension ");
-  if (color->name != nullptr && color->colortype != SVG_CT_ICC)
+  if (color->name && color->colortype != SVG_CT_ICC)
     ort_logg(p->core, "%a(%a, ", keyword, color->name);
   else
     ort_logg(p->core, "%a(", keyword);
-  for (int i = 0; i < count; i++) ort_logg(p->core, "%g%s", numbers[i], i + 1 < count ? ", " : "");
+  for (int i = 0; i < count; ++i) ort_logg(p->core, "%g%s", numbers[i], i + 1 < count ? ", " : "");
   ort_logg(p->core, ")\n");
 }
 

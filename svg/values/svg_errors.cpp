@@ -41,8 +41,8 @@ void svg_register_errtab(ort_core *core) {
 
 const char *svg_get_error_text(size_t i, int32_t *code, int32_t *parameters) {
   if (i >= std::size(svg_errors)) return nullptr;
-  if (code != nullptr) *code = svg_errors[i].code;
-  if (parameters != nullptr) *parameters = svg_errors[i].parameters;
+  if (code) *code = svg_errors[i].code;
+  if (parameters) *parameters = svg_errors[i].parameters;
   return svg_errors[i].text;
 }
 

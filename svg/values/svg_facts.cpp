@@ -26,7 +26,7 @@ const double *svg_get_components(const svg_color *color, int32_t *count) {
   case SVG_CT_ICC3: *count = 3; return components + 1;
   case SVG_CT_ICC4: *count = 4; return components + 1;
   case SVG_CT_DEVICE_NCHANNEL:
-    for (components++; components[*count] != SVG_CT_TERMINATOR;) ++*count;
+    for (++components; components[*count] != SVG_CT_TERMINATOR;) ++*count;
     return components;
   default: return nullptr;
   }
@@ -123,7 +123,7 @@ int32_t svg_get_urange(ort_core *, const char *text, uint32_t *first, uint32_t *
   text += 2;
   const char *end = text + strcspn(text, "-");
   *first = *last = hex_number(text, end, '0');
-  if (memchr(text, '?', static_cast<size_t>(end - text)) != nullptr)
+  if (memchr(text, '?', static_cast<size_t>(end - text)))
     *last = hex_number(text, end, 'F'); // whatever follows the dash
   else if (*end == '-')
     *last = hex_number(end + 1, end + strlen(end), '0');
@@ -133,7 +133,7 @@ int32_t svg_get_urange(ort_core *, const char *text, uint32_t *first, uint32_t *
 // joker stands for each "?". A byte that is no digit counts as 0.
 static uint32_t hex_number(const char *text, const char *end, char joker) {
   uint32_t number = 0;
-  for (; text < end; text++) {
+  for (; text < end; ++text) {
     const char digit[2] = {*text == '?' ? joker : *text, '\0'};
     number = number * 16 + static_cast<uint32_t>(ort_hex2bin_a(digit, -1));
   }

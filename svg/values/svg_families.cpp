@@ -26,7 +26,7 @@ void svg_ctor_an_font_family(svg_parser *p, svg_a_node *node) {
   svg_scan_reset(p);
   svg_ntok_nonum(p);
   bool inherit = false;
-  for (int32_t i = 0; i < count; i++) {
+  for (int32_t i = 0; i < count; ++i) {
     list->keys[i] = svg_get_family_name(p);
     if (list->keys[i] == SVG_KW_NONE)
       list->names[i] = ort_strdup(p->core, ort_bs_text(p->name_buf));
@@ -67,8 +67,8 @@ static int32_t svg_get_family_name(svg_parser *p) {
 void svg_dtor_an_key_name_list(ort_core *core, svg_a_node *node) {
   auto *list = svg_record<svg_an_key_name_list>(node);
   ort_free(core, list->keys);
-  if (list->names == nullptr) return;
-  for (int32_t i = 0; i < list->count; i++) ort_free(core, list->names[i]);
+  if (!list->names) return;
+  for (int32_t i = 0; i < list->count; ++i) ort_free(core, list->names[i]);
   ort_free(core, list->names);
 }
 
@@ -76,14 +76,14 @@ void svg_dtor_an_key_name_list(ort_core *core, svg_a_node *node) {
 static int32_t count_families(svg_parser *p) {
   int32_t count = 1;
   for (int token = svg_ntok_nonum(p); token != SVG_TOK_END; token = svg_ntok_nonum(p))
-    if (token == SVG_TOK_COMMA) count++;
+    if (token == SVG_TOK_COMMA) ++count;
   return count;
 }
 
 static void log_families(const svg_parser *p, const svg_an_key_name_list *list) {
   ort_logg(p->core, "\t\t\t\t");
-  for (int32_t i = 0; i < list->count; i++) {
-    if (list->names[i] != nullptr)
+  for (int32_t i = 0; i < list->count; ++i) {
+    if (list->names[i])
       ort_logg(p->core, "\"%a\" ", list->names[i]);
     else if (list->keys[i] == SVG_KW_inherit)
       ort_logg(p->core, "inherit ");
@@ -94,7 +94,7 @@ static void log_families(const svg_parser *p, const svg_an_key_name_list *list) 
 }
 
 static void keep_inherit_only(svg_parser *p, svg_an_key_name_list *list) {
-  for (int32_t i = 0; i < list->count; i++) {
+  for (int32_t i = 0; i < list->count; ++i) {
     ort_free(p->core, list->names[i]);
     list->names[i] = nullptr;
   }

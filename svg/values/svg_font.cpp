@@ -23,9 +23,9 @@ struct font_word {
   bool normal;                  // and the keyword is "normal", which adds nothing
 };
 
-using add_fn = void (*)(svg_parser *p, const char *name, const char *value);
-
 } // namespace
+
+using add_fn = void (*)(svg_parser *p, const char *name, const char *value);
 
 static void split_font_copy(svg_parser *p, add_fn add);
 static void join_line_height(char *text);

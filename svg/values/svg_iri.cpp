@@ -76,7 +76,7 @@ void svg_get_funciri(svg_parser *p, svg_iri *iri) {
   const bool quoted = *start == '"' || *start == '\'';
   const char closing = quoted ? *start++ : ')';
   const char *end = strchr(start, closing);
-  if (end == nullptr) svg_err_end(p);
+  if (!end) svg_err_end(p);
   if (quoted && end[1] != ')') {
     if (end[1] == '\0') svg_err_end(p);
     svg_err_rest(p, end + 1);
@@ -94,7 +94,7 @@ int32_t svg_equal_iri(ort_core *core, const svg_iri *a, const svg_iri *b) {
 
 void svg_dtor_iri(ort_core *core, svg_iri *iri) {
   if (iri->kind != SVG_IRI_DATA && iri->kind != SVG_IRI_NAME) return;
-  if (iri->kind == SVG_IRI_DATA && iri->ref.text != nullptr) ort__delete_pvf(core, iri->ref.text);
+  if (iri->kind == SVG_IRI_DATA && iri->ref.text) ort__delete_pvf(core, iri->ref.text);
   ort_free(core, iri->ref.text);
 }
 
@@ -174,12 +174,12 @@ static void get_data(svg_parser *p, svg_iri *iri, const char *text, const char *
   iri->mime = get_mime(text, end);
   iri->ref.text = nullptr;
   const auto *comma = static_cast<const char *>(memchr(text, ',', length));
-  if (comma == nullptr) svg_err_no_data(p);
+  if (!comma) svg_err_no_data(p);
   if (comma + 1 < end) embed(p, iri, comma + 1, static_cast<size_t>(end - comma - 1));
 }
 
 static int16_t get_mime(const char *text, const char *end) {
-  for (const ort_keyword *mime = svg_mime_keylist1; mime->text != nullptr; mime++) {
+  for (const ort_keyword *mime = svg_mime_keylist1; mime->text; ++mime) {
     const char *behind = text + strlen(mime->text);
     if (begins_with(text, end, mime->text) && (behind == end || *behind == ';'))
       return static_cast<int16_t>(mime->code);

@@ -8,10 +8,14 @@
 
 #include "svg/names/svg_index.h"
 
+namespace {
+
 // An item of unres_links.
 struct waiting_link : svg_unres_link {
   size_t previous; // slot, counted from 1, of the link made before it with the same id, or 0
 };
+
+} // namespace
 
 static void log_search(svg_parser *p, const char *id, bool found);
 static void gather_slots(svg_parser *p, size_t number);
@@ -38,7 +42,7 @@ void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
   href->target = target;
   svg_index_entry *entry = svg_index_add(p, &p->name_index, href->id);
   log_search(p, id, entry->element != nullptr);
-  if (entry->element != nullptr) {
+  if (entry->element) {
     ort_vtr_pop(p->hrefs);
     return;
   }
@@ -69,7 +73,7 @@ int svg_href_compare(const void *a, const void *b) {
 
 svg_e_node *svg_find_name(const svg_parser *p, const char *name) {
   const svg_index_entry *entry = svg_index_find(p, p->name_index, name);
-  return entry != nullptr ? entry->element : nullptr;
+  return entry ? entry->element : nullptr;
 }
 
 const char *svg_find_href_id(const svg_parser *p, const svg_e_node *element) {
@@ -95,14 +99,14 @@ size_t svg_get_href_count(const svg_parser *p) { return ort_vtr_count(p->hrefs);
 const char *svg_get_href(const svg_parser *p, size_t i, svg_e_node **element) {
   if (i >= ort_vtr_count(p->hrefs)) return nullptr;
   const auto &href = ort_item<svg_href>(p->hrefs, i);
-  if (element != nullptr) *element = href.target;
+  if (element) *element = href.target;
   return href.id;
 }
 
 // ---- Waiting links ------------------------------------------------------------------------------
 
 void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
-  if (p->unres_links == nullptr) p->unres_links = ort_hvtr_new(p->core, &unres_link_ced);
+  if (!p->unres_links) p->unres_links = ort_hvtr_new(p->core, &unres_link_ced);
   const size_t slot = ort_hvtr_reclaim_item(p->unres_links);
   waiting_link *link = link_at(p, slot);
   p->value_link = static_cast<int64_t>(slot);
@@ -119,7 +123,7 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   p->value_link = -1; // its slot may pass to another link
   svg_index_entry *entry = svg_index_find(p, p->name_index, id);
-  if (entry == nullptr || entry->number == 0) return;
+  if (!entry || entry->number == 0) return;
   gather_slots(p, entry->number);
   entry->number = 0;
   for (size_t i = ort_vtr_count(p->link_slots); i-- > 0;) {
@@ -127,7 +131,7 @@ void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
     const waiting_link *link = link_at(p, slot);
     svg_note(p, 5, "\t\t\t[reference \"%a\" resolved]\n", id);
     link->iri->ref.target = target;
-    if (link->source != nullptr) svg_set_elem_flag(p, link->source, target);
+    if (link->source) svg_set_elem_flag(p, link->source, target);
     ort_hvtr_release_item(p->unres_links, slot);
   }
 }
@@ -135,7 +139,7 @@ void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
 // Gathers the slots of a chain in link_slots, the highest first, which is the order of the chain
 // unless slots were used again.
 static void gather_slots(svg_parser *p, size_t number) {
-  if (p->link_slots == nullptr) p->link_slots = ort_vtr_new(p->core, &slot_ced, 0, 0);
+  if (!p->link_slots) p->link_slots = ort_vtr_new(p->core, &slot_ced, 0, 0);
   ort_vtr_resize(p->link_slots, 0);
   bool ordered = true;
   while (number != 0) {
@@ -158,9 +162,8 @@ void svg_drop_value_link(svg_parser *p) {
   const auto slot = static_cast<size_t>(p->value_link);
   p->value_link = -1;
   const waiting_link *link = link_at(p, slot);
-  svg_index_entry *entry =
-      link->id != nullptr ? svg_index_find(p, p->name_index, link->id) : nullptr;
-  if (entry != nullptr && entry->number == slot + 1) {
+  svg_index_entry *entry = link->id ? svg_index_find(p, p->name_index, link->id) : nullptr;
+  if (entry && entry->number == slot + 1) {
     if (link->previous == 0) {
       svg_index_remove(p, p->name_index, entry);
     } else {
@@ -180,20 +183,20 @@ void svg_set_elem_flag(svg_parser *p, svg_e_node *source, const svg_e_node *targ
 }
 
 size_t svg_get_unresolved_count(const svg_parser *p) {
-  return p->unres_links != nullptr ? ort_hvtr_size(p->unres_links) : 0;
+  return p->unres_links ? ort_hvtr_size(p->unres_links) : 0;
 }
 
 const char *svg_get_unresolved(const svg_parser *p, size_t i, const svg_iri **iri,
                                svg_e_node **source) {
   if (i >= svg_get_unresolved_count(p) || !ort_hvtr_check_idx(p->unres_links, i)) return nullptr;
   const waiting_link *link = link_at(p, i);
-  if (iri != nullptr) *iri = link->iri;
-  if (source != nullptr) *source = link->source;
+  if (iri) *iri = link->iri;
+  if (source) *source = link->source;
   return link->id;
 }
 
 void svg_drop_resolved_links(svg_parser *p) {
-  for (size_t i = 0; i < svg_get_unresolved_count(p); i++)
+  for (size_t i = 0; i < svg_get_unresolved_count(p); ++i)
     if (ort_hvtr_check_idx(p->unres_links, i)) return;
   ort_hvtr_delete(p->unres_links);
   p->unres_links = nullptr;

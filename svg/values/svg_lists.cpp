@@ -26,7 +26,7 @@ static bool at_keyword(const svg_parser *p) { return p->tok_type == SVG_TOK_KEYW
 template <class Item>
 static int32_t for_each_item(svg_parser *p, bool (*more)(const svg_parser *p), Item item) {
   int32_t count = 0;
-  for (svg_ntok(p); more(p); count++) {
+  for (svg_ntok(p); more(p); ++count) {
     item(count);
     if (svg_ntok(p) == SVG_TOK_COMMA) svg_ntok(p);
   }
@@ -84,9 +84,9 @@ void svg_dtor_an_key_unum_list(ort_core *core, svg_a_node *node) {
 // The numbers, and when units is not null their units, wait in groups: few of them cost one block
 // of memory, and many a block that grows.
 static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units) {
-  constexpr size_t GROUP = 64;
-  double waiting[GROUP];
-  uint8_t waiting_units[GROUP];
+  constexpr size_t group = 64;
+  double waiting[group];
+  uint8_t waiting_units[group];
   size_t count = 0, stored = 0, room = 0;
   const auto store_group = [&](size_t wanted) {
     const bool grow = wanted != room;
@@ -97,10 +97,9 @@ static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uin
     count = 0;
   };
   const int32_t items = for_each_item(p, at_item, [&](int32_t) {
-    if (count == GROUP) store_group(room < stored + GROUP ? 2 * (stored + GROUP) : room);
-    waiting[count] =
-        units != nullptr ? svg_ctok_as_unum(p, &waiting_units[count]) : svg_ctok_as_num(p);
-    count++;
+    if (count == group) store_group(room < stored + group ? 2 * (stored + group) : room);
+    waiting[count] = units ? svg_ctok_as_unum(p, &waiting_units[count]) : svg_ctok_as_num(p);
+    ++count;
   });
   if (items > 0) store_group(stored + count);
   return items;
@@ -137,13 +136,13 @@ void svg_ctor_an_name_list(svg_parser *p, svg_a_node *node) {
   auto *list = svg_record<svg_an_name_list>(node);
   int32_t count = 1;
   while (svg_ntok_nonum(p) != SVG_TOK_END)
-    if (p->tok_type == SVG_TOK_COMMA) count++;
+    if (p->tok_type == SVG_TOK_COMMA) ++count;
   svg_note(p, 6, "\t\t\t\t%2d names: ", count);
   list->names = ort_new_array<char *>(p->core, static_cast<size_t>(count), "svg_ctor_an_name_list");
   list->count = count;
 
   svg_scan_reset(p);
-  for (int32_t i = 0; i < count; i++) {
+  for (int32_t i = 0; i < count; ++i) {
     svg_ntok_nonum(p);
     read_name(p);
     list->names[i] = ort_strdup(p->core, ort_bs_text(p->name_buf));
@@ -166,6 +165,6 @@ static void read_name(svg_parser *p) {
 
 void svg_dtor_an_name_list(ort_core *core, svg_a_node *node) {
   auto *list = svg_record<svg_an_name_list>(node);
-  for (int32_t i = 0; i < list->count; i++) ort_free(core, list->names[i]);
+  for (int32_t i = 0; i < list->count; ++i) ort_free(core, list->names[i]);
   ort_free(core, list->names);
 }

@@ -38,11 +38,11 @@ void svg_ctor_an_path_data(svg_parser *p, svg_a_node *node) {
   };
   if (!ort_protected(p->core, parse)) {
     ort_warning(p->core, -1);
-    if (p->pada_segments != nullptr) ort_vtr_resize(p->pada_segments, 0);
+    if (p->pada_segments) ort_vtr_resize(p->pada_segments, 0);
   }
   p->pada_points = nullptr;
   if (p->log_level < 5) return;
-  if (value->segments != nullptr)
+  if (value->segments)
     ort_logg(p->core, "\t\t\t[path data stack with %d entries and %d vertices]\n",
              static_cast<int>(ort_vtr_count(value->segments)), value->vertices);
   else
@@ -112,7 +112,7 @@ static void svg_pada_begin(svg_parser *p, int16_t type) {
 
 static void svg_pada_add_points(svg_parser *p) {
   if (p->pada_type == SVG_PADA_NONE) return;
-  if (p->pada_segments == nullptr) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
+  if (!p->pada_segments) p->pada_segments = ort_vtr_new(p->core, &svg_pada_ced, 8, 0);
   auto *record = static_cast<svg_pada *>(ort_vtr_push(p->pada_segments));
   record->type = p->pada_type;
   if (p->pada_count == 0) return;

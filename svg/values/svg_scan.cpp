@@ -58,7 +58,7 @@ void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }
 static bool ends_word(char c) {
   static constexpr auto ends = [] {
     std::array<bool, 256> table = {};
-    for (size_t i = 0; i < table.size(); i++) table[i] = svg_is_special(static_cast<char>(i));
+    for (size_t i = 0; i < table.size(); ++i) table[i] = svg_is_special(static_cast<char>(i));
     for (const char end : {'\0', ' ', '\t', '\n', '\v', '\f', '\r'})
       table[static_cast<unsigned char>(end)] = true;
     return table;
@@ -67,7 +67,7 @@ static bool ends_word(char c) {
 }
 
 int svg_get_token(svg_parser *p) {
-  while (ort_isspace(*p->scan_pos)) p->scan_pos++;
+  while (ort_isspace(*p->scan_pos)) ++p->scan_pos;
   switch (*p->scan_pos) {
   case '\0': return set_token(p, SVG_TOK_END, p->scan_pos, p->scan_pos);
   case '(': return set_mark(p, SVG_TOK_LPAREN, "(");
@@ -97,12 +97,12 @@ static int set_token(svg_parser *p, int type, const char *begin, const char *end
 static int set_mark(svg_parser *p, int type, const char *text) {
   p->tok_text = text;
   p->tok_type = type;
-  p->scan_pos++;
+  ++p->scan_pos;
   return type;
 }
 
 const char *svg_tok_text(svg_parser *p) {
-  if (p->tok_text == nullptr) {
+  if (!p->tok_text) {
     ort_bs_clear(p->tok_buf);
     ort_bs_append(p->tok_buf, p->tok_begin, p->tok_length);
     p->tok_text = ort_bs_text(p->tok_buf);
@@ -114,18 +114,18 @@ const char *svg_tok_text(svg_parser *p) {
 static int read_string(svg_parser *p) {
   const char *begin = p->scan_pos + 1;
   const char *end = *begin != '\0' ? strchr(begin, begin[-1]) : begin;
-  if (end == nullptr) {
+  if (!end) {
     p->tok_type = SVG_TOK_END;
     svg_err_value(p);
   }
   set_token(p, SVG_TOK_STRING, begin, end);
-  if (*end != '\0') p->scan_pos++;
+  if (*end != '\0') ++p->scan_pos;
   return SVG_TOK_STRING;
 }
 
 static int read_word(svg_parser *p) {
   const char *end = p->scan_pos;
-  while (!ends_word(*end)) end++;
+  while (!ends_word(*end)) ++end;
   set_token(p, SVG_TOK_WORD, p->scan_pos, end);
   if (const svg_key_entry *key = find_key(p, p->tok_text, p->keys, p->key_count)) {
     p->tok_type = SVG_TOK_KEYWORD;
@@ -138,7 +138,7 @@ static int read_word(svg_parser *p) {
 // their first bytes but for bit 5; few others do.
 static const svg_key_entry *find_key(const svg_parser *p, const char *text,
                                      const svg_key_entry *keys, int32_t count) {
-  for (const svg_key_entry *key = keys; key < keys + count; key++)
+  for (const svg_key_entry *key = keys; key < keys + count; ++key)
     if (((*key->text ^ *text) & ~0x20) == 0 && svg_strcmp(p, key->text, text) == 0) return key;
   return nullptr;
 }
@@ -163,7 +163,7 @@ static int next_token(svg_parser *p, bool numbers) {
 // where they are; a text of its own is made only for an error.
 static bool read_plain_number(svg_parser *p) {
   const char *begin = p->scan_pos;
-  while (ort_isspace(*begin)) begin++;
+  while (ort_isspace(*begin)) ++begin;
   const bool negative = *begin == '-';
   const svg_short_number number = svg_read_short(begin + (negative || *begin == '+'));
   if (!number.valid || !ends_word(*number.end) || is_wanted_key(p, *begin)) return false;
@@ -182,7 +182,7 @@ static bool read_plain_number(svg_parser *p) {
 
 // Whether a keyword may begin with this byte of a number.
 static bool is_wanted_key(const svg_parser *p, char first) {
-  for (int32_t i = 0; i < p->key_count; i++)
+  for (int32_t i = 0; i < p->key_count; ++i)
     if (*p->keys[i].text == first) return true;
   return false;
 }
@@ -197,7 +197,7 @@ int32_t svg_ctok_as_key(svg_parser *p) {
 int svg_try_unumtok(svg_parser *p) {
   const char *s = p->tok_text;
   const bool negative = *s == '-';
-  if (negative || *s == '+') s++;
+  if (negative || *s == '+') ++s;
   svg_decimal number;
   s = svg_read_mantissa(s, &number);
   if (!number.valid) return 0;
@@ -218,7 +218,7 @@ int svg_try_unumtok(svg_parser *p) {
     p->tok_unit = SVG_UNIT_PERCENT;
   } else {
     const svg_key_entry *unit = find_key(p, s, svg_units, std::size(svg_units));
-    if (unit == nullptr) return 0;
+    if (!unit) return 0;
     p->tok_type = SVG_TOK_UNUM;
     p->tok_unit = static_cast<uint8_t>(unit->id);
   }

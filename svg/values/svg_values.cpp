@@ -72,7 +72,7 @@ void svg_ctor_an_clip(svg_parser *p, svg_a_node *node) {
   if (record->key != SVG_KW_rect) return;
   if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_value(p);
   record->rect[0] = svg_get_num(p);
-  for (int i = 1; i < 4; i++) record->rect[i] = svg_get_sep_num(p);
+  for (int i = 1; i < 4; ++i) record->rect[i] = svg_get_sep_num(p);
   if (svg_ntok(p) != SVG_TOK_RPAREN) svg_err_value(p);
 }
 
@@ -92,7 +92,7 @@ void svg_dtor_an_string(ort_core *core, svg_a_node *node) {
 
 // Keeps the classes that some selector names.
 void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
-  if (p->css == nullptr) return;
+  if (!p->css) return;
   ort_vtr_resize(p->class_nids, 0);
   while (svg_ntok_nonum(p) != SVG_TOK_END) {
     const int16_t nid = css_get_class_nid(p->css, p->tok_text);
@@ -112,7 +112,7 @@ void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
 void svg_ctor_an_id(svg_parser *p, svg_a_node *) {
   const char *id = p->scan_start;
   svg_add_href(p, id, p->cur_enode);
-  if (p->css == nullptr) return;
+  if (!p->css) return;
   p->cur_enode->id_nid = css_get_id_nid(p->css, id);
   if (p->cur_enode->id_nid != CSS_NO_NID) svg_note(p, 6, "\t\t\t[selector #%a found]\n", id);
 }

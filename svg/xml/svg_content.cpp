@@ -34,10 +34,10 @@ static void echo_name(svg_parser *p, const char *prefix, const char *local);
 
 // Character data arrive in pieces; each echo shows the whole run so far while it is no longer than
 // this.
-constexpr size_t echo_whole_run = 4096;
+constexpr size_t ECHO_WHOLE_RUN = 4096;
 
 constexpr ort_item_desc written_attr_ced = {sizeof(svg_written_attr), nullptr, nullptr};
-constexpr int deepest_indent = 40;
+constexpr int DEEPEST_INDENT = 40;
 
 void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
@@ -68,7 +68,7 @@ void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char
     svg_check_namespace(p, prefix, uri);
     svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
     // xmlns="" has no name; its entry keeps each pop paired with its push.
-    svg_push_nsp_entry(p, uri != nullptr ? uri : "", prefix);
+    svg_push_nsp_entry(p, uri ? uri : "", prefix);
     svg_savelem_namespace(p, prefix, uri);
   });
 }
@@ -97,7 +97,7 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
       if (p->savelem == SVG_NO_ELEMENT) svg_savelem_open(p, id);
       p->elem_name = local;
       svg_add_e_node(p, id, attrs);
-      if (p->element_observer != nullptr) tell_of_element(p, attrs);
+      if (p->element_observer) tell_of_element(p, attrs);
       if (id == SVG_ELEM_text) p->has_text = 1;
     } else {
       skip_element(p, type, prefix, local);
@@ -111,10 +111,9 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
 }
 
 static void tell_of_element(svg_parser *p, const XML_Char **attrs) {
-  if (p->written_attrs == nullptr)
-    p->written_attrs = ort_vtr_new(p->core, &written_attr_ced, 16, 0);
+  if (!p->written_attrs) p->written_attrs = ort_vtr_new(p->core, &written_attr_ced, 16, 0);
   ort_vtr_resize(p->written_attrs, 0);
-  for (; *attrs != nullptr; attrs += 2) {
+  for (; *attrs; attrs += 2) {
     svg_written_attr attr = {"", nullptr, attrs[1]};
     if (svg_decomp_fullname(p, attrs[0], &attr.prefix, &attr.name) == SVG_NS_XML)
       attr.prefix = "xml"; // which nobody needs to declare
@@ -146,11 +145,10 @@ static void end_element(svg_parser *p, const char *name) {
   }
   finish_text(p);
   if (p->level < p->skip_level)
-    if (const svg_elem_def *row = ort_top<svg_pe_entry>(p->elem_stack).row;
-        row->end_hook != nullptr)
+    if (const svg_elem_def *row = ort_top<svg_pe_entry>(p->elem_stack).row; row->end_hook)
       row->end_hook(p);
   if (p->log_level >= 3) echo_end(p, prefix, local);
-  p->level--;
+  --p->level;
   if (p->level == p->skip_level - 1) {
     p->skip_level = SVG_NO_SKIP;
   } else if (p->level < p->skip_level) {
@@ -185,7 +183,7 @@ static void finish_text(svg_parser *p) {
 }
 
 static bool is_blank(const char *s, int len) {
-  for (int i = 0; i < len; i++)
+  for (int i = 0; i < len; ++i)
     if (!ort_isspace(s[i])) return false;
   return true;
 }
@@ -203,19 +201,19 @@ static void echo_start(svg_parser *p, const char *prefix, const char *local,
   echo_indent(p, 0);
   ort_logg(p->core, "<");
   echo_name(p, prefix, local);
-  for (const XML_Char **attr = attrs; *attr != nullptr; attr += 2) {
+  for (const XML_Char **attr = attrs; *attr; attr += 2) {
     svg_decomp_fullname(p, attr[0], &prefix, &local);
     ort_logg(p->core, " ");
     echo_name(p, prefix, local);
     ort_logg(p->core, "=\"%a\"", attr[1]);
   }
   svg_note(p, 5, "\n");
-  p->log_indent++;
+  ++p->log_indent;
   p->log_tag_open = 1;
 }
 
 static void echo_end(svg_parser *p, const char *prefix, const char *local) {
-  p->log_indent--;
+  --p->log_indent;
   if (p->log_tag_open) {
     if (p->log_level >= 5) {
       echo_line(p, 5);
@@ -239,7 +237,7 @@ static void echo_text(svg_parser *p, size_t piece) {
   echo_indent(p, 0);
   const char *run = ort_bs_text(p->chardata);
   const size_t length = ort_bs_length(p->chardata);
-  ort_logg(p->core, "%a\n", length <= echo_whole_run ? run : run + length - piece);
+  ort_logg(p->core, "%a\n", length <= ECHO_WHOLE_RUN ? run : run + length - piece);
 }
 
 static void close_open_tag(svg_parser *p) {
@@ -258,7 +256,7 @@ static void echo_line(svg_parser *p, int level) {
 // the square of the depth.
 static void echo_indent(svg_parser *p, int outer) {
   const int levels = p->log_indent - outer;
-  ort_logg(p->core, "%*s", 2 * (levels < deepest_indent ? levels : deepest_indent), "");
+  ort_logg(p->core, "%*s", 2 * (levels < DEEPEST_INDENT ? levels : DEEPEST_INDENT), "");
 }
 
 static void echo_name(svg_parser *p, const char *prefix, const char *local) {

@@ -14,14 +14,18 @@ static XML_Status feed(svg_parser *p, bool last);
 static void look_at_lines(svg_parser *p, size_t length);
 static size_t batch_size(const svg_parser *p);
 
-constexpr size_t most_gathered = 16 * SVG_BLOCK_SIZE;
-constexpr size_t most_of_a_token = size_t{1} << 28; // what Expat takes at a time is an int
+constexpr size_t MOST_GATHERED = 16 * SVG_BLOCK_SIZE;
+constexpr size_t MOST_OF_A_TOKEN = size_t{1} << 28; // what Expat takes at a time is an int
+
+namespace {
 
 // Expat hands no context to its allocator: this is set while Expat is at work.
 struct expat_work {
   svg_parser *parser;
   bool memory_was_short;
 };
+
+} // namespace
 static thread_local expat_work work;
 
 // Nothing is given when a callback has failed: Expat, which goes on to the end of a start tag,
@@ -63,7 +67,7 @@ void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
   p->expat_bytes = 0;
   with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
-  if (p->xml == nullptr) ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS");
+  if (!p->xml) ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS");
   // Else Expat asks the system for a number, for every pass.
   XML_SetHashSalt(p->xml, static_cast<unsigned long>(ort_get_secret(p->core)));
   p->gathered = p->batch = 0;
@@ -80,7 +84,7 @@ char *svg_expat_room(svg_parser *p, size_t *size) {
     with_core(p, [&] {
       p->room = static_cast<char *>(XML_GetBuffer(p->xml, static_cast<int>(p->batch)));
     });
-    if (p->room == nullptr) // more than an int can count
+    if (!p->room) // more than an int can count
       ort_error(p->core, ORT_E_NO_MEMORY);
   }
   *size = std::min(p->batch - p->gathered, static_cast<size_t>(p->block_size));
@@ -97,7 +101,7 @@ XML_Status svg_expat_flush(svg_parser *p) {
 }
 
 void svg_expat_delete(svg_parser *p) {
-  if (p->xml != nullptr) work_for(p, [=] { XML_ParserFree(p->xml); });
+  if (p->xml) work_for(p, [=] { XML_ParserFree(p->xml); });
   p->xml = nullptr;
 }
 
@@ -112,9 +116,9 @@ uint32_t svg_expat_line(svg_parser *p) {
   lines.end = event;
   const auto find = [end](const char *from, char c) {
     const void *found = memchr(from, c, static_cast<size_t>(end - from));
-    return found != nullptr ? static_cast<const char *>(found) : end;
+    return found ? static_cast<const char *>(found) : end;
   };
-  for (const char *s = find(begin, '\n'); s < end; s = find(s + 1, '\n')) lines.count++;
+  for (const char *s = find(begin, '\n'); s < end; s = find(s + 1, '\n')) ++lines.count;
   if (lines.returns)
     for (const char *s = find(begin, '\r'); s < end; s = find(s + 1, '\r'))
       lines.count += s + 1 == end || s[1] != '\n';
@@ -127,7 +131,7 @@ static XML_Status feed(svg_parser *p, bool last) {
   p->gathered = 0;
   look_at_lines(p, length);
   with_core(p, [&] { status = XML_ParseBuffer(p->xml, static_cast<int>(length), last); });
-  if (!last && p->recording != nullptr) svg_expat_line(p); // what Expat keeps is not counted
+  if (!last && p->recording) svg_expat_line(p); // what Expat keeps is not counted
   p->bytes_fed += static_cast<int64_t>(length);
   return status;
 }
@@ -144,12 +148,12 @@ static void look_at_lines(svg_parser *p, size_t length) {
 // reads an unfinished token anew with every batch. The log shows where batches end in texts.
 static size_t batch_size(const svg_parser *p) {
   const auto block = static_cast<size_t>(p->block_size);
-  const size_t most = p->block_size < SVG_BLOCK_SIZE ? block : most_gathered;
+  const size_t most = p->block_size < SVG_BLOCK_SIZE ? block : MOST_GATHERED;
   if (p->bytes_fed == 0 && p->input_size > 0 && p->input_size <= static_cast<int64_t>(most) &&
       p->log_level < 3)
     return static_cast<size_t>(p->input_size);
   const auto unfinished = static_cast<size_t>(p->bytes_fed - XML_GetCurrentByteIndex(p->xml));
   const size_t wanted = std::clamp(static_cast<size_t>(p->bytes_fed), block, most);
-  const size_t size = std::min(std::max(wanted, unfinished), most_of_a_token);
+  const size_t size = std::min(std::max(wanted, unfinished), MOST_OF_A_TOKEN);
   return p->bytes_fed == 0 ? block : size - size % block;
 }

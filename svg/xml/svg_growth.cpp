@@ -17,7 +17,7 @@ static void cb_entity(void *parser, const XML_Char *, int is_parameter, const XM
                       int length, const XML_Char *, const XML_Char *, const XML_Char *,
                       const XML_Char *) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (is_parameter || value == nullptr) return; // neither is ever put in
+  if (is_parameter || !value) return; // neither is ever put in
   const std::string_view text(value, static_cast<size_t>(length));
   if (text.find('&') == text.npos) return;
   svg_in_callback(p, [&] {
@@ -44,7 +44,7 @@ void svg_bound_growth(svg_parser *p) {
 void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
   uint64_t bytes = strlen(" xmlns:=''");
   for (const char *name : {prefix, uri}) {
-    const size_t length = name != nullptr ? strlen(name) : 0;
+    const size_t length = name ? strlen(name) : 0;
     if (length > ORT_LIMIT_NAMESPACE_NAME)
       raise_limit(p, "bytes in the name of a namespace", ORT_LIMIT_NAMESPACE_NAME);
     bytes += length;
@@ -57,8 +57,7 @@ void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
 void svg_count_defaults(svg_parser *p, const XML_Char **attrs) {
   constexpr uint64_t steps_per_byte = 16;
   uint64_t bytes = static_cast<uint64_t>(p->declared_attributes) / steps_per_byte;
-  for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs != nullptr; attrs++)
-    bytes += strlen(*attrs);
+  for (attrs += XML_GetSpecifiedAttributeCount(p->xml); *attrs; ++attrs) bytes += strlen(*attrs);
   count_growth(p, bytes);
 }
 
@@ -66,7 +65,7 @@ void svg_enter_element(svg_parser *p) {
   if (static_cast<uint32_t>(p->level) >= p->limits.depth)
     ort_error(p->core, ORT_E_LIMIT, "nested elements",
               ort_errprintf(p->core, "%d", static_cast<int>(p->limits.depth)));
-  p->level++;
+  ++p->level;
 }
 
 static void count_growth(svg_parser *p, uint64_t bytes) {

@@ -23,7 +23,7 @@
 
 namespace {
 
-// An event begins with a byte, its kind and above it the number of attributes, or `many`. Then come
+// An event begins with a byte, its kind and above it the number of attributes, or `MANY`. Then come
 // the number of lines since the event before, the number of many attributes, and with no gaps:
 enum class kind : uint8_t {
   start,           // name; of each attribute its name, and its value with a NUL
@@ -32,17 +32,19 @@ enum class kind : uint8_t {
   namespace_start, // prefix, name
   namespace_end,   // prefix
 };
-constexpr int kind_bits = 3;
-constexpr uint32_t many = 0xff >> kind_bits;
-constexpr size_t most_of_head = 1 + 5 + 5; // a number takes up to 5 bytes
+
+constexpr int KIND_BITS = 3;
+constexpr uint32_t MANY = 0xff >> KIND_BITS;
+constexpr size_t MOST_OF_HEAD = 1 + 5 + 5; // a number takes up to 5 bytes
 
 struct text_head {
   uint32_t length, pieces; // Expat tells a text in pieces, which only the log shows
 };
 
 // A name is a byte: the place where it may be known, and below it one of these.
-enum { name_first, name_second, name_new, name_null, name_bits = 2 };
-constexpr size_t places = 256 >> name_bits;
+enum { name_first, name_second, name_new, name_null, NAME_BITS = 2 };
+
+constexpr size_t PLACES = 256 >> NAME_BITS;
 
 struct chunk {
   chunk *next;
@@ -55,8 +57,8 @@ struct chunks {
   chunk *first, *last;
 };
 
-constexpr size_t smallest_chunk = 1 << 10;
-constexpr size_t largest_chunk = 1 << 16; // but for an event that needs more
+constexpr size_t SMALLEST_CHUNK = 1 << 10;
+constexpr size_t LARGEST_CHUNK = 1 << 16; // but for an event that needs more
 
 } // namespace
 
@@ -69,7 +71,7 @@ struct svg_recording {
   char *last_text;      // text_head of the last event, or null when it is no text
   size_t most_attributes;
   // Names recur. The last two of each place, of which the first was used later; or null.
-  const char *known[places][2];
+  const char *known[PLACES][2];
 
   // While it is played:
   bool playing;
@@ -120,7 +122,7 @@ bool svg_recording_play(svg_parser *p) {
   recording->sheets = svg_css_sheet_bytes(p);
   p->declared_attributes = 0; // what they add to start tags has been counted
   p->to_skip = 0;
-  for (chunks &events = recording->events; events.first != nullptr; remove_first(p, &events)) {
+  for (chunks &events = recording->events; events.first; remove_first(p, &events)) {
     const uint64_t needed = memory_to_play(p, events.first->used);
     const char *at = events.first->bytes();
     for (const char *end = at + events.first->used; at < end;) {
@@ -139,10 +141,10 @@ bool svg_recording_play(svg_parser *p) {
 
 void svg_recording_delete(svg_parser *p) {
   svg_recording *recording = p->recording;
-  if (recording == nullptr) return;
+  if (!recording) return;
   ort_withdraw_spare(p->core, &recording->spare);
   for (chunks *list : {&recording->events, &recording->names})
-    while (list->first != nullptr) remove_first(p, list);
+    while (list->first) remove_first(p, list);
   ort_free(p->core, recording->attributes);
   ort_free(p->core, recording);
   p->recording = nullptr;
@@ -166,12 +168,12 @@ static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs)
   auto *p = static_cast<svg_parser *>(parser);
   uint32_t count = 0;
   size_t size = 1;
-  for (; attrs[2 * count] != nullptr; count++) size += 1 + strlen(attrs[2 * count + 1]) + 1;
+  for (; attrs[2 * count]; ++count) size += 1 + strlen(attrs[2 * count + 1]) + 1;
   char *room = add_event(p, kind::start, count, size);
   room = put_name(p, room, name);
-  for (uint32_t i = 0; i < count; i++) {
+  for (uint32_t i = 0; i < count; ++i) {
     room = put_name(p, room, attrs[2 * i]);
-    if (room != nullptr) room = stpcpy(room, attrs[2 * i + 1]) + 1;
+    if (room) room = stpcpy(room, attrs[2 * i + 1]) + 1;
   }
   end_event(p, room);
   svg_cb_elem_start_css(parser, name, attrs);
@@ -198,7 +200,7 @@ static void cb_text(void *parser, const XML_Char *s, int length) {
 // Nobody sees the pieces of a text below log level 3.
 static bool continue_text(const svg_parser *p, const char *s, uint32_t length) {
   const svg_recording *recording = p->recording;
-  if (recording == nullptr || recording->last_text == nullptr || p->log_level >= 3) return false;
+  if (!recording || !recording->last_text || p->log_level >= 3) return false;
   chunk *last = recording->events.last;
   if (last->size - last->used < length) return false;
   text_head head;
@@ -228,57 +230,57 @@ static void record_names(svg_parser *p, kind what, std::initializer_list<const c
 // Where the event, of at most that size, goes on behind its head. Null: the recording is given up,
 // or memory is short.
 static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
-  if (p->recording == nullptr || p->callback_failed) return nullptr;
-  char *room = find_room(p, &p->recording->events, most_of_head + size);
-  if (room == nullptr) return nullptr;
+  if (!p->recording || p->callback_failed) return nullptr;
+  char *room = find_room(p, &p->recording->events, MOST_OF_HEAD + size);
+  if (!room) return nullptr;
   svg_recording *recording = p->recording;
   const auto line = svg_expat_line(p);
   recording->last_text = nullptr;
   recording->most_attributes = std::max<size_t>(recording->most_attributes, count);
-  *room++ = static_cast<char>(static_cast<uint32_t>(what) | std::min(count, many) << kind_bits);
+  *room++ = static_cast<char>(static_cast<uint32_t>(what) | std::min(count, MANY) << KIND_BITS);
   room = put_number(room, line - std::exchange(recording->line, line));
-  return count >= many ? put_number(room, count) : room;
+  return count >= MANY ? put_number(room, count) : room;
 }
 
 // Null: it was not recorded.
 static void end_event(svg_parser *p, const char *end) {
-  if (end == nullptr) return;
+  if (!end) return;
   chunk *last = p->recording->events.last;
   last->used = static_cast<size_t>(end - last->bytes());
 }
 
 // Null when room is null, and as in add_event.
 static char *put_name(svg_parser *p, char *room, const char *name) {
-  if (room == nullptr) return nullptr;
-  if (name == nullptr) return put<uint8_t>(room, name_null);
+  if (!room) return nullptr;
+  if (!name) return put<uint8_t>(room, name_null);
   const size_t length = strlen(name);
   uint64_t end = 0;
   if (length >= sizeof end)
     memcpy(&end, name + length - sizeof end, sizeof end);
   else
-    for (size_t i = 0; i < length; i++) end = end << 8 | static_cast<unsigned char>(name[i]);
-  const size_t place = (end * 0x9E3779B97F4A7C15) / (UINT64_MAX / places + 1);
+    for (size_t i = 0; i < length; ++i) end = end << 8 | static_cast<unsigned char>(name[i]);
+  const size_t place = (end * 0x9E3779B97F4A7C15) / (UINT64_MAX / PLACES + 1);
   auto &[first, second] = p->recording->known[place];
   int where = name_first;
-  if (first == nullptr || strcmp(first, name) != 0) {
+  if (!first || strcmp(first, name) != 0) {
     where = name_second;
     std::swap(first, second);
-    if (first == nullptr || strcmp(first, name) != 0) {
+    if (!first || strcmp(first, name) != 0) {
       where = name_new;
       char *kept = find_room(p, &p->recording->names, length + 1);
-      if (kept == nullptr) return nullptr;
+      if (!kept) return nullptr;
       first = strcpy(kept, name);
       p->recording->names.last->used += length + 1;
     }
   }
-  return put(room, static_cast<uint8_t>(place << name_bits | static_cast<size_t>(where)));
+  return put(room, static_cast<uint8_t>(place << NAME_BITS | static_cast<size_t>(where)));
 }
 
 // Room for so many bytes at the end of the list. Null: as in add_event.
 static char *find_room(svg_parser *p, chunks *list, size_t size) {
-  if (list->last == nullptr || list->last->size - list->last->used < size) {
+  if (!list->last || list->last->size - list->last->used < size) {
     svg_in_callback(p, [=] { add_chunk(p, list, size); });
-    if (p->callback_failed || p->recording == nullptr) return nullptr;
+    if (p->callback_failed || !p->recording) return nullptr;
   }
   return list->last->bytes() + list->last->used;
 }
@@ -286,7 +288,7 @@ static char *find_room(svg_parser *p, chunks *list, size_t size) {
 // Gives the recording up when it may not grow, or could not be played.
 static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
   svg_recording *recording = p->recording;
-  const size_t size = std::max(needed, std::clamp(recording->size, smallest_chunk, largest_chunk));
+  const size_t size = std::max(needed, std::clamp(recording->size, SMALLEST_CHUNK, LARGEST_CHUNK));
   if (recording->size + size > p->limits.recorded ||
       ort_memory_left(p->core) < memory_to_play(p, 0) + size) {
     svg_recording_delete(p);
@@ -294,7 +296,7 @@ static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
   }
   auto *added = static_cast<chunk *>(ort_malloc(p->core, sizeof(chunk) + size, "svg_recording"));
   *added = {nullptr, size, 0};
-  (list->last != nullptr ? list->last->next : list->first) = added;
+  (list->last ? list->last->next : list->first) = added;
   list->last = added;
   recording->size += size;
 }
@@ -331,15 +333,15 @@ template <class T> static T take(const char **at) {
 static const char *play(svg_parser *p, const char *at) {
   svg_recording *recording = p->recording;
   const auto first = take<uint8_t>(&at);
-  uint32_t count = first >> kind_bits;
+  uint32_t count = first >> KIND_BITS;
   p->played_line = recording->line += take_number(&at);
-  if (count == many) count = take_number(&at);
-  p->to_skip++;
-  switch (static_cast<kind>(first & ((1U << kind_bits) - 1))) {
+  if (count == MANY) count = take_number(&at);
+  ++p->to_skip;
+  switch (static_cast<kind>(first & ((1U << KIND_BITS) - 1))) {
   case kind::start: {
     const char *name = take_name(recording, &at);
     const char **attribute = recording->attributes;
-    for (uint32_t i = 0; i < count; i++) {
+    for (uint32_t i = 0; i < count; ++i) {
       *attribute++ = take_name(recording, &at);
       *attribute++ = at;
       at += strlen(at) + 1;
@@ -369,8 +371,8 @@ static const char *play(svg_parser *p, const char *at) {
 
 static const char *take_name(svg_recording *recording, const char **at) {
   const auto byte = take<uint8_t>(at);
-  auto &[first, second] = recording->known[byte >> name_bits];
-  switch (byte & ((1U << name_bits) - 1)) {
+  auto &[first, second] = recording->known[byte >> NAME_BITS];
+  switch (byte & ((1U << NAME_BITS) - 1)) {
   case name_null: return nullptr;
   case name_second: std::swap(first, second); break;
   case name_new:
@@ -397,11 +399,11 @@ static void drop(ort_spare *spare) {
     svg_recording_delete(p);
     return;
   }
-  if (recording->events.first == nullptr) return;
+  if (!recording->events.first) return;
   chunks rest = {recording->events.first->next, recording->events.last};
   recording->incomplete |= rest.first != nullptr;
   recording->events.first->next = nullptr;
-  while (rest.first != nullptr) remove_first(p, &rest);
+  while (rest.first) remove_first(p, &rest);
 }
 
 static void remove_first(svg_parser *p, chunks *list) {

@@ -17,20 +17,20 @@ void svg_savelem_open(svg_parser *p, int id) {
     return;
   }
   p->savelem_text = ort_bs_new(p->core);
-  if (!p->no_namespaces && p->xmlns_text == nullptr) p->xmlns_text = ort_bs_new(p->core);
+  if (!p->no_namespaces && !p->xmlns_text) p->xmlns_text = ort_bs_new(p->core);
   p->savelem = id;
 }
 
 // Declarations come before the start tag that they stand in.
 void svg_savelem_namespace(svg_parser *p, const char *prefix, const char *uri) {
-  if (p->savelem == SVG_NO_ELEMENT || p->xmlns_text == nullptr) return;
+  if (p->savelem == SVG_NO_ELEMENT || !p->xmlns_text) return;
   ort_bs_append_text(p->xmlns_text, " xmlns");
-  if (prefix != nullptr && *prefix != '\0') {
+  if (prefix && *prefix != '\0') {
     ort_bs_append_text(p->xmlns_text, ":");
     ort_bs_append_text(p->xmlns_text, prefix);
   }
   ort_bs_append_text(p->xmlns_text, "=\"");
-  ort_bs_append_text(p->xmlns_text, uri != nullptr ? uri : "");
+  ort_bs_append_text(p->xmlns_text, uri ? uri : "");
   ort_bs_append_text(p->xmlns_text, "\"");
 }
 
@@ -40,11 +40,11 @@ void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,
   close_start_tag(p, ">");
   ort_bs_append_byte(bs, '<');
   write_name(bs, prefix, local);
-  if (p->xmlns_text != nullptr) {
+  if (p->xmlns_text) {
     ort_bs_append(bs, ort_bs_text(p->xmlns_text), ort_bs_length(p->xmlns_text));
     ort_bs_clear(p->xmlns_text);
   }
-  for (; *attrs != nullptr; attrs += 2) {
+  for (; *attrs; attrs += 2) {
     const char *attr_prefix, *attr_local;
     svg_decomp_fullname(p, attrs[0], &attr_prefix, &attr_local);
     ort_bs_append_byte(bs, ' ');
@@ -65,10 +65,10 @@ void svg_savelem_end(svg_parser *p, int32_t type, const char *prefix, const char
   if (type == SVG_NS_SVG && svg_find_element(local) == p->savelem) {
     const char *text = ort_bs_text(p->savelem_text);
     size_t length = ort_bs_length(p->savelem_text);
-    if (length > 0 && text[0] == '\n') text++, length--;
-    if (length > 0 && text[length - 1] == '\n') length--;
+    if (length > 0 && text[0] == '\n') ++text, --length;
+    if (length > 0 && text[length - 1] == '\n') --length;
     char **result = result_of(p, p->savelem);
-    if (length > 0 && *result == nullptr) {
+    if (length > 0 && !*result) {
       *result = ort_strndup(p->core, text, length, "svg_savelem_end");
     }
     ort_bs_delete(p->savelem_text);

@@ -37,7 +37,7 @@ void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char 
 int32_t svg_css_split_itemlist(svg_parser *p, char *text) {
   for (char *s = skip_space(text); *s != '\0'; s = skip_space(s)) {
     char *name = s;
-    while (*s != '\0' && *s != '=' && !ort_isspace(*s)) s++;
+    while (*s != '\0' && *s != '=' && !ort_isspace(*s)) ++s;
     if (s == name) return warn_item(p, SVG_E_ATTRIBUTE_MISSING, nullptr, nullptr);
     char *name_end = s;
     ort_push<char *>(p->pi_items, name);
@@ -63,7 +63,7 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
   auto *p = static_cast<svg_parser *>(parser);
   if (!is_svg_or_style(name) && static_cast<uint32_t>(p->level) < p->limits.depth &&
       p->declared_attributes == 0) {
-    p->level++;
+    ++p->level;
     return;
   }
   svg_in_callback(p, [&] {
@@ -76,11 +76,11 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
       int32_t type = svg_css_style(p, name, attrs);
       ort_push<int32_t>(p->css_svg_stack, type == -1 ? outer : type);
     } else if (strcmp(local, "style") == 0) {
-      if (*attrs == nullptr) log_start_tag(p, name, nullptr);
+      if (!*attrs) log_start_tag(p, name, nullptr);
       int32_t type = svg_css_style(p, name, attrs);
       if (type == -1) type = ort_top<int32_t>(p->css_svg_stack);
       if (type != 1) return;
-      if (p->style_sheet == nullptr) p->style_sheet = ort_bs_new(p->core);
+      if (!p->style_sheet) p->style_sheet = ort_bs_new(p->core);
       svg_note(p, 3, "\tFetching internal style sheet...\n");
       p->in_style_elem = 1;
     }
@@ -89,7 +89,7 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
 
 void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
   auto *p = static_cast<svg_parser *>(parser);
-  p->level--;
+  --p->level;
   if (!is_svg_or_style(name)) return;
   svg_in_callback(p, [&] {
     const char *local;
@@ -109,15 +109,15 @@ void svg_cb_char_data_css(void *parser, const XML_Char *s, int len) {
 }
 
 int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs) {
-  while (*attrs != nullptr && strcmp(attrs[0], "type") != 0) attrs += 2;
-  if (*attrs == nullptr) return -1;
+  while (*attrs && strcmp(attrs[0], "type") != 0) attrs += 2;
+  if (!*attrs) return -1;
   log_start_tag(p, name, attrs);
   return strcmp(attrs[1], "text/css") == 0;
 }
 
 size_t svg_css_sheet_bytes(const svg_parser *p) {
-  size_t bytes = p->style_sheet != nullptr ? ort_bs_length(p->style_sheet) : 0;
-  for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); i++)
+  size_t bytes = p->style_sheet ? ort_bs_length(p->style_sheet) : 0;
+  for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); ++i)
     bytes += strlen(ort_item<svg_ext_sheet>(p->ext_style_sheets, i).text);
   return bytes;
 }
@@ -126,7 +126,7 @@ size_t svg_css_sheet_bytes(const svg_parser *p) {
 // here.
 static bool is_svg_or_style(const char *name) {
   const char *star = strrchr(name, '*');
-  const char *local = star != nullptr ? star + 1 : name;
+  const char *local = star ? star + 1 : name;
   return *local == 's' && (strcmp(local, "svg") == 0 || strcmp(local, "style") == 0);
 }
 
@@ -146,7 +146,7 @@ static void read_external_sheet(svg_parser *p) {
     if (strcmp(name, "type") == 0 && strcmp(value, "text/css") == 0) css = true;
     if (strcmp(name, "href") == 0) href = value;
   }
-  if (!css || href == nullptr) return;
+  if (!css || !href) return;
   if (ort_vtr_count(p->ext_style_sheets) >= ORT_LIMIT_IMPORTS) {
     ort_warning(p->core, ORT_E_LIMIT, "external style sheets",
                 ort_errprintf(p->core, "%d", ORT_LIMIT_IMPORTS));
@@ -155,7 +155,7 @@ static void read_external_sheet(svg_parser *p) {
   auto *sheet = static_cast<svg_ext_sheet *>(ort_vtr_push(p->ext_style_sheets));
   sheet->href = ort_strdup(p->core, href);
   sheet->text = css_read_external_stylesheet(p->core, href, p->css_context_, p->log_level);
-  if (sheet->text == nullptr) ort_vtr_pop(p->ext_style_sheets);
+  if (!sheet->text) ort_vtr_pop(p->ext_style_sheets);
 }
 
 static int32_t warn_item(svg_parser *p, int code, const char *name, const char *token) {
@@ -166,7 +166,7 @@ static int32_t warn_item(svg_parser *p, int code, const char *name, const char *
 }
 
 static char *skip_space(char *s) {
-  while (ort_isspace(*s)) s++;
+  while (ort_isspace(*s)) ++s;
   return s;
 }
 
@@ -179,7 +179,7 @@ static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type
   ort_logg(p->core, "<");
   if (*prefix != '\0') ort_logg(p->core, "%a:", prefix);
   ort_logg(p->core, "%a", local);
-  if (type != nullptr) ort_logg(p->core, " %a=\"%a\" ...", type[0], type[1]);
+  if (type) ort_logg(p->core, " %a=\"%a\" ...", type[0], type[1]);
   ort_logg(p->core, ">\n");
 }
 

@@ -32,38 +32,38 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 // document.
 constexpr ort_keyword svg_xp_encodings[] = {
     {"UTF-8", 1}, {"ISO-8859-1", 2}, {"US-ASCII", 3}, {"UTF-16", 4}, {nullptr, 0}};
-constexpr int32_t last_encoding = 4;
+constexpr int32_t LAST_ENCODING = 4;
 
-constexpr char css_banner[] = "\n------------------------- CSS rules --------------------------\n";
-constexpr char main_banner[] = "\n------------------------- SVG file ---------------------------\n";
-constexpr char main_end[] = "--------------------------------------------------------------\n";
+constexpr char CSS_BANNER[] = "\n------------------------- CSS rules --------------------------\n";
+constexpr char MAIN_BANNER[] = "\n------------------------- SVG file ---------------------------\n";
+constexpr char MAIN_END[] = "--------------------------------------------------------------\n";
 
 void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
                    int32_t *encoding) {
-  const char *banner = css_pass ? css_banner : main_banner;
-  if (!css_pass && p->recording != nullptr) {
+  const char *banner = css_pass ? CSS_BANNER : MAIN_BANNER;
+  if (!css_pass && p->recording) {
     log_line(p, std::exchange(banner, nullptr));
     if (svg_recording_play(p)) {
-      log_line(p, main_end);
+      log_line(p, MAIN_END);
       return;
     }
   }
-  p->input_size = *gz != nullptr ? -1 : ort_fsize(file);
+  p->input_size = *gz ? -1 : ort_fsize(file);
   bool first_block = true;
   bool namespace_restart = false;
   for (int32_t enc = *encoding;;) {
     create_expat(p, css_pass, enc);
     const int code = run_expat(p, file, *gz, banner, &first_block);
-    if (!css_pass) log_line(p, main_end);
-    banner = css_pass ? css_banner : main_banner;
+    if (!css_pass) log_line(p, MAIN_END);
+    banner = css_pass ? CSS_BANNER : MAIN_BANNER;
     if (code == XML_ERROR_NONE) {
       *encoding = enc;
       break;
     }
-    if (code == XML_ERROR_INCORRECT_ENCODING && enc < last_encoding) {
+    if (code == XML_ERROR_INCORRECT_ENCODING && enc < LAST_ENCODING) {
       ort_warning(p->core, -1);
       restart(p, file, gz, css_pass);
-      enc++;
+      ++enc;
       svg_note(p, 3, "\tNew parsing with encoding %a\n", ort_get_keyword(enc, svg_xp_encodings));
     } else if (is_namespace_error(code) && !namespace_restart) {
       namespace_restart = true;
@@ -127,7 +127,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *bann
     } else {
       if (*first_block) check_looks_like_xml(p, block, length);
       *first_block = false;
-      if (banner != nullptr) log_line(p, std::exchange(banner, nullptr));
+      if (banner) log_line(p, std::exchange(banner, nullptr));
       status = svg_expat_take(p, static_cast<size_t>(length), last);
     }
     if (status == XML_STATUS_OK) continue;
@@ -145,15 +145,15 @@ static void log_line(svg_parser *p, const char *line) { svg_note(p, 3, "%s", lin
 
 // The number of bytes read, less than a block at the end; -1: reading failed.
 static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last) {
-  const int64_t length = gz != nullptr ? ort_gzread(gz, block, size)
-                                       : static_cast<int64_t>(ort_fread(block, 1, size, file));
+  const int64_t length =
+      gz ? ort_gzread(gz, block, size) : static_cast<int64_t>(ort_fread(block, 1, size, file));
   const bool is_short = length < static_cast<int64_t>(size);
-  *last = gz != nullptr ? is_short : ort_feof(file) != 0;
+  *last = gz ? is_short : ort_feof(file) != 0;
   return is_short && !*last ? -1 : length;
 }
 
 static void raise_read_error(svg_parser *p, ort_gz *gz) {
-  if (gz == nullptr) ort_error(p->core, ORT_E_READ, p->filename);
+  if (!gz) ort_error(p->core, ORT_E_READ, p->filename);
   char byte;
   ort_gzread(gz, &byte, 1); // fails as before; the pending error may be another by now
   ort_rethrow(p->core);
@@ -168,7 +168,7 @@ static void check_looks_like_xml(svg_parser *p, const char *block, int64_t lengt
     s += 3;
   else if (length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0))
     s += 2;
-  while (s < end && ort_isspace(*s)) s++;
+  while (s < end && ort_isspace(*s)) ++s;
   if (s == end || *s != '<') ort_error(p->core, SVG_E_NOT_SVG, p->filename);
 }
 
@@ -196,7 +196,7 @@ static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass
 void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
   svg_expat_delete(p);
   if (ort_fseek(file, 0, 0) != 0) ort_error(p->core, ORT_E_READ, p->filename);
-  if (*gz != nullptr) {
+  if (*gz) {
     ort_gzclose(*gz);
     *gz = nullptr; // in case the next line raises
     *gz = ort_gzopen(file);
@@ -205,7 +205,7 @@ void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
 
 int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info) {
   auto *p = static_cast<svg_parser *>(data);
-  if (name == nullptr || strlen(name) < 9 || ort_strincmp_a(name, "ISO", 3) != 0) return 0;
+  if (!name || strlen(name) < 9 || ort_strincmp_a(name, "ISO", 3) != 0) return 0;
   const char *part = name + (name[3] == '-' ? 4 : 3);
   if (strncmp(part, "8859", 4) != 0) return 0;
   part += part[4] == '-' ? 5 : 4;
@@ -216,7 +216,7 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
     int32_t number = 0;
     if (ort_get_encoding(p->core, host_name, &number, 0) < 0) return;
     const uint16_t *codes = ort_get_encoding_vector(p->core, number);
-    for (int i = 0; i < 256; i++) info->map[i] = codes[i];
+    for (int i = 0; i < 256; ++i) info->map[i] = codes[i];
     info->data = p;
     info->convert = nullptr;
     info->release = nullptr;

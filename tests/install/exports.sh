@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# The shared library exports the functions that the public headers declare, and nothing else.
-# usage: exports.sh LIBRARY HEADER...
+# The shared library exports the functions that the public headers declare, and nothing else; all that
+# the static library defines carries a prefix of its rooms.
+# usage: exports.sh SHARED STATIC HEADER...
 set -euo pipefail
 library=$1
-shift
+archive=$2
+shift 2
 
 declared() { # without comments, on one line
   cat "$@" | "${CC:-cc}" -w -fpreprocessed -E -P -x c - | tr '\n' ' ' |
@@ -12,3 +14,7 @@ declared() { # without comments, on one line
 exported() { nm -D --defined-only "$library" | sed 's/.* //; s/@.*//' | sort; }
 
 diff --label declared --label exported -u0 <(declared "$@") <(exported)
+
+strangers=$(nm -gC --defined-only "$archive" | sed -nE 's/^[0-9a-f]{16} . //p' |
+  grep -vE '^([^(]* )?(ort|css|svg|spp)_|^std::|^DW\.ref\.' || true)
+[[ -z $strangers ]] || { echo "without a prefix: $strangers"; exit 1; }

@@ -105,7 +105,7 @@ TEST(Color, ByteValuesAsFractions) {
 128.9 -> 0.500000 | 129 -> 0.505859 | 254 -> 0.994141 | 255 -> 1.000000 | 1e308 -> 1.000000)",
                [](const std::string &value) {
                  double out = -1;
-                 get_rgb_color_comps(&out, std::stod(value));
+                 svg_get_rgb_color_comps(&out, std::stod(value));
                  return std::to_string(out);
                });
 }
