@@ -16,5 +16,5 @@ exported() { nm -D --defined-only "$library" | sed 's/.* //; s/@.*//' | sort; }
 diff --label declared --label exported -u0 <(declared "$@") <(exported)
 
 strangers=$(nm -gC --defined-only "$archive" | sed -nE 's/^[0-9a-f]{16} . //p' |
-  grep -vE '^([^(]* )?(ort|css|svg|spp)_|^std::|^DW\.ref\.' || true)
+  grep -viE '^([^(]* )?(ort|css|svg|spp)_|^std::|^DW\.ref\.' || true)
 [[ -z $strangers ]] || { echo "without a prefix: $strangers"; exit 1; }
