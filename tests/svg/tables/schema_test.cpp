@@ -34,29 +34,26 @@ style -> none | -> none | fil -> none | font-famil\xC3\xBF -> none)",
     if (svg_is_property(row)) EXPECT_EQ(svg_find_prop(svg_attr_table[row].name), row);
 }
 
-// Rows as they are written and in CSS mode, where letter case does not count.
+// As written and in CSS mode, where letter case does not count.
 TEST(Schema, AttributesAreFoundInTheListOfTheirElement) {
   const auto find = [](int css_mode, const char *name, const svg_elem_def &element) {
     svg_parser parser = {};
     parser.css_mode = css_mode;
-    const auto id = static_cast<int>(&element - svg_elem_table);
-    const int index = svg_find_esa(&parser, name, id);
-    return index < 0 ? -1 : element.esa_list[index].attr;
+    const int index = svg_find_esa(&parser, name, static_cast<int>(&element - svg_elem_table));
+    return index < 0 ? "none" : element.esa_list[index].name;
   };
   for (const svg_elem_def &element : svg_elem_table)
     for (int i = 0; i < element.esa_count; ++i)
-      EXPECT_EQ(find(0, element.esa_list[i].name, element), element.esa_list[i].attr);
+      EXPECT_STREQ(find(0, element.esa_list[i].name, element), element.esa_list[i].name);
   expect_cases(R"(
-mask x -> 126 126 | line x -> -1 -1 | rect xml:id -> 81 81 | rect XML:ID -> -1 -1
-rect Width -> -1 121 | title fill -> -1 -1)",
+line x -> none none | rect xml:id -> id id | rect XML:ID -> none none | rect Width -> none width
+title fill -> none none)",
                [&](const std::string &input) {
                  const size_t blank = input.find(' ');
-                 const int id = svg_find_element(input.substr(0, blank).c_str());
-                 std::string rows;
-                 for (const int css_mode : {0, 1})
-                   rows +=
-                       std::to_string(find(css_mode, &input[blank + 1], svg_elem_table[id])) + ' ';
-                 return rows;
+                 const svg_elem_def &element =
+                     svg_elem_table[svg_find_element(input.substr(0, blank).c_str())];
+                 return find(0, &input[blank + 1], element) + std::string(" ") +
+                        find(1, &input[blank + 1], element);
                });
 }
 

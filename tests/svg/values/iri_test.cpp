@@ -7,7 +7,7 @@
 constexpr const char *OPEN =
     "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>";
 
-// The value of an attribute of an element that comes behind the targets g1, "g1'" and "a b"; or the
+// The value of an attribute of an element that comes after the targets g1, "g1'" and "a b"; or the
 // message.
 static std::string read(const std::string &attribute, const std::string &text) {
   const Document document(std::string(OPEN) +
@@ -106,15 +106,6 @@ style='fill:url(data:)' -> 10002 attribute 'style', property 'fill': incomplete 
   EXPECT_EQ(document.values(document.find("u"), "fill") +
                 document.values(document.find("u"), "stroke"),
             "-#ff0000");
-}
-
-TEST(Iri, DroppedValueTakesItsLinkAlong) {
-  const Document document(std::string(OPEN) +
-                          "<style>use { fill: url(#g) none }</style><use stroke='url(#g) none'/>"
-                          "<use id='u' mask='url(#g)'/><mask id='g'/></svg>");
-  EXPECT_EQ(document.values(document.find("u"), "mask"), "#g");
-  EXPECT_EQ(svg_get_unresolved_count(document.parser), 0U);
-  EXPECT_EQ(svg_get_unresolved(document.parser, 0, nullptr, nullptr), nullptr);
 }
 
 TEST(Iri, EqualIrisReferToTheSame) {
