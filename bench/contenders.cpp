@@ -130,7 +130,7 @@ const Contender contenders[CONTENDERS] = {{"Expat, one pass", read_expat<1>},
 
 Memory measure_memory(const Documents &documents) {
   malloc_trim(0);
-  std::ofstream("/proc/self/clear_refs") << "5"; // the peak starts anew
+  std::ofstream("/proc/self/clear_refs") << "5"; // the peak starts over
   const double before = allocated(), resident = process_memory("VmRSS:");
   ort_core *core = new_core();
   const double empty = allocated(); // a host has one core

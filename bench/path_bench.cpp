@@ -15,7 +15,7 @@ struct Style {
   const char *commands;
   int range;    // coordinates are below this
   int digits;   // of the fraction
-  int run;      // most operand groups behind one command
+  int run;      // most operand groups after one command
   bool compact; // no separator that can be left out
 };
 

@@ -344,7 +344,7 @@ enum {
 typedef struct svg_iri {
   int16_t kind;     /**< SVG_IRI_* */
   int16_t mime;     /**< SVG_MIME_* */
-  int32_t fallback; /**< color behind a paint's IRI, 0x00RRGGBB, or -1 */
+  int32_t fallback; /**< color after a paint's IRI, 0x00RRGGBB, or -1 */
   /** What it refers to. */
   union {
     svg_e_node *target; /**< SVG_IRI_LINK: the element, or null when no element has the id */

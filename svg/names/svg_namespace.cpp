@@ -1,8 +1,8 @@
 // svg_namespace.cpp: namespace declarations in scope, and the splitting of Expat's names.
 //
 // Expat reports a name as namespace, "*" and local name. Names without a namespace count as SVG.
-// The main pass pushes and pops what Expat tells of; both passes split names. Raises for lack of
-// memory.
+// The main pass pushes and pops the declarations that Expat reports; both passes split names.
+// Raises for lack of memory.
 #include "svg/names/svg_namespace.h"
 
 #include <cstring>

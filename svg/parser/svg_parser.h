@@ -248,7 +248,7 @@ struct svg_viewport {
   double viewbox_width = 0, viewbox_height = 0;
 };
 
-// Begins anew when the pass is restarted.
+// Starts over when the pass is restarted.
 struct svg_main_pass : svg_namespaces,
                        svg_content,
                        svg_capture,

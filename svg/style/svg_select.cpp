@@ -151,8 +151,8 @@ static int16_t svg_css_cb_get_elem_nid(void *, const char *name) {
   return static_cast<int16_t>(svg_find_element(name));
 }
 
-// An incomplete "data:" IRI, which elsewhere ends the parse, only makes the declaration void. All
-// else that is raised here is not the value's fault and goes on.
+// An incomplete "data:" IRI, which elsewhere ends the parse, only makes the declaration void.
+// Whatever else is raised here is not the value's fault and is passed on.
 static void *svg_css_cb_get_prop(void *user, const char *name, const char *value, bool important) {
   auto *p = static_cast<svg_parser *>(user);
   int32_t row = svg_find_prop(name);

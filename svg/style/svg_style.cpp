@@ -35,7 +35,7 @@ void svg_parse_style(svg_parser *p, const char *text) {
   p->source = source;
 }
 
-// White space and comments. A comment without end goes on to the end of the text.
+// White space and comments. An unterminated comment runs to the end of the text.
 static const char *skip_space(const char *s) {
   for (;;) {
     while (ort_isspace(*s)) ++s;

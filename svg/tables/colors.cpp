@@ -92,8 +92,8 @@ constexpr ort_keyword svg_colortype_keylist[] = {
 };
 // clang-format on
 
-// Ascending without doubles and without an empty row at the end, names in lower case, colors of 24
-// bits.
+// Ascending, without duplicates and without an empty row at the end, names in lower case, colors of
+// 24 bits.
 template <int Count> constexpr bool is_sound(const svg_rgb_entry (&table)[Count]) {
   std::string_view previous;
   for (const svg_rgb_entry &entry : table) {

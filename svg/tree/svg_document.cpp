@@ -20,7 +20,7 @@ static void delete_attribute_values(ort_core *core, ort_vtr *values);
 
 enum : unsigned {
   AT_ONCE = 1, // svg_make_work_space makes it, else whoever needs it first
-  READING = 2, // of no use after reading
+  READING = 2, // useless after reading
 };
 
 static void release_namespace(ort_core *core, void *item) {
@@ -56,8 +56,8 @@ constexpr size_t LONGEST_LIST = [] {
   return longest;
 }();
 
-// Making, restarting and deleting go over these lists. Apart from them stand, as their order
-// matters, the tree, the CSS engine and the value that is being made.
+// Making, restarting and deleting go over these lists. The tree, the CSS engine and the value being
+// made stand apart, because their order matters.
 template <class Visit> static void visit_sheet_pass(svg_sheet_pass *p, Visit visit) {
   visit(p->style_sheet, 0);
   visit(p->css_svg_stack, AT_ONCE | READING, ITEMS<int32_t>, 4);

@@ -11,8 +11,8 @@ void svg_delete_document(svg_parser *p);   // everything
 // Before a main pass: parses the gathered style sheets and makes the root.
 void svg_prepare_document(svg_parser *p);
 
-// What a pass made goes, so that the pass can be restarted.
+// Drop what a pass made, so that the pass can be restarted.
 void svg_restart_sheets(svg_parser *p);
-void svg_restart_document(svg_parser *p); // prepares it anew, too
+void svg_restart_document(svg_parser *p); // and prepares it again
 
 #endif

@@ -78,8 +78,8 @@ void svg_end_text(svg_parser *p) {
   --p->text_depth;
 }
 
-// x and y act as a translation behind the element's transform (SVG 1.1, 5.6); their units are not
-// looked at.
+// x and y are a translation appended to the element's transform (SVG 1.1, 5.6); their units are
+// ignored.
 void svg_beg_use(svg_parser *p, svg_e_node *node) {
   const double x = slot_number(p, node, SVG_ATTR_x).value;
   const double y = slot_number(p, node, SVG_ATTR_y).value;
@@ -137,7 +137,7 @@ double svg_unit2pt(int unit, double value) {
   }
 }
 
-// Those who refer to the element get their own marks in svg_set_elem_flag.
+// Elements that refer to this one get their own marks in svg_set_elem_flag.
 static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags) {
   svg_note(p, 6, "\t\t\t[%s %p needs bbox]\n", svg_elem_name(node->head.id),
            static_cast<void *>(node));
@@ -203,7 +203,7 @@ static void add_translation(svg_parser *p, const svg_e_node *node, double x, dou
   ort_setbit(p->attrs_set, static_cast<size_t>(index));
 }
 
-// Infinite numbers can make a product that is no number; the transform then stays as it is.
+// Infinite numbers can make the product NaN; the transform then stays as it is.
 static void translate(svg_parser *p, const svg_e_node *node, svg_an_trafo *trafo, double x,
                       double y) {
   const bool both = trafo->type == SVG_TRAFO_TRANSLATE_XY;

@@ -33,7 +33,7 @@ namespace {
 // Hosts know the layout of an element, which has no field for this.
 struct element_block {
   svg_e_node node;
-  svg_e_node *parent; // null of the outermost
+  svg_e_node *parent; // null for the outermost
 };
 
 } // namespace
@@ -193,7 +193,7 @@ static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *va
     svg_set_elem_flag(p, node, iri->ref.target);
 }
 
-// The text stands behind the node, in its block.
+// The text follows the node, in its block.
 void svg_add_t_node(svg_parser *p) {
   count_node(p);
   const bool skipped = p->level >= p->skip_level;

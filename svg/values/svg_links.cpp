@@ -1,9 +1,9 @@
 // svg_links.cpp: ids and names, and the links that wait for elements still to come.
 //
 // Ids are registered and links made while values are parsed; svg_add_e_node and the end of the
-// parse resolve them. Hosts ask for names and elements. An index by name stands beside the vectors,
-// so that every step takes constant time: it leads to the element that bears the name, and to the
-// slot, counted from 1, of the last link that waits for it. Raises for lack of memory.
+// parse resolve them. Hosts ask for names and elements. An index by name makes every step take
+// constant time: it leads to the element that bears the name, and to the slot, counted from 1, of
+// the last link that waits for it. Raises for lack of memory.
 #include "svg/values/svg_links.h"
 
 #include "svg/names/svg_index.h"

@@ -22,7 +22,7 @@ static bool at_item(const svg_parser *p) { return p->tok_type != SVG_TOK_END; }
 static bool at_keyword(const svg_parser *p) { return p->tok_type == SVG_TOK_KEYWORD; }
 
 // Reads tokens while more says that the current one begins an item, hands each to item with its
-// index, and skips one comma behind each. Returns the number of items.
+// index, and skips one comma after each. Returns the number of items.
 template <class Item>
 static int32_t for_each_item(svg_parser *p, bool (*more)(const svg_parser *p), Item item) {
   int32_t count = 0;

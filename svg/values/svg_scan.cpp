@@ -79,7 +79,7 @@ int svg_get_token(svg_parser *p) {
   }
 }
 
-// Makes the text from begin to end the current token, and goes on behind it. The last token of a
+// Makes the text from begin to end the current token, and goes on after it. The last token of a
 // value ends where the value does and needs no copy.
 static int set_token(svg_parser *p, int type, const char *begin, const char *end) {
   if (*end == '\0') {

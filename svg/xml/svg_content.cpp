@@ -252,7 +252,7 @@ static void echo_line(svg_parser *p, int level) {
   if (p->log_level >= level) ort_logg(p->core, "[%02ld]", svg_xml_line(p));
 }
 
-// Blanks for the nesting, or outer levels less. Deeper ones get no more: the log would grow with
+// Blanks for the nesting, or outer levels less. Deeper ones get no more, or the log would grow with
 // the square of the depth.
 static void echo_indent(svg_parser *p, int outer) {
   const int levels = p->log_indent - outer;

@@ -2,9 +2,9 @@
 //
 // Expat's blocks come from the core, so that the host's budget and statistics count them: one
 // attribute of a hundred megabytes is held by Expat long before a value is made of it. Expat wants
-// null for lack of memory, never a jump. And Expat reads an unfinished token anew each time it is
-// called, so that blocks are gathered: more of them as the document goes on, and as many of a long
-// token as it has already.
+// null for lack of memory, never a jump. And Expat rereads an unfinished token each time it is
+// called, so blocks are gathered: more of them as the document goes on, and of a long token as much
+// again as Expat already holds.
 #include "svg/xml/svg_expat.h"
 
 #include <algorithm>
@@ -28,8 +28,8 @@ struct expat_work {
 } // namespace
 static thread_local expat_work work;
 
-// Nothing is given when a callback has failed: Expat, which goes on to the end of a start tag,
-// stops there.
+// Refuse memory after a failed callback, so that Expat stops: it would go on to the end of the
+// start tag.
 static void *expat_realloc(void *memory, size_t size) {
   svg_parser *p = work.parser;
   if (p->callback_failed) return nullptr;
@@ -56,7 +56,7 @@ template <class Call> static bool work_for(svg_parser *p, Call call) {
   return memory_was_short;
 }
 
-// Raises what a callback raised, and when memory was short, also where Expat could do without.
+// Raises what a callback raised, and lack of memory even where Expat managed without.
 template <class Call> static void with_core(svg_parser *p, Call call) {
   const bool memory_was_short = work_for(p, call);
   if (p->callback_failed) ort_rethrow(p->core);
@@ -68,7 +68,7 @@ void svg_expat_create(svg_parser *p, const char *encoding) {
   p->expat_bytes = 0;
   with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
   if (!p->xml) ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS");
-  // Else Expat asks the system for a number, for every pass.
+  // Without a salt, Expat would call getrandom() in every pass.
   XML_SetHashSalt(p->xml, static_cast<unsigned long>(ort_get_secret(p->core)));
   p->gathered = p->batch = 0;
   p->bytes_fed = 0;
@@ -105,7 +105,7 @@ void svg_expat_delete(svg_parser *p) {
   p->xml = nullptr;
 }
 
-// Expat counts lines byte by byte, and has a call for it that is slow for many short events.
+// Expat counts lines byte by byte, in a call that is slow for many short events.
 uint32_t svg_expat_line(svg_parser *p) {
   svg_lines &lines = p->lines;
   if (lines.wide) return static_cast<uint32_t>(XML_GetCurrentLineNumber(p->xml));
@@ -136,16 +136,16 @@ static XML_Status feed(svg_parser *p, bool last) {
   return status;
 }
 
-// Two-byte characters are left to Expat. A carriage return ends a line, with a line feed behind it
-// or without.
+// Two-byte characters are left to Expat. A carriage return ends a line, with or without a line feed
+// after it.
 static void look_at_lines(svg_parser *p, size_t length) {
   const auto is_wide = [](char c) { return c == '\0' || c == '\xFE' || c == '\xFF'; };
   if (p->bytes_fed == 0 && length > 1) p->lines.wide |= is_wide(p->room[0]) || is_wide(p->room[1]);
   p->lines.returns |= memchr(p->room, '\r', length) != nullptr;
 }
 
-// A small drawing is handed over at once. Else the first block is handed over as it comes. Expat
-// reads an unfinished token anew with every batch. The log shows where batches end in texts.
+// A small drawing is handed over at once; of a larger one, the first block as it comes. Expat
+// rereads an unfinished token with every batch. The log shows where batches end in texts.
 static size_t batch_size(const svg_parser *p) {
   const auto block = static_cast<size_t>(p->block_size);
   const size_t most = p->block_size < SVG_BLOCK_SIZE ? block : MOST_GATHERED;

@@ -1,7 +1,7 @@
 // svg_growth.cpp: bounds for what a few bytes of a document can make Expat do again and again.
 //
 // An entity that names another makes Expat recurse, default attributes and default declarations of
-// namespaces come anew with each start tag, and the name of a namespace with each attribute that
+// namespaces come again with each start tag, and the name of a namespace with each attribute that
 // has its prefix. svg_xml.cpp and the start tags of both passes call this. Raises ORT_E_LIMIT.
 #include "svg/xml/svg_growth.h"
 
@@ -17,7 +17,7 @@ static void cb_entity(void *parser, const XML_Char *, int is_parameter, const XM
                       int length, const XML_Char *, const XML_Char *, const XML_Char *,
                       const XML_Char *) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (is_parameter || !value) return; // neither is ever put in
+  if (is_parameter || !value) return; // neither is ever expanded
   const std::string_view text(value, static_cast<size_t>(length));
   if (text.find('&') == text.npos) return;
   svg_in_callback(p, [&] {
@@ -49,7 +49,7 @@ void svg_check_namespace(svg_parser *p, const char *prefix, const char *uri) {
       raise_limit(p, "bytes in the name of a namespace", ORT_LIMIT_NAMESPACE_NAME);
     bytes += length;
   }
-  // Nothing tells a declaration that came by default from one that was written.
+  // A declaration that came by default looks like one that was written.
   if (p->declared_attributes > 0) count_growth(p, bytes);
 }
 

@@ -1,6 +1,6 @@
-// svg_recording.cpp: what Expat told in the style-sheet pass, kept for the main pass.
+// svg_recording.cpp: the events of the style-sheet pass, kept for the main pass.
 //
-// Expat needs most of the time that a drawing takes. So each event of the style-sheet pass is
+// Expat takes most of the time of a drawing. So each event of the style-sheet pass is
 // recorded here on its way to the callbacks of svg_sheets.cpp, and later played to the callbacks of
 // the main pass, which see no difference. Raises for lack of memory, and again what a callback
 // raised.
@@ -38,7 +38,7 @@ constexpr uint32_t MANY = 0xff >> KIND_BITS;
 constexpr size_t MOST_OF_HEAD = 1 + 5 + 5; // a number takes up to 5 bytes
 
 struct text_head {
-  uint32_t length, pieces; // Expat tells a text in pieces, which only the log shows
+  uint32_t length, pieces; // Expat delivers a text in pieces, which only the log shows
 };
 
 // A name is a byte: the place where it may be known, and below it one of these.
@@ -52,7 +52,7 @@ struct chunk {
   char *bytes() { return reinterpret_cast<char *>(this + 1); }
 };
 
-// One behind the other.
+// A queue.
 struct chunks {
   chunk *first, *last;
 };
@@ -70,7 +70,7 @@ struct svg_recording {
   uint32_t line;        // of the last event recorded or played
   char *last_text;      // text_head of the last event, or null when it is no text
   size_t most_attributes;
-  // Names recur. The last two of each place, of which the first was used later; or null.
+  // Names recur: a two-way cache, most recently used first; null where there is none.
   const char *known[PLACES][2];
 
   // While it is played:
@@ -227,7 +227,7 @@ static void record_names(svg_parser *p, kind what, std::initializer_list<const c
   end_event(p, room);
 }
 
-// Where the event, of at most that size, goes on behind its head. Null: the recording is given up,
+// Where the event, of at most that size, goes on after its head. Null: the recording was given up,
 // or memory is short.
 static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
   if (!p->recording || p->callback_failed) return nullptr;
@@ -302,8 +302,8 @@ static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
 }
 
 // What must be left of the budget before any event of a chunk with that many bytes is played, so
-// that the event has all memory it may take, and Expat has its own if it must read from here on. An
-// event takes a multiple of its text and of the sheets, and lets growing containers double.
+// that the event gets all the memory it may take, and Expat its own if it must read from here on.
+// An event takes a multiple of its text and of the sheets, and lets growing containers double.
 static uint64_t memory_to_play(const svg_parser *p, size_t size) {
   constexpr uint64_t times = 64;
   constexpr uint64_t always = 1 << 16;

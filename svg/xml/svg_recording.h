@@ -4,7 +4,7 @@
 
 #include "svg/parser/svg_parser.h"
 
-void svg_recording_begin(svg_parser *p); // sets Expat's handlers; what was recorded goes
+void svg_recording_begin(svg_parser *p); // sets Expat's handlers; drops what was recorded
 // Once, unless p->recording is null. False: it was given up, and Expat's first p->to_skip callbacks
 // have been made.
 bool svg_recording_play(svg_parser *p);

@@ -21,7 +21,7 @@ void svg_savelem_open(svg_parser *p, int id) {
   p->savelem = id;
 }
 
-// Declarations come before the start tag that they stand in.
+// Expat reports declarations before the start tag that holds them.
 void svg_savelem_namespace(svg_parser *p, const char *prefix, const char *uri) {
   if (p->savelem == SVG_NO_ELEMENT || !p->xmlns_text) return;
   ort_bs_append_text(p->xmlns_text, " xmlns");

@@ -122,8 +122,7 @@ size_t svg_css_sheet_bytes(const svg_parser *p) {
   return bytes;
 }
 
-// Local names of other namespaces included: a cheap look at names that nearly always mean nothing
-// here.
+// A cheap first look, local names of other namespaces included: most names mean nothing here.
 static bool is_svg_or_style(const char *name) {
   const char *star = strrchr(name, '*');
   const char *local = star ? star + 1 : name;
@@ -170,7 +169,7 @@ static char *skip_space(char *s) {
   return s;
 }
 
-// type: the attribute that tells the style type, or null for a tag without attributes.
+// type: the attribute that holds the style type, or null for a tag without attributes.
 static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type) {
   log_line(p);
   if (p->log_level < 3) return;

@@ -1,9 +1,9 @@
 // svg_xml.cpp: one pass over the input through Expat.
 //
 // Called by svg_parse.cpp for the style-sheet pass and for the main pass, in which Expat works only
-// when the first could not be recorded, or not be played to its end. A pass that fails with an
-// encoding error or a namespace error is restarted, from a clean state. Raises SVG_E_NOT_SVG,
-// ORT_E_READ, ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
+// when the first could not be recorded, or not be played to its end. A pass that fails because of
+// its encoding or its namespaces is restarted from a clean state. Raises SVG_E_NOT_SVG, ORT_E_READ,
+// ORT_E_GZIP, ORT_E_XML, and again what a callback raised.
 #include "svg/xml/svg_xml.h"
 
 #include <cstring>
@@ -101,7 +101,7 @@ static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   }
 }
 
-// The recording was given up behind this callback, or further on.
+// The recording was given up after this callback or a later one.
 static void skip_played(svg_parser *p) {
   if (--p->to_skip == 0) set_main_handlers(p);
 }
@@ -121,7 +121,7 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *bann
     char *block = svg_expat_room(p, &size);
     const int64_t length = read_block(file, gz, block, size, &last);
     XML_Status status;
-    if (length < 0) { // what stands before the fault counts first
+    if (length < 0) { // what precedes the fault counts first
       status = svg_expat_flush(p);
       if (status == XML_STATUS_OK) raise_read_error(p, gz);
     } else {
@@ -159,7 +159,7 @@ static void raise_read_error(svg_parser *p, ort_gz *gz) {
   ort_rethrow(p->core);
 }
 
-// Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right behind
+// Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right after
 // the mark.
 static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length) {
   const char *s = block;

@@ -48,7 +48,7 @@ static std::string element_line(const svg_parser *parser, const svg_e_node *elem
   std::string result =
       std::to_string(element->level) + ' ' + svg_get_elem_table()[element->head.id].name + '#' +
       svg_find_href_id(parser, element) + ' ' + std::to_string(element->head.flags);
-  if (element->prev) result += " behind " + std::to_string(element->prev->head.id);
+  if (element->prev) result += " after " + std::to_string(element->prev->head.id);
   for (int32_t i = 0; i < element->values_num; ++i) {
     const svg_a_node *value = element->values[i];
     result += std::string(" ") + svg_get_attr_table()[value->row].name + "=" +

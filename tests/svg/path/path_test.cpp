@@ -13,7 +13,7 @@
 namespace {
 
 struct Segment {
-  char kind; // M L C Z; the curves of an arc are C, behind an A without numbers
+  char kind; // M L C Z; the curves of an arc are C, after an A without numbers
   std::vector<double> numbers;
 };
 
@@ -245,7 +245,7 @@ static std::string random_path(Random &random) {
   for (int i = pick(random, 12); i >= 0; --i) {
     const auto &command = commands[path.empty() ? 0 : pick(random, 10)];
     path += static_cast<char>(command.letter - (pick(random, 2) ? 'a' - 'A' : 0));
-    bool open = false;  // behind a number that a digit would continue
+    bool open = false;  // after a number that a digit would continue
     bool point = false; // that number has a point
     const int count = command.operands * (1 + pick(random, 3));
     for (int k = 0; k < count; ++k) {

@@ -129,7 +129,7 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
   });
 }
 
-// Else the log would grow with the square of the depth.
+// Otherwise the log would grow with the square of the depth.
 TEST(Tree, DeepElementsAreIndentedNoFurther) {
   std::string deep = "<svg>", ends;
   for (int i = 0; i < 100; ++i) deep += "<g>", ends += "</g>";

@@ -1,5 +1,5 @@
-// What Expat told in the first pass is played in the second: nobody may notice, however little
-// memory there is.
+// The events of the first pass are played in the second: nobody may notice, however little memory
+// there is.
 #include <gtest/gtest.h>
 
 #include "svg/parser/svg_parser.h"
@@ -54,8 +54,8 @@ TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
       {"texts", "<text>" + times(300, "\n&lt;") + "</text>" + times(300, "<text>a\nb</text>\n")},
       {"title", "<title>" + times(999, "<b>x</b>") + "</title><g id='a'/>"},
       {"ids", times(200, "<g id='g$'><use xlink:href='#g$'/><image xlink:href='data:,$'/></g>\n")},
-      {"sheet behind elements", times(300, "<g class='a b'/>\n") + "<style>" +
-                                    times(50, ".a{fill:#00000$;font:$px a,b}") + "</style>"},
+      {"sheet after elements", times(300, "<g class='a b'/>\n") + "<style>" +
+                                   times(50, ".a{fill:#00000$;font:$px a,b}") + "</style>"},
       {"an error", times(200, "<rect width='$x'/>\n") + "<g><!--" + times(30000, "-") + "</a>"},
   };
   for (const auto &[name, content] : drawings)

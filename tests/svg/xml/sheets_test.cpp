@@ -35,7 +35,7 @@ public:
   int walks = 0;
   svg_parser *parser = nullptr;
   const css_context context = {nullptr, read, this};
-  const Document document; // behind what its parse needs
+  const Document document; // after what its parse needs
 
 private:
   static int read(void *user, const char *href, css_sheet_text *text) {
@@ -112,7 +112,7 @@ type 'text/css' href='red.css' -> 10004 | href='red.css' type='text/css' a= -> 1
 }
 
 TEST(Sheets, InternalSheetIsTheTextOfAllStyleElements) {
-  // The last one: the pass begins anew without namespaces, and nothing is gathered twice.
+  // The last one: the pass starts over without namespaces, and nothing is gathered twice.
   expect_cases(R"(
 <g/> -> none | <s:style xmlns:s='http://www.w3.org/2000/svg'>a{}</s:style> -> a{} | <style/> ->
 <style>a{}</style><g><style type='text/css'>b{}<![CDATA[c>d{}]]></style></g> -> a{}b{}c>d{}
