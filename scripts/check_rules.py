@@ -18,6 +18,8 @@ JUMPS = re.compile(r"\b(sig)?(setjmp|longjmp)\b")
 OWNERS = re.compile(r"\bstd::(w?string|vector|deque|list|map|set|unordered_\w+|function|any|optional<std::"
                     r"|(unique|shared|weak)_ptr|make_(unique|shared)|(lock|scoped|unique)_(guard|lock)|i?o?f?stream)\b")
 LOCALE = re.compile(r"\b(strto(d|f|ld)|atof|setlocale|isalpha|isspace|isdigit|toupper|tolower)\s*\(")
+STEP = re.compile(r"(^\s*|[;)] )[A-Za-z_][\w.>-]*(\+\+|--)[;)]")
+NULL_TEST = re.compile(r"\b(if|while) \([^;]*[!=]= nullptr|[!=]= nullptr \?")
 LITERALS = re.compile(r'"(?:\\.|[^"\\\n])*"|\'(?:\\.|[^\'\\\n])*\'|//[^\n]*|/\*.*?\*/', re.S)
 
 
@@ -89,6 +91,10 @@ def check_code(path, room, text):
             yield f"{path}:{number}: an owning object would be lost when an error is raised"
         if LOCALE.search(line):
             yield f"{path}:{number}: result depends on the locale"
+        if STEP.search(line):
+            yield f"{path}:{number}: a step whose value is not used is ++i"
+        if NULL_TEST.search(line):
+            yield f"{path}:{number}: a pointer is tested by if (p) and if (!p)"
 
 
 if __name__ == "__main__":

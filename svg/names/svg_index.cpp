@@ -86,7 +86,7 @@ static void grow(svg_parser *p, svg_name_index *index) {
 
 // Where a name is, or the free place for it.
 static size_t find_place(const svg_name_index *index, std::string_view name, uint32_t mark) {
-  for (size_t i = mark;; i++) {
+  for (size_t i = mark;; ++i) {
     const size_t place = i & (index->place_count - 1);
     if (index->places[place].mark == 0) return place;
     if (index->places[place].mark != mark) continue;
