@@ -12,22 +12,8 @@
 #include "tools/utf8.h"
 #include "tools/value_text.h"
 
-namespace {
-
-// The element, its parent and so on to the outermost svg.
-using Chain = std::vector<const svg_e_node *>;
-
-// A value and the element that has it.
-struct Holder {
-  const svg_e_node *element = nullptr;
-  const svg_a_node *value = nullptr; // null: no element has one
-};
-
-} // namespace
-
 constexpr int NO_ROW = -1;
 
-static Chain chain_of(const svg_e_node *element);
 static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain);
 static int find_row(const svg_e_node *element, const std::string &name);
 static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row);
@@ -48,19 +34,37 @@ void print_explanation(FILE *out, const Drawing &drawing, const svg_e_node *elem
   const Chain chain = chain_of(element);
   fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
           element_text(drawing, element, false).c_str());
-  if (name.empty()) {
-    for (const int row : rows_of(drawing, chain)) explain_row(out, drawing, chain, row);
-  } else if (const int row = find_row(element, name); row != NO_ROW) {
-    explain_row(out, drawing, chain, row);
-  } else {
+  const std::vector<int> rows = rows_to_explain(drawing, chain, name);
+  for (const int row : rows) explain_row(out, drawing, chain, row);
+  if (rows.empty() && !name.empty())
     fprintf(out, "  %s: no attribute of %s\n", name.c_str(), element_name(element->head.id));
-  }
 }
 
-static Chain chain_of(const svg_e_node *element) {
+Chain chain_of(const svg_e_node *element) {
   Chain chain;
   for (; element; element = svg_get_parent(element)) chain.push_back(element);
   return chain;
+}
+
+std::vector<int> rows_to_explain(const Drawing &drawing, const Chain &chain,
+                                 const std::string &name) {
+  if (name.empty()) return rows_of(drawing, chain);
+  const int row = find_row(chain.front(), name);
+  return row != NO_ROW ? std::vector{row} : std::vector<int>();
+}
+
+Explanation explain(const Drawing &drawing, const Chain &chain, int row) {
+  const svg_e_node *element = chain.front();
+  Explanation result;
+  result.winner = {element, find_winner(drawing, element, row)};
+  for (int32_t i = element->values_num - 1; i >= 0; --i)
+    if (const svg_a_node *value = element->values[i];
+        value != result.winner.value && competes(value, row))
+      result.overridden.push_back({element, value});
+  if (result.winner.value && !svg_is_inherit(result.winner.value)) return result;
+  result.inherited = find_holder(drawing, chain, row);
+  if (!result.inherited.value) result.initial = svg_get_attr_table()[row].default_text;
+  return result;
 }
 
 // The rows that the element has values for, then the properties that it inherits.
@@ -88,26 +92,23 @@ static int find_row(const svg_e_node *element, const std::string &name) {
 }
 
 static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row) {
-  const svg_e_node *element = chain.front();
-  const svg_a_node *winner = find_winner(drawing, element, row);
+  const Explanation found = explain(drawing, chain, row);
   fprintf(out, "  %s: ", row_name(row));
-  if (winner)
-    print_value(out, drawing, {element, winner}, row);
+  if (found.winner.value)
+    print_value(out, drawing, found.winner, row);
   else
     fputs("no value\n", out);
-  for (int32_t i = element->values_num - 1; i >= 0; --i) {
-    const svg_a_node *value = element->values[i];
-    if (value == winner || !competes(value, row)) continue;
+  for (const Holder &holder : found.overridden) {
     fputs("    overrides ", out);
-    print_value(out, drawing, {element, value}, row);
-  }
-  if (winner && !svg_is_inherit(winner)) return;
-  if (const Holder holder = find_holder(drawing, chain, row); holder.value) {
-    fprintf(out, "    inherited from %s: ", element_text(drawing, holder.element, false).c_str());
     print_value(out, drawing, holder, row);
-  } else if (const char *initial = svg_get_attr_table()[row].default_text; initial) {
-    fprintf(out, "    initial value: %s\n", initial);
-  } else if (svg_is_property(row)) {
+  }
+  if (found.inherited.value) {
+    fprintf(out, "    inherited from %s: ",
+            element_text(drawing, found.inherited.element, false).c_str());
+    print_value(out, drawing, found.inherited, row);
+  } else if (found.initial) {
+    fprintf(out, "    initial value: %s\n", found.initial);
+  } else if (svg_is_property(row) && (!found.winner.value || svg_is_inherit(found.winner.value))) {
     fputs("    initial value: the program's own\n", out);
   }
 }

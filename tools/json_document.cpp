@@ -3,8 +3,6 @@
 
 #include <unordered_map>
 
-#include "tools/json_value.h"
-#include "tools/json_writer.h"
 #include "tools/names.h"
 #include "tools/records.h"
 #include "tools/walk.h"
@@ -13,6 +11,7 @@ static void write_document(JsonWriter &json, const Drawing &drawing);
 static void write_message(JsonWriter &json, const Message &message);
 static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
 static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root);
+static void write_notes(JsonWriter &json, const ElementNotes &notes);
 static void write_flags(JsonWriter &json, int flags);
 static bool is_sheet(svg_source source);
 static const char *source_name(svg_source source);
@@ -31,21 +30,11 @@ void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
     write_document(json, drawing);
   else
     json.null();
-  const Message *error = nullptr;
-  json.array("warnings", [&] {
-    for (const Message &message : drawing.messages())
-      if (message.severity == ORT_WARNING)
-        write_message(json, message);
-      else
-        error = &message;
-  });
-  json.key("error");
-  if (error)
-    write_message(json, *error);
-  else
-    json.null();
+  write_json_messages(json, drawing);
   if (drawing.ok()) {
-    const NodeNumbers numbers(drawing, root);
+    const NodeNumbers numbers(drawing,
+                              root ? std::vector{root} : std::vector<const svg_e_node *>());
+    write_json_fonts(json, drawing, numbers);
     write_names(json, drawing, numbers);
     json.key("root");
     if (root)
@@ -79,6 +68,22 @@ static void write_document(JsonWriter &json, const Drawing &drawing) {
   json.end_object();
 }
 
+void write_json_messages(JsonWriter &json, const Drawing &drawing) {
+  const Message *error = nullptr;
+  json.array("warnings", [&] {
+    for (const Message &message : drawing.messages())
+      if (message.severity == ORT_WARNING)
+        write_message(json, message);
+      else
+        error = &message;
+  });
+  json.key("error");
+  if (error)
+    write_message(json, *error);
+  else
+    json.null();
+}
+
 static void write_message(JsonWriter &json, const Message &message) {
   json.begin_object();
   json.field("code", message.code);
@@ -86,7 +91,7 @@ static void write_message(JsonWriter &json, const Message &message) {
   json.end_object();
 }
 
-static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers) {
+void write_json_fonts(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers) {
   json.array("fonts", [&] {
     for (size_t i = 0; i < svg_get_font_count(drawing.parser()); ++i) {
       const svg_font *font = svg_get_font_at(drawing.parser(), i);
@@ -97,6 +102,9 @@ static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumb
       json.end_object();
     }
   });
+}
+
+static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers) {
   json.array("names", [&] {
     for (const auto &[name, element] : named_elements(drawing, numbers)) {
       json.begin_object();
@@ -117,15 +125,14 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
         json.field("node", ++number);
         json.field("element", element_name(element->head.id));
         json.field("level", element->level);
+        write_notes(json, context.drawing.notes().of(element));
         write_flags(json, element->head.flags);
         json.array("values", [&] {
           for (int32_t i = 0; i < element->values_num; ++i) {
             const svg_a_node *value = element->values[i];
             const svg_source source = context.drawing.source(element, value).kind;
             json.begin_object();
-            json.field("name", row_name(value->row));
-            json.field("row", value->row);
-            json.field("source", source_name(source));
+            write_json_name_and_source(json, context, element, value);
             if (const auto whole = written.find(value); whole != written.end()) {
               json.field("type", "same");
               json.field("node", whole->second);
@@ -151,6 +158,26 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
         json.end_array();
         json.end_object();
       });
+}
+
+void write_json_name_and_source(JsonWriter &json, const ValueContext &context,
+                                const svg_e_node *element, const svg_a_node *value) {
+  json.field("name", row_name(value->row));
+  json.field("row", value->row);
+  json.field("source", source_name(context.drawing.source(element, value).kind));
+}
+
+static void write_notes(JsonWriter &json, const ElementNotes &notes) {
+  json.field("line", notes.line);
+  json.field("class", notes.classes.empty() ? nullptr : notes.classes.c_str());
+  json.array("foreign", [&] {
+    for (const auto &[name, value] : notes.foreign) {
+      json.begin_object();
+      json.field("name", name);
+      json.field("value", value);
+      json.end_object();
+    }
+  });
 }
 
 static void write_flags(JsonWriter &json, int flags) {

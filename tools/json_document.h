@@ -5,6 +5,8 @@
 #include <cstdio>
 
 #include "tools/drawing.h"
+#include "tools/json_value.h"
+#include "tools/json_writer.h"
 
 struct JsonOptions {
   bool pretty = false; // indented, not on one line
@@ -15,5 +17,11 @@ struct JsonOptions {
 // it is null, like most other fields, when the drawing was not readable.
 void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
                 const JsonOptions &options);
+
+// Parts of that object: "warnings" and "error"; "fonts"; "name", "row" and "source" of a value.
+void write_json_messages(JsonWriter &json, const Drawing &drawing);
+void write_json_fonts(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
+void write_json_name_and_source(JsonWriter &json, const ValueContext &context,
+                                const svg_e_node *element, const svg_a_node *value);
 
 #endif

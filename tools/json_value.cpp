@@ -18,7 +18,6 @@ static void write_lengths(JsonWriter &json, int32_t count, const double *values,
 static void write_trafo(JsonWriter &json, const svg_an_trafo *trafo);
 static void write_paint(JsonWriter &json, const ValueContext &context, const svg_a_node *value);
 static void write_color(JsonWriter &json, const svg_color &color);
-static void write_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri);
 static std::string link_text(const ValueContext &context, const svg_iri &iri);
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families);
 static void write_path(JsonWriter &json, const svg_an_path_data *path);
@@ -96,7 +95,7 @@ void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a
   case SVG_RECORD_PAINT: return write_paint(json, context, value);
   case SVG_RECORD_IRI:
     write_type(json, "iri");
-    return write_iri(json, context, as<svg_an_iri>(value)->iri);
+    return write_json_iri(json, context, as<svg_an_iri>(value)->iri);
   case SVG_RECORD_COLOR_PROFILE: {
     const auto *record = as<svg_an_color_profile>(value);
     write_type(json, "colorProfile");
@@ -158,7 +157,7 @@ static void write_paint(JsonWriter &json, const ValueContext &context, const svg
   const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
   json.key("iri");
   json.begin_object();
-  write_iri(json, context, iri);
+  write_json_iri(json, context, iri);
   json.end_object();
   if (iri.fallback >= 0)
     write_rgb(json, "fallback", static_cast<uint32_t>(iri.fallback));
@@ -177,7 +176,7 @@ static void write_color(JsonWriter &json, const svg_color &color) {
   });
 }
 
-static void write_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri) {
+void write_json_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri) {
   static constexpr const char *kinds[] = {"none", "data", "link", "name"};
   const svg_e_node *target = iri.kind == SVG_IRI_LINK ? iri.ref.target : nullptr;
   json.field("kind", kinds[iri.kind]);

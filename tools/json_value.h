@@ -12,6 +12,9 @@ struct ValueContext {
   bool full; // nothing is shortened
 };
 
+// Writes the four fields of an IRI into the object being written.
+void write_json_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri);
+
 // Writes "type" and the fields that the type has (docs/json.md) into the object being written.
 void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a_node *value);
 

@@ -16,6 +16,7 @@
 #include "tools/explain.h"
 #include "tools/extract.h"
 #include "tools/jobs.h"
+#include "tools/json_answers.h"
 #include "tools/json_document.h"
 #include "tools/names.h"
 #include "tools/options.h"
@@ -28,6 +29,7 @@
 static void end_without_memory();
 static void hold_standard_streams();
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor);
+static bool print_answers_as_json(const Drawing &drawing, const Options &options);
 static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
 static void print_messages(const Drawing &drawing);
 static bool flush_output();
@@ -81,13 +83,24 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
   print_messages(drawing);
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
-  if (options.json)
+  const bool whole = options.has_query || !options.asks();
+  if (options.json && whole)
     print_json(stdout, drawing, top, {options.pretty, options.text.full});
   else if (top && options.has_query)
     print_subtree(stdout, drawing, top, options.text);
-  else if (top && !options.asks())
+  else if (top && whole)
     print_document(stdout, drawing, options.text);
-  return drawing.ok() && print_answers(drawing, options, extractor) && top != nullptr;
+  if (options.json) return print_answers_as_json(drawing, options) && top;
+  return drawing.ok() && print_answers(drawing, options, extractor) && top;
+}
+
+static bool print_answers_as_json(const Drawing &drawing, const Options &options) {
+  Asked asked = {options.fonts,       options.ids, options.links,           options.stats,
+                 options.has_explain, nullptr,     options.explain_property};
+  if (drawing.ok() && asked.explain) asked.element = find_element(drawing, options.explain_id);
+  if (asked.fonts || asked.ids || asked.links || asked.stats || asked.explain)
+    print_json_answers(stdout, drawing, asked, {options.pretty, options.text.full});
+  return drawing.ok() && (!asked.explain || asked.element);
 }
 
 static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor) {

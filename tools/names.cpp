@@ -9,12 +9,12 @@
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
-NodeNumbers::NodeNumbers(const Drawing &drawing, const svg_e_node *top) {
+NodeNumbers::NodeNumbers(const Drawing &drawing, const std::vector<const svg_e_node *> &others) {
   svg_e_node *element = nullptr;
   for (size_t i = 0; svg_get_href(drawing.parser(), i, &element); ++i) numbers_[element] = 0;
   for (size_t i = 0; i < svg_get_font_count(drawing.parser()); ++i)
     numbers_[svg_get_font_at(drawing.parser(), i)->node] = 0;
-  if (top) numbers_[top] = 0;
+  for (const svg_e_node *other : others) numbers_[other] = 0;
   if (numbers_.empty()) return;
   int64_t number = 0;
   each_element(drawing.svg(), [&](const svg_e_node *node) {

@@ -9,10 +9,10 @@
 
 #include "tools/drawing.h"
 
-// Numbers, from 1 in document order, of the elements that bear an id or are fonts, and of top.
+// Numbers, from 1 in document order, of the elements that bear an id or are fonts, and of others.
 class NodeNumbers {
 public:
-  explicit NodeNumbers(const Drawing &drawing, const svg_e_node *top = nullptr);
+  explicit NodeNumbers(const Drawing &drawing, const std::vector<const svg_e_node *> &others = {});
   int64_t of(const svg_e_node *element) const { return numbers_.at(element); }
 
 private:

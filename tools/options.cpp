@@ -168,9 +168,7 @@ static std::string find_mistake(const Options &options) {
   if (std::ranges::count(options.files, "-") > 1) return "standard input can be read only once";
   if (options.check && (questions || options.pretty)) return "--check prints findings only";
   if (options.force && options.extract_folder.empty()) return "--force goes with --extract";
-  Options others = options;
-  others.has_query = false;
-  if (options.json && others.asks()) return "of the questions only --query has an answer in JSON";
+  if (options.json && !options.extract_folder.empty()) return "--extract has no answer in JSON";
   if (!options.explain_property.empty()) {
     if (!options.has_explain) return "--property goes with --explain";
     if (!is_known_name(options.explain_property))

@@ -11,8 +11,6 @@
 #include "tools/value_text.h"
 #include "tools/walk.h"
 
-static void print_memory(FILE *out, const Drawing &drawing);
-
 // Calls found("rect #button fill", iri) for each IRI of the tree.
 template <class Found> static void each_iri(const Drawing &drawing, bool full, Found found) {
   each_element(drawing.svg(), [&](const svg_e_node *element) {
@@ -57,40 +55,36 @@ void print_answers(FILE *out, const Drawing &drawing, const char *noun, Question
            [&](const std::string &answer) { fprintf(out, "  %s\n", answer.c_str()); });
 }
 
-void print_statistics(FILE *out, const Drawing &drawing) {
-  size_t elements = 0;
-  size_t texts = 0;
-  size_t values = 0;
+Statistics statistics_of(const Drawing &drawing) {
+  Statistics result;
   walk(
       drawing.svg(),
       [&](const svg_e_node *element, int) {
-        ++elements;
-        values += static_cast<size_t>(element->values_num);
+        ++result.elements;
+        result.values += static_cast<size_t>(element->values_num);
       },
-      [&](const svg_t_node *, int) { ++texts; }, [](const svg_e_node *) {});
-  double style_sheet_pass = 0;
-  double main_pass = 0;
-  svg_get_pass_times(drawing.parser(), &style_sheet_pass, &main_pass);
-  fprintf(out, "%s: %zu elements, %zu values, %zu texts\n", escaped(drawing.name()).c_str(),
-          elements, values, texts);
-  fprintf(out, "  time: style sheets %.3f ms, document %.3f ms\n", 1e3 * style_sheet_pass,
-          1e3 * main_pass);
-  print_memory(out, drawing);
+      [&](const svg_t_node *, int) { ++result.texts; }, [](const svg_e_node *) {});
+  svg_get_pass_times(drawing.parser(), &result.style_sheet_pass, &result.main_pass);
+  ort_get_statistics(drawing.core(), &result.memory);
+  result.tags.resize(ort_get_tag_counts(drawing.core(), nullptr, 0));
+  ort_get_tag_counts(drawing.core(), result.tags.data(), result.tags.size());
+  std::erase_if(result.tags, [](const ort_tag_count &tag) { return tag.blocks == 0; });
+  std::ranges::stable_sort(result.tags, std::greater(), &ort_tag_count::bytes);
+  return result;
 }
 
-static void print_memory(FILE *out, const Drawing &drawing) {
-  ort_statistics total;
-  ort_get_statistics(drawing.core(), &total);
+void print_statistics(FILE *out, const Drawing &drawing) {
+  const Statistics found = statistics_of(drawing);
+  fprintf(out, "%s: %zu elements, %zu values, %zu texts\n", escaped(drawing.name()).c_str(),
+          found.elements, found.values, found.texts);
+  fprintf(out, "  time: style sheets %.3f ms, document %.3f ms\n", 1e3 * found.style_sheet_pass,
+          1e3 * found.main_pass);
   fprintf(out, "  memory: %llu bytes in %llu blocks, peak %llu bytes\n",
-          static_cast<unsigned long long>(total.live_bytes),
-          static_cast<unsigned long long>(total.live_blocks),
-          static_cast<unsigned long long>(total.peak_bytes));
-  std::vector<ort_tag_count> tags(ort_get_tag_counts(drawing.core(), nullptr, 0));
-  ort_get_tag_counts(drawing.core(), tags.data(), tags.size());
-  std::erase_if(tags, [](const ort_tag_count &tag) { return tag.blocks == 0; });
-  std::ranges::stable_sort(tags, std::greater(), &ort_tag_count::bytes);
+          static_cast<unsigned long long>(found.memory.live_bytes),
+          static_cast<unsigned long long>(found.memory.live_blocks),
+          static_cast<unsigned long long>(found.memory.peak_bytes));
   fprintf(out, "  %12s  %8s\n", "bytes", "blocks");
-  for (const ort_tag_count &tag : tags)
+  for (const ort_tag_count &tag : found.tags)
     fprintf(out, "  %12llu  %8llu  %s\n", static_cast<unsigned long long>(tag.bytes),
             static_cast<unsigned long long>(tag.blocks), tag.tag);
 }

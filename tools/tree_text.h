@@ -11,8 +11,8 @@ struct TextOptions {
   bool languages = false; // mark elements by systemLanguage, and what each switch chooses
 };
 
-// Prints the document facts, then the tree: one line for each element, one for each value
-// (beginning with ". "), one for each text that is not blank (in quotes).
+// Prints the document facts, then the tree: a line for each element, its class and each attribute
+// that the reader skips ("- "), each value (". "), and each text that is not blank (in quotes).
 void print_document(FILE *out, const Drawing &drawing, const TextOptions &options);
 
 // Prints the subtree of one element.

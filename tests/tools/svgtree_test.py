@@ -236,7 +236,7 @@ class Json(unittest.TestCase):
         depth = 100_000
         drawing = svg("<g>" * depth + "</g>" * depth)
         small_stack = lambda: resource.setrlimit(resource.RLIMIT_STACK, (1 << 20, 1 << 20))
-        for option, per_element in (("--json", 110), ("--pretty", 300), ("--full", 100)):
+        for option, per_element in (("--json", 150), ("--pretty", 360), ("--full", 115)):
             status, output, _ = run(option, "-", stdin=drawing, preexec_fn=small_stack)
             self.assertEqual(status, 0)
             self.assertGreater(len(output), 3 * depth)
@@ -331,11 +331,12 @@ ANSWERS = (  # arguments, drawing, answer after its first line
      "  marker-mid: no value\n    inherited from g #g: url(#m (no such element))  (sheet: g, through marker)\n"),
     (["--explain", "#g", "--property", "clip-path"], STYLED, "  clip-path: none or inherit  (attribute)\n"),
     (["--explain", "#a", "--property", "cx"], STYLED, "  cx: no attribute of rect\n"),
-    (["--query", "#b"], svg('<g id="b"><g/></g><g/>'), "  g\n"),
+    (["--query", "#b"], svg('<g id="b"><g class=" x " data-y="" i:z="a&#10;" xmlns:i="urn:i" zoom="1"/></g><g/>'),
+     '  g [line 1]\n    - class: " x "\n    - data-y: ""\n    - i:z: "a\\n"\n    - zoom: "1"\n'),
     (["--language", "de", "--query", "s"],
      svg('<switch id="s"><g systemLanguage="en"/>x<a systemLanguage="fr, de-CH"/><g/></switch>'),
-     "  g [language not accepted]\n    . systemLanguage: en\n  \"x\"\n"
-     "  a [needs bbox] [language accepted] [chosen]\n    . systemLanguage: fr, de-CH\n  g\n"),
+     "  g [line 1] [language not accepted]\n    . systemLanguage: en\n  \"x\"\n"
+     "  a [line 1] [needs bbox] [language accepted] [chosen]\n    . systemLanguage: fr, de-CH\n  g [line 1]\n"),
     (["--query", "#n"], svg('<a id="n" xlink:title="&#x9b;&#127;&#9;é&#x202e;&#x2069;&#x206a;"/>'),
      '  . xlink:title: "\\xc2\\x9b\\x7f\\té\\xe2\\x80\\xae\\xe2\\x81\\xa9\u206a"\n'),
 )
@@ -368,6 +369,35 @@ class Questions(unittest.TestCase):
         _, output, _ = run("--json", "--query", "#b", "-", stdin=svg('<g/><g id="b"><g/></g>'))
         root = json.loads(output)["root"]
         self.assertEqual((root["node"], root["children"][0]["node"]), (3, 4))
+
+    def test_answers_in_json(self):
+        drawing = svg('<style>g { fill: red !important }</style><font id="f"><font-face font-family="F"/></font>'
+                      '<g id="g" fill="tan"><use id="u" class="c" i:l="1" xmlns:i="urn:i" xlink:href="#z"/></g>')
+        _, output, _ = run("--json", "--fonts", "--ids", "--links", "--stats", "--explain", "u", "--property",
+                           "fill", "--query", "u", "-", stdin=drawing)
+        whole, answers = map(self.validated, output.splitlines())
+        self.assertEqual([whole["root"][k] for k in ("line", "class", "foreign")],
+                         [1, "c", [{"name": "i:l", "value": "1"}]])
+        self.assertEqual((answers["fonts"], answers["stats"]["elements"]), (whole["fonts"], 5))
+        self.assertEqual([(i["name"], i["element"], i["node"]) for i in answers["ids"]],
+                         [("f", "font", 2), ("g", "g", 4), ("u", "use", 5)])
+        self.assertEqual(answers["links"], [{"node": 5, "element": "use", "name": "xlink:href", "kind": "link",
+                                             "target": None, "text": "#z", "mime": None}])
+        row, = answers["explain"]["rows"]
+        self.assertEqual((row["value"], row["overrides"], row["initial"]), (None, [], None))
+        self.assertEqual([row["inherited"][k] for k in ("holder", "important", "selector", "rgb")],
+                         [4, True, "g", "#FF0000"])
+        unread = self.validated(run("--json", "--ids", "--explain", "x", "-", stdin=b"<svg")[1])
+        self.assertEqual((unread["ids"], unread["explain"], unread["error"]["code"]), (None, None, 1700))
+        for line in run("--check", "--json", "tests/tools/check.svg")[1].splitlines():
+            self.validated(line)
+
+    def validated(self, text):
+        document = json.loads(text)
+        if jsonschema:
+            with open("docs/json.schema.json", encoding="utf-8") as file:
+                jsonschema.validate(document, json.load(file))
+        return document
 
     def test_statistics(self):
         _, output, _ = run("--stats", "-", stdin=svg("<g>x</g>"))
@@ -484,7 +514,7 @@ MISTAKES = (
     ["--explain"], ["--explain", "#a", "--property", "fil", "-"], ["--property", "fill", "-"],
     ["--refuse-property", "Fill", "-"], ["--limit", "nodes=x", "-"], ["--check", "--pretty", "-"], ["--check", "--ids", "-"],
     ["--limit", "depth", "-"], ["--limit", "width=1", "-"], ["--limit", "nodes=0", "-"],
-    ["--limit", "nodes=9T", "-"], ["--json", "--links", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
+    ["--limit", "nodes=9T", "-"], ["--json", "--extract", "x", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
 )
 
 
