@@ -85,7 +85,7 @@ static void list_shapes(const svg_parser *parser, svg_e_node *element, const svg
 
 int main(int argc, char **argv) {
   int status = 0;
-  for (int i = 1; i < argc; i++) {
+  for (int i = 1; i < argc; ++i) {
     struct drawing d = {.core = ort_core_new(NULL), .path = argv[i]};
     if (d.core == NULL) return 2;
     const int error = ort_protect(d.core, read_drawing, &d);

@@ -39,7 +39,7 @@ template <class Record> static const Record &as(const svg_a_node *value) {
 }
 
 static void print_fill(const svg_parser *parser, const svg_a_node *fill) {
-  switch (fill != nullptr ? int{fill->kind} : SVG_PAINT_INHERIT) {
+  switch (fill ? int{fill->kind} : SVG_PAINT_INHERIT) {
   case SVG_PAINT_NONE: std::printf("none"); break;
   case SVG_PAINT_INHERIT: std::printf("black"); break; // from nobody: the initial value
   case SVG_PAINT_CURRENTCOLOR: std::printf("currentColor"); break;
@@ -48,7 +48,7 @@ static void print_fill(const svg_parser *parser, const svg_a_node *fill) {
   case SVG_PAINT_IRI:
     const svg_iri &iri = as<svg_an_paint_iri>(fill).iri;
     const svg_e_node *target = iri.kind == SVG_IRI_LINK ? iri.ref.target : nullptr;
-    std::printf("url(#%s)", target != nullptr ? svg_find_href_id(parser, target) : "?");
+    std::printf("url(#%s)", target ? svg_find_href_id(parser, target) : "?");
   }
 }
 
@@ -71,12 +71,12 @@ static void list_shapes(const svg_parser *parser, svg_e_node *svg) {
   while (!waiting.empty()) {
     auto [node, fill] = waiting.back();
     waiting.pop_back();
-    if (node->next != nullptr) waiting.emplace_back(node->next, fill);
+    if (node->next) waiting.emplace_back(node->next, fill);
     const svg_e_node *element = svg_as_element(node);
-    if (element == nullptr) continue;
+    if (!element) continue;
     const svg_a_node *own_fill = svg_find_value(element, "fill");
-    if (own_fill != nullptr && own_fill->kind != SVG_PAINT_INHERIT) fill = own_fill;
-    if (element->first_child != nullptr) waiting.emplace_back(element->first_child, fill);
+    if (own_fill && own_fill->kind != SVG_PAINT_INHERIT) fill = own_fill;
+    if (element->first_child) waiting.emplace_back(element->first_child, fill);
     const char *name = svg_get_elem_table()[node->id].name;
     if (shapes.count(name) == 0) continue;
     std::printf("%s, fill ", name);
@@ -88,9 +88,9 @@ static void list_shapes(const svg_parser *parser, svg_e_node *svg) {
 
 int main(int argc, char **argv) {
   int status = 0;
-  for (int i = 1; i < argc; i++) {
+  for (int i = 1; i < argc; ++i) {
     Drawing d{argv[i]};
-    if (d.core == nullptr) return 2;
+    if (!d.core) return 2;
     if (ort_protect(d.core, read, &d) == 0)
       list_shapes(d.parser, d.svg);
     else
