@@ -31,6 +31,9 @@ install(FILES ${PROJECT_BINARY_DIR}/svgreader.pc DESTINATION ${pc_folder})
 if(TARGET svgtree)
   install(TARGETS svgtree)
   install(FILES docs/svgtree.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES tools/completions/svgtree.bash RENAME svgtree
+    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
+  install(FILES tools/completions/_svgtree DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
 endif()
 
 # Instrumented libraries export more, and need an instrumented host.

@@ -50,8 +50,10 @@ static std::string times(size_t count);
 static void print_line(FILE *out, const Drawing &drawing, const Finding &finding, bool full);
 static void write_line(FILE *out, const Drawing &drawing, const Finding &finding, bool full);
 
-size_t print_check(FILE *out, const Drawing &drawing, const CheckOptions &options) {
+size_t print_check(FILE *out, const Drawing &drawing, const CheckOptions &options,
+                   Progress &progress) {
   const Findings findings = find_all(drawing, options.full);
+  if (!findings.empty()) progress.clear();
   for (const Finding &finding : findings)
     (options.json ? write_line : print_line)(out, drawing, finding, options.full);
   if (!options.json && !findings.empty())

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "tools/drawing.h"
+#include "tools/progress.h"
 
 struct CheckOptions {
   bool json = false; // JSON Lines
@@ -12,6 +13,8 @@ struct CheckOptions {
 };
 
 // Prints the findings in the order of their lines and, as text, their number. Returns the number.
-size_t print_check(FILE *out, const Drawing &drawing, const CheckOptions &options);
+// The line of progress is removed when there are any.
+size_t print_check(FILE *out, const Drawing &drawing, const CheckOptions &options,
+                   Progress &progress);
 
 #endif

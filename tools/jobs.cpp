@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <condition_variable>
-#include <cstdio>
 #include <memory>
 #include <mutex>
 #include <thread>
@@ -34,14 +33,12 @@ private:
 } // namespace
 
 void read_drawings(const std::vector<std::string> &files, const ReadSettings &settings, int jobs,
-                   bool progress, const std::function<bool(const Drawing &)> &show) {
+                   const std::function<bool(const Drawing &)> &show) {
   const size_t workers = std::min(static_cast<size_t>(jobs), files.size());
   std::unique_ptr<Reader> reader;
   if (workers > 1) reader = std::make_unique<Reader>(files, settings, workers);
   for (size_t i = 0; i < files.size(); ++i) {
-    if (progress) fprintf(stderr, "\r%zu of %zu ", i, files.size());
     const auto drawing = reader ? reader->next() : std::make_unique<Drawing>(files[i], settings);
-    if (progress) fputs("\r\033[K", stderr);
     if (!show(*drawing)) break;
   }
 }

@@ -9,9 +9,8 @@
 #include "tools/drawing.h"
 
 // Reads each file, up to jobs at a time, and calls show for each in the order of files, from the
-// calling thread. Stops when show returns false. With progress, a line on standard error says how
-// many have been read.
+// calling thread. Stops when show returns false.
 void read_drawings(const std::vector<std::string> &files, const ReadSettings &settings, int jobs,
-                   bool progress, const std::function<bool(const Drawing &)> &show);
+                   const std::function<bool(const Drawing &)> &show);
 
 #endif

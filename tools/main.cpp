@@ -21,6 +21,7 @@
 #include "tools/names.h"
 #include "tools/options.h"
 #include "tools/path_command.h"
+#include "tools/progress.h"
 #include "tools/questions.h"
 #include "tools/schema.h"
 #include "tools/tree_text.h"
@@ -28,7 +29,8 @@
 
 static void end_without_memory();
 static void hold_standard_streams();
-static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor);
+static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,
+                          Progress &progress);
 static bool print_answers_as_json(const Drawing &drawing, const Options &options);
 static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
 static void print_messages(const Drawing &drawing);
@@ -50,15 +52,19 @@ int main(int argc, char **argv) {
     if (!extractor->open()) return 1;
   }
   const bool quiet = options.check || isatty(STDOUT_FILENO) == 0;
-  const bool progress = options.files.size() > 1 && isatty(STDERR_FILENO) != 0 && quiet;
+  Progress progress(options.files.size() > 1 && isatty(STDERR_FILENO) != 0 && quiet,
+                    options.files.size());
+  progress.show(0);
+  size_t done = 0;
   bool ok = true;
   bool written = flush_output();
-  read_drawings(options.files, options.reading, options.jobs, progress,
-                [&](const Drawing &drawing) {
-                  ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr) && ok;
-                  written = flush_output();
-                  return written;
-                });
+  read_drawings(options.files, options.reading, options.jobs, [&](const Drawing &drawing) {
+    ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr, progress) && ok;
+    written = flush_output();
+    progress.show(++done);
+    return written;
+  });
+  progress.clear();
   return written && ok ? 0 : 1;
 }
 
@@ -78,8 +84,11 @@ static void hold_standard_streams() {
       open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
-static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor) {
-  if (options.check) return print_check(stdout, drawing, {options.json, options.text.full}) == 0;
+static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,
+                          Progress &progress) {
+  if (options.check)
+    return print_check(stdout, drawing, {options.json, options.text.full}, progress) == 0;
+  if (!drawing.messages().empty()) progress.clear();
   print_messages(drawing);
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);

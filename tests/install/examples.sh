@@ -21,7 +21,8 @@ run() {
 
 quiet cmake --install "$build" --prefix "$work/first"
 mv "$work/first" "$prefix"
-for file in bin/svgtree share/man/man1/svgtree.1; do
+for file in bin/svgtree share/man/man1/svgtree.1 share/bash-completion/completions/svgtree \
+  share/zsh/site-functions/_svgtree; do
   [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
 done
 
