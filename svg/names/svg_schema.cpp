@@ -79,7 +79,7 @@ static constexpr auto esa_indexes = [] {
   return indexes;
 }();
 
-static int find_esa(const svg_parser *p, const char *name, uint32_t hash, int element);
+static int find_esa(const svg_scanner *p, const char *name, uint32_t hash, int element);
 static int find_prop(const char *name, uint32_t hash);
 
 int svg_find_element(const char *name) {
@@ -92,18 +92,18 @@ const char *svg_elem_name(int id) { return svg_tables::ELEMENTS[id].name; }
 
 int svg_find_prop(const char *name) { return find_prop(name, hash_name(name)); }
 
-int svg_find_esa(const svg_parser *p, const char *name, int element) {
+int svg_find_esa(const svg_scanner *p, const char *name, int element) {
   return find_esa(p, name, hash_name(name), element);
 }
 
-int svg_find_esa_or_prop(const svg_parser *p, const char *name, int element, int *prop) {
+int svg_find_esa_or_prop(const svg_scanner *p, const char *name, int element, int *prop) {
   const uint32_t hash = hash_name(name);
   const int index = find_esa(p, name, hash, element);
   *prop = index < 0 ? find_prop(name, hash) : -1;
   return index;
 }
 
-static int find_esa(const svg_parser *p, const char *name, uint32_t hash, int element) {
+static int find_esa(const svg_scanner *p, const char *name, uint32_t hash, int element) {
   if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id", hash = hash_name("id");
   const int row = attr_names.find(hash);
   if (row < 0) return -1;
@@ -132,7 +132,7 @@ int svg_find_string(const char *name, const char *const *list, int32_t count) {
   return -1;
 }
 
-int svg_strcmp(const svg_parser *p, const char *a, const char *b) {
+int svg_strcmp(const svg_scanner *p, const char *a, const char *b) {
   return p->css_mode ? ort_stricmp_a(a, b) : ort_strcmp(a, b);
 }
 

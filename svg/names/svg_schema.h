@@ -14,11 +14,11 @@ int svg_find_prop(const char *name);
 // Index in a list sorted ignoring ASCII case, or -1.
 int svg_find_string(const char *name, const char *const *list, int32_t count);
 // Index in the attribute list of an element, or -1. "xml:id" is found as "id".
-int svg_find_esa(const svg_parser *p, const char *name, int element);
+int svg_find_esa(const svg_scanner *p, const char *name, int element);
 // The same, and when it is -1 the row of the property of this name, or -1.
-int svg_find_esa_or_prop(const svg_parser *p, const char *name, int element, int *prop);
+int svg_find_esa_or_prop(const svg_scanner *p, const char *name, int element, int *prop);
 // Comparison of names in values: ignoring ASCII case while css_mode is set.
-int svg_strcmp(const svg_parser *p, const char *a, const char *b);
+int svg_strcmp(const svg_scanner *p, const char *a, const char *b);
 
 // Tell the host of a name that is skipped, and raise SVG_E_ELEMENT_REFUSED / SVG_E_PROPERTY_REFUSED
 // when it does not tolerate the name.

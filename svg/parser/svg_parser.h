@@ -142,6 +142,7 @@ struct svg_path_maker {
 
 struct svg_input {
   XML_Parser xml = nullptr; // owned; null outside a pass
+  uint32_t played_line = 0; // of the recorded event being played, else 0
   int32_t no_namespaces = 0;
   int32_t callback_failed = 0;    // an Expat callback raised; the error is pending until
                                   // XML_ParseBuffer has returned
@@ -162,7 +163,6 @@ struct svg_growth {
 
 struct svg_playback {
   svg_recording *recording = nullptr; // owned: events for the main pass; null: it reads for itself
-  uint32_t played_line = 0;           // of the event being played, else 0
   uint64_t to_skip = 0;               // callbacks of Expat for events that were played
 };
 
@@ -269,7 +269,7 @@ struct svg_parser : svg_scanner,
                     svg_main_pass {};
 
 // Line of the event that is being handled; 0 outside of the passes.
-inline long svg_xml_line(const svg_parser *p) {
+inline long svg_xml_line(const svg_input *p) {
   return p->xml ? static_cast<long>(XML_GetCurrentLineNumber(p->xml)) : p->played_line;
 }
 

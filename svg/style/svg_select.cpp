@@ -25,9 +25,9 @@ static void svg_css_cb_at_fontface(void *user);
 static void tell_facts(svg_parser *p, svg_e_node *node);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
-static const svg_open_element *open_element(const svg_parser *p, int32_t level);
+static const svg_open_element *open_element(const svg_tree *p, int32_t level);
 static const char *log_important(bool important) { return important ? " !important" : ""; }
-static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node);
+static svg_e_node *log_found(const svg_host *p, const char *what, svg_e_node *node);
 
 constexpr css_callbacks svg_css_callbacks = {
     .get_elem_nid = svg_css_cb_get_elem_nid,
@@ -244,13 +244,13 @@ static void add_longhand(svg_parser *p, const char *name, const char *text) {
   if (node) css_add_value(p->css, name, node);
 }
 
-static const svg_open_element *open_element(const svg_parser *p, int32_t level) {
+static const svg_open_element *open_element(const svg_tree *p, int32_t level) {
   auto i = static_cast<size_t>(level);
   return i < ort_vtr_count(p->open_elements) ? &ort_item<svg_open_element>(p->open_elements, i)
                                              : nullptr;
 }
 
-static svg_e_node *log_found(const svg_parser *p, const char *what, svg_e_node *node) {
+static svg_e_node *log_found(const svg_host *p, const char *what, svg_e_node *node) {
   svg_note(p, 6, "\t\t\t\t%s %a (%p) found \n", what, svg_elem_name(node->head.id),
            static_cast<void *>(node));
   return node;

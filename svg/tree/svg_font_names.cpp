@@ -8,7 +8,7 @@
 static void append_text(ort_bs *name, const char *text);
 static void append_family(ort_bs *name, const svg_font *font);
 template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list *list, Map map);
-static void append_sizes(svg_parser *p, ort_bs *name, const svg_an_key_unum_list *sizes);
+static void append_sizes(svg_host *p, ort_bs *name, const svg_an_key_unum_list *sizes);
 
 // clang-format off
 static const ort_keyword svg_font_keylist[] = { // "all", "bold" and "inherit" have no text in names
@@ -93,7 +93,7 @@ template <class Map> static void append_keys(ort_bs *name, const svg_an_key_list
   }
 }
 
-static void append_sizes(svg_parser *p, ort_bs *name, const svg_an_key_unum_list *sizes) {
+static void append_sizes(svg_host *p, ort_bs *name, const svg_an_key_unum_list *sizes) {
   ort_bs_append_byte(name, '_');
   if (!sizes || sizes->key != SVG_KW_NONE) return;
   for (int32_t i = 0; i < sizes->count; ++i) {

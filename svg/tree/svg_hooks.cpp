@@ -26,13 +26,13 @@ struct viewport_side {
 
 } // namespace
 
-static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags);
-static svg_a_node *&slot(svg_parser *p, const svg_e_node *node, int row);
-template <class Record> static Record *slot_value(svg_parser *p, const svg_e_node *node, int row);
-static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row);
+static void mark_bbox_user(svg_host *p, svg_e_node *node, uint16_t flags);
+static svg_a_node *&slot(svg_tree *p, const svg_e_node *node, int row);
+template <class Record> static Record *slot_value(svg_tree *p, const svg_e_node *node, int row);
+static svg_unum slot_number(svg_tree *p, const svg_e_node *node, int row);
 static viewport_side get_side(svg_parser *p, const svg_e_node *node, const char *name, int row);
 static void log_viewport(const svg_parser *p, bool embedded);
-static svg_an_trafo *new_trafo(svg_parser *p, int type, size_t numbers);
+static svg_an_trafo *new_trafo(svg_host *p, int type, size_t numbers);
 static void add_translation(svg_parser *p, const svg_e_node *node, double x, double y);
 static void translate(svg_parser *p, const svg_e_node *node, svg_an_trafo *trafo, double x,
                       double y);
@@ -138,23 +138,23 @@ double svg_unit2pt(int unit, double value) {
 }
 
 // Elements that refer to this one get their own marks in svg_set_elem_flag.
-static void mark_bbox_user(svg_parser *p, svg_e_node *node, uint16_t flags) {
+static void mark_bbox_user(svg_host *p, svg_e_node *node, uint16_t flags) {
   svg_note(p, 6, "\t\t\t[%s %p needs bbox]\n", svg_elem_name(node->head.id),
            static_cast<void *>(node));
   node->head.flags |= flags;
 }
 
 // Where the value of an attribute of the element being built is found; null when it has none.
-static svg_a_node *&slot(svg_parser *p, const svg_e_node *node, int row) {
+static svg_a_node *&slot(svg_tree *p, const svg_e_node *node, int row) {
   const auto offset = static_cast<size_t>(svg_attr_table[row].apo[node->head.id]);
   return p->hook_slots[offset / sizeof p->hook_slots[0]];
 }
 
-template <class Record> static Record *slot_value(svg_parser *p, const svg_e_node *node, int row) {
+template <class Record> static Record *slot_value(svg_tree *p, const svg_e_node *node, int row) {
   return svg_record<Record>(slot(p, node, row));
 }
 
-static svg_unum slot_number(svg_parser *p, const svg_e_node *node, int row) {
+static svg_unum slot_number(svg_tree *p, const svg_e_node *node, int row) {
   const auto *number = slot_value<svg_an_unum>(p, node, row);
   if (!number || fabs(number->value) < 1e-6) return {0, SVG_UNIT_NONE};
   return {number->value, number->head.unit};
@@ -181,7 +181,7 @@ static void log_viewport(const svg_parser *p, bool embedded) {
     ort_logg(p->core, "\t\t\tviewBox width=%g, height=%g\n", p->viewbox_width, p->viewbox_height);
 }
 
-static svg_an_trafo *new_trafo(svg_parser *p, int type, size_t numbers) {
+static svg_an_trafo *new_trafo(svg_host *p, int type, size_t numbers) {
   const size_t size = offsetof(svg_an_trafo, numbers) + numbers * sizeof(double);
   auto *trafo = static_cast<svg_an_trafo *>(ort_calloc(p->core, 1, size, "svg_beg_use"));
   trafo->head.row = SVG_ATTR_transform;

@@ -7,8 +7,8 @@
 
 #include "svg/parser/svg_parser.h"
 
-static void make_primary(svg_parser *p);
-static bool accepts(const svg_parser *p, const char *entry);
+static void make_primary(svg_host *p);
+static bool accepts(const svg_host *p, const char *entry);
 
 int32_t svg_check_system_language(svg_parser *p, const svg_e_node *element) {
   if (!p->language) return 0;
@@ -25,7 +25,7 @@ int32_t svg_check_system_language(svg_parser *p, const svg_e_node *element) {
 }
 
 // "en" of "en_US" and of "en-US"; a "_" anywhere wins over an earlier "-".
-static void make_primary(svg_parser *p) {
+static void make_primary(svg_host *p) {
   p->language_primary = ort_strdup(p->core, p->language);
   char *cut = strchr(p->language_primary, '_');
   if (!cut) cut = strchr(p->language_primary, '-');
@@ -34,7 +34,7 @@ static void make_primary(svg_parser *p) {
 
 // An entry is cut at "-" only: systemLanguage holds language tags, the host's language may be a
 // locale name.
-static bool accepts(const svg_parser *p, const char *entry) {
+static bool accepts(const svg_host *p, const char *entry) {
   const char *primary = p->language_primary;
   if (ort_stricmp_a(entry, p->language) == 0 || ort_stricmp_a(entry, primary) == 0) return true;
   const char *dash = strchr(entry, '-');

@@ -19,7 +19,7 @@
 #include "svg/values/svg_types.h"
 
 static void count_node(svg_parser *p);
-static void link_child(svg_parser *p, svg_node *node);
+static void link_child(svg_tree *p, svg_node *node);
 static uint16_t initial_flags(int id);
 static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs);
 static void add_style(svg_parser *p, const XML_Char **attrs);
@@ -97,7 +97,7 @@ static void count_node(svg_parser *p) {
   ++p->nodes;
 }
 
-static void link_child(svg_parser *p, svg_node *node) {
+static void link_child(svg_tree *p, svg_node *node) {
   auto &parent = ort_top<svg_pe_entry>(p->elem_stack);
   *parent.link = node;
   parent.link = &node->next;

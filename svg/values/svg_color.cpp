@@ -30,21 +30,21 @@ struct color_values {
 } // namespace
 
 static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count);
-static void expect(svg_parser *p, int token, int wanted);
-static uint32_t get_base_color(svg_parser *p);
-static uint32_t get_hex_color(svg_parser *p);
-static uint32_t get_rgb_color(svg_parser *p);
-static void get_extension(svg_parser *p, svg_color *color);
-static void get_extension_name(svg_parser *p, svg_color *color);
-static void get_values(svg_parser *p, color_values *values);
+static void expect(svg_scanner *p, int token, int wanted);
+static uint32_t get_base_color(svg_scanner *p);
+static uint32_t get_hex_color(svg_scanner *p);
+static uint32_t get_rgb_color(svg_scanner *p);
+static void get_extension(svg_scanner *p, svg_color *color);
+static void get_extension_name(svg_scanner *p, svg_color *color);
+static void get_values(svg_scanner *p, color_values *values);
 static bool settle_values(int32_t *colortype, color_values *values);
 static bool has_leading_slot(int32_t colortype);
 static void convert_values(svg_color *color);
-static void log_extension(const svg_parser *p, const svg_color *color, const double *numbers,
+static void log_extension(const svg_host *p, const svg_color *color, const double *numbers,
                           int count);
 static void drop_extension(ort_core *core, svg_color *color);
-static svg_a_node *new_paint(svg_parser *p, uint8_t kind, size_t size);
-static svg_a_node *new_color_paint(svg_parser *p);
+static svg_a_node *new_paint(svg_host *p, uint8_t kind, size_t size);
+static svg_a_node *new_color_paint(svg_scanner *p);
 
 int32_t svg_find_color(const char *name) {
   return find_color(name, svg_rgb_table, SVG_COLOR_COUNT);
@@ -55,7 +55,7 @@ int32_t svg_find_syscolor(const char *name) {
 }
 
 // Anything but an integer from 0 to 255 or a percentage from 0 to 100 is 0; nothing is clamped.
-uint8_t svg_parse_color_comp(svg_parser *p) {
+uint8_t svg_parse_color_comp(svg_scanner *p) {
   switch (svg_ntok(p)) {
   case SVG_TOK_INT:
     return p->tok_int >= 0 && p->tok_int <= 255 ? static_cast<uint8_t>(p->tok_int) : 0;
@@ -76,7 +76,7 @@ void svg_get_rgb_color_comps(double *out, double v) {
     *out = whole == 255 ? 1 : fmin((whole + 0.5) * 0.00390625, 1);
 }
 
-int32_t svg_get_color(svg_parser *p, svg_color *color) {
+int32_t svg_get_color(svg_scanner *p, svg_color *color) {
   *color = {.rgb = 0, .colortype = SVG_CT_NONE, .name = nullptr, .comps = nullptr};
   color->rgb = get_base_color(p);
   svg_note(p, 6, "\t\t\t[rgbcolor=#%06X]\n", color->rgb);
@@ -146,11 +146,11 @@ static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count
 }
 
 // token is the type of the current token.
-static void expect(svg_parser *p, int token, int wanted) {
+static void expect(svg_scanner *p, int token, int wanted) {
   if (token != wanted) svg_err_value(p);
 }
 
-static uint32_t get_base_color(svg_parser *p) {
+static uint32_t get_base_color(svg_scanner *p) {
   expect(p, p->tok_type, SVG_TOK_STRING);
   if (p->tok_text[0] == '#') return get_hex_color(p);
   if (ort_stricmp_a(p->tok_text, "rgb") == 0) return get_rgb_color(p);
@@ -161,7 +161,7 @@ static uint32_t get_base_color(svg_parser *p) {
   return svg_sysrgb_table[row].rgb;
 }
 
-static uint32_t get_hex_color(svg_parser *p) {
+static uint32_t get_hex_color(svg_scanner *p) {
   const size_t length = strlen(p->tok_text);
   if (length != 4 && length != 7) svg_err_value(p);
   const int mode = length == 7;
@@ -171,18 +171,18 @@ static uint32_t get_hex_color(svg_parser *p) {
   return ort_get_be_ulong3(bytes);
 }
 
-static uint32_t get_rgb_color(svg_parser *p) {
-  static constexpr int behind[3] = {SVG_TOK_COMMA, SVG_TOK_COMMA, SVG_TOK_RPAREN};
+static uint32_t get_rgb_color(svg_scanner *p) {
+  static constexpr int after[3] = {SVG_TOK_COMMA, SVG_TOK_COMMA, SVG_TOK_RPAREN};
   unsigned char bytes[3];
   expect(p, svg_ntok(p), SVG_TOK_LPAREN);
   for (int i = 0; i < 3; ++i) {
     bytes[i] = svg_parse_color_comp(p);
-    expect(p, svg_ntok(p), behind[i]);
+    expect(p, svg_ntok(p), after[i]);
   }
   return ort_get_be_ulong3(bytes);
 }
 
-static void get_extension(svg_parser *p, svg_color *color) {
+static void get_extension(svg_scanner *p, svg_color *color) {
   color->colortype = ort_get_keycode_ci(p->tok_text, svg_colortype_keylist);
   if (color->colortype < 0) {
     svg_note(p, 5, "\t\t\t[colorspace \"%a\" %s]\n", p->tok_text, "unknown");
@@ -208,7 +208,7 @@ static void get_extension(svg_parser *p, svg_color *color) {
 }
 
 // The profile, or for a named color the profile, which is not kept, and the name.
-static void get_extension_name(svg_parser *p, svg_color *color) {
+static void get_extension_name(svg_scanner *p, svg_color *color) {
   expect(p, p->tok_type, SVG_TOK_STRING);
   if (color->colortype == SVG_CT_ICC_NAMED) {
     expect(p, svg_ntok(p), SVG_TOK_COMMA);
@@ -218,7 +218,7 @@ static void get_extension_name(svg_parser *p, svg_color *color) {
   if (svg_ntok(p) == SVG_TOK_COMMA) svg_ntok(p);
 }
 
-static void get_values(svg_parser *p, color_values *values) {
+static void get_values(svg_scanner *p, color_values *values) {
   values->count = 0;
   while (p->tok_type != SVG_TOK_RPAREN && values->count < MAX_VALUES) {
     if (values->count > 0 && p->tok_type == SVG_TOK_COMMA) svg_ntok(p);
@@ -269,7 +269,7 @@ static void convert_values(svg_color *color) {
   }
 }
 
-static void log_extension(const svg_parser *p, const svg_color *color, const double *numbers,
+static void log_extension(const svg_host *p, const svg_color *color, const double *numbers,
                           int count) {
   const char *keyword = ort_get_keyword(color->colortype, svg_colortype_keylist);
   ort_logg(p->core, "\t\t\t[Color extension ");
@@ -290,13 +290,13 @@ static void drop_extension(ort_core *core, svg_color *color) {
 }
 
 // Just large enough for its kind; zeroed.
-static svg_a_node *new_paint(svg_parser *p, uint8_t kind, size_t size) {
+static svg_a_node *new_paint(svg_host *p, uint8_t kind, size_t size) {
   auto *node = static_cast<svg_a_node *>(ort_calloc(p->core, 1, size, "svg_anew_an_paint"));
   node->kind = kind & 0x7F;
   return node;
 }
 
-static svg_a_node *new_color_paint(svg_parser *p) {
+static svg_a_node *new_color_paint(svg_scanner *p) {
   svg_color color;
   svg_a_node *node = nullptr;
   if (!svg_get_color(p, &color)) {

@@ -6,8 +6,8 @@
 
 int32_t svg_find_color(const char *name);    // row of svg_rgb_table, or -1
 int32_t svg_find_syscolor(const char *name); // row of svg_sysrgb_table, or -1
-uint8_t svg_parse_color_comp(svg_parser *p);
+uint8_t svg_parse_color_comp(svg_scanner *p);
 void svg_get_rgb_color_comps(double *out, double v);
-int32_t svg_get_color(svg_parser *p, svg_color *color);
+int32_t svg_get_color(svg_scanner *p, svg_color *color);
 
 #endif

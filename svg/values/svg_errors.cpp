@@ -33,7 +33,7 @@ constexpr ort_errtab_entry svg_errors[] = {
     {1, SVG_E_PATH_NUMBER, "Missing or illegal numeric parameter '$1' in SVG path", nullptr},
 };
 
-ORT_NORETURN static void raise_value_error(svg_parser *p);
+ORT_NORETURN static void raise_value_error(svg_scanner *p);
 
 void svg_register_errtab(ort_core *core) {
   ort_register_errtab(core, 8, svg_errors, static_cast<int>(std::size(svg_errors)));
@@ -46,12 +46,12 @@ const char *svg_get_error_text(size_t i, int32_t *code, int32_t *parameters) {
   return svg_errors[i].text;
 }
 
-void svg_err_value(svg_parser *p) {
+void svg_err_value(svg_scanner *p) {
   p->value_ok = 0;
   raise_value_error(p);
 }
 
-void svg_err_rest(svg_parser *p, const char *rest) {
+void svg_err_rest(svg_scanner *p, const char *rest) {
   char cut[SVG_REST_SIZE];
   svg_cut_rest(cut, rest);
   ort_bs_clear(p->tok_buf);
@@ -61,19 +61,19 @@ void svg_err_rest(svg_parser *p, const char *rest) {
   svg_err_value(p);
 }
 
-void svg_err_end(svg_parser *p) {
+void svg_err_end(svg_scanner *p) {
   p->tok_type = SVG_TOK_END;
   svg_err_value(p);
 }
 
-void svg_err_no_data(svg_parser *p) {
+void svg_err_no_data(svg_scanner *p) {
   p->value_ok = 1;
   p->tok_type = SVG_TOK_END;
   raise_value_error(p);
 }
 
 // Of an attribute, a property, or a property in a style attribute.
-static void raise_value_error(svg_parser *p) {
+static void raise_value_error(svg_scanner *p) {
   constexpr int incomplete[] = {SVG_E_ATTRIBUTE_INCOMPLETE, SVG_E_PROPERTY_INCOMPLETE,
                                 SVG_E_STYLE_INCOMPLETE};
   constexpr int token[] = {SVG_E_ATTRIBUTE_TOKEN, SVG_E_PROPERTY_TOKEN, SVG_E_STYLE_TOKEN};
@@ -93,7 +93,7 @@ void svg_add_position(svg_parser *p, long line) {
                    ort_errprintf(p->core, "%a", p->elem_name));
 }
 
-void svg_warn_pending(svg_parser *p) {
+void svg_warn_pending(svg_host *p) {
   ort_logg_cond(p->core, 1, ORT_LOG_LINES, "\n");
   ort_warning(p->core, -1);
 }

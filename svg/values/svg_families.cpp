@@ -9,9 +9,9 @@
 #include "svg/values/svg_types.h"
 
 static int32_t svg_get_family_name(svg_parser *p);
-static int32_t count_families(svg_parser *p);
-static void log_families(const svg_parser *p, const svg_an_key_name_list *list);
-static void keep_inherit_only(svg_parser *p, svg_an_key_name_list *list);
+static int32_t count_families(svg_scanner *p);
+static void log_families(const svg_host *p, const svg_an_key_name_list *list);
+static void keep_inherit_only(svg_host *p, svg_an_key_name_list *list);
 
 void svg_ctor_an_font_family(svg_parser *p, svg_a_node *node) {
   auto *list = svg_record<svg_an_key_name_list>(node);
@@ -73,14 +73,14 @@ void svg_dtor_an_key_name_list(ort_core *core, svg_a_node *node) {
 }
 
 // One more than the commas.
-static int32_t count_families(svg_parser *p) {
+static int32_t count_families(svg_scanner *p) {
   int32_t count = 1;
   for (int token = svg_ntok_nonum(p); token != SVG_TOK_END; token = svg_ntok_nonum(p))
     if (token == SVG_TOK_COMMA) ++count;
   return count;
 }
 
-static void log_families(const svg_parser *p, const svg_an_key_name_list *list) {
+static void log_families(const svg_host *p, const svg_an_key_name_list *list) {
   ort_logg(p->core, "\t\t\t\t");
   for (int32_t i = 0; i < list->count; ++i) {
     if (list->names[i])
@@ -93,7 +93,7 @@ static void log_families(const svg_parser *p, const svg_an_key_name_list *list) 
   ort_logg(p->core, "\n");
 }
 
-static void keep_inherit_only(svg_parser *p, svg_an_key_name_list *list) {
+static void keep_inherit_only(svg_host *p, svg_an_key_name_list *list) {
   for (int32_t i = 0; i < list->count; ++i) {
     ort_free(p->core, list->names[i]);
     list->names[i] = nullptr;

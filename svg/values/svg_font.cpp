@@ -31,7 +31,7 @@ static void split_font_copy(svg_parser *p, add_fn add);
 static void join_line_height(char *text);
 static int split_words(char *text, font_word *words);
 static int classify_words(svg_parser *p, font_word *words, int count, add_fn add);
-static const svg_key_entry *find_keyword(const svg_parser *p, const svg_attr_def &def,
+static const svg_key_entry *find_keyword(const svg_scanner *p, const svg_attr_def &def,
                                          const char *word);
 
 constexpr int MAX_WORDS = 5;
@@ -141,7 +141,7 @@ static int classify_words(svg_parser *p, font_word *words, int count, add_fn add
   return taken;
 }
 
-static const svg_key_entry *find_keyword(const svg_parser *p, const svg_attr_def &def,
+static const svg_key_entry *find_keyword(const svg_scanner *p, const svg_attr_def &def,
                                          const char *word) {
   for (uint32_t i = 0; i < def.key_count; ++i)
     if (svg_strcmp(p, word, def.keys[i].text) == 0) return &def.keys[i];

@@ -180,8 +180,8 @@ static void get_data(svg_parser *p, svg_iri *iri, const char *text, const char *
 
 static int16_t get_mime(const char *text, const char *end) {
   for (const ort_keyword *mime = svg_mime_keylist1; mime->text; ++mime) {
-    const char *behind = text + strlen(mime->text);
-    if (begins_with(text, end, mime->text) && (behind == end || *behind == ';'))
+    const char *after = text + strlen(mime->text);
+    if (begins_with(text, end, mime->text) && (after == end || *after == ';'))
       return static_cast<int16_t>(mime->code);
   }
   return SVG_MIME_UNKNOWN;

@@ -17,10 +17,10 @@ struct waiting_link : svg_unres_link {
 
 } // namespace
 
-static void log_search(svg_parser *p, const char *id, bool found);
+static void log_search(svg_host *p, const char *id, bool found);
 static void gather_slots(svg_parser *p, size_t number);
 static int compare_slots(const void *a, const void *b);
-static waiting_link *link_at(const svg_parser *p, size_t slot);
+static waiting_link *link_at(const svg_links *p, size_t slot);
 
 static void svg_unres_link_reclaim(void *item) { *static_cast<waiting_link *>(item) = {}; }
 
@@ -59,7 +59,7 @@ svg_e_node *svg_find_href(svg_parser *p, const char *id) {
   return target;
 }
 
-static void log_search(svg_parser *p, const char *id, bool found) {
+static void log_search(svg_host *p, const char *id, bool found) {
   if (p->log_level < 5) return;
   ort_logg(p->core, "\t\t\t[search for id \"%a\"]\n", id);
   if (!found) ort_logg(p->core, "\t\t\t[id not found]\n");
@@ -202,6 +202,6 @@ void svg_drop_resolved_links(svg_parser *p) {
   p->unres_links = nullptr;
 }
 
-static waiting_link *link_at(const svg_parser *p, size_t slot) {
+static waiting_link *link_at(const svg_links *p, size_t slot) {
   return static_cast<waiting_link *>(ort_hvtr_at(p->unres_links, slot));
 }

@@ -11,20 +11,20 @@
 #include "svg/values/svg_scan.h"
 #include "svg/values/svg_types.h"
 
-static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units);
+static int32_t read_numbers(svg_scanner *p, const char *tag, double **values, uint8_t **units);
 template <class T>
-static void store(svg_parser *p, const char *tag, T **array, size_t stored, size_t room,
+static void store(svg_host *p, const char *tag, T **array, size_t stored, size_t room,
                   const T *items, size_t count);
 static void read_name(svg_parser *p);
 
-static bool at_item(const svg_parser *p) { return p->tok_type != SVG_TOK_END; }
+static bool at_item(const svg_scanner *p) { return p->tok_type != SVG_TOK_END; }
 
-static bool at_keyword(const svg_parser *p) { return p->tok_type == SVG_TOK_KEYWORD; }
+static bool at_keyword(const svg_scanner *p) { return p->tok_type == SVG_TOK_KEYWORD; }
 
 // Reads tokens while more says that the current one begins an item, hands each to item with its
 // index, and skips one comma after each. Returns the number of items.
 template <class Item>
-static int32_t for_each_item(svg_parser *p, bool (*more)(const svg_parser *p), Item item) {
+static int32_t for_each_item(svg_scanner *p, bool (*more)(const svg_scanner *p), Item item) {
   int32_t count = 0;
   for (svg_ntok(p); more(p); ++count) {
     item(count);
@@ -83,7 +83,7 @@ void svg_dtor_an_key_unum_list(ort_core *core, svg_a_node *node) {
 
 // The numbers, and when units is not null their units, wait in groups: few of them cost one block
 // of memory, and many a block that grows.
-static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uint8_t **units) {
+static int32_t read_numbers(svg_scanner *p, const char *tag, double **values, uint8_t **units) {
   constexpr size_t group = 64;
   double waiting[group];
   uint8_t waiting_units[group];
@@ -107,7 +107,7 @@ static int32_t read_numbers(svg_parser *p, const char *tag, double **values, uin
 
 // Puts items after those that are stored in *array, which gets room for so many; 0: it has room.
 template <class T>
-static void store(svg_parser *p, const char *tag, T **array, size_t stored, size_t room,
+static void store(svg_host *p, const char *tag, T **array, size_t stored, size_t room,
                   const T *items, size_t count) {
   if (room > 0) *array = static_cast<T *>(ort_realloc(p->core, *array, room * sizeof(T), tag));
   memcpy(*array + stored, items, count * sizeof(T));

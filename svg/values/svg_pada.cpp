@@ -16,7 +16,7 @@ static void svg_pada_cb_elliarc(void *userdata, const ort_bezier_list *curves);
 static void svg_pada_cb_closepath(void *userdata);
 static void svg_pada_begin(svg_parser *p, int16_t type);
 static void svg_pada_add_points(svg_parser *p);
-static void svg_pada_append(svg_parser *p, double x, double y);
+static void svg_pada_append(svg_path_maker *p, double x, double y);
 static void svg_pada_reclaim(void *item);
 static void svg_pada_release(ort_core *core, void *item);
 
@@ -122,7 +122,7 @@ static void svg_pada_add_points(svg_parser *p) {
   record->count = p->pada_count;
 }
 
-static void svg_pada_append(svg_parser *p, double x, double y) {
+static void svg_pada_append(svg_path_maker *p, double x, double y) {
   double *point = p->pada_points + 2 * p->pada_count++;
   point[0] = x;
   point[1] = y;

@@ -13,15 +13,15 @@
 #include "svg/path/svg_number.h"
 #include "svg/values/svg_errors.h"
 
-static int set_token(svg_parser *p, int type, const char *begin, const char *end);
-static int set_mark(svg_parser *p, int type, const char *text);
-static int read_string(svg_parser *p);
-static int read_word(svg_parser *p);
-static const svg_key_entry *find_key(const svg_parser *p, const char *text,
+static int set_token(svg_scanner *p, int type, const char *begin, const char *end);
+static int set_mark(svg_scanner *p, int type, const char *text);
+static int read_string(svg_scanner *p);
+static int read_word(svg_scanner *p);
+static const svg_key_entry *find_key(const svg_scanner *p, const char *text,
                                      const svg_key_entry *keys, int32_t count);
-static int next_token(svg_parser *p, bool numbers);
-static bool read_plain_number(svg_parser *p);
-static bool is_wanted_key(const svg_parser *p, char first);
+static int next_token(svg_scanner *p, bool numbers);
+static bool read_plain_number(svg_scanner *p);
+static bool is_wanted_key(const svg_scanner *p, char first);
 
 // clang-format off
 constexpr svg_key_entry svg_units[] = {
@@ -53,7 +53,7 @@ const char *svg_get_unit_text(int32_t unit) {
 
 // ---- Tokens -------------------------------------------------------------------------------------
 
-void svg_scan_reset(svg_parser *p) { p->scan_pos = p->scan_start; }
+void svg_scan_reset(svg_scanner *p) { p->scan_pos = p->scan_start; }
 
 static bool ends_word(char c) {
   static constexpr auto ends = [] {
@@ -66,7 +66,7 @@ static bool ends_word(char c) {
   return ends[static_cast<unsigned char>(c)];
 }
 
-int svg_get_token(svg_parser *p) {
+int svg_get_token(svg_scanner *p) {
   while (ort_isspace(*p->scan_pos)) ++p->scan_pos;
   switch (*p->scan_pos) {
   case '\0': return set_token(p, SVG_TOK_END, p->scan_pos, p->scan_pos);
@@ -81,7 +81,7 @@ int svg_get_token(svg_parser *p) {
 
 // Makes the text from begin to end the current token, and goes on after it. The last token of a
 // value ends where the value does and needs no copy.
-static int set_token(svg_parser *p, int type, const char *begin, const char *end) {
+static int set_token(svg_scanner *p, int type, const char *begin, const char *end) {
   if (*end == '\0') {
     p->tok_text = begin;
   } else {
@@ -94,14 +94,14 @@ static int set_token(svg_parser *p, int type, const char *begin, const char *end
   return type;
 }
 
-static int set_mark(svg_parser *p, int type, const char *text) {
+static int set_mark(svg_scanner *p, int type, const char *text) {
   p->tok_text = text;
   p->tok_type = type;
   ++p->scan_pos;
   return type;
 }
 
-const char *svg_tok_text(svg_parser *p) {
+const char *svg_tok_text(svg_scanner *p) {
   if (!p->tok_text) {
     ort_bs_clear(p->tok_buf);
     ort_bs_append(p->tok_buf, p->tok_begin, p->tok_length);
@@ -111,7 +111,7 @@ const char *svg_tok_text(svg_parser *p) {
 }
 
 // A quote that ends the value is an empty string.
-static int read_string(svg_parser *p) {
+static int read_string(svg_scanner *p) {
   const char *begin = p->scan_pos + 1;
   const char *end = *begin != '\0' ? strchr(begin, begin[-1]) : begin;
   if (!end) {
@@ -123,7 +123,7 @@ static int read_string(svg_parser *p) {
   return SVG_TOK_STRING;
 }
 
-static int read_word(svg_parser *p) {
+static int read_word(svg_scanner *p) {
   const char *end = p->scan_pos;
   while (!ends_word(*end)) ++end;
   set_token(p, SVG_TOK_WORD, p->scan_pos, end);
@@ -136,18 +136,18 @@ static int read_word(svg_parser *p) {
 
 // The first entry with this text, or null. Texts that are equal in either letter case agree in
 // their first bytes but for bit 5; few others do.
-static const svg_key_entry *find_key(const svg_parser *p, const char *text,
+static const svg_key_entry *find_key(const svg_scanner *p, const char *text,
                                      const svg_key_entry *keys, int32_t count) {
   for (const svg_key_entry *key = keys; key < keys + count; ++key)
     if (((*key->text ^ *text) & ~0x20) == 0 && svg_strcmp(p, key->text, text) == 0) return key;
   return nullptr;
 }
 
-int svg_ntok(svg_parser *p) { return next_token(p, true); }
+int svg_ntok(svg_scanner *p) { return next_token(p, true); }
 
-int svg_ntok_nonum(svg_parser *p) { return next_token(p, false); }
+int svg_ntok_nonum(svg_scanner *p) { return next_token(p, false); }
 
-static int next_token(svg_parser *p, bool numbers) {
+static int next_token(svg_scanner *p, bool numbers) {
   if (p->tok_pushed != 0) {
     p->tok_pushed = 0;
     return p->tok_type;
@@ -161,7 +161,7 @@ static int next_token(svg_parser *p, bool numbers) {
 
 // Nearly all tokens where a number may stand are numbers without exponent and unit. They are read
 // where they are; a text of its own is made only for an error.
-static bool read_plain_number(svg_parser *p) {
+static bool read_plain_number(svg_scanner *p) {
   const char *begin = p->scan_pos;
   while (ort_isspace(*begin)) ++begin;
   const bool negative = *begin == '-';
@@ -181,20 +181,20 @@ static bool read_plain_number(svg_parser *p) {
 }
 
 // Whether a keyword may begin with this byte of a number.
-static bool is_wanted_key(const svg_parser *p, char first) {
+static bool is_wanted_key(const svg_scanner *p, char first) {
   for (int32_t i = 0; i < p->key_count; ++i)
     if (*p->keys[i].text == first) return true;
   return false;
 }
 
-int32_t svg_ctok_as_key(svg_parser *p) {
+int32_t svg_ctok_as_key(svg_scanner *p) {
   if (p->tok_type != SVG_TOK_KEYWORD) svg_err_value(p);
   return p->tok_key;
 }
 
 // ---- Numbers ------------------------------------------------------------------------------------
 
-int svg_try_unumtok(svg_parser *p) {
+int svg_try_unumtok(svg_scanner *p) {
   const char *s = p->tok_text;
   const bool negative = *s == '-';
   if (negative || *s == '+') ++s;
@@ -226,35 +226,35 @@ int svg_try_unumtok(svg_parser *p) {
 }
 
 // An integer counts as clamped to 32 bits, a number with decimal point or exponent as written.
-double svg_ctok_as_num(svg_parser *p) {
+double svg_ctok_as_num(svg_scanner *p) {
   if (p->tok_type == SVG_TOK_INT) return p->tok_int;
   if (p->tok_type != SVG_TOK_REAL) svg_err_value(p);
   return p->tok_num;
 }
 
-double svg_get_num(svg_parser *p) {
+double svg_get_num(svg_scanner *p) {
   svg_ntok(p);
   return svg_ctok_as_num(p);
 }
 
-double svg_ctok_as_unum(svg_parser *p, uint8_t *unit) {
+double svg_ctok_as_unum(svg_scanner *p, uint8_t *unit) {
   const bool with_unit = p->tok_type == SVG_TOK_UNUM || p->tok_type == SVG_TOK_PERCENT;
   const double value = with_unit ? p->tok_num : svg_ctok_as_num(p);
   *unit = with_unit ? p->tok_unit : static_cast<uint8_t>(SVG_UNIT_NONE);
   return value;
 }
 
-double svg_get_unum(svg_parser *p, uint8_t *unit) {
+double svg_get_unum(svg_scanner *p, uint8_t *unit) {
   svg_ntok(p);
   return svg_ctok_as_unum(p, unit);
 }
 
-double svg_chk_sep_num(svg_parser *p) {
+double svg_chk_sep_num(svg_scanner *p) {
   if (p->tok_type == SVG_TOK_COMMA) svg_ntok(p);
   return svg_ctok_as_num(p);
 }
 
-double svg_get_sep_num(svg_parser *p) {
+double svg_get_sep_num(svg_scanner *p) {
   svg_ntok(p);
   return svg_chk_sep_num(p);
 }

@@ -21,19 +21,19 @@ enum {
   SVG_TOK_END = 10
 };
 
-int svg_get_token(svg_parser *p);
-int svg_ntok(svg_parser *p);       // with number recognition
-int svg_ntok_nonum(svg_parser *p); // a plain word is a string
-int svg_try_unumtok(svg_parser *p);
-const char *svg_tok_text(svg_parser *p); // of the current token
-int32_t svg_ctok_as_key(svg_parser *p);  // the current token as a keyword id
-double svg_ctok_as_num(svg_parser *p);
-double svg_get_num(svg_parser *p);
-double svg_ctok_as_unum(svg_parser *p, uint8_t *unit);
-double svg_get_unum(svg_parser *p, uint8_t *unit);
-double svg_chk_sep_num(svg_parser *p);
-double svg_get_sep_num(svg_parser *p);
-void svg_scan_reset(svg_parser *p); // back to the start of the value; tok_pushed stays
+int svg_get_token(svg_scanner *p);
+int svg_ntok(svg_scanner *p);       // with number recognition
+int svg_ntok_nonum(svg_scanner *p); // a plain word is a string
+int svg_try_unumtok(svg_scanner *p);
+const char *svg_tok_text(svg_scanner *p); // of the current token
+int32_t svg_ctok_as_key(svg_scanner *p);  // the current token as a keyword id
+double svg_ctok_as_num(svg_scanner *p);
+double svg_get_num(svg_scanner *p);
+double svg_ctok_as_unum(svg_scanner *p, uint8_t *unit);
+double svg_get_unum(svg_scanner *p, uint8_t *unit);
+double svg_chk_sep_num(svg_scanner *p);
+double svg_get_sep_num(svg_scanner *p);
+void svg_scan_reset(svg_scanner *p); // back to the start of the value; tok_pushed stays
 constexpr bool svg_is_special(char c) { return c == '(' || c == ')' || c == ','; }
 
 #endif

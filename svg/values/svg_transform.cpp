@@ -10,9 +10,9 @@
 #include "svg/values/svg_scan.h"
 #include "svg/values/svg_types.h"
 
-static int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]);
+static int svg_get_trafo(svg_scanner *p, int keyword, ort_matrix *matrix, double parameters[3]);
 static void turn_about(ort_matrix *rotation, double x, double y);
-static svg_a_node *new_record(svg_parser *p, int type, const double *numbers, size_t count);
+static svg_a_node *new_record(svg_host *p, int type, const double *numbers, size_t count);
 
 svg_a_node *svg_anew_an_trafo(svg_parser *p) {
   ort_matrix matrix = {};
@@ -42,7 +42,7 @@ svg_a_node *svg_anew_an_trafo(svg_parser *p) {
   }
 }
 
-static int svg_get_trafo(svg_parser *p, int keyword, ort_matrix *matrix, double parameters[3]) {
+static int svg_get_trafo(svg_scanner *p, int keyword, ort_matrix *matrix, double parameters[3]) {
   if (svg_ntok(p) != SVG_TOK_LPAREN) svg_err_value(p);
   const double first = svg_get_num(p);
   int type = SVG_TRAFO_MATRIX;
@@ -104,7 +104,7 @@ static void turn_about(ort_matrix *rotation, double x, double y) {
   *rotation = turned;
 }
 
-static svg_a_node *new_record(svg_parser *p, int type, const double *numbers, size_t count) {
+static svg_a_node *new_record(svg_host *p, int type, const double *numbers, size_t count) {
   const size_t size = offsetof(svg_an_trafo, numbers) + count * sizeof(double);
   auto *record = static_cast<svg_an_trafo *>(ort_calloc(p->core, 1, size, "svg_anew_an_trafo"));
   record->type = type;

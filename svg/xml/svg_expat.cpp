@@ -11,7 +11,7 @@
 #include <cstring>
 
 static XML_Status feed(svg_parser *p, bool last);
-static void look_at_lines(svg_parser *p, size_t length);
+static void look_at_lines(svg_input *p, size_t length);
 static size_t batch_size(const svg_parser *p);
 
 constexpr size_t MOST_GATHERED = 16 * SVG_BLOCK_SIZE;
@@ -106,7 +106,7 @@ void svg_expat_delete(svg_parser *p) {
 }
 
 // Expat counts lines byte by byte, in a call that is slow for many short events.
-uint32_t svg_expat_line(svg_parser *p) {
+uint32_t svg_expat_line(svg_input *p) {
   svg_lines &lines = p->lines;
   if (lines.wide) return static_cast<uint32_t>(XML_GetCurrentLineNumber(p->xml));
   const int64_t event = XML_GetCurrentByteIndex(p->xml);
@@ -138,7 +138,7 @@ static XML_Status feed(svg_parser *p, bool last) {
 
 // Two-byte characters are left to Expat. A carriage return ends a line, with or without a line feed
 // after it.
-static void look_at_lines(svg_parser *p, size_t length) {
+static void look_at_lines(svg_input *p, size_t length) {
   const auto is_wide = [](char c) { return c == '\0' || c == '\xFE' || c == '\xFF'; };
   if (p->bytes_fed == 0 && length > 1) p->lines.wide |= is_wide(p->room[0]) || is_wide(p->room[1]);
   p->lines.returns |= memchr(p->room, '\r', length) != nullptr;

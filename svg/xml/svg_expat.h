@@ -13,7 +13,7 @@ void svg_expat_create(svg_parser *p, const char *encoding);
 char *svg_expat_room(svg_parser *p, size_t *size);
 XML_Status svg_expat_take(svg_parser *p, size_t length, bool last);
 XML_Status svg_expat_flush(svg_parser *p);
-uint32_t svg_expat_line(svg_parser *p); // of the current event
+uint32_t svg_expat_line(svg_input *p); // of the current event
 void svg_expat_delete(svg_parser *p);
 
 // Runs the body of an Expat callback in a frame, because no jump may cross Expat. An error stays

@@ -11,7 +11,7 @@
 #include "svg/xml/svg_expat.h"
 
 static void count_growth(svg_parser *p, uint64_t bytes);
-static void raise_limit(svg_parser *p, const char *what, int limit);
+static void raise_limit(svg_host *p, const char *what, int limit);
 
 static void cb_entity(void *parser, const XML_Char *, int is_parameter, const XML_Char *value,
                       int length, const XML_Char *, const XML_Char *, const XML_Char *,
@@ -77,6 +77,6 @@ static void count_growth(svg_parser *p, uint64_t bytes) {
               ort_errprintf(p->core, "%g", static_cast<double>(p->limits.entity_factor)));
 }
 
-static void raise_limit(svg_parser *p, const char *what, int limit) {
+static void raise_limit(svg_host *p, const char *what, int limit) {
   ort_error(p->core, ORT_E_LIMIT, what, ort_errprintf(p->core, "%d", limit));
 }

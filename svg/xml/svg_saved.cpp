@@ -8,8 +8,8 @@
 #include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
 
-static char **result_of(svg_parser *p, int32_t id);
-static void close_start_tag(svg_parser *p, const char *end);
+static char **result_of(svg_capture *p, int32_t id);
+static void close_start_tag(svg_capture *p, const char *end);
 static void write_name(ort_bs *bs, const char *prefix, const char *local);
 
 void svg_savelem_open(svg_parser *p, int id) {
@@ -56,7 +56,7 @@ void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,
   p->savelem_tag_open = 1;
 }
 
-void svg_savelem_char_data(svg_parser *p, const char *s, int len) {
+void svg_savelem_char_data(svg_capture *p, const char *s, int len) {
   close_start_tag(p, ">");
   ort_bs_append(p->savelem_text, s, static_cast<size_t>(len));
 }
@@ -84,11 +84,11 @@ void svg_savelem_end(svg_parser *p, int32_t type, const char *prefix, const char
   p->savelem_tag_open = 0;
 }
 
-static char **result_of(svg_parser *p, int32_t id) {
+static char **result_of(svg_capture *p, int32_t id) {
   return id == SVG_ELEM_title ? &p->title : id == SVG_ELEM_desc ? &p->desc : &p->metadata;
 }
 
-static void close_start_tag(svg_parser *p, const char *end) {
+static void close_start_tag(svg_capture *p, const char *end) {
   if (p->savelem_tag_open) ort_bs_append_text(p->savelem_text, end);
   p->savelem_tag_open = 0;
 }

@@ -115,7 +115,7 @@ int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs) {
   return strcmp(attrs[1], "text/css") == 0;
 }
 
-size_t svg_css_sheet_bytes(const svg_parser *p) {
+size_t svg_css_sheet_bytes(const svg_sheet_pass *p) {
   size_t bytes = p->style_sheet ? ort_bs_length(p->style_sheet) : 0;
   for (size_t i = 0; i < ort_vtr_count(p->ext_style_sheets); ++i)
     bytes += strlen(ort_item<svg_ext_sheet>(p->ext_style_sheets, i).text);

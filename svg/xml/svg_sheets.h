@@ -10,6 +10,6 @@ void svg_cb_elem_start_css(void *parser, const XML_Char *name, const XML_Char **
 void svg_cb_elem_end_css(void *parser, const XML_Char *name);
 void svg_cb_char_data_css(void *parser, const XML_Char *s, int len);
 int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs);
-size_t svg_css_sheet_bytes(const svg_parser *p); // of all sheets but the imported ones
+size_t svg_css_sheet_bytes(const svg_sheet_pass *p); // of all sheets but the imported ones
 
 #endif
