@@ -1,0 +1,34 @@
+"""What the tests of svgtree share: how they run it, and their command line."""
+import glob
+import os
+import subprocess
+import sys
+import unittest
+
+TOOL = ""
+
+
+def main(update=None):
+    """Runs the tests of the calling script: SCRIPT TOOL [unittest's arguments], or SCRIPT TOOL --update."""
+    global TOOL
+    TOOL = os.path.abspath(sys.argv.pop(1))
+    if update and sys.argv[1:] == ["--update"]:
+        update()
+    else:
+        unittest.main()
+
+
+def run(*arguments, stdin=b"", **options):
+    """Exit status, standard output and standard error of svgtree."""
+    options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options}
+    done = subprocess.run([TOOL, *arguments], input=stdin, timeout=120, check=False, **options)
+    return done.returncode, (done.stdout or b"").decode(), (done.stderr or b"").decode()
+
+
+def svg(markup, attributes=""):
+    return (f'<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
+            f'width="9" height="9" {attributes}>{markup}</svg>').encode()
+
+
+def samples():
+    return sorted(glob.glob("samples/*.svg*"))
