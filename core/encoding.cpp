@@ -2,9 +2,10 @@
 // but for a number that ort_get_encoding does not give.
 //
 // The tables stand here, and not in the system's converters, because those are files: a drawing
-// that names its encoding must not make the reader open any.
+// that names its encoding must not make the reader open any, unless its host reads leniently.
 #include <array>
 #include <charconv>
+#include <iconv.h>
 #include <string.h>
 
 #include "core/ort_state.h"
@@ -85,6 +86,25 @@ int ort_get_encoding(ort_core * /*core*/, const char *name, int32_t *number, int
 const uint16_t *ort_get_encoding_vector(ort_core *core, int32_t number) {
   if (!is_part(number)) ort_internal_error(core, __FILE__, __LINE__);
   return VECTORS[static_cast<size_t>(number)].data();
+}
+
+// A converter may keep a letter until it knows whether a mark follows, and gives it when it is
+// asked without input.
+bool ort_get_system_encoding(const char *name, int codes[256]) {
+  iconv_t converter = iconv_open("UTF-16LE", name);
+  if (converter == reinterpret_cast<iconv_t>(-1)) return false;
+  for (int byte = 0; byte < 256; ++byte) {
+    char in = static_cast<char>(byte), *from = &in;
+    unsigned char out[4] = {};
+    char *to = reinterpret_cast<char *>(out);
+    size_t length = 1, room = sizeof out;
+    const bool known = iconv(converter, &from, &length, &to, &room) != static_cast<size_t>(-1) &&
+                       iconv(converter, nullptr, nullptr, &to, &room) != static_cast<size_t>(-1);
+    codes[byte] = known && room == 2 ? out[0] | out[1] << 8 : -1;
+    iconv(converter, nullptr, nullptr, nullptr, nullptr);
+  }
+  iconv_close(converter);
+  return true;
 }
 
 // There is no part 12.

@@ -251,6 +251,9 @@ const char *ort_fname(const ort_file *file); // as given when it was opened; nev
 int ort_get_encoding(ort_core *core, const char *name, int32_t *number, int flags);
 // Its 256 codes of 16 bits (0xFFFF: the byte is not used). Owned by the core.
 const uint16_t *ort_get_encoding_vector(ort_core *core, int32_t number);
+// The codes of a single-byte encoding by the system's converters (iconv), -1 for a byte that means
+// nothing. False when the system does not know it. Opens files of the system; never raises.
+bool ort_get_system_encoding(const char *name, int codes[256]);
 
 // ---- Geometry (matrix.cpp, arc.cpp) -------------------------------------------------------------
 

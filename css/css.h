@@ -77,6 +77,9 @@ void css_parse_sheet(css_parser *css, const char *text, const char *href);
 // For get_prop: adds the value of one longhand of the shorthand being parsed.
 void css_add_value(css_parser *css, const char *name, void *value);
 
+// For get_prop: whether it gets the first declaration of its rule, void ones apart.
+bool css_is_rule_empty(const css_parser *css);
+
 // Reads the sheet that href names under the context's policy. Returns its text in UTF-8 (freed with
 // ort_free), or null after a warning (10200, 10201) when it is refused or cannot be read.
 char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,

@@ -37,6 +37,8 @@ void css_add_value(css_parser *css, const char *name, void *value) {
   ort_push(css->declarations, declaration);
 }
 
+bool css_is_rule_empty(const css_parser *css) { return ort_vtr_count(css->declarations) == 0; }
+
 void css_end_rule(css_parser *css) {
   ++css->rule_count;
   if (ort_vtr_count(css->group) == 0) return;

@@ -5,6 +5,6 @@
 
 void fuzz_reader(const std::string &input) {
   const FuzzInput parts(input);
-  const bool packed = parts.settings[FuzzInput::GZIP] % 2 != 0;
+  const bool packed = parts.settings[FuzzInput::FORM] % 2 != 0;
   fuzz_read(packed ? gzip(parts.text) : parts.text, parts);
 }

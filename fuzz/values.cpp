@@ -30,7 +30,8 @@ void fuzz_values(const std::string &input) {
   exact.push_back('\0');
   const char *text = exact.data();
 
-  Document document("<svg><g id='a'/></svg>", AccountingCore::with_log(way & 4 ? 6 : 0));
+  Document document("<svg><g id='a'/></svg>", AccountingCore::with_log(way & 4 ? 6 : 0),
+                    [=](svg_parser *p) { svg_set_leniency(p, way & 8 ? SVG_LENIENT_ALL : 0); });
   svg_parser *p = document.parser;
   const int code = document.core.protect([=] {
     svg_make_work_space(p);

@@ -227,6 +227,45 @@ typedef void (*svg_skip_observer_fn)(void *user, svg_skipped what, const char *n
  * @param user      its first argument; may be null */
 ORT_API void svg_set_skip_observer(svg_parser *parser, svg_skip_observer_fn observer, void *user);
 
+/** What a lenient reading takes beyond SVG 1.1; docs/leniency.md tells it by value. */
+typedef enum svg_leniency {
+  SVG_LENIENT_NUMBERS = 0x01,   /**< in lists, a number ends where the next one begins: "1-2.5.5" */
+  SVG_LENIENT_HREF = 0x02,      /**< href without namespace counts as xlink:href */
+  SVG_LENIENT_PERCENT = 0x04,   /**< opacities in percent */
+  SVG_LENIENT_FALLBACKS = 0x08, /**< "url(#x) none", "url(#x) currentColor"; color and stop-opacity
+                                   with "inherit" count as not given */
+  SVG_LENIENT_LENGTHS = 0x10,   /**< units of CSS 3, where SVG 1.1 has their equal */
+  SVG_LENIENT_COLORS = 0x20,    /**< colors of CSS Color 4; an alpha becomes an opacity property */
+  SVG_LENIENT_ENCODING = 0x40,  /**< UTF-16 of either order with or without a mark, and
+                                   windows-1250 to -1258 through the system's converters */
+  SVG_LENIENT_ALL = 0x7F        /**< all of them */
+} svg_leniency;
+
+/** Sets before svg_parse what is read leniently: SVG_LENIENT_*, combined by "|"; 0, as without this
+ * call: nothing. A value that the strict reading takes is never read otherwise, but for the
+ * components of rgb() that are out of range. */
+ORT_API void svg_set_leniency(svg_parser *parser, uint32_t flags);
+
+/** A value that the strict reading would have refused. */
+typedef struct svg_lenient_value {
+  uint32_t flags;      /**< SVG_LENIENT_*: what took it, mostly one of them */
+  uint32_t line;       /**< as in warnings; 0 for a style sheet */
+  const char *element; /**< name of its element; "" for a style sheet and for an encoding */
+  const char *name;    /**< of its attribute or property; "encoding" */
+  const char *text;    /**< the value, as it is written; the encoding's name */
+} svg_lenient_value;
+
+/** Told of each value that only leniency took, when it has been read. value and its texts are valid
+ * during the call. The function must return. */
+typedef void (*svg_leniency_observer_fn)(void *user, const svg_lenient_value *value);
+
+/** Sets the observer of leniency before svg_parse.
+ * @param parser    the parser
+ * @param observer  null: none
+ * @param user      its first argument; may be null */
+ORT_API void svg_set_leniency_observer(svg_parser *parser, svg_leniency_observer_fn observer,
+                                       void *user);
+
 /** Stores the seconds that the two passes of svg_parse took, by the system's monotonic clock. */
 ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass,
                                 double *main_pass);

@@ -62,6 +62,13 @@ void svg_set_observer(svg_parser *p, svg_observer_fn observer, void *user) {
   p->observer_user = user;
 }
 
+void svg_set_leniency(svg_parser *p, uint32_t flags) { p->leniency = flags & SVG_LENIENT_ALL; }
+
+void svg_set_leniency_observer(svg_parser *p, svg_leniency_observer_fn observer, void *user) {
+  p->leniency_observer = observer;
+  p->leniency_observer_user = user;
+}
+
 const char *svg_get_title_text(const svg_parser *p) { return p->title; }
 
 const char *svg_get_desc_text(const svg_parser *p) { return p->desc; }

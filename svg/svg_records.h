@@ -340,11 +340,18 @@ enum {
   SVG_MIME_CSS = 5        /**< text/css */
 };
 
+/** What may stand after a paint's IRI in the place of a color (SVG 1.1, 11.2). */
+enum {
+  SVG_FALLBACK_MISSING = -1,     /**< nothing: a paint whose server does not exist is an error */
+  SVG_FALLBACK_NONE = -2,        /**< "none"; only with SVG_LENIENT_FALLBACKS */
+  SVG_FALLBACK_CURRENTCOLOR = -3 /**< "currentColor"; only with SVG_LENIENT_FALLBACKS */
+};
+
 /** An IRI. */
 typedef struct svg_iri {
   int16_t kind;     /**< SVG_IRI_* */
   int16_t mime;     /**< SVG_MIME_* */
-  int32_t fallback; /**< color after a paint's IRI, 0x00RRGGBB, or -1 */
+  int32_t fallback; /**< color after a paint's IRI, 0x00RRGGBB, or SVG_FALLBACK_* */
   /** What it refers to. */
   union {
     svg_e_node *target; /**< SVG_IRI_LINK: the element, or null when no element has the id */
@@ -399,7 +406,7 @@ typedef union svg_an_paint {
 /** An IRI. */
 typedef struct svg_an_iri {
   svg_a_node head;
-  svg_iri iri; /**< its fallback is -1 */
+  svg_iri iri; /**< its fallback is SVG_FALLBACK_MISSING */
 } svg_an_iri;
 
 /** color-profile (SVG 1.1, 12.3). */

@@ -73,6 +73,7 @@ void fuzz_read(const std::string &drawing, const FuzzInput &input, const std::st
 
   Document document(drawing, options, [&](svg_parser *p) {
     const unsigned of_host = set[FuzzInput::HOST];
+    svg_set_leniency(p, set[FuzzInput::FORM] / 2);
     p->language = languages[of_host / 32 % std::size(languages)];
     if (of_host & 1) p->nottol_elements = refused_elements, p->nottol_elements_num = 3;
     if (of_host & 2) p->nottol_props = refused_props, p->nottol_props_num = 2;

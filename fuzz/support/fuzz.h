@@ -23,7 +23,7 @@ void fuzz_data_iri(const std::string &input); // what follows "data:" in an IRI
 struct FuzzInput {
   explicit FuzzInput(const std::string &input);
 
-  enum Setting { LOG_LEVEL, HOST, BLOCK, LIMITS, BUDGET, FAIL_AT, FAIL_ON, GZIP, SETTINGS };
+  enum Setting { LOG_LEVEL, HOST, BLOCK, LIMITS, BUDGET, FAIL_AT, FAIL_ON, FORM, SETTINGS };
   unsigned settings[SETTINGS] = {};
   std::string text;
 };

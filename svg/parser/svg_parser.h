@@ -95,6 +95,9 @@ struct svg_host {
   void *element_observer_user = nullptr;
   svg_skip_observer_fn skip_observer = nullptr;
   void *skip_observer_user = nullptr;
+  uint32_t leniency = 0; // SVG_LENIENT_*
+  svg_leniency_observer_fn leniency_observer = nullptr;
+  void *leniency_observer_user = nullptr;
   int block_size = SVG_BLOCK_SIZE; // tests make it smaller, and then blocks are not gathered
 };
 
@@ -117,6 +120,12 @@ struct svg_scanner : svg_host {
   const svg_key_entry *keys = nullptr;
   int32_t key_count = 0;
   ort_bs *tok_buf = nullptr; // owned
+  // Of a value that is read again because the strict reading has refused it:
+  uint32_t lenient = 0;           // what it may make use of, SVG_LENIENT_*; 0: it is read strictly
+  uint32_t lenient_use = 0;       // what it has made use of
+  int32_t lenient_row = 0;        // its row
+  bool lenient_outermost = false; // it is of the outermost element
+  double alpha = 1;               // of the color just read
 };
 
 // The value that is made of it.
@@ -128,6 +137,18 @@ struct svg_value_maker {
   ort_bs *style_name_buf = nullptr, *style_value_buf = nullptr;
   ort_vtr *class_nids = nullptr; // int16_t
   char *font_copy = nullptr;     // font shorthand being split
+};
+
+// Of fill, stroke or stop-color in the source being read.
+struct svg_alpha {
+  double alpha = 1; // of the color that holds
+  double given = 1; // the opacity that is given beside it
+};
+constexpr int SVG_ALPHAS = 3;
+
+// What the alpha of a color makes of opacities, for a host that allows colors with alpha.
+struct svg_color_alphas {
+  svg_alpha alphas[2][SVG_ALPHAS]; // of the source being read; [1]: its important declarations
 };
 
 struct svg_path_maker {
@@ -144,6 +165,8 @@ struct svg_input {
   XML_Parser xml = nullptr; // owned; null outside a pass
   uint32_t played_line = 0; // of the recorded event being played, else 0
   int32_t no_namespaces = 0;
+  const char *utf16 = nullptr; // the encoding that the first block shows; null: Expat finds it
+  bool encoding_told = false;
   int32_t callback_failed = 0;    // an Expat callback raised; the error is pending until
                                   // XML_ParseBuffer has returned
   char *room = nullptr;           // for batch bytes, in Expat's buffer
@@ -261,6 +284,7 @@ struct svg_main_pass : svg_namespaces,
 
 struct svg_parser : svg_scanner,
                     svg_value_maker,
+                    svg_color_alphas,
                     svg_path_maker,
                     svg_input,
                     svg_growth,

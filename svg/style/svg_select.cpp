@@ -8,6 +8,7 @@
 #include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
 #include "svg/values/svg_attr.h"
+#include "svg/values/svg_css_color.h"
 #include "svg/values/svg_errors.h"
 #include "svg/values/svg_font.h"
 #include "svg/values/svg_types.h"
@@ -161,6 +162,7 @@ static void *svg_css_cb_get_prop(void *user, const char *name, const char *value
     svg_skip_property_name(p, SVG_SKIPPED_PROPERTY, name);
     return nullptr;
   }
+  if (css_is_rule_empty(p->css)) svg_begin_alphas(p);
   svg_a_node *node = nullptr;
   bool done = ort_protected(p->core, [&] {
     p->source = important ? SVG_SOURCE_IMPORTANT : SVG_SOURCE_SHEET;
@@ -231,9 +233,12 @@ static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *tex
   svg_parse_attr(p, row, text, 0);
   svg_a_node *node = p->new_value;
   if (node) {
+    char given[SVG_ALPHA_SIZE];
+    const char *opacity = svg_take_alpha(p, node, given);
     node->important = p->source == SVG_SOURCE_IMPORTANT;
     ort_push<svg_a_node *>(p->prop_values, node);
     p->new_value = nullptr;
+    if (opacity) add_longhand(p, opacity, given);
   }
   return node;
 }

@@ -8,6 +8,7 @@
 #include <cstring>
 
 #include "svg/values/svg_attr.h"
+#include "svg/values/svg_css_color.h"
 #include "svg/values/svg_font.h"
 
 static const char *skip_space(const char *s);
@@ -19,6 +20,7 @@ void svg_parse_style(svg_parser *p, const char *text) {
   svg_note(p, 6, "\t\t\t[style attribute:]\n");
   const svg_source source = p->source;
   p->source = SVG_SOURCE_STYLE;
+  svg_begin_alphas(p);
   const char *s = skip_space(text);
   while (*s != '\0') {
     const char *name_end = skip_ident(s);

@@ -15,6 +15,8 @@
 #include "svg/style/svg_style.h"
 #include "svg/tree/svg_elements.h"
 #include "svg/values/svg_attr.h"
+#include "svg/values/svg_css_color.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/values/svg_links.h"
 #include "svg/values/svg_types.h"
 
@@ -22,6 +24,7 @@ static void count_node(svg_parser *p);
 static void link_child(svg_tree *p, svg_node *node);
 static uint16_t initial_flags(int id);
 static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs);
+static bool add_plain_href(svg_parser *p, int id, const XML_Char **attrs, const char *text);
 static void add_style(svg_parser *p, const XML_Char **attrs);
 static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
@@ -74,6 +77,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 
   if (p->css && attrs[0]) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;
+  svg_begin_alphas(p);
   const bool styled = add_attributes(p, id, attrs);
   if (p->css) svg_css_apply_rules(p, node);
   if (styled) add_style(p, attrs);
@@ -126,6 +130,9 @@ static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
       const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
       styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
       if (type != SVG_NS_OTHER) index = svg_find_esa(p, svg_get_internal_name(type, local), id);
+      if (index < 0 && (p->leniency & SVG_LENIENT_HREF) != 0 && ort_strcmp(attr[0], "href") == 0 &&
+          add_plain_href(p, id, attrs, attr[1]))
+        continue;
       if (index < 0) prop = svg_find_prop(local);
     }
     if (index >= 0) {
@@ -137,6 +144,23 @@ static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
     }
   }
   return styled;
+}
+
+// A text is taken for xlink:href where the element has that and it is not given.
+static bool add_plain_href(svg_parser *p, int id, const XML_Char **attrs, const char *text) {
+  const int index = svg_find_esa(p, "xlink:href", id);
+  if (index < 0) return false;
+  for (const XML_Char **attr = attrs; *attr; attr += 2) {
+    const char *local = nullptr;
+    const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
+    if (ort_strcmp(svg_get_internal_name(type, local), "xlink:href") == 0) return false;
+  }
+  const size_t count = ort_vtr_count(p->an_values);
+  p->attr_name = "href";
+  svg_add_attr(p, &svg_elem_table[id], index, text);
+  if (ort_vtr_count(p->an_values) > count)
+    svg_tell_lenient(p, SVG_LENIENT_HREF, text, svg_xml_line(p));
+  return true;
 }
 
 static void add_style(svg_parser *p, const XML_Char **attrs) {

@@ -7,13 +7,22 @@
 #include "svg/values/svg_attr.h"
 
 #include "svg/names/svg_schema.h"
+#include "svg/values/svg_css_color.h"
 #include "svg/values/svg_errors.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/values/svg_links.h"
 #include "svg/values/svg_scan.h"
 #include "svg/values/svg_types.h"
 
+static void begin_value(svg_parser *p, int32_t row, const char *text);
 static void make_value(svg_parser *p, int32_t row);
+static bool read_leniently(svg_parser *p, int32_t row, const char *text, uint32_t line);
+static void discard_value(svg_parser *p);
 static void report_failure(svg_parser *p, uint32_t line);
+
+static long line_of(const svg_parser *p, uint32_t line) {
+  return line == SVG_LINE_BEING_READ ? svg_xml_line(p) : static_cast<long>(line);
+}
 
 void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line) {
   const svg_attr_def *def = &svg_attr_table[row];
@@ -23,10 +32,17 @@ void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line)
     while (ort_isspace(*given)) ++given;
   if (*given == '\0') return;
 
+  begin_value(p, row, text);
+  if (ort_protected(p->core, [=] { make_value(p, row); })) return;
+  if (p->leniency != 0 && read_leniently(p, row, text, line)) return;
+  report_failure(p, line);
+}
+
+static void begin_value(svg_parser *p, int32_t row, const char *text) {
+  const svg_attr_def *def = &svg_attr_table[row];
   p->keys = def->keys;
   p->key_count = static_cast<int32_t>(def->key_count);
   p->scan_pos = p->scan_start = text;
-  if (!ort_protected(p->core, [=] { make_value(p, row); })) report_failure(p, line);
 }
 
 static void make_value(svg_parser *p, int32_t row) {
@@ -46,16 +62,37 @@ static void make_value(svg_parser *p, int32_t row) {
   if (def->ctor) def->ctor(p, p->new_value);
 }
 
-// Drops the half-made value. Its row may be another one than was asked for: a shorthand makes the
+// Whether a value that was refused is taken now. When it is not, what stands against it is pending
+// as before.
+static bool read_leniently(svg_parser *p, int32_t row, const char *text, uint32_t line) {
+  const uint32_t flags = svg_leniency_for(p, row);
+  if (p->value_ok != 0 || flags == 0) return false;
+  discard_value(p);
+  p->lenient = flags;
+  p->lenient_use = 0;
+  p->alpha = 1;
+  p->lenient_row = row;
+  p->lenient_outermost = p->level == 1;
+  begin_value(p, row, text);
+  const bool taken = ort_protected(p->core, [=] { make_value(p, row); });
+  p->lenient = 0;
+  if (taken) svg_tell_lenient(p, p->lenient_use, text, line_of(p, line));
+  return taken;
+}
+
+// The row of the half-made value may be another one than was asked for: a shorthand makes the
 // values of its longhands.
-static void report_failure(svg_parser *p, uint32_t line) {
-  const bool bad_value = p->value_ok == 0;
+static void discard_value(svg_parser *p) {
   p->value_ok = 1;
   svg_drop_value_link(p);
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
+}
 
-  svg_add_position(p, line == SVG_LINE_BEING_READ ? svg_xml_line(p) : static_cast<long>(line));
+static void report_failure(svg_parser *p, uint32_t line) {
+  const bool bad_value = p->value_ok == 0;
+  discard_value(p);
+  svg_add_position(p, line_of(p, line));
   if (!bad_value) ort_rethrow(p->core);
   svg_warn_pending(p);
   p->in_style_attr = 0;
@@ -92,11 +129,14 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
   } else if (p->in_style_attr != 0 || !ort_getbit(p->props_set, static_cast<size_t>(row))) {
     svg_parse_attr(p, row, text, SVG_LINE_BEING_READ);
     if (svg_a_node *value = p->new_value) {
+      char given[SVG_ALPHA_SIZE];
+      const char *opacity = svg_take_alpha(p, value, given);
       svg_note(p, 6, "\t\t\t[add property %a=\"%a\"]\n", name, text);
       ort_push(p->prop_values, value);
       p->new_value = nullptr;
       svg_collect_value(p, value, nullptr);
       if (p->in_style_attr != 0) ort_setbit(p->props_set, static_cast<size_t>(row));
+      if (opacity) svg_add_prop(p, opacity, given);
     }
   }
   p->css_mode = 0;

@@ -10,8 +10,10 @@
 #include <cstring>
 
 #include "svg/tables/colors.h"
+#include "svg/values/svg_css_color.h"
 #include "svg/values/svg_errors.h"
 #include "svg/values/svg_iri.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
 #include "svg/values/svg_types.h"
@@ -31,6 +33,7 @@ struct color_values {
 
 static int32_t find_color(const char *name, const svg_rgb_entry *rows, int count);
 static void expect(svg_scanner *p, int token, int wanted);
+static bool get_fallback_keyword(svg_scanner *p, svg_iri *iri);
 static uint32_t get_base_color(svg_scanner *p);
 static uint32_t get_hex_color(svg_scanner *p);
 static uint32_t get_rgb_color(svg_scanner *p);
@@ -54,15 +57,16 @@ int32_t svg_find_syscolor(const char *name) {
   return find_color(name, svg_sysrgb_table, SVG_SYSCOLOR_COUNT);
 }
 
-// Anything but an integer from 0 to 255 or a percentage from 0 to 100 is 0; nothing is clamped.
+// Anything but an integer from 0 to 255 or a percentage from 0 to 100 is 0 and not clamped, unless
+// the host wants it read leniently.
 uint8_t svg_parse_color_comp(svg_scanner *p) {
-  switch (svg_ntok(p)) {
-  case SVG_TOK_INT:
-    return p->tok_int >= 0 && p->tok_int <= 255 ? static_cast<uint8_t>(p->tok_int) : 0;
-  case SVG_TOK_PERCENT:
-    return static_cast<uint8_t>(p->tok_num >= 0 && p->tok_num <= 100 ? p->tok_num * 255 / 100 : 0);
-  default: return 0;
-  }
+  const int type = svg_ntok(p);
+  if (type == SVG_TOK_INT && p->tok_int >= 0 && p->tok_int <= 255)
+    return static_cast<uint8_t>(p->tok_int);
+  if (type == SVG_TOK_PERCENT && p->tok_num >= 0 && p->tok_num <= 100)
+    return static_cast<uint8_t>(p->tok_num * 255 / 100);
+  if (p->leniency & SVG_LENIENT_COLORS) svg_err_value(p);
+  return 0;
 }
 
 // The middle of the value's step of 1/256, with 0, 128 and 255 exact.
@@ -92,7 +96,8 @@ int32_t svg_get_color(svg_scanner *p, svg_color *color) {
 
 void svg_ctor_an_color(svg_parser *p, svg_a_node *node) {
   svg_color color;
-  svg_ntok_nonum(p);
+  if (svg_ntok_nonum(p) == SVG_TOK_KEYWORD && svg_is_lenient(p, SVG_LENIENT_FALLBACKS))
+    return svg_drop_value(p); // "inherit", for which the record has no place
   svg_get_color(p, &color);
   drop_extension(p->core, &color);
   svg_record<svg_an_color>(node)->rgb = color.rgb;
@@ -117,11 +122,22 @@ void svg_ctor_an_paint(svg_parser *p, svg_a_node *node) {
   svg_iri *iri = &svg_record<svg_an_paint_iri>(node)->iri;
   svg_get_funciri(p, iri);
   if (svg_ntok_nonum(p) == SVG_TOK_END) return;
+  if (p->tok_type == SVG_TOK_KEYWORD && get_fallback_keyword(p, iri)) return;
   svg_color fallback;
   svg_get_color(p, &fallback);
   drop_extension(p->core, &fallback);
+  p->alpha = 1; // an opacity would be that of the paint server
   iri->fallback = static_cast<int32_t>(fallback.rgb);
   svg_note(p, 5, "\t\t\t[fallback color=%06X]\n", fallback.rgb);
+}
+
+static bool get_fallback_keyword(svg_scanner *p, svg_iri *iri) {
+  const bool none = p->tok_key == SVG_KW_none;
+  if (!none && p->tok_key != SVG_KW_currentColor) return false;
+  if (!svg_is_lenient(p, SVG_LENIENT_FALLBACKS)) return false;
+  iri->fallback = none ? SVG_FALLBACK_NONE : SVG_FALLBACK_CURRENTCOLOR;
+  svg_note(p, 5, "\t\t\t[fallback %s]\n", p->tok_text);
+  return true;
 }
 
 void svg_dtor_an_paint(ort_core *core, svg_a_node *node) {
@@ -152,6 +168,10 @@ static void expect(svg_scanner *p, int token, int wanted) {
 
 static uint32_t get_base_color(svg_scanner *p) {
   expect(p, p->tok_type, SVG_TOK_STRING);
+  if (uint32_t rgb; (p->lenient & SVG_LENIENT_COLORS) && svg_get_css_color(p, &rgb)) {
+    p->lenient_use |= SVG_LENIENT_COLORS;
+    return rgb;
+  }
   if (p->tok_text[0] == '#') return get_hex_color(p);
   if (ort_stricmp_a(p->tok_text, "rgb") == 0) return get_rgb_color(p);
   int32_t row = svg_find_color(p->tok_text);

@@ -49,7 +49,8 @@ static char *new_file_name(svg_parser *p, int mime, const char *digest);
 const char *svg_get_mime_text(int32_t mime) { return ort_get_keyword(mime, svg_mime_keylist1); }
 
 void svg_init_iri(svg_iri *iri) {
-  *iri = {.kind = SVG_IRI_NAME, .mime = SVG_MIME_NOT_DATA, .fallback = -1, .ref = {}};
+  *iri = {
+      .kind = SVG_IRI_NAME, .mime = SVG_MIME_NOT_DATA, .fallback = SVG_FALLBACK_MISSING, .ref = {}};
 }
 
 void svg_get_iri(svg_parser *p, svg_iri *iri, const char *start, const char *end) {

@@ -12,6 +12,7 @@
 #include "svg/names/svg_schema.h"
 #include "svg/path/svg_number.h"
 #include "svg/values/svg_errors.h"
+#include "svg/values/svg_leniency.h"
 
 static int set_token(svg_scanner *p, int type, const char *begin, const char *end);
 static int set_mark(svg_scanner *p, int type, const char *text);
@@ -21,6 +22,9 @@ static const svg_key_entry *find_key(const svg_scanner *p, const char *text,
                                      const svg_key_entry *keys, int32_t count);
 static int next_token(svg_scanner *p, bool numbers);
 static bool read_plain_number(svg_scanner *p);
+static bool read_lenient_number(svg_scanner *p);
+static bool set_unit(svg_scanner *p, const char *begin, const char *end);
+static void set_number(svg_scanner *p, const svg_decimal &number, bool negative);
 static bool is_wanted_key(const svg_scanner *p, char first);
 
 // clang-format off
@@ -153,6 +157,7 @@ static int next_token(svg_scanner *p, bool numbers) {
     return p->tok_type;
   }
   if (numbers && read_plain_number(p)) return p->tok_type;
+  if (numbers && p->lenient != 0 && read_lenient_number(p)) return p->tok_type;
   if (svg_get_token(p) != SVG_TOK_WORD) return p->tok_type;
   if (!numbers || !svg_is_numstart(*p->tok_text) || !svg_try_unumtok(p))
     p->tok_type = SVG_TOK_STRING;
@@ -178,6 +183,69 @@ static bool read_plain_number(svg_scanner *p) {
   p->tok_length = static_cast<size_t>(number.end - begin);
   p->scan_pos = number.end;
   return true;
+}
+
+// A number that ends where another begins, after its unit if it has one, or has a unit of CSS 3.
+static bool read_lenient_number(svg_scanner *p) {
+  const char *begin = p->scan_pos;
+  while (ort_isspace(*begin)) ++begin;
+  const bool negative = *begin == '-';
+  svg_decimal number;
+  const char *end = svg_read_mantissa(begin + (negative || *begin == '+'), &number);
+  if (number.valid && (*end == 'e' || *end == 'E') && svg_is_expostart(end[1]))
+    end = svg_read_exponent(end + 1, &number);
+  if (!number.valid) return false;
+  set_number(p, number, negative);
+  const char *unit = end;
+  if (*end == '%')
+    ++end;
+  else
+    while (ort_isalpha(*end)) ++end;
+  const bool adjoins = *end == '-' || *end == '+' || *end == '.';
+  if (!ends_word(*end) && !(adjoins && svg_is_lenient(p, SVG_LENIENT_NUMBERS))) return false;
+  if (unit != end && !set_unit(p, unit, end)) return false;
+  p->tok_text = nullptr;
+  p->tok_begin = begin;
+  p->tok_length = static_cast<size_t>(end - begin);
+  p->scan_pos = end;
+  return true;
+}
+
+// A root em is the em of the outermost element, whose width and height are percentages of the
+// window (CSS Values and Units 3, 5.1); elsewhere both are known to the host alone. A quarter of a
+// millimetre is one everywhere.
+static bool set_unit(svg_scanner *p, const char *begin, const char *end) {
+  struct css_unit {
+    svg_key_entry is; // by the unit of SVG 1.1
+    double factor;
+    int32_t row; // only there, or -1
+    bool outermost;
+  };
+  static constexpr css_unit css_units[] = {
+      {{"Q", SVG_UNIT_MM}, 0.25, -1, false},
+      {{"rem", SVG_UNIT_EM}, 1, -1, true},
+      {{"vh", SVG_UNIT_PERCENT}, 1, SVG_ATTR_svg_height, true},
+      {{"vw", SVG_UNIT_PERCENT}, 1, SVG_ATTR_svg_width, true},
+  };
+  char text[8] = "";
+  if (static_cast<size_t>(end - begin) >= sizeof text) return false;
+  memcpy(text, begin, static_cast<size_t>(end - begin));
+  p->tok_type = *begin == '%' ? SVG_TOK_PERCENT : SVG_TOK_UNUM;
+  p->tok_unit = SVG_UNIT_PERCENT;
+  if (*begin == '%') return true;
+  if (const svg_key_entry *unit = find_key(p, text, svg_units, std::size(svg_units))) {
+    p->tok_unit = static_cast<uint8_t>(unit->id);
+    return true;
+  }
+  for (const css_unit &unit : css_units) {
+    if (!find_key(p, text, &unit.is, 1) || (unit.outermost && !p->lenient_outermost) ||
+        (unit.row >= 0 && unit.row != p->lenient_row))
+      continue;
+    p->tok_unit = static_cast<uint8_t>(unit.is.id);
+    p->tok_num *= unit.factor;
+    return svg_is_lenient(p, SVG_LENIENT_LENGTHS);
+  }
+  return false;
 }
 
 // Whether a keyword may begin with this byte of a number.
@@ -206,17 +274,11 @@ int svg_try_unumtok(svg_scanner *p) {
     if (!number.valid) return 0;
   }
 
-  const double magnitude = svg_decimal_value(&number);
-  const int32_t integer = magnitude <= INT32_MAX ? static_cast<int32_t>(magnitude) : INT32_MAX;
-  p->tok_num = negative ? -magnitude : magnitude;
-  p->tok_int = negative ? -integer : integer;
-  p->tok_unit = SVG_UNIT_NONE;
-  if (*s == '\0') {
-    p->tok_type = number.real ? SVG_TOK_REAL : SVG_TOK_INT;
-  } else if (*s == '%') { // whatever follows
+  set_number(p, number, negative);
+  if (*s == '%') { // whatever follows
     p->tok_type = SVG_TOK_PERCENT;
     p->tok_unit = SVG_UNIT_PERCENT;
-  } else {
+  } else if (*s != '\0') {
     const svg_key_entry *unit = find_key(p, s, svg_units, std::size(svg_units));
     if (!unit) return 0;
     p->tok_type = SVG_TOK_UNUM;
@@ -225,9 +287,21 @@ int svg_try_unumtok(svg_scanner *p) {
   return 1;
 }
 
+// A token without unit.
+static void set_number(svg_scanner *p, const svg_decimal &number, bool negative) {
+  const double magnitude = svg_decimal_value(&number);
+  const int32_t integer = magnitude <= INT32_MAX ? static_cast<int32_t>(magnitude) : INT32_MAX;
+  p->tok_num = negative ? -magnitude : magnitude;
+  p->tok_int = negative ? -integer : integer;
+  p->tok_type = number.real ? SVG_TOK_REAL : SVG_TOK_INT;
+  p->tok_unit = SVG_UNIT_NONE;
+}
+
 // An integer counts as clamped to 32 bits, a number with decimal point or exponent as written.
 double svg_ctok_as_num(svg_scanner *p) {
   if (p->tok_type == SVG_TOK_INT) return p->tok_int;
+  if (p->tok_type == SVG_TOK_PERCENT && svg_is_lenient(p, SVG_LENIENT_PERCENT))
+    return p->tok_num / 100;
   if (p->tok_type != SVG_TOK_REAL) svg_err_value(p);
   return p->tok_num;
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "svg/values/svg_errors.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/values/svg_links.h"
 #include "svg/values/svg_record.h"
 #include "svg/values/svg_scan.h"
@@ -18,8 +19,12 @@ void svg_ctor_an_keyword(svg_parser *p, svg_a_node *node) {
   svg_record<svg_an_keyword>(node)->key = svg_ctok_as_key(p);
 }
 
+// Of the properties only stop-opacity: its record has no place for "inherit".
 void svg_ctor_an_number(svg_parser *p, svg_a_node *node) {
-  svg_record<svg_an_number>(node)->value = svg_get_num(p);
+  if (svg_ntok(p) == SVG_TOK_KEYWORD && svg_is_lenient(p, SVG_LENIENT_FALLBACKS))
+    svg_drop_value(p);
+  else
+    svg_record<svg_an_number>(node)->value = svg_ctok_as_num(p);
 }
 
 void svg_ctor_an_unum(svg_parser *p, svg_a_node *node) {

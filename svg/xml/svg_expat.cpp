@@ -78,6 +78,10 @@ void svg_expat_create(svg_parser *p, const char *encoding) {
               .wide = encoding != nullptr && strcmp(encoding, "UTF-16") == 0};
 }
 
+void svg_expat_set_encoding(svg_parser *p, const char *name) {
+  with_core(p, [&] { XML_SetEncoding(p->xml, name); });
+}
+
 char *svg_expat_room(svg_parser *p, size_t *size) {
   if (p->gathered == 0) {
     p->batch = batch_size(p);

@@ -10,6 +10,7 @@
 #include "svg/parser/svg_parser.h"
 
 void svg_expat_create(svg_parser *p, const char *encoding);
+void svg_expat_set_encoding(svg_parser *p, const char *name); // before the first byte
 char *svg_expat_room(svg_parser *p, size_t *size);
 XML_Status svg_expat_take(svg_parser *p, size_t length, bool last);
 XML_Status svg_expat_flush(svg_parser *p);

@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "svg/tree/svg_document.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/xml/svg_content.h"
 #include "svg/xml/svg_expat.h"
 #include "svg/xml/svg_growth.h"
@@ -25,6 +26,7 @@ static void log_line(svg_parser *p, const char *line);
 static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last);
 ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
 static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
+static bool looks_like_utf16(svg_parser *p, const char *block, int64_t length);
 static bool is_namespace_error(int code);
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass);
 
@@ -83,6 +85,7 @@ void svg_parse_xml(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass,
 
 static void create_expat(svg_parser *p, int32_t css_pass, int32_t encoding) {
   svg_expat_create(p, ort_get_keyword(encoding, svg_xp_encodings));
+  if (p->utf16 && encoding == 0) svg_expat_set_encoding(p, p->utf16);
   XML_SetUserData(p->xml, p);
   XML_SetUnknownEncodingHandler(p->xml, svg_cb_encoding_handler, p);
   XML_SetBillionLaughsAttackProtectionMaximumAmplification(p->xml, p->limits.entity_factor);
@@ -169,7 +172,26 @@ static void check_looks_like_xml(svg_parser *p, const char *block, int64_t lengt
   else if (length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0))
     s += 2;
   while (s < end && ort_isspace(*s)) ++s;
-  if (s == end || *s != '<') ort_error(p->core, SVG_E_NOT_SVG, p->filename);
+  if (s != end && *s == '<') return;
+  if ((p->leniency & SVG_LENIENT_ENCODING) && looks_like_utf16(p, block, length)) return;
+  ort_error(p->core, SVG_E_NOT_SVG, p->filename);
+}
+
+// Looks at characters, after a mark or without one; then Expat must be told of their order, for it
+// only knows a "<" at the start.
+static bool looks_like_utf16(svg_parser *p, const char *block, int64_t length) {
+  const char *s = block, *end = block + length;
+  const bool marked =
+      length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0);
+  const bool big_endian = length > 0 && *s == (marked ? '\xFE' : '\0');
+  if (marked) s += 2;
+  const auto byte = [=](const char *at, bool high) { return at[high != big_endian ? 1 : 0]; };
+  while (end - s >= 2 && byte(s, true) == '\0' && ort_isspace(byte(s, false))) s += 2;
+  if (end - s < 2 || byte(s, true) != '\0' || byte(s, false) != '<') return false;
+  const char *name = big_endian ? "UTF-16BE" : "UTF-16LE";
+  if (!marked) svg_expat_set_encoding(p, p->utf16 = name);
+  svg_tell_encoding(p, name);
+  return true;
 }
 
 static bool is_namespace_error(int code) {
@@ -203,9 +225,26 @@ void svg_reset_xml(svg_parser *p, ort_file *file, ort_gz **gz) {
   }
 }
 
+static bool get_windows_encoding(svg_parser *p, const XML_Char *name, XML_Encoding *info) {
+  constexpr char prefix[] = "windows-125";
+  constexpr size_t length = sizeof prefix - 1;
+  if ((p->leniency & SVG_LENIENT_ENCODING) == 0 || ort_strincmp_a(name, prefix, length) != 0 ||
+      name[length] < '0' || name[length] > '8' || name[length + 1] != '\0')
+    return false;
+  const char system_name[] = {'C', 'P', '1', '2', '5', name[length], '\0'};
+  if (!ort_get_system_encoding(system_name, info->map)) return false;
+  svg_tell_encoding(p, name);
+  return true;
+}
+
 int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info) {
   auto *p = static_cast<svg_parser *>(data);
-  if (!name || strlen(name) < 9 || ort_strincmp_a(name, "ISO", 3) != 0) return 0;
+  info->data = p;
+  info->convert = nullptr;
+  info->release = nullptr;
+  if (!name) return 0;
+  if (get_windows_encoding(p, name, info)) return 1;
+  if (strlen(name) < 9 || ort_strincmp_a(name, "ISO", 3) != 0) return 0;
   const char *part = name + (name[3] == '-' ? 4 : 3);
   if (strncmp(part, "8859", 4) != 0) return 0;
   part += part[4] == '-' ? 5 : 4;
@@ -217,9 +256,6 @@ int svg_cb_encoding_handler(void *data, const XML_Char *name, XML_Encoding *info
     if (ort_get_encoding(p->core, host_name, &number, 0) < 0) return;
     const uint16_t *codes = ort_get_encoding_vector(p->core, number);
     for (int i = 0; i < 256; ++i) info->map[i] = codes[i];
-    info->data = p;
-    info->convert = nullptr;
-    info->release = nullptr;
     known = true;
   });
   return known;

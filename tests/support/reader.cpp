@@ -72,12 +72,15 @@ std::string Document::values(const svg_e_node *element, const char *name) const 
   return result.empty() ? "-" : result;
 }
 
-std::string value_of(const char *element, const char *attribute, const std::string &text) {
+std::string value_of(const char *element, const char *attribute, const std::string &text,
+                     const std::function<void(svg_parser *)> &configure) {
   std::string escaped;
   for (const char c : text) escaped += c == '"' ? "&quot;" : c == '<' ? "&lt;" : std::string(1, c);
   const Document document("<svg xmlns='http://www.w3.org/2000/svg' "
                           "xmlns:xlink='http://www.w3.org/1999/xlink'><" +
-                          std::string(element) + " " + attribute + "=\"" + escaped + "\"/></svg>");
+                              std::string(element) + " " + attribute + "=\"" + escaped +
+                              "\"/></svg>",
+                          AccountingCore::defaults(), configure);
   std::string result = document.messages();
   if (result.empty()) return document.values(svg_as_element(document.svg->first_child), attribute);
   result.resize(result.rfind(", in file"));
@@ -139,7 +142,10 @@ static std::string unum(double value, uint8_t unit) {
 }
 
 static std::string iri_text(const svg_parser *parser, const svg_iri &iri) {
-  const std::string fallback = iri.fallback >= 0 ? " " + rgb(uint32_t(iri.fallback)) : "";
+  const std::string fallback = iri.fallback >= 0 ? " " + rgb(uint32_t(iri.fallback))
+                               : iri.fallback == SVG_FALLBACK_NONE         ? " none"
+                               : iri.fallback == SVG_FALLBACK_CURRENTCOLOR ? " currentColor"
+                                                                           : "";
   if (iri.kind == SVG_IRI_NONE) return "none";
   if (iri.kind == SVG_IRI_LINK)
     return "#" + std::string(iri.ref.target ? svg_find_href_id(parser, iri.ref.target) : "?") +

@@ -48,7 +48,8 @@ std::string value_text(const svg_parser *parser, const svg_a_node *value);
 // Reads ELEMENT with ATTRIBUTE="text" inside of an svg element: the values of the attribute, or
 // when there are messages, these: "! token" for an unexpected token, "!" for an incomplete value,
 // other ones as they are, without the position after the last comma.
-std::string value_of(const char *element, const char *attribute, const std::string &text);
+std::string value_of(const char *element, const char *attribute, const std::string &text,
+                     const std::function<void(svg_parser *)> &configure = nullptr);
 
 // Lines "ELEMENT ATTRIBUTE: CASES", with the cases of expect_cases, by value_of.
 void expect_values(const char *table);
