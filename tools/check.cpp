@@ -125,7 +125,7 @@ static void find_links(const Drawing &drawing, bool full, Findings &findings) {
       const bool outside = iri && iri->kind == SVG_IRI_NAME && element->head.id != SVG_ELEM_a;
       if ((!waits && !outside) || !found.insert(iri).second) continue;
       const std::string_view name = svg_find_href_id(drawing.parser(), element);
-      const Place place = {drawing.notes().of(element).line, 0, element_name(element->head.id),
+      const Place place = {drawing.notes().line_of(element), 0, element_name(element->head.id),
                            name != "(empty)" ? name : ""};
       const std::string attribute = std::string(row_name(value->row)) + ": ";
       const char *target = waits ? drawing.waiting_name(iri) : iri->ref.text;

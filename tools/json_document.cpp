@@ -11,7 +11,7 @@ static void write_document(JsonWriter &json, const Drawing &drawing);
 static void write_message(JsonWriter &json, const Message &message);
 static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
 static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root);
-static void write_notes(JsonWriter &json, const ElementNotes &notes);
+static void write_attributes(JsonWriter &json, const ElementAttributes &attributes);
 static void write_flags(JsonWriter &json, int flags);
 static bool is_sheet(svg_source source);
 static const char *source_name(svg_source source);
@@ -125,7 +125,8 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
         json.field("node", ++number);
         json.field("element", element_name(element->head.id));
         json.field("level", element->level);
-        write_notes(json, context.drawing.notes().of(element));
+        json.field("line", context.drawing.notes().line_of(element));
+        write_attributes(json, context.drawing.notes().attributes_of(element));
         write_flags(json, element->head.flags);
         json.array("values", [&] {
           for (int32_t i = 0; i < element->values_num; ++i) {
@@ -167,11 +168,10 @@ void write_json_name_and_source(JsonWriter &json, const ValueContext &context,
   json.field("source", source_name(context.drawing.source(element, value).kind));
 }
 
-static void write_notes(JsonWriter &json, const ElementNotes &notes) {
-  json.field("line", notes.line);
-  json.field("class", notes.classes.empty() ? nullptr : notes.classes.c_str());
+static void write_attributes(JsonWriter &json, const ElementAttributes &attributes) {
+  json.field("class", attributes.classes.empty() ? nullptr : attributes.classes.c_str());
   json.array("foreign", [&] {
-    for (const auto &[name, value] : notes.foreign) {
+    for (const auto &[name, value] : attributes.foreign) {
       json.begin_object();
       json.field("name", name);
       json.field("value", value);

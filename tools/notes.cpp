@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <functional>
 
 #include "tools/records.h"
 
@@ -20,8 +21,7 @@ void Notes::on_element(const svg_e_node *element, uint32_t line, const svg_writt
   const bool outermost = !svg_get_parent(element);
   if (outermost) begin_tree();
   Place place = {line, 0, element_name(element->head.id), ""};
-  ElementNotes &notes = notes_[element];
-  notes = {line, "", {}};
+  lines_.push_back({element, line});
   const char *style = "";
   auto skipped = pending_attributes_.begin();
   for (const svg_written_attr *attr = attributes; attr != attributes + count; ++attr) {
@@ -31,13 +31,13 @@ void Notes::on_element(const svg_e_node *element, uint32_t line, const svg_writt
         (prefixed || !is_listed(element, attr->name))) {
       ++skipped;
       if (keep_attributes_)
-        notes.foreign.emplace_back(
+        attributes_[element].foreign.emplace_back(
             prefixed ? std::string(attr->prefix) + ':' + attr->name : attr->name, attr->value);
     } else if (own && strcmp(attr->name, "id") == 0) {
       place.id = keep(attr->value);
       note_id(element, place);
     } else if (own && strcmp(attr->name, "class") == 0) {
-      if (keep_attributes_) notes.classes = attr->value;
+      if (keep_attributes_ && *attr->value) attributes_[element].classes = attr->value;
     } else if (own && strcmp(attr->name, "style") == 0) {
       style = attr->value;
     }
@@ -62,16 +62,22 @@ void Notes::on_skip(svg_skipped what, const char *name, uint32_t line) {
 }
 
 void Notes::finish() {
+  std::ranges::sort(lines_, std::less(), &Line::element);
   for (const std::string &name : sheet_properties_) properties_.add(name, place_of_sheets());
   for (Message &message : messages_)
     if (message.place.line == 0 && is_of_sheet(message) && !is_of_engine(message))
       message.place = place_of_sheets();
 }
 
-const ElementNotes &Notes::of(const svg_e_node *element) const {
-  static const ElementNotes none;
-  const auto found = notes_.find(element);
-  return found != notes_.end() ? found->second : none;
+uint32_t Notes::line_of(const svg_e_node *element) const {
+  const auto found = std::ranges::lower_bound(lines_, element, std::less(), &Line::element);
+  return found != lines_.end() && found->element == element ? found->line : 0;
+}
+
+const ElementAttributes &Notes::attributes_of(const svg_e_node *element) const {
+  static const ElementAttributes none;
+  const auto found = attributes_.find(element);
+  return found != attributes_.end() ? found->second : none;
 }
 
 // A pass may begin again; what was told of the tree it made then is void.
@@ -80,7 +86,8 @@ void Notes::begin_tree() {
   properties_ = {};
   ids_.clear();
   repeated_ids_.clear();
-  notes_.clear();
+  lines_.clear();
+  attributes_.clear();
 }
 
 // What is pending at the outermost element may also be of style sheets: then its style attribute
@@ -102,9 +109,8 @@ Place Notes::place_of_sheets() const {
 }
 
 void Notes::note_id(const svg_e_node *element, const Place &place) {
-  const auto first = ids_.try_emplace(place.id, element).first;
-  if (first->second != element && !place.id.empty())
-    repeated_ids_.push_back({notes_[first->second].line, place});
+  const Line &first = ids_.try_emplace(place.id, Line{element, place.line}).first->second;
+  if (first.element != element && !place.id.empty()) repeated_ids_.push_back({first.line, place});
 }
 
 void Notes::SkippedNames::add(const std::string &name, const Place &place) {

@@ -42,8 +42,8 @@ struct RepeatedId {
   Place place; // of the element that bears it again
 };
 
-struct ElementNotes {
-  uint32_t line = 0;
+// What an element's start tag has and its values do not show.
+struct ElementAttributes {
   std::string classes;                                      // the class attribute as written
   std::vector<std::pair<std::string, std::string>> foreign; // attributes that the reader skips
 };
@@ -62,7 +62,8 @@ public:
   const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
   const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
   const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
-  const ElementNotes &of(const svg_e_node *element) const; // empty when nothing is known
+  uint32_t line_of(const svg_e_node *element) const;
+  const ElementAttributes &attributes_of(const svg_e_node *element) const;
 
 private:
   // Names in the order of their first places.
@@ -86,9 +87,14 @@ private:
   std::vector<std::string> sheet_properties_;
   uint32_t style_line_ = 0; // of the first style element
   SkippedNames elements_, properties_;
-  std::unordered_map<std::string_view, const svg_e_node *> ids_; // with their first elements
+  struct Line {
+    const svg_e_node *element;
+    uint32_t line;
+  };
+  std::unordered_map<std::string_view, Line> ids_; // with their first elements
   std::vector<RepeatedId> repeated_ids_;
-  std::unordered_map<const svg_e_node *, ElementNotes> notes_;
+  std::vector<Line> lines_; // of all elements; sorted by their addresses when the reading has ended
+  std::unordered_map<const svg_e_node *, ElementAttributes> attributes_; // of those that have any
 };
 
 #endif

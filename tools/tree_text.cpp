@@ -24,7 +24,7 @@ static void print_answer_list(FILE *out, const Drawing &drawing, const char *lab
                               Question question, bool full);
 static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *element, int depth,
                           const TextOptions &options, Chosen &chosen);
-static void print_attributes(FILE *out, const ElementNotes &notes, int depth, bool full);
+static void print_attributes(FILE *out, const ElementAttributes &attributes, int depth, bool full);
 static std::string language_marks(const Drawing &drawing, const svg_e_node *element,
                                   Chosen &chosen);
 static void print_value(FILE *out, const Drawing &drawing, const svg_e_node *element,
@@ -99,24 +99,23 @@ static void print_element(FILE *out, const Drawing &drawing, const svg_e_node *e
                           const TextOptions &options, Chosen &chosen) {
   indent(out, depth);
   fputs(element_text(drawing, element, options.full).c_str(), out);
-  const ElementNotes &notes = drawing.notes().of(element);
-  fprintf(out, " [line %u]", notes.line);
+  fprintf(out, " [line %u]", drawing.notes().line_of(element));
   if ((element->head.flags & SVG_EF_NEEDS_BBOX) != 0) fputs(" [needs bbox]", out);
   if (options.languages) fputs(language_marks(drawing, element, chosen).c_str(), out);
   fputc('\n', out);
-  print_attributes(out, notes, depth + 1, options.full);
+  print_attributes(out, drawing.notes().attributes_of(element), depth + 1, options.full);
   for (int32_t i = 0; i < element->values_num; ++i)
     print_value(out, drawing, element, element->values[i], depth + 1, options.full);
 }
 
 // What the tree does not hold: the class, and attributes that the reader skips.
-static void print_attributes(FILE *out, const ElementNotes &notes, int depth, bool full) {
+static void print_attributes(FILE *out, const ElementAttributes &attributes, int depth, bool full) {
   const auto print = [&](const std::string &name, const std::string &value) {
     indent(out, depth);
     fprintf(out, "- %s: %s\n", short_text(name, full).c_str(), quoted_text(value, full).c_str());
   };
-  if (!notes.classes.empty()) print("class", notes.classes);
-  for (const auto &[name, value] : notes.foreign) print(name, value);
+  if (!attributes.classes.empty()) print("class", attributes.classes);
+  for (const auto &[name, value] : attributes.foreign) print(name, value);
 }
 
 // A switch shows the first of its child elements whose conditions hold (SVG 1.1, 5.8.2). The only
