@@ -25,7 +25,8 @@ enum FindingCode {
   ID_REPEATED = 10301,
   ELEMENT_SKIPPED = 10302,
   PROPERTY_UNKNOWN = 10303,
-  OUTSIDE_REFERENCE = 10304
+  OUTSIDE_REFERENCE = 10304,
+  VALUE_LENIENT = 10305
 };
 
 struct Finding {
@@ -71,6 +72,10 @@ static Findings find_all(const Drawing &drawing, bool full) {
     findings.push_back({ORT_WARNING, ID_REPEATED, repeated.place,
                         "the id '" + short_text(repeated.place.id, full) + "' stands in line " +
                             std::to_string(repeated.first_line) + " already"});
+  for (const LenientValue &value : notes.lenient_values())
+    findings.push_back({ORT_WARNING, VALUE_LENIENT, value.place,
+                        value.name + ": SVG 1.1 does not allow '" + short_text(value.text, full) +
+                            "', which is read leniently"});
   find_skipped(notes, full, findings);
   std::ranges::stable_sort(findings, {}, [](const Finding &f) { return f.place.line; });
   return findings;

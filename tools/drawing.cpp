@@ -79,6 +79,10 @@ void Drawing::read() {
   svg_set_limits(parser_, &settings_.limits);
   svg_set_element_observer(parser_, on_element, this);
   svg_set_skip_observer(parser_, on_skip, this);
+  if (!settings_.strict) {
+    svg_set_leniency(parser_, SVG_LENIENT_ALL);
+    svg_set_leniency_observer(parser_, on_leniency, this);
+  }
   if (settings_.note_sources) svg_set_observer(parser_, on_value, this);
   svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
                    &elems_used_, &has_text_);
@@ -151,6 +155,10 @@ void Drawing::on_element(void *user, const svg_e_node *element, uint32_t line,
 
 void Drawing::on_skip(void *user, svg_skipped what, const char *name, uint32_t line) {
   static_cast<Drawing *>(user)->notes_.on_skip(what, name, line);
+}
+
+void Drawing::on_leniency(void *user, const svg_lenient_value *value) {
+  static_cast<Drawing *>(user)->notes_.on_leniency(*value);
 }
 
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,

@@ -16,6 +16,7 @@
 // What the command line says about reading.
 struct ReadSettings {
   int log_level = 0;
+  bool strict = false; // as SVG 1.1 has it, without what the lenient reading adds
   std::string language = "en";
   int font_number = 0;
   std::vector<std::string> refused_elements; // sorted, ignoring ASCII case
@@ -89,6 +90,7 @@ private:
   static void on_element(void *user, const svg_e_node *element, uint32_t line,
                          const svg_written_attr *attributes, size_t count);
   static void on_skip(void *user, svg_skipped what, const char *name, uint32_t line);
+  static void on_leniency(void *user, const svg_lenient_value *value);
   static void on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector);
 

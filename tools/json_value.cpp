@@ -162,7 +162,7 @@ static void write_paint(JsonWriter &json, const ValueContext &context, const svg
   if (iri.fallback >= 0)
     write_rgb(json, "fallback", static_cast<uint32_t>(iri.fallback));
   else
-    json.null_field("fallback");
+    json.field("fallback", fallback_keyword(iri));
 }
 
 static void write_color(JsonWriter &json, const svg_color &color) {

@@ -12,6 +12,9 @@ static bool is_of_engine(const Message &message);
 static bool is_listed(const svg_e_node *element, const char *name);
 static std::unordered_set<std::string_view> words_of(std::string_view style);
 
+// As much of a value as is shown: many elements may share a long one.
+constexpr size_t LENIENT_BYTES = 240;
+
 void Notes::on_message(ort_severity severity, int code, const char *text) {
   messages_.push_back({severity, code, text, {}});
 }
@@ -44,6 +47,8 @@ void Notes::on_element(const svg_e_node *element, uint32_t line, const svg_writt
   }
   pending_attributes_.clear();
   place_properties(outermost, place, style);
+  for (; lenient_placed_ < lenient_values_.size(); ++lenient_placed_)
+    if (Place &known = lenient_values_[lenient_placed_].place; known.line > 0) known.id = place.id;
   for (; placed_ < messages_.size(); ++placed_)
     if (!outermost || !is_of_sheet(messages_[placed_])) messages_[placed_].place = place;
 }
@@ -61,9 +66,17 @@ void Notes::on_skip(svg_skipped what, const char *name, uint32_t line) {
   }
 }
 
+void Notes::on_leniency(const svg_lenient_value &value) {
+  const std::string_view text = value.text;
+  lenient_values_.push_back({value.name, std::string(text.substr(0, LENIENT_BYTES)), {}});
+  lenient_values_.back().place = {value.line, 0, keep(value.element), ""};
+}
+
 void Notes::finish() {
   std::ranges::sort(lines_, std::less(), &Line::element);
   for (const std::string &name : sheet_properties_) properties_.add(name, place_of_sheets());
+  for (LenientValue &value : lenient_values_)
+    if (value.place.line == 0 && value.name != "encoding") value.place = place_of_sheets();
   for (Message &message : messages_)
     if (message.place.line == 0 && is_of_sheet(message) && !is_of_engine(message))
       message.place = place_of_sheets();

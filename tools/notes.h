@@ -37,6 +37,13 @@ struct SkippedName {
   size_t count = 0;
 };
 
+// A value that only the lenient reading took.
+struct LenientValue {
+  std::string name; // of its attribute or property
+  std::string text; // its beginning, as it is written
+  Place place;
+};
+
 struct RepeatedId {
   uint32_t first_line;
   Place place; // of the element that bears it again
@@ -56,9 +63,11 @@ public:
   void on_element(const svg_e_node *element, uint32_t line, const svg_written_attr *attributes,
                   size_t count);
   void on_skip(svg_skipped what, const char *name, uint32_t line);
+  void on_leniency(const svg_lenient_value &value);
   void finish(); // the reading has ended
 
   const std::vector<Message> &messages() const { return messages_; }
+  const std::vector<LenientValue> &lenient_values() const { return lenient_values_; }
   const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
   const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
   const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
@@ -87,6 +96,8 @@ private:
   std::vector<std::string> sheet_properties_;
   uint32_t style_line_ = 0; // of the first style element
   SkippedNames elements_, properties_;
+  std::vector<LenientValue> lenient_values_;
+  size_t lenient_placed_ = 0; // those whose place is known
   struct Line {
     const svg_e_node *element;
     uint32_t line;

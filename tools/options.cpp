@@ -101,6 +101,8 @@ static void add_reading_options(CLI::App &app, Options &options) {
   option("--font-number", reading.font_number, "N", "Number appended to generated font names");
   option("--style-dir", reading.style_folder, "DIR",
          "Folder that external style sheets may be read from (default: the drawing's)");
+  app.add_flag("--strict", reading.strict, "Read as SVG 1.1 says, nothing leniently")
+      ->group("Reading");
   app.add_flag_callback(
          "--no-external", [&] { reading.external_sheets = false; }, "Read no external style sheets")
       ->group("Reading");

@@ -18,4 +18,11 @@ inline const char *path_command(const svg_pada &segment) {
   return commands[segment.type];
 }
 
+// The keyword that stands after a paint's IRI, or null.
+inline const char *fallback_keyword(const svg_iri &iri) {
+  return iri.fallback == SVG_FALLBACK_NONE           ? "none"
+         : iri.fallback == SVG_FALLBACK_CURRENTCOLOR ? "currentColor"
+                                                     : nullptr;
+}
+
 #endif

@@ -187,7 +187,9 @@ static std::string paint_text(const Drawing &drawing, const svg_a_node *value, b
   case SVG_PAINT_IRI: {
     const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
     return funciri_text(drawing, iri, full) +
-           (iri.fallback >= 0 ? ' ' + rgb_text(static_cast<uint32_t>(iri.fallback)) : "");
+           (iri.fallback >= 0       ? ' ' + rgb_text(static_cast<uint32_t>(iri.fallback))
+            : fallback_keyword(iri) ? std::string(" ") + fallback_keyword(iri)
+                                    : "");
   }
   case SVG_PAINT_COLOR: return color_text(as<svg_an_paint_color>(value)->color, full);
   default: return "none";

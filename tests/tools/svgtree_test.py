@@ -42,7 +42,7 @@ def log_text():
     in order although the log lists them by address, and blanks at the end of a line are visible."""
     text = ""
     for level, drawing in (*((level, "log") for level in "123456"), ("6", "unbound")):
-        _, _, messages = run("--ids", "--log", level, f"tests/tools/{drawing}.svg")
+        _, _, messages = run("--ids", "--strict", "--log", level, f"tests/tools/{drawing}.svg")
         messages = re.sub(r"(\t\t0x[0-9a-f]+: .*\n)+", lambda found: "".join(
             sorted(found[0].splitlines(True), key=lambda line: line.split(": ")[1])), messages)
         known = {}
@@ -53,9 +53,11 @@ def log_text():
 
 
 def check_text():
-    """All findings, in both forms."""
+    """All findings, in both forms, then those of line 19 by the strict reading."""
     drawing = "tests/tools/check.svg"
-    return run("--check", drawing)[1] + run("--check", "--json", drawing)[1]
+    strict = run("--check", "--strict", drawing)[1].splitlines(True)
+    return (run("--check", drawing)[1] + run("--check", "--json", drawing)[1]
+            + "".join(line for line in strict if ":19: " in line))
 
 
 def golden_files():
@@ -118,6 +120,9 @@ VALUES = (  # markup of an element, one of its values, the fields that the type 
     ('<g fill="none"/>', "fill", {"type": "paint", "paint": "none"}),
     ('<g fill="url(#me) red" id="me"/>', "fill",
      {"type": "paint", "paint": "iri", "fallback": "#FF0000",
+      "iri": {"kind": "link", "target": 2, "text": "#me", "mime": None}}),
+    ('<g fill="url(#me) none" id="me"/>', "fill",
+     {"type": "paint", "paint": "iri", "fallback": "none",
       "iri": {"kind": "link", "target": 2, "text": "#me", "mime": None}}),
     ('<g fill="url(x.svg#y)"/>', "fill",
      {"type": "paint", "paint": "iri", "fallback": None,

@@ -3,7 +3,7 @@ _svgtree() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local options='--full --json --pretty --check --schema --help --version --query --explain --property
     --fonts --ids --links --stats --extract --force --path --jobs --language --font-number --style-dir
-    --no-external --refuse-element --refuse-property --limit --log'
+    --strict --no-external --refuse-element --refuse-property --limit --log'
   COMPREPLY=()
   case $previous in
     --extract | --style-dir) mapfile -t COMPREPLY < <(compgen -d -- "$current") ;;
