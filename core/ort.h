@@ -162,7 +162,8 @@ ORT_API void ort_warning(ort_core *core, int code, const char *p1, const char *p
 
 /** Formats one value as a parameter of a message, and cuts it like one.
  * @param core    the core
- * @param format  "%a" or "%s" for a text, "%d" for an int, "%g" for a double; text around it
+ * @param format  "%a" or "%s" for a text, "%d" for an int, "%ld" for a long,
+ *     "%g" for a double; text around it
  * @return the parameter. The core keeps the last 16, so several can be used at once. */
 ORT_API const char *ort_errprintf(ort_core *core, const char *format, ...);
 

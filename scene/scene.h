@@ -38,6 +38,8 @@ struct svg_scene_server_table {
   uint32_t round;           // of questions
 };
 
+struct svg_scene_walk; // scene_walk.h
+
 struct svg_scene {
   svg_parser *parser;
   ort_core *core;
@@ -49,13 +51,15 @@ struct svg_scene {
   svg_scene_mark result, result_end; // where the last result of a question lies on the stack
   svg_scene_active active;
   svg_scene_server_table servers;
-  uint64_t shown; // elements by the outermost walk and all within it
-  uint64_t limit; // for them
-  int depth;      // of walks within walks
+  uint64_t shown;       // elements by the outermost walk and all within it
+  uint64_t limit;       // for them
+  svg_scene_walk *walk; // the innermost one in progress, or null
 };
 
 // Zeroed memory on the stack, aligned to 8 bytes.
 void *svg_scene_take(svg_scene *scene, size_t size);
+
+void *svg_scene_take_room(svg_scene *scene, size_t size); // not zeroed
 
 template <class T> T *svg_scene_take_array(svg_scene *scene, size_t count) {
   static_assert(alignof(T) <= 8);
@@ -129,8 +133,14 @@ bool svg_scene_compute_style(svg_scene *scene, const svg_e_node *element,
                              const svg_scene_style *parent, const double viewport[2],
                              svg_scene_style *style);
 
+// True when some property is declared for the element.
+bool svg_scene_has_properties(const svg_e_node *element);
+
 // The place of an element in the tree; its style lies on the stack.
 void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place);
+
+// The same, but the viewport is that of its children. A null element is outside of the drawing.
+void svg_scene_find_inside(svg_scene *scene, const svg_e_node *element, svg_scene_place *place);
 
 // ---- Circles (scene_circles.cpp) ----------------------------------------------------------------
 

@@ -12,11 +12,14 @@ static void add_chunk(svg_scene *scene, size_t size);
 static char *bytes_of(svg_scene_chunk *chunk) { return reinterpret_cast<char *>(chunk + 1); }
 
 void *svg_scene_take(svg_scene *scene, size_t size) {
+  return memset(svg_scene_take_room(scene, size), 0, size);
+}
+
+void *svg_scene_take_room(svg_scene *scene, size_t size) {
   size = (size + 7) & ~size_t{7};
   if (size > scene->top.chunk->size - scene->top.used) add_chunk(scene, size);
   void *block = bytes_of(scene->top.chunk) + scene->top.used;
   scene->top.used += size;
-  memset(block, 0, size);
   return block;
 }
 

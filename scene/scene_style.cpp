@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "scene/scene.h"
+#include "scene/scene_view.h"
 
 namespace {
 
@@ -160,7 +161,7 @@ void svg_scene_get_style(svg_scene *scene, const svg_e_node *element, svg_scene_
 void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place) {
   auto *style = svg_scene_take_one<svg_scene_style>(scene);
   auto *parent_style = svg_scene_take_one<svg_scene_style>(scene);
-  const auto depth = static_cast<size_t>(element->level);
+  const auto depth = static_cast<size_t>(element ? element->level : 0);
   auto *chain = svg_scene_take_array<const svg_e_node *>(scene, depth);
   size_t count = 0;
   for (const svg_e_node *e = element; e && count < depth; e = svg_get_parent(e)) chain[count++] = e;
@@ -173,6 +174,17 @@ void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene
     place->element = chain[count];
     place->style = style;
   }
+}
+
+void svg_scene_find_inside(svg_scene *scene, const svg_e_node *element, svg_scene_place *place) {
+  svg_scene_find_place(scene, element, place);
+  if (element) enter_viewport(scene, place);
+}
+
+bool svg_scene_has_properties(const svg_e_node *element) {
+  for (int32_t i = 0; i < element->values_num; ++i)
+    if (svg_is_property(element->values[i]->row)) return true;
+  return false;
 }
 
 bool svg_scene_compute_style(svg_scene *scene, const svg_e_node *element,
@@ -263,15 +275,9 @@ static void set_initial(const svg_scene *scene, svg_scene_style *style) {
 
 // What is in an svg element refers to its viewport, in the units of its viewBox (SVG 1.1, 7.10).
 static void enter_viewport(const svg_scene *scene, svg_scene_place *place) {
-  if (place->element->head.id != SVG_ELEM_svg) return;
-  double size[2] = {scene->size[0], scene->size[1]};
-  if (place->element != scene->svg) {
-    size[0] = svg_scene_length_of(scene, *place, SVG_ATTR_svg_width, SVG_SCENE_X, size[0]);
-    size[1] = svg_scene_length_of(scene, *place, SVG_ATTR_svg_height, SVG_SCENE_Y, size[1]);
-  }
-  const auto *box = svg_scene_find<svg_an_viewbox>(place->element, SVG_ATTR_viewBox);
-  if (box && box->width > 0 && box->height > 0) size[0] = box->width, size[1] = box->height;
-  std::copy_n(size, 2, place->viewport);
+  svg_scene_view view;
+  if (place->element->head.id == SVG_ELEM_svg && svg_scene_find_view(scene, *place, nullptr, &view))
+    std::copy_n(view.viewport, 2, place->viewport);
 }
 
 // ---- Values -------------------------------------------------------------------------------------

@@ -128,6 +128,20 @@ ORT_API void svg_scene_get_style(svg_scene *scene, const svg_e_node *element,
 ORT_API size_t svg_scene_get_outline(svg_scene *scene, const svg_e_node *element,
                                      const svg_pada **segments);
 
+/** The box around what an element shows: exact for curves; with stroke, exact but for dashes, which
+ * count as drawn through. Text counts where it is in SVG fonts, images with their rectangles; clips
+ * and masks are not looked at, `display: none` and hidden shapes show nothing (SVG 1.1, 7.11).
+ * @param scene     the scene
+ * @param element   null: the whole drawing
+ * @param ancestor  the box is in its user space, that is, inside of its transform. It is the
+ *     element or an ancestor of it; null: the space outside of the outermost svg
+ * @param stroked   not 0: with strokes and markers
+ * @param box       receives the box
+ * @return 1, or 0 when nothing is shown: then the box is untouched
+ * @raises ORT_E_NO_MEMORY, ORT_E_LIMIT */
+ORT_API int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element,
+                                  const svg_e_node *ancestor, int32_t stroked, double box[4]);
+
 /* ---- What is painted -------------------------------------------------------------------------- */
 
 /** A stop of a gradient. */
@@ -298,6 +312,34 @@ typedef struct svg_scene_callbacks {
  * @return 1, or 0 when it has none */
 ORT_API int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, int32_t stroked,
                                         double box[4]);
+
+/** Paints the drawing, or an element with all that is around it left out.
+ * @param scene      the scene
+ * @param element    null: the drawing, in the space outside of the outermost svg. Else an element,
+ *     painted in its parent's user space, also when it is one that is only shown by reference
+ * @param callbacks  what the host wants to be told
+ * @param user       their first argument; may be null
+ * @raises ORT_E_LIMIT when more than svg_limits.expanded elements are shown, ORT_E_NO_MEMORY, and
+ *     what the callbacks raise. A circle of references costs the reference and a warning. */
+ORT_API void svg_scene_paint_element(svg_scene *scene, const svg_e_node *element,
+                                     const svg_scene_callbacks *callbacks, void *user);
+
+/** Paints the content of a pattern, in the content's user space. For use in a callback, or during
+ * the callback that received the pattern.
+ * @raises as svg_scene_paint_element */
+ORT_API void svg_scene_paint_pattern(svg_scene *scene, const svg_scene_pattern *pattern,
+                                     const svg_scene_callbacks *callbacks, void *user);
+
+/** Paints the content of a clip path, in the content's user space: shapes and runs with an opaque
+ * fill and no stroke, whose union is what may show; groups with clips of their own.
+ * @raises as svg_scene_paint_element */
+ORT_API void svg_scene_paint_clip(svg_scene *scene, const svg_scene_clip *clip,
+                                  const svg_scene_callbacks *callbacks, void *user);
+
+/** Paints the content of a mask, in the content's user space.
+ * @raises as svg_scene_paint_element */
+ORT_API void svg_scene_paint_mask(svg_scene *scene, const svg_scene_mask *mask,
+                                  const svg_scene_callbacks *callbacks, void *user);
 
 #ifdef __cplusplus
 }

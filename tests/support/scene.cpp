@@ -1,5 +1,6 @@
 #include "tests/support/scene.h"
 
+#include <cmath>
 #include <gtest/gtest.h>
 #include <map>
 
@@ -18,7 +19,7 @@ std::string Scene::size() const {
 
 std::string short_number(double value) {
   char buffer[32];
-  snprintf(buffer, sizeof buffer, "%.6g", value == 0 ? 0 : value);
+  snprintf(buffer, sizeof buffer, "%.6g", std::fabs(value) < 1e-12 ? 0 : value);
   return buffer;
 }
 

@@ -1,0 +1,102 @@
+// scene_box.cpp: boxes: walks that paint nothing and measure what they meet.
+//
+// Called by hosts, and by the walk where a clip path, mask or paint is relative to the box of an
+// element. Raises ORT_E_LIMIT past the budget, and for lack of memory.
+#include <algorithm>
+
+#include "scene/scene_view.h"
+#include "scene/scene_walk.h"
+
+namespace {
+
+// What a walk measures, and in which space.
+struct subject {
+  const svg_e_node *element;
+  const svg_scene_frame *outer; // the frame that it is measured in, or null: its place in the tree
+  const double *ctm;            // from the space around it
+  bool is_bare;
+};
+
+} // namespace
+
+static bool find_way(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
+                     double matrix[6]);
+static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double matrix[6]);
+static bool measure(svg_scene *scene, const subject &of, bool is_stroked, double box[4]);
+static void start(svg_scene_walk *walk, const void *argument);
+
+int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
+                          int32_t stroked, double box[4]) {
+  if (!element) element = scene->svg;
+  const bool is_bare = element == ancestor;
+  double ctm[6];
+  std::copy_n(SVG_SCENE_IDENTITY, 6, ctm);
+  const svg_scene_mark mark = scene->top;
+  const bool is_there = is_bare || find_way(scene, element, ancestor, ctm);
+  svg_scene_release(scene, mark);
+  return is_there && measure(scene, {element, nullptr, ctm, is_bare}, stroked != 0, box);
+}
+
+// The matrix from the space around an element to the user space of its ancestor.
+static bool find_way(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
+                     double matrix[6]) {
+  for (const svg_e_node *e = element; e != scene->svg;) {
+    e = svg_get_parent(e);
+    if (!e || e == ancestor) break;
+    double own[6];
+    if (!find_own_matrix(scene, e, own)) return false;
+    svg_scene_multiply(matrix, own, matrix);
+  }
+  return svg_scene_are_finite(matrix, 6);
+}
+
+static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double matrix[6]) {
+  svg_scene_matrix_of(element, SVG_ATTR_transform, matrix);
+  if (element->head.id != SVG_ELEM_svg) return true;
+  svg_scene_place place;
+  svg_scene_view view;
+  svg_scene_find_place(scene, element, &place);
+  if (!svg_scene_find_view(scene, place, nullptr, &view)) return false;
+  std::copy_n(view.matrix, 6, matrix);
+  return true;
+}
+
+bool svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame, double box[4]) {
+  return measure(walk->scene, {frame->element, frame->outer, SVG_SCENE_IDENTITY, true}, false, box);
+}
+
+static bool measure(svg_scene *scene, const subject &of, bool is_stroked, double box[4]) {
+  svg_scene_extent extent;
+  svg_scene_walk walk = {};
+  walk.scene = scene;
+  walk.purpose = SVG_SCENE_MEASURE;
+  walk.is_stroked = is_stroked;
+  walk.extent = &extent;
+  walk.depth = scene->walk ? scene->walk->depth : 0;
+  svg_scene_go(&walk, start, &of);
+  return svg_scene_get_extent(extent, box);
+}
+
+static void start(svg_scene_walk *walk, const void *argument) {
+  const auto &of = *static_cast<const subject *>(argument);
+  svg_scene_frame *frame = svg_scene_new_frame(walk, nullptr);
+  if (of.outer) {
+    frame->kind = of.outer->kind == SVG_SCENE_USE ? SVG_SCENE_USE : SVG_SCENE_CHILDREN;
+    frame->is_done = true;
+    frame->element = of.outer->element;
+    frame->use = of.outer->use;
+    frame->style = of.outer->style;
+    std::copy_n(of.outer->viewport, 2, frame->viewport);
+  } else {
+    const svg_e_node *parent =
+        of.element == walk->scene->svg ? nullptr : svg_get_parent(of.element);
+    svg_scene_place place;
+    svg_scene_find_inside(walk->scene, parent, &place);
+    frame->element = parent;
+    frame->style = place.style;
+    std::copy_n(place.viewport, 2, frame->viewport);
+  }
+  std::copy_n(of.ctm, 6, frame->ctm);
+  svg_scene_push(walk, frame);
+  svg_scene_show(walk, of.element, true, of.is_bare);
+}
