@@ -3,6 +3,7 @@
 #include <iterator>
 
 #include "scene/scene.h"
+#include "scene/scene_fonts.h"
 #include "scene/scene_servers.h"
 
 static void find_size(svg_scene *scene);
@@ -41,6 +42,7 @@ void svg_scene_delete(svg_scene *scene) {
   ort_free(scene->core, scene->bottom.after);
   ort_free(scene->core, scene->active.slots);
   svg_scene_free_servers(scene);
+  svg_scene_free_fonts(scene);
   ort_free(scene->core, scene);
 }
 

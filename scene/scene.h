@@ -39,6 +39,7 @@ struct svg_scene_server_table {
 };
 
 struct svg_scene_walk; // scene_walk.h
+struct svg_scene_font; // scene_fonts.h
 
 struct svg_scene {
   svg_parser *parser;
@@ -51,6 +52,7 @@ struct svg_scene {
   svg_scene_mark result, result_end; // where the last result of a question lies on the stack
   svg_scene_active active;
   svg_scene_server_table servers;
+  svg_scene_font *fonts; // those that texts have used (scene_fonts.h)
   uint64_t shown;       // elements by the outermost walk and all within it
   uint64_t limit;       // for them
   svg_scene_walk *walk; // the innermost one in progress, or null

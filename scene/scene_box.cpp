@@ -72,7 +72,11 @@ static bool measure(svg_scene *scene, const subject &of, bool is_stroked, double
   walk.purpose = SVG_SCENE_MEASURE;
   walk.is_stroked = is_stroked;
   walk.extent = &extent;
-  walk.depth = scene->walk ? scene->walk->depth : 0;
+  if (scene->walk) { // the host may measure texts
+    walk.callbacks = scene->walk->callbacks;
+    walk.user = scene->walk->user;
+    walk.depth = scene->walk->depth;
+  }
   svg_scene_go(&walk, start, &of);
   return svg_scene_get_extent(extent, box);
 }

@@ -35,7 +35,7 @@ constexpr double TOLERANCE = 1e-7; // of a piece, as a part of the control polyg
 
 } // namespace
 
-struct svg_scene_measure {
+struct svg_scene_ruler {
   double length;
   size_t count;
   measured_step *steps; // count of them, those with a length
@@ -51,12 +51,12 @@ static double distance_between(svg_scene_point a, svg_scene_point b) {
   return std::hypot(b.x - a.x, b.y - a.y);
 }
 
-svg_scene_measure *svg_scene_measure_path(svg_scene *scene, const svg_scene_path &path) {
+svg_scene_ruler *svg_scene_measure_path(svg_scene *scene, const svg_scene_path &path) {
   size_t room = 0;
   svg_scene_step step;
   for (svg_scene_steps steps(path.runs, path.count); steps.next(&step);)
     room += step.kind != SVG_PADA_MOVETO;
-  auto *measure = svg_scene_take_one<svg_scene_measure>(scene);
+  auto *measure = svg_scene_take_one<svg_scene_ruler>(scene);
   measure->steps = svg_scene_take_array<measured_step>(scene, room);
   for (svg_scene_steps steps(path.runs, path.count); steps.next(&step);) {
     const double length = step.kind != SVG_PADA_MOVETO ? step_length(step) : 0;
@@ -67,9 +67,9 @@ svg_scene_measure *svg_scene_measure_path(svg_scene *scene, const svg_scene_path
   return measure;
 }
 
-double svg_scene_path_length(const svg_scene_measure *measure) { return measure->length; }
+double svg_scene_path_length(const svg_scene_ruler *measure) { return measure->length; }
 
-bool svg_scene_point_at(const svg_scene_measure *measure, double distance, svg_scene_point *point,
+bool svg_scene_point_at(const svg_scene_ruler *measure, double distance, svg_scene_point *point,
                         double *angle) {
   if (!(distance >= 0 && distance <= measure->length) || measure->count == 0) return false;
   size_t low = 0; // the last step that begins before the distance

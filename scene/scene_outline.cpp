@@ -49,6 +49,8 @@ svg_scene_path svg_scene_outline(svg_scene *scene, const svg_scene_place &place)
     return svg_scene_length_of(scene, place, row, SVG_SCENE_Y, otherwise);
   };
   switch (place.element->head.id) {
+  case SVG_ELEM_glyph:
+  case SVG_ELEM_missing_glyph:
   case SVG_ELEM_path: {
     const auto *data = svg_scene_find<svg_an_path_data>(place.element, SVG_ATTR_d);
     svg_scene_path path = {};

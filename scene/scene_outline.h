@@ -13,7 +13,7 @@ struct svg_scene_path {
   size_t count;
 };
 
-// The outline of an element; of one that is no basic shape or path, none.
+// The outline of an element; of one that is no basic shape, path or glyph, none.
 svg_scene_path svg_scene_outline(svg_scene *scene, const svg_scene_place &place);
 
 #endif

@@ -81,7 +81,7 @@ static void paint_shape(svg_scene_walk *walk, const svg_scene_frame *frame,
 
 // ---- Paints -------------------------------------------------------------------------------------
 
-static bool needs_box(svg_scene *scene, const svg_scene_paint_value &value) {
+bool svg_scene_paint_needs_box(svg_scene *scene, const svg_scene_paint_value &value) {
   return value.kind == SVG_PAINT_IRI && value.iri->kind == SVG_IRI_LINK &&
          svg_scene_needs_box(scene, value.iri->ref.target);
 }
@@ -105,21 +105,28 @@ void svg_scene_find_paints(svg_scene_walk *walk, const svg_scene_frame *frame,
                            const svg_scene_path *path, svg_scene_paint *fill,
                            svg_scene_paint *stroke) {
   const svg_scene_style &style = *frame->style;
+  double box[4];
+  const double *known = nullptr;
+  if (walk->purpose != SVG_SCENE_CLIP && (svg_scene_paint_needs_box(walk->scene, style.fill) ||
+                                          svg_scene_paint_needs_box(walk->scene, style.stroke))) {
+    svg_scene_extent extent;
+    if (path) svg_scene_add_path(&extent, path->runs, path->count, SVG_SCENE_IDENTITY);
+    if (path ? svg_scene_get_extent(extent, box) : svg_scene_measure(walk, frame, box)) known = box;
+  }
+  svg_scene_find_paints_of(walk, frame, style, known, fill, stroke);
+}
+
+void svg_scene_find_paints_of(svg_scene_walk *walk, const svg_scene_frame *frame,
+                              const svg_scene_style &style, const double *box,
+                              svg_scene_paint *fill, svg_scene_paint *stroke) {
   if (walk->purpose == SVG_SCENE_CLIP) {
     fill->kind = SVG_SCENE_PAINT_COLOR;
     fill->opacity = 1;
     return;
   }
-  double box[4];
-  const double *known = nullptr;
-  if (needs_box(walk->scene, style.fill) || needs_box(walk->scene, style.stroke)) {
-    svg_scene_extent extent;
-    if (path) svg_scene_add_path(&extent, path->runs, path->count, SVG_SCENE_IDENTITY);
-    if (path ? svg_scene_get_extent(extent, box) : svg_scene_measure(walk, frame, box)) known = box;
-  }
-  find_paint(walk, frame, style.fill, style.fill_opacity, known, fill);
+  find_paint(walk, frame, style.fill, style.fill_opacity, box, fill);
   if (style.stroke_width > 0)
-    find_paint(walk, frame, style.stroke, style.stroke_opacity, known, stroke);
+    find_paint(walk, frame, style.stroke, style.stroke_opacity, box, stroke);
 }
 
 // ---- Images -------------------------------------------------------------------------------------

@@ -2,6 +2,7 @@
 // and what becomes of it: a leaf is painted at once, anything else becomes a frame of the walk.
 #include <algorithm>
 
+#include "scene/scene_text.h"
 #include "scene/scene_view.h"
 #include "scene/scene_walk.h"
 
@@ -22,7 +23,6 @@ enum kind : uint8_t {
 } // namespace
 
 static kind kind_of(const svg_scene_walk *walk, const svg_e_node *element, bool is_direct);
-static bool has_language(const svg_scene *scene, const svg_e_node *element);
 static void find_style(svg_scene_walk *walk, svg_scene_frame *frame);
 static bool place_frame(svg_scene_walk *walk, svg_scene_frame *frame, bool is_bare,
                         double matrix[6]);
@@ -41,7 +41,7 @@ void svg_scene_show(svg_scene_walk *walk, const svg_e_node *element, bool is_dir
   const kind kind = kind_of(walk, element, is_direct);
   if (kind == NOT_SHOWN) return;
   svg_scene_count(scene, 1);
-  if (!has_language(scene, element)) return;
+  if (!svg_scene_has_language(scene, element)) return;
   svg_scene_frame *frame = svg_scene_new_frame(walk, element);
   find_style(walk, frame);
   double matrix[6];
@@ -87,13 +87,13 @@ static kind kind_of(const svg_scene_walk *walk, const svg_e_node *element, bool 
   return walk->purpose != SVG_SCENE_CLIP || is_of_clip ? kind : NOT_SHOWN;
 }
 
-static bool has_language(const svg_scene *scene, const svg_e_node *element) {
+bool svg_scene_has_language(const svg_scene *scene, const svg_e_node *element) {
   return (element->head.flags & SVG_EF_SYSLANG) == 0 ||
          svg_check_system_language(scene->parser, element) != 0;
 }
 
 bool svg_scene_is_choice(const svg_scene_walk *walk, const svg_e_node *child) {
-  return kind_of(walk, child, false) != NOT_SHOWN && has_language(walk->scene, child);
+  return kind_of(walk, child, false) != NOT_SHOWN && svg_scene_has_language(walk->scene, child);
 }
 
 // An element without properties in one that has nothing but what is inherited shares its style.
@@ -138,6 +138,7 @@ static bool show_leaf(svg_scene_walk *walk, svg_scene_frame *frame, kind kind,
                       const double matrix[6]) {
   if (kind == SHAPE) return svg_scene_show_shape(walk, frame, matrix);
   if (kind == IMAGE) svg_scene_show_image(walk, frame, matrix);
+  if (kind == TEXT) svg_scene_show_text(walk, frame, matrix);
   return false;
 }
 

@@ -94,6 +94,9 @@ void svg_scene_show_view(svg_scene_walk *walk);
 // True when a switch, the top frame, may take this child (SVG 1.1, 5.8.2).
 bool svg_scene_is_choice(const svg_scene_walk *walk, const svg_e_node *child);
 
+// False when the element is for users of other languages (SVG 1.1, 5.8.5).
+bool svg_scene_has_language(const svg_scene *scene, const svg_e_node *element);
+
 // ---- Groups (scene_group.cpp) -------------------------------------------------------------------
 
 // True when the element is painted as a whole before it becomes a part of what is around it.
@@ -119,6 +122,15 @@ void svg_scene_show_image(svg_scene_walk *walk, svg_scene_frame *frame, const do
 void svg_scene_find_paints(svg_scene_walk *walk, const svg_scene_frame *frame,
                            const svg_scene_path *path, svg_scene_paint *fill,
                            svg_scene_paint *stroke);
+
+// The same for what is painted with a style of its own within a frame; box is that of the whole, or
+// null.
+void svg_scene_find_paints_of(svg_scene_walk *walk, const svg_scene_frame *frame,
+                              const svg_scene_style &style, const double *box,
+                              svg_scene_paint *fill, svg_scene_paint *stroke);
+
+// True when a paint is relative to the box of what it paints.
+bool svg_scene_paint_needs_box(svg_scene *scene, const svg_scene_paint_value &value);
 
 // ---- Markers (scene_markers.cpp) ----------------------------------------------------------------
 

@@ -338,7 +338,7 @@ M0 10A10 10 0 0 1 0-10; -> 31.4203)",
         std::string data;
         std::getline(in, data, ';');
         const Runs runs = path(data);
-        svg_scene_measure *measure = svg_scene_measure_path(scene, {runs.data(), runs.size()});
+        svg_scene_ruler *measure = svg_scene_measure_path(scene, {runs.data(), runs.size()});
         std::string result = text(svg_scene_path_length(measure));
         for (double distance : numbers(in)) {
           svg_scene_point p;
@@ -361,7 +361,7 @@ TEST_F(Outlines, OfCurvesHaveExactLengths) {
     for (double &number : n) number = coordinate(random);
     if (i % 3 == 0) n[4] = n[0], n[5] = n[1] + 1e-4 * i, n[6] = n[2], n[7] = n[3]; // nearly cusps
     const svg_pada runs[] = {{SVG_PADA_MOVETO, 1, n}, {SVG_PADA_CURVETO, 3, n + 2}};
-    svg_scene_measure *measure = svg_scene_measure_path(scene, {runs, 2});
+    svg_scene_ruler *measure = svg_scene_measure_path(scene, {runs, 2});
     svg_scene_steps steps(runs, 2);
     svg_scene_step curve;
     ASSERT_TRUE(steps.next(&curve) && steps.next(&curve));

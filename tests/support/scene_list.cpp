@@ -177,13 +177,22 @@ void text(void *user, const svg_scene_run *run) { add_run(lines(user), *run); }
 
 const svg_scene_callbacks callbacks = {begin_group, end_group, shape, image, text, nullptr};
 
+// Each character is half an em wide.
+double measure(void *, const svg_scene_run *run) {
+  const auto characters = std::count_if(run->text, run->text + run->length,
+                                        [](char byte) { return (byte & 0xC0) != 0x80; });
+  return static_cast<double>(characters) * (run->item.style->font_size / 2 + run->spacing);
+}
+
 } // namespace
 
-std::string scene_list(const Scene &scene, const svg_e_node *element) {
+std::string scene_list(const Scene &scene, const svg_e_node *element, bool measured) {
+  svg_scene_callbacks chosen = callbacks;
+  if (measured) chosen.measure = measure;
   Lines lines = {scene, scene.document.parser, "", 0};
   auto &core = const_cast<AccountingCore &>(scene.document.core);
   const int code =
-      core.protect([&] { svg_scene_paint_element(scene, element, &callbacks, &lines); });
+      core.protect([&] { svg_scene_paint_element(scene, element, &chosen, &lines); });
   return code == 0 ? lines.text : lines.text + "error " + std::to_string(code) + "\n";
 }
 

@@ -20,8 +20,10 @@
 // linear(X1 Y1 X2 Y2 SPREAD matrix=... OFFSET COLOR ...)/OPACITY, radial(CX CY R FX FY ...) or
 // pattern(ID)/OPACITY.
 //
-// element: null for the whole drawing. Ends with "error CODE" when the walk raised.
-std::string scene_list(const Scene &scene, const svg_e_node *element = nullptr);
+// element: null for the whole drawing. measured: the host measures text, each character being half an
+// em wide. Ends with "error CODE" when the walk raised.
+std::string scene_list(const Scene &scene, const svg_e_node *element = nullptr,
+                       bool measured = false);
 
 // The box of an element in the space of its ancestor, both by id, "" for none: "X Y W H", or
 // "none".

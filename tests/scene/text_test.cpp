@@ -1,0 +1,124 @@
+// Text as it is painted, as tables: a drawing of a few texts, and the list of
+// tests/support/scene_list.h, without and with a host that measures.
+#include <gtest/gtest.h>
+
+#include "tests/support/scene_list.h"
+
+namespace {
+
+struct TextCase {
+  const char *name, *content;
+  bool measured;
+  const char *expected;
+};
+
+// clang-format off
+const TextCase cases[] = {
+    {"white space",
+     "<text>  a\n b <tspan> c\t</tspan> d  </text><text xml:space='preserve'> a\n<tspan>b</tspan> </text>"
+     "<g xml:space='preserve'><text>x  <tspan xml:space='default'>  y </tspan> </text></g><text> </text>", false, R"(
+text text 'a b ' x=0 y=0 chunk first fill=#000000
+text tspan 'c ' fill=#000000
+text text 'd' last fill=#000000
+text text ' a ' x=0 y=0 chunk first fill=#000000
+text tspan 'b' fill=#000000
+text text ' ' last fill=#000000
+text text 'x  ' x=0 y=0 chunk first fill=#000000
+text tspan ' y ' fill=#000000
+text text ' ' last fill=#000000
+)"},
+    {"positions of characters",
+     "<text x='1 2' dx='0 0 5'>ab<tspan x='9' rotate='30 40'>cd</tspan>é<tspan display='none'>no</tspan>f</text>"
+     "<text x='10%' y='1em' font-size='10' rotate='5'>ab</text>", false, R"(
+text text 'a' x=1 y=0 chunk first fill=#000000
+text text 'b' x=2 chunk fill=#000000
+text tspan 'c' x=9 chunk dx=5 rotate=30 fill=#000000
+text tspan 'd' rotate=40 fill=#000000
+text text 'é' fill=#000000
+text text 'f' last fill=#000000
+text text 'a' x=20 y=10 chunk first rotate=5 fill=#000000
+text text 'b' last rotate=5 fill=#000000
+)"},
+    {"anchors and chunks",
+     "<text x='100' y='5' font-size='10' text-anchor='middle'>abcd<tspan dx='10' font-size='20'>e</tspan>"
+     "<tspan x='50' text-anchor='end'>fg</tspan>h</text>"
+     "<text x='100' text-anchor='start' direction='rtl' font-size='10'>ab</text>", true, R"(
+text text 'abcd' x=80 y=5 chunk first advance=20 fill=#000000
+text tspan 'e' x=110 y=5 advance=10 fill=#000000
+text tspan 'fg' x=35 y=5 chunk advance=10 fill=#000000
+text text 'h' x=45 y=5 last advance=5 fill=#000000
+text text 'ab' x=90 y=0 chunk first last advance=10 fill=#000000
+)"},
+    {"lengths and spacing",
+     "<text font-size='10' textLength='40' letter-spacing='1'>abc</text>"
+     "<text font-size='10' textLength='40' lengthAdjust='spacingAndGlyphs'>ab<tspan>cd</tspan></text>", true, R"(
+text text 'abc' x=0 y=0 chunk first last spacing=12 advance=51 fill=#000000
+text text 'ab' x=0 y=0 chunk first stretch=2 advance=10 fill=#000000
+text tspan 'cd' x=20 y=0 last stretch=2 advance=10 fill=#000000
+)"},
+    {"styles",
+     "<text font-size='10' text-decoration='underline' fill='url(#l)' stroke='red'>a<tspan baseline-shift='super' fill='blue' "
+     "stroke='none' text-decoration='overline'>b<tspan baseline-shift='-2'>c</tspan></tspan><tspan visibility='hidden'>d</tspan>e</text>"
+     "<linearGradient id='l'><stop offset='0'/><stop offset='1' stop-color='white'/></linearGradient>"
+     "<text font-size='10' opacity='.5' clip-path='url(#c)'>x</text><clipPath id='c'><text font-size='10'>y</text></clipPath>", true, R"(
+text text 'a' x=0 y=0 chunk first advance=5 fill=linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff) stroke=#ff0000 decoration=1 linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff)
+text tspan 'b' x=5 y=-4 advance=5 fill=#0000ff decoration=1 linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff) decoration=2 #0000ff
+text tspan 'c' x=10 y=-2 advance=5 fill=#0000ff decoration=1 linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff) decoration=2 #0000ff
+text text 'e' x=20 y=0 last advance=5 fill=linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff) stroke=#ff0000 decoration=1 linear(0 0 1 0 matrix=25 0 0 14 0 -12 0 #000000 1 #ffffff)
+group text opacity=0.5
+  clip c
+    text text 'y' x=0 y=0 chunk first last fill=#000000
+  text text 'x' x=0 y=0 chunk first last advance=5 fill=#000000
+)"},
+    {"tref, and what is no part of a text",
+     "<defs><text id='t'>one <tspan>two</tspan></text></defs><text>a<tref id='r' xlink:href='#t' fill='red'>not</tref>"
+     "<tref xlink:href='#none'/><rect width='1' height='1'/><a xlink:href='http://x/'>b</a></text>", false, R"(
+text text 'a' x=0 y=0 chunk first fill=#000000
+text r 'one ' fill=#ff0000
+text r 'two' fill=#ff0000
+text a 'b' last fill=#000000
+)"},
+    {"a path",
+     "<path id='p' d='M0 10H10V40' transform='translate(1)' fill='none'/>"
+     "<text font-size='8'><textPath xlink:href='#p' startOffset='4'>abc</textPath>d</text>"
+     "<text font-size='8' text-anchor='end'><textPath xlink:href='#p' startOffset='100%'>a<tspan dy='2'>b</tspan></textPath></text>"
+     "<text font-size='8'><textPath xlink:href='#none'>abc</textPath></text>", true, R"(
+text textPath 'a' x=5 y=10 chunk first advance=4 fill=#000000
+text textPath 'b' x=11 y=8 rotate=90 advance=4 fill=#000000
+text textPath 'c' x=11 y=12 rotate=90 advance=4 fill=#000000
+text text 'd' x=11 y=16 chunk last advance=4 fill=#000000
+text textPath 'a' x=11 y=32 chunk first rotate=90 advance=4 fill=#000000
+text tspan 'b' x=9 y=36 last rotate=90 advance=4 fill=#000000
+)"},
+    {"a font of the drawing",
+     "<font horiz-adv-x='500'><font-face font-family='F' units-per-em='1000' ascent='700' descent='-300'/>"
+     "<missing-glyph d='M0 0H100'/><glyph unicode='fi' horiz-adv-x='900' d='M0 0V100'/><glyph unicode='f' d='M0 0V200'/>"
+     "<glyph unicode='i' glyph-name='i' d='M0 0V300'/><glyph unicode='x'/><hkern u1='x,U+66' g2='i' k='100'/><hkern u1='U+60-6F' u2='f' k='9'/></font>"
+     "<text x='20' y='10' font-family='none, F' font-size='10' text-anchor='end' text-decoration='underline'>fixi?ff</text>"
+     "<text x='0' y='0' font-family='F' font-size='10' rotate='90' stroke='red' stroke-width='2'>ix</text>", false, R"(
+shape text fill=#000000 M-12.91 11 L20 11 20 11.5 -12.91 11.5 Z
+shape glyph fill=#000000 M-12.91 10 L-12.91 9
+shape glyph fill=#000000 M0.09 10 L0.09 7
+shape missing-glyph fill=#000000 M5.09 10 L6.09 10
+shape glyph fill=#000000 M10.09 10 L10.09 8
+shape glyph fill=#000000 M15 10 L15 8
+shape glyph fill=#000000 stroke=#ff0000 width=2 M0 0 L3 0
+)"},
+};
+// clang-format on
+
+TEST(SceneText, Lists) {
+  for (const TextCase &test : cases) {
+    SCOPED_TRACE(test.name);
+    const Document document(
+        std::string("<svg xmlns='http://www.w3.org/2000/svg' "
+                    "xmlns:xlink='http://www.w3.org/1999/xlink' width='200' height='100' "
+                    "overflow='visible'>") +
+        test.content + "</svg>");
+    const Scene scene(document);
+    EXPECT_EQ("\n" + scene_list(scene, nullptr, test.measured), test.expected);
+    EXPECT_EQ(document.messages(), "");
+  }
+}
+
+} // namespace
