@@ -1,5 +1,5 @@
 # What "cmake --install" puts in place: headers, both libraries, the CMake package, the file for
-# pkg-config, the tool and its man page. The prefix may be chosen, and moved, after the build.
+# pkg-config, the tools and their man pages. The prefix may be chosen, and moved, after the build.
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/svgreader)
@@ -34,6 +34,10 @@ if(TARGET svgtree)
   install(FILES tools/completions/svgtree.bash RENAME svgtree
     DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions)
   install(FILES tools/completions/_svgtree DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions)
+endif()
+if(TARGET svgdraw)
+  install(TARGETS svgdraw)
+  install(FILES docs/svgdraw.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
 
 # Instrumented libraries export more, and need an instrumented host.

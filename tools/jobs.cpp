@@ -1,4 +1,4 @@
-// jobs.cpp: see jobs.h. Workers read ahead of what has been shown, but not far, to save memory.
+// jobs.cpp: see jobs.h. Workers are ahead of what has been shown, but not far, to save memory.
 #include "tools/jobs.h"
 
 #include <algorithm>
@@ -6,21 +6,23 @@
 #include <memory>
 #include <mutex>
 #include <thread>
+#include <vector>
 
 namespace {
 
-class Reader {
+using Make = std::function<std::shared_ptr<void>(size_t)>;
+
+class Workers {
 public:
-  Reader(const std::vector<std::string> &files, const ReadSettings &settings, size_t workers);
-  ~Reader();
-  std::unique_ptr<Drawing> next(); // in the order of files
+  Workers(size_t count, const Make &make, size_t workers);
+  ~Workers();
+  std::shared_ptr<void> next(); // in order
 
 private:
   void work();
 
-  const std::vector<std::string> &files_;
-  const ReadSettings &settings_;
-  std::vector<std::unique_ptr<Drawing>> drawings_; // read and not yet shown
+  const Make &make_;
+  std::vector<std::shared_ptr<void>> things_; // made and not yet shown
   size_t begun_ = 0;
   size_t shown_ = 0;
   size_t ahead_;
@@ -32,23 +34,23 @@ private:
 
 } // namespace
 
-void read_drawings(const std::vector<std::string> &files, const ReadSettings &settings, int jobs,
-                   const std::function<bool(const Drawing &)> &show) {
-  const size_t workers = std::min(static_cast<size_t>(jobs), files.size());
-  std::unique_ptr<Reader> reader;
-  if (workers > 1) reader = std::make_unique<Reader>(files, settings, workers);
-  for (size_t i = 0; i < files.size(); ++i) {
-    const auto drawing = reader ? reader->next() : std::make_unique<Drawing>(files[i], settings);
-    if (!show(*drawing)) break;
+void run_jobs_of(size_t count, int jobs, const Make &make,
+                 const std::function<bool(const void *)> &show) {
+  const size_t workers = std::min(static_cast<size_t>(jobs), count);
+  std::unique_ptr<Workers> team;
+  if (workers > 1) team = std::make_unique<Workers>(count, make, workers);
+  for (size_t i = 0; i < count; ++i) {
+    const std::shared_ptr<void> thing = team ? team->next() : make(i);
+    if (!show(thing.get())) break;
   }
 }
 
-Reader::Reader(const std::vector<std::string> &files, const ReadSettings &settings, size_t workers)
-    : files_(files), settings_(settings), drawings_(files.size()), ahead_(2 * workers) {
+Workers::Workers(size_t count, const Make &make, size_t workers)
+    : make_(make), things_(count), ahead_(2 * workers) {
   for (size_t i = 0; i < workers; ++i) workers_.emplace_back([this] { work(); });
 }
 
-Reader::~Reader() {
+Workers::~Workers() {
   {
     const std::lock_guard lock(mutex_);
     stop_ = true;
@@ -57,24 +59,24 @@ Reader::~Reader() {
   for (std::thread &worker : workers_) worker.join();
 }
 
-void Reader::work() {
+void Workers::work() {
   std::unique_lock lock(mutex_);
   for (;;) {
     changed_.wait(lock,
-                  [this] { return stop_ || begun_ == files_.size() || begun_ < shown_ + ahead_; });
-    if (stop_ || begun_ == files_.size()) return;
+                  [this] { return stop_ || begun_ == things_.size() || begun_ < shown_ + ahead_; });
+    if (stop_ || begun_ == things_.size()) return;
     const size_t i = begun_++;
     lock.unlock();
-    auto drawing = std::make_unique<Drawing>(files_[i], settings_);
+    std::shared_ptr<void> thing = make_(i);
     lock.lock();
-    drawings_[i] = std::move(drawing);
+    things_[i] = std::move(thing);
     changed_.notify_all();
   }
 }
 
-std::unique_ptr<Drawing> Reader::next() {
+std::shared_ptr<void> Workers::next() {
   std::unique_lock lock(mutex_);
-  changed_.wait(lock, [this] { return drawings_[shown_] != nullptr; });
+  changed_.wait(lock, [this] { return things_[shown_] != nullptr; });
   changed_.notify_all();
-  return std::move(drawings_[shown_++]);
+  return std::move(things_[shown_++]);
 }

@@ -1,16 +1,20 @@
-// jobs.h: reads many drawings, several at a time, and shows them in order.
+// jobs.h: makes many things, several at a time, and shows them in order.
 #ifndef TOOLS_JOBS_H
 #define TOOLS_JOBS_H
 
 #include <functional>
-#include <string>
-#include <vector>
+#include <memory>
 
-#include "tools/drawing.h"
+// What run_jobs does, whatever it makes.
+void run_jobs_of(size_t count, int jobs, const std::function<std::shared_ptr<void>(size_t)> &make,
+                 const std::function<bool(const void *)> &show);
 
-// Reads each file, up to jobs at a time, and calls show for each in the order of files, from the
-// calling thread. Stops when show returns false.
-void read_drawings(const std::vector<std::string> &files, const ReadSettings &settings, int jobs,
-                   const std::function<bool(const Drawing &)> &show);
+// Makes things 0 to count - 1, up to jobs at a time, and calls show for each in this order, from
+// the calling thread. make returns a std::shared_ptr<Thing>. Stops when show returns false.
+template <class Thing, class Make, class Show>
+void run_jobs(size_t count, int jobs, const Make &make, const Show &show) {
+  run_jobs_of(count, jobs, make,
+              [&](const void *thing) { return show(*static_cast<const Thing *>(thing)); });
+}
 
 #endif

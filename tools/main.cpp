@@ -2,14 +2,11 @@
 //
 // Exit status: 0 all inputs were read, 1 some were not readable as SVG, --check found something, or
 // an answer could not be given or written; 2 the command line is wrong.
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
-#include <csignal>
 #include <cstdio>
 #include <cstring>
-#include <new>
 #include <optional>
 
 #include "tools/check.h"
@@ -21,14 +18,13 @@
 #include "tools/names.h"
 #include "tools/options.h"
 #include "tools/path_command.h"
+#include "tools/process.h"
 #include "tools/progress.h"
 #include "tools/questions.h"
 #include "tools/schema.h"
 #include "tools/tree_text.h"
 #include "tools/utf8.h"
 
-static void end_without_memory();
-static void hold_standard_streams();
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,
                           Progress &progress);
 static bool print_answers_as_json(const Drawing &drawing, const Options &options);
@@ -37,8 +33,7 @@ static void print_messages(const Drawing &drawing);
 static bool flush_output();
 
 int main(int argc, char **argv) {
-  hold_standard_streams();
-  std::set_new_handler(end_without_memory);
+  prepare_process("svgtree");
   Options options;
   if (const int status = parse_options(argc, argv, options); status >= 0) return status;
   if (options.has_path) {
@@ -58,7 +53,10 @@ int main(int argc, char **argv) {
   size_t done = 0;
   bool ok = true;
   bool written = flush_output();
-  read_drawings(options.files, options.reading, options.jobs, [&](const Drawing &drawing) {
+  const auto read = [&](size_t i) {
+    return std::make_shared<Drawing>(options.files[i], options.reading);
+  };
+  run_jobs<Drawing>(options.files.size(), options.jobs, read, [&](const Drawing &drawing) {
     ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr, progress) && ok;
     written = flush_output();
     progress.show(++done);
@@ -66,22 +64,6 @@ int main(int argc, char **argv) {
   });
   progress.clear();
   return written && ok ? 0 : 1;
-}
-
-// No budget of the core covers the tool's own memory, and an exception must not cross the library.
-static void end_without_memory() {
-  static constexpr char text[] = "svgtree: out of memory\n";
-  [[maybe_unused]] const ssize_t written = write(STDERR_FILENO, text, sizeof text - 1);
-  _exit(1); // whoever closed standard error misses the message
-}
-
-// A closed pipe shows as a failed write. A closed standard stream must not turn into the first file
-// that is opened, so its descriptor is taken by one that cannot be used.
-static void hold_standard_streams() {
-  signal(SIGPIPE, SIG_IGN);
-  for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
-    if (fcntl(descriptor, F_GETFD) < 0 && errno == EBADF)
-      open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY);
 }
 
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,

@@ -5,19 +5,18 @@
 #include <strings.h>
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <string_view>
 #include <tuple>
 
 #include "tools/explain.h"
+#include "tools/limits.h"
 #include "tools/utf8.h"
 
 static void add_output_options(CLI::App &app, Options &options);
 static void add_question_options(CLI::App &app, Options &options);
 static void add_reading_options(CLI::App &app, Options &options);
 static int refuse_usage(const std::string &mistake);
-static std::string take_limit(const std::string &text, ReadSettings &reading);
 static std::string find_mistake(const Options &options);
 static bool is_property(const std::string &name);
 
@@ -127,39 +126,6 @@ static int refuse_usage(const std::string &mistake) {
   fprintf(stderr, "svgtree: %s\nRun svgtree --help for more information.\n",
           escaped(mistake).c_str());
   return 2;
-}
-
-// Returns what is wrong with a limit, "" when it was taken.
-static std::string take_limit(const std::string &text, ReadSettings &reading) {
-  const size_t equals = std::min(text.find('='), text.size());
-  const char *begin = text.c_str() + std::min(equals + 1, text.size());
-  const char *end = text.c_str() + text.size();
-  uint64_t number = 0;
-  const auto [rest, error] = std::from_chars(begin, end, number);
-  const std::string_view name(text.data(), equals), unit(rest, end);
-  const int shift = unit.empty() ? 0 : unit == "K" ? 10 : unit == "M" ? 20 : unit == "G" ? 30 : -1;
-  if (equals == text.size()) return "--limit " + text + ": NAME=N is wanted";
-  if (error != std::errc{} || number == 0 || shift < 0 || number > UINT64_MAX >> shift)
-    return "--limit " + text + ": no number above 0, with K, M or G after it or nothing";
-  number <<= shift;
-  svg_limits &limits = reading.limits;
-  if (name == "memory")
-    reading.memory = number;
-  else if (name == "inflated")
-    reading.inflated = number;
-  else if (name == "growth")
-    limits.entity_factor = static_cast<float>(number);
-  else if (name == "nodes")
-    limits.nodes = number;
-  else if (name == "depth")
-    limits.depth = static_cast<uint32_t>(std::min<uint64_t>(number, UINT32_MAX));
-  else if (name == "recorded")
-    limits.recorded = number;
-  else if (name == "expanded")
-    limits.expanded = number;
-  else
-    return "--limit " + text + ": no limit has the name '" + std::string(name) + "'";
-  return "";
 }
 
 static std::string find_mistake(const Options &options) {
