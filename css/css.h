@@ -108,6 +108,14 @@ void css_add_subject_attr(css_parser *css, int16_t attr_nid, const char *value);
 // before the first element.
 ort_vtr *css_get_rules(css_parser *css, void *node, int16_t elem_nid);
 
+// Adds a query: a selector, or several separated by commas, that elements are matched with like a
+// rule's but that gives no values. Returns its number, from 0. Added before the first element.
+// Raises CSS_E_SELECTOR (10205) for a malformed one.
+size_t css_add_query(css_parser *css, const char *selector);
+
+// Whether the element of the last call of css_get_rules matches a query.
+bool css_matches_query(const css_parser *css, size_t number);
+
 // The text of a selector. It is made on the first call and lasts as long as the engine.
 // css_logg_sel logs "\t\t\t\tselector: TEXT\n", the text cut like a parameter of a message.
 const char *css_get_selector_text(css_parser *css, css_selector *selector);

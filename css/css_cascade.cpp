@@ -13,7 +13,6 @@
 
 static css_block *make_block(css_parser *css, bool important);
 static void add_rule(css_parser *css, css_selector *selector, css_block *block);
-static void activate(css_parser *css, css_selector *selector);
 static css_selector **find_bucket(css_parser *css, const css_selector *selector, bool *crowded);
 
 void css_declare(css_parser *css, bool important) {
@@ -46,6 +45,27 @@ void css_end_rule(css_parser *css) {
     css_block *block = make_block(css, important);
     for (size_t i = 0; block && i < ort_vtr_count(css->group); ++i)
       add_rule(css, ort_item<css_selector *>(css->group, i), block);
+  }
+}
+
+// Only selectors that are asked for are ever tried.
+void css_activate(css_parser *css, css_selector *selector) {
+  for (; selector && !selector->active; selector = selector->left) {
+    bool crowded, sibling = selector->combinator == '+' || selector->combinator == '~';
+    selector->bucket = find_bucket(css, selector, &crowded);
+    css_selector *left = selector->left;
+    if (left && crowded) {
+      css_selector **sleepers = &left->sleepers[sibling ? CSS_EARLIER_SIBLING : CSS_OPEN_ELEMENT];
+      selector->next_sleeper = *sleepers;
+      *sleepers = selector;
+    } else {
+      css_enter_bucket(selector);
+    }
+    selector->active = true;
+    if (!left) return;
+    left->extended = true;
+    left->framed |= selector->combinator != ' ';
+    left->preceding |= sibling;
   }
 }
 
@@ -91,33 +111,12 @@ static css_block *make_block(css_parser *css, bool important) {
 }
 
 static void add_rule(css_parser *css, css_selector *selector, css_block *block) {
-  activate(css, selector);
+  css_activate(css, selector);
   auto *rule = static_cast<css_rule_entry *>(css_keep(css, sizeof(css_rule_entry)));
   rule->selector = selector;
   rule->decls = block;
   rule->next = selector->rules;
   selector->rules = rule;
-}
-
-// Makes the selector and those to its left ready to match. Only selectors that rules use are tried.
-static void activate(css_parser *css, css_selector *selector) {
-  for (; selector && !selector->active; selector = selector->left) {
-    bool crowded, sibling = selector->combinator == '+' || selector->combinator == '~';
-    selector->bucket = find_bucket(css, selector, &crowded);
-    css_selector *left = selector->left;
-    if (left && crowded) {
-      css_selector **sleepers = &left->sleepers[sibling ? CSS_EARLIER_SIBLING : CSS_OPEN_ELEMENT];
-      selector->next_sleeper = *sleepers;
-      *sleepers = selector;
-    } else {
-      css_enter_bucket(selector);
-    }
-    selector->active = true;
-    if (!left) return;
-    left->extended = true;
-    left->framed |= selector->combinator != ' ';
-    left->preceding |= sibling;
-  }
 }
 
 // The bucket of the test that the fewest elements pass. crowded: many elements try it.

@@ -24,6 +24,9 @@ void css_declare(css_parser *css, bool important);
 // Turns css->group and css->declarations into rules.
 void css_end_rule(css_parser *css);
 
+// Makes a selector and those to its left ready to match.
+void css_activate(css_parser *css, css_selector *selector);
+
 // Orders pointers to css_rule pointers by decreasing precedence.
 int css_compare_rules(const void *a, const void *b);
 

@@ -16,16 +16,23 @@ static void release_sheet(ort_core *core, void *item);
 
 constexpr ort_item_desc sheet_ced = {sizeof(css_sheet), nullptr, release_sheet};
 constexpr ort_item_desc pointer_ced = {sizeof(void *), nullptr, nullptr};
+constexpr ort_item_desc query_ced = {sizeof(uint64_t), nullptr, nullptr};
 constexpr ort_item_desc test_ced = {sizeof(css_test), nullptr, nullptr};
 constexpr ort_item_desc declaration_ced = {sizeof(css_declaration), nullptr, nullptr};
 constexpr ort_item_desc frame_ced = {sizeof(css_frame), nullptr, nullptr};
 constexpr ort_item_desc trace_ced = {sizeof(css_trace), nullptr, nullptr};
 constexpr vector_field vectors[] = {
-    {&css_parser::sheets, &sheet_ced},    {&css_parser::tests, &test_ced},
-    {&css_parser::group, &pointer_ced},   {&css_parser::declarations, &declaration_ced},
-    {&css_parser::chain, &pointer_ced},   {&css_parser::subject, &pointer_ced},
-    {&css_parser::matched, &pointer_ced}, {&css_parser::result, &pointer_ced},
-    {&css_parser::frames, &frame_ced},    {&css_parser::traces, &trace_ced},
+    {&css_parser::sheets, &sheet_ced},
+    {&css_parser::queries, &query_ced},
+    {&css_parser::tests, &test_ced},
+    {&css_parser::group, &pointer_ced},
+    {&css_parser::declarations, &declaration_ced},
+    {&css_parser::chain, &pointer_ced},
+    {&css_parser::subject, &pointer_ced},
+    {&css_parser::matched, &pointer_ced},
+    {&css_parser::result, &pointer_ced},
+    {&css_parser::frames, &frame_ced},
+    {&css_parser::traces, &trace_ced},
 };
 constexpr ort_bs *css_parser::*strings[] = {&css_parser::name, &css_parser::value,
                                             &css_parser::lower, &css_parser::token,

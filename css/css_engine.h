@@ -62,6 +62,7 @@ struct css_parser {
   ort_vtr *subject;   // css_word *: its id, classes and attributes
   ort_vtr *matched;   // css_selector *
   ort_vtr *result;    // css_rule *
+  ort_vtr *queries;   // uint64_t: serial of the last element that matches each
   ort_vtr *frames;    // css_frame
   ort_vtr *traces;    // css_trace
 };

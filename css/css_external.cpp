@@ -49,6 +49,7 @@ constexpr ort_errtab_entry errors[] = {
     {1, CSS_E_CYCLE, "Style sheet '$1' imports itself", nullptr},
     {2, CSS_E_ENCODING, "Style sheet '$1': unknown encoding '$2'", nullptr},
     {2, CSS_E_NAMES, "Selectors use more than $1 different $2 names", nullptr},
+    {2, CSS_E_SELECTOR, "Selector '$1' is malformed at byte $2", nullptr},
 };
 
 static bool read_bytes(reading *r);

@@ -9,7 +9,8 @@ enum {
   CSS_E_UNREADABLE = 10201,
   CSS_E_CYCLE = 10202,
   CSS_E_ENCODING = 10203,
-  CSS_E_NAMES = 10204
+  CSS_E_NAMES = 10204,
+  CSS_E_SELECTOR = 10205
 };
 
 void css_register_errtab(ort_core *core);

@@ -274,7 +274,12 @@ static bool has_item(const char *list, const char *item, size_t length) {
 static void add_rules(css_parser *css) {
   ort_vtr_resize(css->result, 0);
   for (size_t i = 0; i < ort_vtr_count(css->matched); ++i) {
-    css_rule_entry *rule = ort_item<css_selector *>(css->matched, i)->rules;
+    const auto *selector = ort_item<css_selector *>(css->matched, i);
+    for (const css_query *query = selector->queries; query; query = query->next) {
+      take_steps(css, 1);
+      ort_item<uint64_t>(css->queries, query->number) = css->serial;
+    }
+    css_rule_entry *rule = selector->rules;
     for (; rule; rule = rule->next) ort_push<css_rule *>(css->result, rule);
   }
   sort_rules(css);

@@ -155,7 +155,7 @@ static void parse_rule_set(sheet_scan *scan) {
   const char *prelude = scan->at;
   scan->at = span.end;
   if (*span.end != '{') return; // lacks its block
-  if (span.bad || !css_parse_group(css, prelude, span.end)) {
+  if (span.bad || css_parse_group(css, prelude, span.end)) {
     scan->at = skip_block(css, span.end + 1);
     return;
   }

@@ -60,20 +60,21 @@ static bool parse_word(selector_scan *scan, css_table table, css_test_kind kind)
 static bool parse_attribute(selector_scan *scan);
 static bool parse_pseudo(selector_scan *scan);
 static bool parse_not(selector_scan *scan);
+static bool take(selector_scan *scan, char c);
 static void skip_comments(selector_scan *scan);
 static css_test *add_test(selector_scan *scan, css_test_kind kind);
 static css_selector *add_selector(css_parser *css, css_selector *left, char combinator,
                                   const char *from, const char *to);
 static uint64_t add_specificity(uint64_t specificity, const css_test &test);
 
-bool css_parse_group(css_parser *css, const char *at, const char *end) {
+const char *css_parse_group(css_parser *css, const char *at, const char *end) {
   ort_vtr_resize(css->group, 0);
   selector_scan scan = {css, at, false, false, false};
   for (;;) {
     css_selector *selector;
-    if (!parse_selector(&scan, &selector)) return false;
+    if (!parse_selector(&scan, &selector)) return scan.at;
     if (selector) ort_push(css->group, selector);
-    if (*scan.at != ',') return scan.at == end;
+    if (*scan.at != ',') return scan.at == end ? nullptr : scan.at;
     ++scan.at;
   }
 }
@@ -216,7 +217,7 @@ static bool parse_attribute(selector_scan *scan) {
     test->value = css_keep_text(css, ort_bs_text(css->value), test->length);
     scan->at = css_skip_space(scan->at);
   }
-  return *scan->at++ == ']';
+  return take(scan, ']');
 }
 
 static bool parse_pseudo(selector_scan *scan) {
@@ -248,7 +249,7 @@ static bool parse_pseudo(selector_scan *scan) {
     if (!css_at_name(scan->at)) return false;
     scan->at = css_skip_space(css_scan_name(nullptr, scan->at));
     add_test(scan, CSS_TEST_NEVER);
-    return *scan->at++ == ')';
+    return take(scan, ')');
   case PSEUDO_NOT: return !scan->negated && parse_not(scan);
   default: return false;
   }
@@ -261,7 +262,13 @@ static bool parse_not(selector_scan *scan) {
   bool good = type ? parse_type(scan) : parse_simple(scan);
   scan->negated = false;
   scan->at = css_skip_space(scan->at);
-  return good && *scan->at++ == ')';
+  return good && take(scan, ')');
+}
+
+static bool take(selector_scan *scan, char c) {
+  if (*scan->at != c) return false;
+  ++scan->at;
+  return true;
 }
 
 // Comments are allowed between any two tokens; blanks are not.

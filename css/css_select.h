@@ -32,6 +32,11 @@ struct css_test {
   size_t length; // of value
 };
 
+struct css_query { // one of a group that readers ask about
+  size_t number;
+  css_query *next;
+};
+
 struct css_rule_entry : css_rule {
   css_rule_entry *next;
 };
@@ -52,6 +57,7 @@ struct css_selector : css_name {
   uint32_t number;       // from 1
   uint64_t specificity;  // ids, then classes and the like, then elements: 21 bits each
   css_rule_entry *rules; // whose whole selector this is
+  css_query *queries;    // likewise
   const char *text;      // null until it was asked for
 
   css_selector **bucket; // of its most telling test
@@ -70,7 +76,7 @@ struct css_selector : css_name {
 };
 
 // Parses the selectors between at and end (the "{") into css->group, without those that can never
-// match. Returns false when one is malformed, which voids the group.
-bool css_parse_group(css_parser *css, const char *at, const char *end);
+// match. Returns null, or where the malformed one is that voids the group.
+const char *css_parse_group(css_parser *css, const char *at, const char *end);
 
 #endif

@@ -266,6 +266,22 @@ typedef void (*svg_leniency_observer_fn)(void *user, const svg_lenient_value *va
 ORT_API void svg_set_leniency_observer(svg_parser *parser, svg_leniency_observer_fn observer,
                                        void *user);
 
+/** Told of an element that a selector of svg_set_selector matches, as soon as the element has its
+ * values. The function must return. */
+typedef void (*svg_selector_fn)(void *user, const svg_e_node *element);
+
+/** Asks for the elements that match a selector of docs/css.md, or one of several separated by
+ * commas. They are told in document order, each once, while svg_parse builds the tree; of several
+ * calls each is answered, for one element in the order of the calls. A pass that begins again tells
+ * of its elements again, the first of which has no parent; only the last pass's elements remain.
+ * @param parser    the parser, before svg_parse
+ * @param selector  copied
+ * @param callback  told of the elements
+ * @param user      its first argument; may be null
+ * @raises 10205 for a malformed selector, with its position in bytes from 1; ORT_E_NO_MEMORY */
+ORT_API void svg_set_selector(svg_parser *parser, const char *selector, svg_selector_fn callback,
+                              void *user);
+
 /** Stores the seconds that the two passes of svg_parse took, by the system's monotonic clock. */
 ORT_API void svg_get_pass_times(const svg_parser *parser, double *style_sheet_pass,
                                 double *main_pass);

@@ -65,6 +65,7 @@ struct svg_open_element {
 };
 
 struct svg_recording; // svg_recording.cpp
+struct svg_query;     // svg_select.cpp
 
 // Lines of the input, counted as far as events were recorded.
 struct svg_lines {
@@ -98,6 +99,7 @@ struct svg_host {
   uint32_t leniency = 0; // SVG_LENIENT_*
   svg_leniency_observer_fn leniency_observer = nullptr;
   void *leniency_observer_user = nullptr;
+  svg_query *queries = nullptr;    // owned by the parser; svg_select.cpp
   int block_size = SVG_BLOCK_SIZE; // tests make it smaller, and then blocks are not gathered
 };
 

@@ -23,6 +23,7 @@ static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid);
 static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
 static void svg_css_cb_at_fontface(void *user);
 
+static void check_selector(svg_parser *p, const char *selector);
 static void tell_facts(svg_parser *p, svg_e_node *node);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
@@ -143,6 +144,59 @@ static void tell_facts(svg_parser *p, svg_e_node *node) {
   css_set_subject(p->css, node, node->id_nid, node->class_nids, node->class_num);
   for (const svg_css_attr *attr = node->css_attrs; attr; attr = attr->next) {
     css_add_subject_attr(p->css, attr->nid, attr->value);
+  }
+}
+
+// ---- Selectors that the host asks about --------------------------------------------------------
+
+struct svg_query {
+  svg_query *next; // in the order in which they were set, which is that of their numbers
+  svg_selector_fn callback;
+  void *user;
+  char *selector;
+};
+
+void svg_set_selector(svg_parser *p, const char *selector, svg_selector_fn callback, void *user) {
+  check_selector(p, selector);
+  auto *query = ort_new<svg_query>(p->core, __func__);
+  svg_query **end = &p->queries;
+  while (*end) end = &(*end)->next;
+  *end = query;
+  query->selector = ort_strdup(p->core, selector);
+  query->callback = callback;
+  query->user = user;
+}
+
+// The engine that will answer is made while the drawing is read.
+static void check_selector(svg_parser *p, const char *selector) {
+  css_parser *css = css_parser_new(p->core, p, nullptr, &svg_css_callbacks, SVG_ELEM_COUNT - 1);
+  const bool good = ort_protected(p->core, [=] {
+    css_parser_init(css);
+    css_add_query(css, selector);
+  });
+  css_parser_delete(css);
+  if (!good) ort_rethrow(p->core);
+}
+
+void svg_css_add_queries(svg_parser *p) {
+  for (const svg_query *query = p->queries; query; query = query->next) {
+    if (!query->selector) continue; // svg_set_selector ran out of memory
+    svg_css_create_parser(p);
+    css_add_query(p->css, query->selector);
+  }
+}
+
+void svg_css_answer_queries(svg_parser *p, const svg_e_node *node) {
+  size_t number = 0;
+  for (const svg_query *query = p->queries; query; query = query->next)
+    if (query->selector && css_matches_query(p->css, number++)) query->callback(query->user, node);
+}
+
+void svg_delete_queries(svg_parser *p) {
+  while (svg_query *query = p->queries) {
+    p->queries = query->next;
+    ort_free(p->core, query->selector);
+    ort_free(p->core, query);
   }
 }
 

@@ -143,6 +143,7 @@ void svg_prepare_document(svg_parser *p) {
     svg_css_create_parser(p);
     css_parse(p->css, ort_bs_text(p->style_sheet));
   }
+  svg_css_add_queries(p);
   p->root = svg_e_node_new(p->core, SVG_ID_ROOT);
   auto *entry = static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack));
   entry->link = &p->root->first_child;
@@ -174,6 +175,7 @@ void svg_delete_work_space(svg_parser *p) {
 
 void svg_delete_document(svg_parser *p) {
   clear_document(p);
+  svg_delete_queries(p);
   visit_owned(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
 }
 

@@ -92,6 +92,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
 
   ort_top<svg_open_element>(p->open_elements).last_child = node;
   ort_push(p->open_elements, svg_open_element{node, nullptr});
+  svg_css_answer_queries(p, node);
 }
 
 static void count_node(svg_parser *p) {

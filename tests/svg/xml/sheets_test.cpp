@@ -1,5 +1,6 @@
 // Style sheets: how they are found, what becomes of their declarations, which elements they reach.
 #include <gtest/gtest.h>
+#include <sstream>
 
 #include "svg/names/svg_schema.h"
 #include "svg/style/svg_select.h"
@@ -211,6 +212,52 @@ TEST(Sheets, OpenElementsAgreeWithTheWalk) {
   EXPECT_EQ(svg_css_callbacks.get_attr_value(p, nullptr, 0), nullptr);
   EXPECT_FALSE(svg_css_callbacks.check_class(p, nullptr, 0) ||
                svg_css_callbacks.check_id(p, nullptr, 0));
+}
+
+// "SELECTOR ; SELECTOR ... IN CONTENT": the ids of the elements that the host is told of, after the
+// number of the selector; or the message.
+TEST(Selectors, TellOfElementsInDocumentOrder) {
+  struct Question {
+    std::string selector;
+    std::vector<std::pair<const Question *, const svg_e_node *>> *told;
+  };
+  expect_cases(R"(
+g > rect IN <g id='a'><rect id='b'/><g><path/><rect id='c'/></g></g><rect id='d'/> -> 0b 0c
+.x IN <g class='x y' id='a'/><style>g{fill:red}.y{fill:blue}</style><g id='b' class='x'/> -> 0a 0b
+g, #b, rect IN <g id='a'/><rect id='b'/> -> 0a 0b | [k^=v] IN <g id='a' k='vw'/><g k='w'/> -> 0a
+g ; [id] ; g.x IN <g id='a'><g class='x' id='b'/></g> -> 0a 1a 0b 1b 2b
+g ; g IN <g id='a'/> -> 0a 1a | :hover, zzz, rect g IN <g id='a'/><rect/> ->
+:root > :first-child + * IN <g id='a'/><g id='b'/> -> 0b
+g[fill] IN <style>g[fill]{stroke:red}</style><g id='a' fill='red'/><g id='b'/> -> 0a
+g rect, IN -> Selector 'g rect,' is malformed at byte 8 | a{} IN -> Selector 'a{}' is malformed at byte 2
+g ; g[k IN <g id='a'/> -> Selector 'g[k' is malformed at byte 4
+g:not(a b) IN -> Selector 'g:not(a b)' is malformed at byte 9)",
+               [](const std::string &input) {
+                 const size_t in = input.find(" IN");
+                 std::istringstream selectors(input.substr(0, in));
+                 std::vector<std::pair<const Question *, const svg_e_node *>> told;
+                 std::vector<Question> questions;
+                 for (std::string selector; std::getline(selectors, selector, ';');)
+                   questions.push_back({without_blanks(selector), &told});
+                 const Document document("<svg>" + input.substr(in + 3) + "</svg>",
+                                         AccountingCore::defaults(), [&](svg_parser *p) {
+                                           for (Question &question : questions)
+                                             svg_set_selector(
+                                                 p, question.selector.c_str(),
+                                                 [](void *user, const svg_e_node *element) {
+                                                   const auto *asked =
+                                                       static_cast<Question *>(user);
+                                                   asked->told->emplace_back(asked, element);
+                                                 },
+                                                 &question);
+                                         });
+                 std::string result = document.messages();
+                 if (!result.empty()) result.pop_back();
+                 for (const auto &[question, element] : told)
+                   result += std::to_string(question - questions.data()) +
+                             svg_find_href_id(document.parser, element) + " ";
+                 return result;
+               });
 }
 
 TEST(Sheets, NumberOfInstructionsHasALimit) {
