@@ -76,7 +76,9 @@ void svg_scene_place_image(const svg_scene_image *image, double width, double he
     std::copy_n(SVG_SCENE_IDENTITY, 6, matrix);
 }
 
-// The translation that puts a stretch at from, of this size, into the room at to.
+// The translation that puts a stretch at from, of this size, into the room at to. What only rounding
+// leaves of the room is not shared out.
 static double aligned(double from, double size, double to, double room, int place) {
-  return to - from + (room - size) * place / 2;
+  const double rest = std::fabs(room - size) > 1e-12 * room ? room - size : 0;
+  return to - from + rest * place / 2;
 }

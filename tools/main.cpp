@@ -22,6 +22,7 @@
 #include "tools/progress.h"
 #include "tools/questions.h"
 #include "tools/schema.h"
+#include "tools/simplify.h"
 #include "tools/tree_text.h"
 #include "tools/utf8.h"
 
@@ -29,7 +30,7 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
                           Progress &progress);
 static bool print_answers_as_json(const Drawing &drawing, const Options &options);
 static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
-static void print_messages(const Drawing &drawing);
+static void print_messages(const Drawing &drawing, size_t first);
 static bool flush_output();
 
 int main(int argc, char **argv) {
@@ -71,7 +72,13 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
   if (options.check)
     return print_check(stdout, drawing, {options.json, options.text.full}, progress) == 0;
   if (!drawing.messages().empty()) progress.clear();
-  print_messages(drawing);
+  print_messages(drawing, 0);
+  if (options.simplify) {
+    const size_t known = drawing.messages().size();
+    const bool simplified = drawing.ok() && print_simplified(stdout, drawing);
+    print_messages(drawing, known);
+    return simplified;
+  }
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
   const bool whole = options.has_query || !options.asks();
@@ -108,11 +115,13 @@ static bool print_answers(const Drawing &drawing, const Options &options, Extrac
   return (!extractor || extractor->extract(stdout, drawing)) && ok;
 }
 
-static void print_messages(const Drawing &drawing) {
-  for (const Message &message : drawing.messages())
+static void print_messages(const Drawing &drawing, size_t first) {
+  for (size_t i = first; i < drawing.messages().size(); ++i) {
+    const Message &message = drawing.messages()[i];
     fprintf(stderr, "%s: %s %d: %s\n", escaped(drawing.name()).c_str(),
             message.severity == ORT_ERROR ? "error" : "warning", message.code,
             escaped(message.text).c_str());
+  }
 }
 
 static bool flush_output() {

@@ -58,6 +58,8 @@ static void add_output_options(CLI::App &app, Options &options) {
   flag("--full", options.text.full, "Print numbers, lists, paths and texts whole");
   flag("--json", options.json, "Print each drawing as JSON, on one line");
   flag("--pretty", options.pretty, "Print JSON indented");
+  flag("--simplify", options.simplify,
+       "Write the drawing as plain SVG: paths and attributes, without sheets, use, units");
   flag("--check", options.check, "Print what is wrong with each drawing, a finding a line");
   flag("--schema", options.schema,
        "Print the tables of elements, attributes, keywords and errors as JSON");
@@ -135,6 +137,8 @@ static std::string find_mistake(const Options &options) {
   if (options.files.empty() && !options.schema && !options.has_path) return "no FILE given";
   if (std::ranges::count(options.files, "-") > 1) return "standard input can be read only once";
   if (options.check && (questions || options.pretty)) return "--check prints findings only";
+  if (options.simplify && (questions || options.json || options.check || options.files.size() > 1))
+    return "--simplify writes one drawing, and nothing else";
   if (options.force && options.extract_folder.empty()) return "--force goes with --extract";
   if (options.json && !options.extract_folder.empty()) return "--extract has no answer in JSON";
   if (!options.explain_property.empty()) {

@@ -17,6 +17,7 @@ struct Options {
 
   // What to print: the whole document unless one of these says otherwise.
   bool check = false;
+  bool simplify = false;
   bool schema = false;
   bool json = false;
   bool pretty = false;

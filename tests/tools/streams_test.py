@@ -117,8 +117,9 @@ MISTAKES = (
     [], ["--nonsense", "-"], ["--log", "x", "-"], ["--jobs", "0", "-"], ["-", "-"], ["--force", "-"],
     ["--explain"], ["--explain", "#a", "--property", "fil", "-"], ["--property", "fill", "-"],
     ["--refuse-property", "Fill", "-"], ["--limit", "nodes=x", "-"], ["--check", "--pretty", "-"], ["--check", "--ids", "-"],
-    ["--limit", "depth", "-"], ["--limit", "width=1", "-"], ["--limit", "nodes=0", "-"],
-    ["--limit", "nodes=9T", "-"], ["--json", "--extract", "x", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
+    ["--simplify", "--json", "-"], ["--simplify", "-", "x.svg"], ["--limit", "depth", "-"],
+    ["--limit", "width=1", "-"], ["--limit", "nodes=0", "-"], ["--limit", "nodes=9T", "-"],
+    ["--json", "--extract", "x", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
 )
 
 

@@ -1,7 +1,7 @@
 # Completion of svgtree for bash.
 _svgtree() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-  local options='--full --json --pretty --check --schema --help --version --query --explain --property
+  local options='--full --json --pretty --simplify --check --schema --help --version --query --explain --property
     --fonts --ids --links --stats --extract --force --path --jobs --language --font-number --style-dir
     --strict --no-external --refuse-element --refuse-property --limit --log'
   COMPREPLY=()
