@@ -105,6 +105,20 @@ Source Drawing::source(const svg_e_node *element, const svg_a_node *value) const
   return found != sources_.end() ? found->second : Source{};
 }
 
+std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
+                        bool full) {
+  const Source source = drawing.source(element, value);
+  const std::string selector = source.selector ? short_text(*source.selector, full) : "";
+  switch (source.kind) {
+  case SVG_SOURCE_ATTRIBUTE: break;
+  case SVG_SOURCE_SHEET: return "sheet: " + selector;
+  case SVG_SOURCE_IMPORTANT: return "sheet, important: " + selector;
+  case SVG_SOURCE_STYLE: return "style";
+  case SVG_SOURCE_DEFAULT: return "default";
+  }
+  return "";
+}
+
 const char *Drawing::waiting_name(const svg_iri *iri) const {
   const auto found = waiting_.find(iri);
   return found != waiting_.end() ? found->second : nullptr;

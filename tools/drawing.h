@@ -12,6 +12,7 @@
 
 #include "svg/svg.h"
 #include "tools/notes.h"
+#include "tools/value_text.h"
 
 // What the command line says about reading.
 struct ReadSettings {
@@ -34,7 +35,7 @@ struct Source {
   const std::string *selector = nullptr;
 };
 
-class Drawing {
+class Drawing final : public Surroundings {
 public:
   // Reads the drawing; path "-" is standard input. ok() tells whether there is a tree.
   Drawing(std::string path, const ReadSettings &settings);
@@ -46,8 +47,8 @@ public:
   const std::string &name() const { return name_; }
   const std::vector<Message> &messages() const { return notes_.messages(); }
   const Notes &notes() const { return notes_; }
-  ort_core *core() const { return core_; }
-  svg_parser *parser() const { return parser_; }
+  ort_core *core() const override { return core_; }
+  svg_parser *parser() const override { return parser_; }
   svg_e_node *svg() const { return svg_; }
   double viewport_width() const { return viewport_[0]; }
   double viewport_height() const { return viewport_[1]; }
@@ -61,7 +62,7 @@ public:
   Source source(const svg_e_node *element, const svg_a_node *value) const;
 
   // The id that an unresolved link refers to, or null.
-  const char *waiting_name(const svg_iri *iri) const;
+  const char *waiting_name(const svg_iri *iri) const override;
 
   // Generated name of a font, "" when memory is short.
   std::string font_name(const svg_font *font) const;
@@ -118,5 +119,9 @@ private:
   std::unordered_map<const char *, const std::string *> selector_texts_; // by the engine's own text
   std::unordered_map<const svg_iri *, const char *> waiting_;
 };
+
+// Where an element's value came from: "style", "sheet: SELECTOR"; "" for an attribute.
+std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
+                        bool full);
 
 #endif

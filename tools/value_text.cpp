@@ -14,9 +14,9 @@ static std::string unum_text(double value, int unit, bool full);
 static std::string keyword_or(int key, const std::string &otherwise);
 static std::string unums_text(int32_t count, const double *values, const uint8_t *units, bool full);
 static std::string trafo_text(const svg_an_trafo *trafo, bool full);
-static std::string paint_text(const Drawing &drawing, const svg_a_node *value, bool full);
+static std::string paint_text(const Surroundings &drawing, const svg_a_node *value, bool full);
 static std::string color_text(const svg_color &color, bool full);
-static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool full);
+static std::string funciri_text(const Surroundings &drawing, const svg_iri &iri, bool full);
 static bool is_none(const svg_iri &iri);
 static std::string families_text(const svg_an_key_name_list *list, bool full);
 static std::string path_text(const svg_an_path_data *path, bool full);
@@ -70,7 +70,7 @@ static std::string list_text(int32_t count, const char *separator, bool full, It
   return result;
 }
 
-std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full) {
+std::string value_text(const Surroundings &drawing, const svg_a_node *value, bool full) {
   switch (svg_get_record_kind(value->row)) {
   case SVG_RECORD_NONE: break;
   case SVG_RECORD_KEYWORD: return svg_get_keyword_text(as<svg_an_keyword>(value)->key);
@@ -142,20 +142,6 @@ std::string value_text(const Drawing &drawing, const svg_a_node *value, bool ful
   return "";
 }
 
-std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
-                        bool full) {
-  const Source source = drawing.source(element, value);
-  const std::string selector = source.selector ? short_text(*source.selector, full) : "";
-  switch (source.kind) {
-  case SVG_SOURCE_ATTRIBUTE: break;
-  case SVG_SOURCE_SHEET: return "sheet: " + selector;
-  case SVG_SOURCE_IMPORTANT: return "sheet, important: " + selector;
-  case SVG_SOURCE_STYLE: return "style";
-  case SVG_SOURCE_DEFAULT: return "default";
-  }
-  return "";
-}
-
 static std::string unum_text(double value, int unit, bool full) {
   return number_text(value, full) + svg_get_unit_text(unit);
 }
@@ -179,7 +165,7 @@ static std::string trafo_text(const svg_an_trafo *trafo, bool full) {
          ')';
 }
 
-static std::string paint_text(const Drawing &drawing, const svg_a_node *value, bool full) {
+static std::string paint_text(const Surroundings &drawing, const svg_a_node *value, bool full) {
   switch (value->kind) {
   case SVG_PAINT_INHERIT: return "inherit";
   case SVG_PAINT_CURRENTCOLOR: return "currentColor";
@@ -218,7 +204,7 @@ const svg_iri *value_iri(const svg_a_node *value) {
   return iri && !is_none(*iri) ? iri : nullptr;
 }
 
-std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
+std::string iri_text(const Surroundings &drawing, const svg_iri &iri, bool full) {
   switch (iri.kind) {
   case SVG_IRI_LINK:
     if (iri.ref.target)
@@ -232,7 +218,7 @@ std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
   }
 }
 
-std::string data_text(const Drawing &drawing, const svg_iri &iri) {
+std::string data_text(const Surroundings &drawing, const svg_iri &iri) {
   size_t size = 0;
   if (!iri.ref.text || !ort_pvf_data(drawing.core(), iri.ref.text, &size)) return "(empty)";
   return std::string(mime_text(iri.mime)) + ", " + std::to_string(size) + " bytes";
@@ -243,7 +229,7 @@ const char *mime_text(int mime) {
   return text ? text : "unknown type";
 }
 
-static std::string funciri_text(const Drawing &drawing, const svg_iri &iri, bool full) {
+static std::string funciri_text(const Surroundings &drawing, const svg_iri &iri, bool full) {
   return is_none(iri) ? "none" : "url(" + iri_text(drawing, iri, full) + ')';
 }
 

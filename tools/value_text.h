@@ -5,7 +5,18 @@
 #include <string>
 #include <string_view>
 
-#include "tools/drawing.h"
+#include "svg/svg.h"
+
+// What the text of a value takes from the drawing around it.
+class Surroundings {
+public:
+  virtual ort_core *core() const = 0;
+  virtual const svg_parser *parser() const = 0;
+  virtual const char *waiting_name(const svg_iri *iri) const = 0; // the id of no element, or null
+
+protected:
+  ~Surroundings() = default;
+};
 
 // A number with nine digits, or exact: the shortest text that reads back to the same double.
 std::string number_text(double value, bool exact);
@@ -27,19 +38,15 @@ std::string short_text(std::string_view text, bool full);
 const svg_iri *value_iri(const svg_a_node *value);
 
 // "#id", the text of an outside IRI, or "data: " with the type and size of embedded data.
-std::string iri_text(const Drawing &drawing, const svg_iri &iri, bool full);
+std::string iri_text(const Surroundings &drawing, const svg_iri &iri, bool full);
 
 // "image/png, 79 bytes"
-std::string data_text(const Drawing &drawing, const svg_iri &iri);
+std::string data_text(const Surroundings &drawing, const svg_iri &iri);
 
 // Type of embedded data (SVG_MIME_*), or "unknown type".
 const char *mime_text(int mime);
 
 // A value. Numbers and long lists, paths and names are shortened unless full.
-std::string value_text(const Drawing &drawing, const svg_a_node *value, bool full);
-
-// Where an element's value came from: "style", "sheet: SELECTOR"; "" for an attribute.
-std::string source_text(const Drawing &drawing, const svg_e_node *element, const svg_a_node *value,
-                        bool full);
+std::string value_text(const Surroundings &drawing, const svg_a_node *value, bool full);
 
 #endif

@@ -1,11 +1,10 @@
 #include "tests/support/reader.h"
 
-#include <charconv>
 #include <gtest/gtest.h>
-#include <span>
 
-#include "svg/values/svg_types.h"
+#include "svg/parser/svg_parser.h"
 #include "tests/support/cases.h"
+#include "tools/value_text.h"
 
 // ---- Reading ------------------------------------------------------------------------------------
 
@@ -64,12 +63,12 @@ std::string Document::values(const svg_e_node *element, const char *name) const 
   const svg_a_node *last = nullptr;
   for (int32_t i = 0; i < element->values_num; ++i) {
     const svg_a_node *value = element->values[i];
-    if (std::string(svg_attr_table[value->row].name) != name) continue;
+    if (std::string(svg_get_attr_table()[value->row].name) != name) continue;
     result += (result.empty() ? "" : "; ") + value_text(parser, value);
     last = value;
   }
   EXPECT_EQ(svg_find_value(element, name), last) << name;
-  return result.empty() ? "-" : result;
+  return last ? result : "-";
 }
 
 std::string value_of(const char *element, const char *attribute, const std::string &text,
@@ -104,148 +103,23 @@ void expect_values(const char *table) {
 
 // ---- Values -------------------------------------------------------------------------------------
 
-template <class Record> static const Record *as(const svg_a_node *value) {
-  return reinterpret_cast<const Record *>(value);
-}
-
-static std::string number(double value) {
-  char buffer[32];
-  return {buffer, std::to_chars(buffer, buffer + sizeof buffer, value).ptr};
-}
-
-static std::string keyword(int32_t key, const std::string &otherwise = "bad keyword") {
-  const char *text = key != 0 ? svg_get_keyword_text(key) : nullptr;
-  return text ? text : otherwise;
-}
-
-static std::string rgb(uint32_t rgb) {
-  char buffer[16];
-  snprintf(buffer, sizeof buffer, "#%06x", rgb);
-  return buffer;
-}
-
-template <class Item> static std::string list(int32_t count, Item item) {
-  std::string result;
-  for (int32_t i = 0; i < count; ++i) result += (i > 0 ? " " : "") + item(i);
-  return result.empty() ? "()" : result;
-}
-
-template <class Record> static std::string unums(const Record *record) {
-  return list(record->count, [=](int32_t i) {
-    return number(record->values[i]) + svg_get_unit_text(record->units[i]);
-  });
-}
-
-static std::string unum(double value, uint8_t unit) {
-  const svg_an_unum_list one = {{}, 0, 1, &value, &unit};
-  return unums(&one);
-}
-
-static std::string iri_text(const svg_parser *parser, const svg_iri &iri) {
-  const std::string fallback = iri.fallback >= 0 ? " " + rgb(uint32_t(iri.fallback))
-                               : iri.fallback == SVG_FALLBACK_NONE         ? " none"
-                               : iri.fallback == SVG_FALLBACK_CURRENTCOLOR ? " currentColor"
-                                                                           : "";
-  if (iri.kind == SVG_IRI_NONE) return "none";
-  if (iri.kind == SVG_IRI_LINK)
-    return "#" + std::string(iri.ref.target ? svg_find_href_id(parser, iri.ref.target) : "?") +
-           fallback;
-  const std::string text = iri.ref.text ? iri.ref.text : "";
-  return iri.kind == SVG_IRI_NAME ? "'" + text + "'" + fallback
-                                  : "data " + number(iri.mime) + " '" + text + "'" + fallback;
-}
-
-static std::string color_text(const svg_color &color) {
-  std::string result = rgb(color.rgb) + " type " + number(color.colortype);
-  if (color.name) result += std::string(" '") + color.name + "'";
-  if (!color.comps) return result;
-  int32_t count = 0;
-  const double *comps = svg_get_components(&color, &count);
-  return result + " " + list(count, [=](int i) { return number(comps[i]); });
-}
-
-static std::string path_text(const svg_an_path_data *path) {
-  std::string result = number(path->vertices);
-  size_t count = 0;
-  const svg_pada *segments = svg_get_segments(path, &count);
-  for (const svg_pada &segment : std::span(segments, count)) {
-    result += std::string(" ") + "?MLCZ"[segment.type];
-    for (int k = 0; k < 2 * segment.count; ++k) result += " " + number(segment.points[k]);
-  }
-  return result;
-}
-
 std::string value_text(const svg_parser *parser, const svg_a_node *value) {
-  switch (svg_get_record_kind(value->row)) {
-  case SVG_RECORD_NONE: break;
-  case SVG_RECORD_KEYWORD: return keyword(as<svg_an_keyword>(value)->key);
-  case SVG_RECORD_NUMBER: return number(as<svg_an_number>(value)->value);
-  case SVG_RECORD_UNUM: return unum(as<svg_an_unum>(value)->value, value->unit);
-  case SVG_RECORD_KEY_NUMBER: {
-    const auto *record = as<svg_an_key_number>(value);
-    return keyword(record->key, number(record->value));
-  }
-  case SVG_RECORD_KEY_UNUM: {
-    const auto *record = as<svg_an_key_unum>(value);
-    return keyword(record->key, unum(record->value, value->unit));
-  }
-  case SVG_RECORD_ASPECT: {
-    const auto *record = as<svg_an_aspect>(value);
-    return number(record->defer) + ' ' + number(record->meet) + ' ' + keyword(record->align);
-  }
-  case SVG_RECORD_VIEWBOX:
-    return list(4, [&](int i) { return number((&as<svg_an_viewbox>(value)->min_x)[i]); });
-  case SVG_RECORD_CLIP: {
-    const auto *record = as<svg_an_clip>(value);
-    return keyword(record->key) + ' ' + list(4, [=](int i) { return number(record->rect[i]); });
-  }
-  case SVG_RECORD_STRING: return std::string("'") + as<svg_an_string>(value)->text + "'";
-  case SVG_RECORD_NAME_LIST: {
-    const auto *record = as<svg_an_name_list>(value);
-    return list(record->count, [=](int i) { return std::string("'") + record->names[i] + "'"; });
-  }
-  case SVG_RECORD_NUM_LIST: {
-    const auto *record = as<svg_an_num_list>(value);
-    return list(record->count, [=](int i) { return number(record->values[i]); });
-  }
-  case SVG_RECORD_KEY_LIST: {
-    const auto *record = as<svg_an_key_list>(value);
-    return list(record->count, [=](int i) { return keyword(record->keys[i]); });
-  }
-  case SVG_RECORD_UNUM_LIST: return unums(as<svg_an_unum_list>(value));
-  case SVG_RECORD_KEY_UNUM_LIST: {
-    const auto *record = as<svg_an_key_unum_list>(value);
-    return keyword(record->key, unums(record));
-  }
-  case SVG_RECORD_TRAFO: {
-    const auto *record = as<svg_an_trafo>(value);
-    return number(record->type) + ": " + list(svg_get_trafo_count(record->type), [=](int i) {
-             return number(record->numbers[i]);
-           });
-  }
-  case SVG_RECORD_COLOR: return rgb(as<svg_an_color>(value)->rgb);
-  case SVG_RECORD_PAINT:
-    switch (value->kind) {
-    case SVG_PAINT_NONE: return "none";
-    case SVG_PAINT_INHERIT: return "inherit";
-    case SVG_PAINT_CURRENTCOLOR: return "currentColor";
-    case SVG_PAINT_RGB: return rgb(as<svg_an_paint_rgb>(value)->rgb);
-    case SVG_PAINT_IRI: return iri_text(parser, as<svg_an_paint_iri>(value)->iri);
-    default: return color_text(as<svg_an_paint_color>(value)->color);
+  class Around final : public Surroundings {
+  public:
+    explicit Around(const svg_parser *p) : parser_(p) {}
+    ort_core *core() const override { return parser_->core; }
+    const svg_parser *parser() const override { return parser_; }
+    const char *waiting_name(const svg_iri *iri) const override {
+      for (size_t i = 0; i < svg_get_unresolved_count(parser_); ++i) {
+        const svg_iri *waiting = nullptr;
+        const char *name = svg_get_unresolved(parser_, i, &waiting, nullptr);
+        if (waiting == iri) return name;
+      }
+      return nullptr;
     }
-  case SVG_RECORD_IRI: return iri_text(parser, as<svg_an_iri>(value)->iri);
-  case SVG_RECORD_COLOR_PROFILE: {
-    const auto *record = as<svg_an_color_profile>(value);
-    return keyword(record->keyword) + (record->name ? " '" + std::string(record->name) + "'" : "");
-  }
-  case SVG_RECORD_KEY_NAME_LIST: {
-    const auto *record = as<svg_an_key_name_list>(value);
-    return list(record->count, [=](int i) {
-      return record->keys[i] != 0 ? keyword(record->keys[i])
-                                  : std::string("'") + record->names[i] + "'";
-    });
-  }
-  case SVG_RECORD_PATH_DATA: return path_text(as<svg_an_path_data>(value));
-  }
-  return "?";
+
+  private:
+    const svg_parser *parser_;
+  };
+  return value_text(Around(parser), value, true);
 }

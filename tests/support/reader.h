@@ -40,9 +40,7 @@ public:
 // raised.
 bool read_once(AccountingCore &core, const std::string &text);
 
-// The fields of a record, in their order: numbers, keyword texts, texts in '...', colors as
-// #rrggbb, "()" for an empty list. A link is "#" and the target's name, "#?" while it has none. A
-// path is its vertices and its records, with the letters M, L, C and Z.
+// A value as svgtree writes it with --full.
 std::string value_text(const svg_parser *parser, const svg_a_node *value);
 
 // Reads ELEMENT with ATTRIBUTE="text" inside of an svg element: the values of the attribute, or

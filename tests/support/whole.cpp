@@ -5,7 +5,6 @@
 
 static std::string tree(const Document &document);
 static std::string element_line(const svg_parser *parser, const svg_e_node *element);
-static std::string anonymous(std::string value);
 static std::string fonts(const svg_parser *parser, const AccountingCore &core);
 static std::string links(const svg_parser *parser);
 static std::string files(const ort_core *core);
@@ -51,19 +50,10 @@ static std::string element_line(const svg_parser *parser, const svg_e_node *elem
   if (element->prev) result += " after " + std::to_string(element->prev->head.id);
   for (int32_t i = 0; i < element->values_num; ++i) {
     const svg_a_node *value = element->values[i];
-    result += std::string(" ") + svg_get_attr_table()[value->row].name + "=" +
-              anonymous(value_text(parser, value));
+    result +=
+        std::string(" ") + svg_get_attr_table()[value->row].name + "=" + value_text(parser, value);
   }
   return result;
-}
-
-// The names of embedded files begin with digits that no other read repeats.
-static std::string anonymous(std::string value) {
-  for (size_t at = 0; (at = value.find(" file embedded in SVG)", at)) != value.npos; ++at) {
-    const size_t name = value.rfind('\'', at);
-    if (name != value.npos && at - name > 33) at -= 32, value.erase(name + 1, 32);
-  }
-  return value;
 }
 
 static std::string links(const svg_parser *parser) {

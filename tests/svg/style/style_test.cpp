@@ -51,31 +51,28 @@ fill:red/* part of the value */;stroke:blue -> stroke #0000ff !10006)",
 }
 
 TEST(Style, RanksBehindAttributesAndRules) {
-  EXPECT_EQ(properties("<style>g{fill:lime;stroke:lime}</style>"
-                       "<g style='fill:red' fill='blue' font='1px x'/>"),
-            "fill #0000ff; fill #00ff00; fill #ff0000; font-family 'x'; font-size 1px; "
-            "stroke #00ff00");
-  EXPECT_EQ(properties("<style>g{font-size:1px}</style><g style='font-size:2px;font:3px x'/>"),
-            "font-family 'x'; font-size 1px; font-size 2px");
-  EXPECT_EQ(properties("<style>g{font-size:1px}</style><g style='FONT:3px x;fill:red'/>"),
-            "fill #ff0000; font-family 'x'; font-size 1px");
+  expect_cases(R"(
+<style>g{fill:lime;stroke:lime}</style><g style='fill:red' fill='blue' font='1px x'/> -> fill #0000ff; fill #00ff00; fill #ff0000; font-family "x"; font-size 1px; stroke #00ff00
+<style>g{font-size:1px}</style><g style='font-size:2px;font:3px x'/> -> font-family "x"; font-size 1px; font-size 2px
+<style>g{font-size:1px}</style><g style='FONT:3px x;fill:red'/> -> fill #ff0000; font-family "x"; font-size 1px)",
+               properties);
 }
 
 // The last ones lack a word for the size or for the family, or have keywords out of their places:
 // words count from the front.
 TEST(Font, IsSplitIntoItsLonghands) {
   const char *cases = R"(
-bold italic 12pt/14pt Times New Roman -> font-family 'Times New Roman'; font-size 12pt; font-style italic; font-weight bold
-small-caps 700 12px A, serif -> font-family 'A' serif; font-size 12px; font-variant small-caps; font-weight 700
-oblique bold normal 1px  A  B\s -> font-family 'A B'; font-size 1px; font-style oblique; font-weight bold
-normal 12px serif -> font-family serif; font-size 12px | 12pt -> font-family '12pt'
-normal normal normal 12px x -> font-family 'x'; font-size 12px
+bold italic 12pt/14pt Times New Roman -> font-family "Times New Roman"; font-size 12pt; font-style italic; font-weight bold
+small-caps 700 12px A, serif -> font-family "A", serif; font-size 12px; font-variant small-caps; font-weight 700
+oblique bold normal 1px  A  B\s -> font-family "A B"; font-size 1px; font-style oblique; font-weight bold
+normal 12px serif -> font-family serif; font-size 12px | 12pt -> font-family "12pt"
+normal normal normal 12px x -> font-family "x"; font-size 12px
 \s12pt  serif\s -> font-family serif; font-size 12pt | /14px serif -> font-family serif
-1px a b c d e -> font-family 'a b c d e'; font-size 1px | caption -> font-family 'caption'
+1px a b c d e -> font-family "a b c d e"; font-size 1px | caption -> font-family "caption"
 bold italic -> | bold 12pt -> | 12pt bold -> | normal normal -> | -> | \s\s ->
-a b c d e f -> font-family 'b c d e f' !10005
-bold bolder 12px x -> font-family '12px x'; font-weight bold !10005
-12px x bold -> font-family 'bold'; font-weight bold !10005)";
+a b c d e f -> font-family "b c d e f" !10005
+bold bolder 12px x -> font-family "12px x"; font-weight bold !10005
+12px x bold -> font-family "bold"; font-weight bold !10005)";
   expect_cases(cases,
                [](const std::string &font) { return properties("<g font='" + font + "'/>"); });
   expect_cases(cases, [](const std::string &font) { return with_style("font:" + font); });
@@ -86,9 +83,9 @@ bold bolder 12px x -> font-family '12px x'; font-weight bold !10005
 
 TEST(Font, InASheetIsThatOfCSS) {
   expect_cases(R"(
-12px / 14px serif -> font-family serif; font-size 12px | 12px/ 14px a b -> font-family 'a b'; font-size 12px
-italic bold small-caps 12px /14px 'a / b' -> font-family 'a / b'; font-size 12px; font-style italic; font-variant small-caps; font-weight bold
-12px 'a / b' -> font-family 'a / b'; font-size 12px
+12px / 14px serif -> font-family serif; font-size 12px | 12px/ 14px a b -> font-family "a b"; font-size 12px
+italic bold small-caps 12px /14px 'a / b' -> font-family "a / b"; font-size 12px; font-style italic; font-variant small-caps; font-weight bold
+12px 'a / b' -> font-family "a / b"; font-size 12px
 INHERIT -> font-family inherit; font-size inherit; font-style inherit; font-variant inherit; font-weight inherit)",
                [](const std::string &font) {
                  return properties("<style>g{font:" + font + "}</style><g/>");
@@ -98,13 +95,12 @@ INHERIT -> font-family inherit; font-size inherit; font-style inherit; font-vari
 
 // An attribute compares without regard to case up to the first longhand that it adds.
 TEST(Font, LetterCaseOfKeywords) {
-  const std::string bold = "font-family 'x'; font-size 1px; font-weight bold";
-  const std::string cut = "font-family '1px x'; ";
-  EXPECT_EQ(properties("<g font='Normal Bold 1px x'/>"), "font-family '1px x' !10005");
-  EXPECT_EQ(properties("<g font='BOLD 1px x'/>"), bold);
-  EXPECT_EQ(properties("<g font='BOLD Italic 1px x'/>"), cut + "font-weight bold !10005");
-  EXPECT_EQ(with_style("font:BOLD 1px x"), "font-family '1px x' !10005");
-  EXPECT_EQ(with_style("FONT:BOLD 1px x"), bold);
-  EXPECT_EQ(properties("<style>g{font:BOLD Italic 1px x !Important}</style><g/>"),
-            "font-family 'x'; font-size 1px; font-style italic; font-weight bold");
+  expect_cases(R"(
+<g font='Normal Bold 1px x'/> -> font-family "1px x" !10005
+<g font='BOLD 1px x'/> -> font-family "x"; font-size 1px; font-weight bold
+<g font='BOLD Italic 1px x'/> -> font-family "1px x"; font-weight bold !10005
+<g style='font:BOLD 1px x'/> -> font-family "1px x" !10005
+<g style='FONT:BOLD 1px x'/> -> font-family "x"; font-size 1px; font-weight bold
+<style>g{font:BOLD Italic 1px x !Important}</style><g/> -> font-family "x"; font-size 1px; font-style italic; font-weight bold)",
+               properties);
 }

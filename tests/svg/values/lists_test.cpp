@@ -14,11 +14,11 @@ g stroke-dasharray: none -> none | NONE -> none | 5, 10% -> 5 10% | 5 none -> ! 
 g stroke-dasharray: none 5 -> none
 font-face font-size: 12 14.5 -> 12 14.5 | all -> all
 g text-decoration: underline, overline -> underline overline | underline,,overline -> underline
-g text-decoration: Underline foo blink -> underline | foo -> ()
+g text-decoration: Underline foo blink -> underline | foo ->
 font-face font-weight: 100,bold 200 -> 100 bold 200
-g systemLanguage: en-US, fr -> 'en-US' 'fr' | a  b, c -> 'a b' 'c' | 'a, b' "" c -> 'a, b  c'
+g systemLanguage: en-US,fr -> en-US, fr | a  b,c -> a b, c | 'a,b' "" c -> a,b  c
 g systemLanguage: en, -> ! | en,,fr -> ! , | en ) -> ! )
-hkern u1: 5,700 -> '5' '700'
+hkern u1: 5,700 -> 5, 700
 )");
 }
 

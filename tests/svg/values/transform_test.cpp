@@ -6,15 +6,15 @@
 
 TEST(Transform, KeepsWhatWasWrittenOrComposesAMatrix) {
   expect_values(R"(
-g transform: rotate(30) -> 1: 30 | scale(2) -> 3: 2 | scale(2,3) -> 4: 2 3 | skewX(10) -> 5: 10
-g transform: \sskewY ( 10 )\s -> 6: 10 | translate(5) -> 7: 5 | translate(5 -6) -> 8: 5 -6
-g transform: matrix(1,2 3 4,5,6) -> 0: 1 2 3 4 5 6 | \s\s -> -
-g transform: translate(10,20) scale(2) -> 0: 2 0 0 2 10 20
-g transform: translate(10,20),,scale(2) -> 0: 2 0 0 2 10 20
-g transform: translate(10,20)scale(2)translate(1 1) -> 0: 2 0 0 2 12 22
-g transform: scale(2) matrix(1 2 3 4 5 6) -> 0: 2 4 6 8 10 12 | scale(2)scale(3) -> 0: 6 0 0 6 0 0
-linearGradient gradientTransform: scale(2) -> 3: 2
-pattern patternTransform: scale(2) -> 3: 2
+g transform: rotate(30) -> rotate(30) | scale(2) -> scale(2) | scale(2,3) -> scale(2 3) | skewX(10) -> skewX(10)
+g transform: \sskewY ( 10 )\s -> skewY(10) | translate(5) -> translate(5) | translate(5 -6) -> translate(5 -6)
+g transform: matrix(1,2 3 4,5,6) -> matrix(1 2 3 4 5 6) | \s\s -> -
+g transform: translate(10,20) scale(2) -> matrix(2 0 0 2 10 20)
+g transform: translate(10,20),,scale(2) -> matrix(2 0 0 2 10 20)
+g transform: translate(10,20)scale(2)translate(1 1) -> matrix(2 0 0 2 12 22)
+g transform: scale(2) matrix(1 2 3 4 5 6) -> matrix(2 4 6 8 10 12) | scale(2)scale(3) -> matrix(6 0 0 6 0 0)
+linearGradient gradientTransform: scale(2) -> scale(2)
+pattern patternTransform: scale(2) -> scale(2)
 )");
 }
 

@@ -28,21 +28,21 @@ marker orient: 45deg -> 45deg | auto -> auto | Auto -> ! Auto
 
 TEST(Values, AspectViewBoxAndClip) {
   expect_values(R"(
-svg preserveAspectRatio: xMidYMid slice -> 0 0 xMidYMid | slice -> 0 0 xMinYMin
-svg preserveAspectRatio: defer none -> 1 1 none | slice xMaxYMin meet none -> 0 0 none
+svg preserveAspectRatio: xMidYMid slice -> xMidYMid slice | slice -> xMinYMin slice
+svg preserveAspectRatio: defer none -> defer none | slice xMaxYMin meet none -> none slice
 svg preserveAspectRatio: xMidYMid foo -> ! foo
 svg viewBox: 0,0,100,50 -> 0 0 100 50 | \s0 , 0 100\t50 7 -> 0 0 100 50
 svg viewBox: 0 0 100 -> ! | 0,,0 1 1 -> ! , | 0 0 100px 50 -> ! 100px
-g clip: rect(1, 2, 3, 4) -> rect 1 2 3 4 | RECT (1 2,3 -4.5) x -> rect 1 2 3 -4.5
-g clip: auto -> auto 0 0 0 0 | rect(1px 2 3 4) -> ! 1px | rect 1 2 3 4 -> ! 1
+g clip: rect(1, 2, 3, 4) -> rect(1, 2, 3, 4) | RECT (1 2,3 -4.5) x -> rect(1, 2, 3, -4.5)
+g clip: auto -> auto | rect(1px 2 3 4) -> ! 1px | rect 1 2 3 4 -> ! 1
 g clip: rect(1 2 3) -> ! ) | rect(1 2 3 4 -> ! | rect(1 2 3 4 5) -> ! 5
 )");
 }
 
 TEST(Values, TextsStayAsWritten) {
   expect_values(R"t(
-glyph unicode: \sa -> ' a' | \s -> ' ' | -> - | a,(b)" -> 'a,(b)"' | 'ab -> !
-a xlink:title: \s"x" y\s -> ' "x" y ' | \s\s -> -
+glyph unicode: \sa -> " a" | \s -> " " | -> - | a,(b)" -> "a,(b)\"" | 'ab -> !
+a xlink:title: \s"x" y\s -> " \"x\" y " | \s\s -> -
 )t");
 }
 

@@ -150,8 +150,8 @@ TEST(Sheets, Declarations) {
   };
   // Elsewhere the last two would end the parse.
   expect_cases(R"(
-fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> #r
-fill:none;fill:red -> #ff0000 | fill:r\65 d -> #ff0000 | fill:\23 f00;fill:u\72l(#r) -> #r
+fill:red -> #ff0000 | FILL:RED!important -> #ff0000 | fill:url(#r) -> url(#r)
+fill:none;fill:red -> #ff0000 | fill:r\65 d -> #ff0000 | fill:\23 f00;fill:u\72l(#r) -> url(#r)
 fill:red;fill:foo -> #ff0000 property 'fill': unexpected token 'foo'
 font:foo x;fill:red -> #ff0000 property 'font-size': unexpected token 'foo'
 fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)",
@@ -165,7 +165,7 @@ TEST(Sheets, AValueIsSharedByAllElements) {
                           "<rect id='b'/><g id='later'/></svg>");
   const svg_e_node *a = document.find("a"), *b = document.find("b");
   ASSERT_EQ(a->values_num, 1);
-  EXPECT_EQ(document.values(a, "fill"), "#later #ff0000");
+  EXPECT_EQ(document.values(a, "fill"), "url(#later) #ff0000");
   EXPECT_EQ(a->values[0], b->values[0]);
 }
 
