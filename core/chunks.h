@@ -11,6 +11,8 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#include "core/places.h"
+
 constexpr uint32_t ORT_MAX_TAGS = 1U << 13;
 constexpr size_t ORT_GRAIN = 8;
 constexpr size_t ORT_SMALL_GRAINS = 64; // the largest block that goes into a chunk
@@ -34,10 +36,21 @@ struct ort_chunk {
   uint16_t notes[];
 };
 
+// Where a chunk is found by the address of any of its blocks.
+struct ort_chunk_place {
+  ort_chunk *chunk;
+
+  static size_t home_of(const void *address) {
+    return reinterpret_cast<uintptr_t>(address) / ORT_CHUNK;
+  }
+  bool is_free() const { return !chunk; }
+  size_t home() const { return home_of(chunk); }
+};
+
 struct ort_chunks {
   ort_chunk *room[ORT_SMALL_GRAINS + 1]; // by size in grains: chunks with free blocks
-  ort_chunk **table;                     // all chunks, by address: linear probing
-  size_t count, capacity;
+  ort_places<ort_chunk_place> table;     // all chunks
+  size_t count;
 };
 
 ort_chunk *ort_chunks_add(ort_chunks *chunks, size_t grains); // null: memory is short
@@ -77,19 +90,12 @@ inline void *ort_chunks_take(ort_chunks *chunks, ort_chunk *chunk, ort_label lab
   return chunk->blocks + i * size;
 }
 
-// Where the search for a chunk begins, given any address in it.
-inline size_t ort_chunks_home(const ort_chunks *chunks, const void *address) {
-  return reinterpret_cast<uintptr_t>(address) / ORT_CHUNK & (chunks->capacity - 1);
-}
-
 // The chunk that a block lies in; null: it comes from malloc.
 inline ort_chunk *ort_chunks_find(const ort_chunks *chunks, const void *block) {
-  if (chunks->capacity == 0) return nullptr;
-  const uintptr_t start = reinterpret_cast<uintptr_t>(block) & ~(ORT_CHUNK - 1);
-  for (size_t i = ort_chunks_home(chunks, block);; i = (i + 1) & (chunks->capacity - 1)) {
-    ort_chunk *chunk = chunks->table[i];
-    if (!chunk || reinterpret_cast<uintptr_t>(chunk) == start) return chunk;
-  }
+  if (chunks->table.capacity == 0) return nullptr;
+  const size_t home = ort_chunk_place::home_of(block);
+  return chunks->table.find(home, [=](ort_chunk_place place) { return place.home() == home; })
+      ->chunk;
 }
 
 inline uint32_t ort_chunk_index(const ort_chunk *chunk, const void *block) {

@@ -39,7 +39,7 @@ static inline void count_out(ort_memory *memory, ort_label label);
 static uint32_t find_tag(ort_memory *memory, const char *literal);
 static uint32_t add_literal(ort_memory *memory, const char *literal);
 static uint32_t add_tag(ort_memory *memory, const char *text);
-static inline ort_tag_slot *find_slot(const ort_memory *memory, const char *literal);
+static inline ort_tag_place *find_place(const ort_memory *memory, const char *literal);
 
 static ort_label *label_before(void *block) { return static_cast<ort_label *>(block) - 1; }
 
@@ -157,7 +157,7 @@ void ort_memory_delete(ort_core *core) {
   ort_chunks_delete(&core->memory.chunks);
   free(core->memory.tags);
   free(core->memory.tag_order);
-  free(core->memory.slots);
+  free(core->memory.literals.places);
 }
 
 // ---- Statistics ---------------------------------------------------------------------------------
@@ -192,12 +192,12 @@ void ort_reset_peak(ort_core *core) {
 // Nearly always the tag is known and a chunk has room; then nothing is called.
 static void *try_malloc(ort_core *core, size_t size, const char *tag) {
   ort_memory *memory = &core->memory;
-  const ort_tag_slot *slot = find_slot(memory, tag);
+  const ort_tag_place *place = find_place(memory, tag);
   ort_chunk *chunk = is_small(size) ? memory->chunks.room[ort_grains(size)] : nullptr;
-  if (!chunk || !slot || !slot->literal || size > ort_memory_left(core))
+  if (!chunk || !place || place->is_free() || size > ort_memory_left(core))
     return allocate(core, size, tag);
   if (!admit(core, 0, size)) return nullptr;
-  const ort_label label = {size, slot->tag};
+  const ort_label label = {size, place->tag};
   count_in(memory, label);
   return ort_chunks_take(&memory->chunks, chunk, label);
 }
@@ -280,38 +280,25 @@ static void count_out(ort_memory *memory, ort_label label) {
 
 // Number of a tag; NO_TAG: no memory for a new one.
 static uint32_t find_tag(ort_memory *memory, const char *literal) {
-  const ort_tag_slot *slot = find_slot(memory, literal);
-  return slot && slot->literal ? slot->tag : add_literal(memory, literal);
+  const ort_tag_place *place = find_place(memory, literal);
+  return place && !place->is_free() ? place->tag : add_literal(memory, literal);
 }
 
-// The slot of a literal, or the free one for it; null: there are no slots yet.
-static ort_tag_slot *find_slot(const ort_memory *memory, const char *literal) {
-  if (!memory->slots) return nullptr;
-  const uint32_t mask = memory->slot_capacity - 1;
-  uint64_t hash = reinterpret_cast<uintptr_t>(literal) * 0x9E3779B97F4A7C15U;
-  uint32_t i = static_cast<uint32_t>(hash >> 32) & mask;
-  while (memory->slots[i].literal && memory->slots[i].literal != literal) i = (i + 1) & mask;
-  return &memory->slots[i];
+// The place of a literal, or the free one for it; null: there are no places yet.
+static ort_tag_place *find_place(const ort_memory *memory, const char *literal) {
+  if (memory->literals.capacity == 0) return nullptr;
+  return memory->literals.find(ort_tag_place::home_of(literal), [=](const ort_tag_place &place) {
+    return place.literal == literal;
+  });
 }
 
 static uint32_t add_literal(ort_memory *memory, const char *literal) {
-  if (memory->slot_count * 2 >= memory->slot_capacity) {
-    ort_memory larger = *memory;
-    larger.slot_capacity = memory->slot_capacity ? memory->slot_capacity * 2 : 256;
-    larger.slots = static_cast<ort_tag_slot *>(calloc(larger.slot_capacity, sizeof(ort_tag_slot)));
-    if (!larger.slots) return NO_TAG;
-    for (uint32_t i = 0; i < memory->slot_capacity; ++i) {
-      const ort_tag_slot &slot = memory->slots[i];
-      if (slot.literal) *find_slot(&larger, slot.literal) = slot;
-    }
-    free(memory->slots);
-    memory->slots = larger.slots;
-    memory->slot_capacity = larger.slot_capacity;
-  }
+  if (memory->literal_count * 2 >= memory->literals.capacity && !memory->literals.grow(256))
+    return NO_TAG;
   const uint32_t tag = add_tag(memory, literal);
   if (tag == NO_TAG) return NO_TAG;
-  *find_slot(memory, literal) = {literal, tag};
-  ++memory->slot_count;
+  *find_place(memory, literal) = {literal, tag};
+  ++memory->literal_count;
   return tag;
 }
 

@@ -5,9 +5,11 @@
 #ifndef ORT_CORE_H
 #define ORT_CORE_H
 
+#include <string_view>
 #include <type_traits>
 
 #include "core/ort.h"
+#include "core/places.h"
 
 // ---- Protected calls (error.cpp) ----------------------------------------------------------------
 
@@ -154,6 +156,63 @@ void ort_hvtr_release_item(ort_hvtr *handles, size_t i);
 bool ort_hvtr_check_idx(const ort_hvtr *handles, size_t i); // i is in use
 size_t ort_hvtr_size(const ort_hvtr *handles);              // slots, used or not
 void *ort_hvtr_at(const ort_hvtr *handles, size_t i);
+
+// ---- Names (name_index.cpp) ---------------------------------------------------------------------
+
+// A name and what its owner keeps of it. It is not copied and must last as long as the entry; an
+// equal one may take its place. Equal names with different salts are different.
+struct ort_name_entry {
+  const char *name;
+  uint32_t salt;
+  uint32_t number; // 0 in a new entry, as is the value
+  void *value;
+};
+
+// A mark, of the name, saves most comparisons.
+struct ort_name_place {
+  uint32_t mark; // 0: free
+  uint32_t entry;
+
+  bool is_free() const { return mark == 0; }
+  size_t home() const { return mark; }
+};
+
+// Finds a name in constant time, whatever the names are. Begins zeroed. Entries move when one is
+// added or removed.
+struct ort_name_index {
+  ort_places<ort_name_place> table;
+  ort_name_entry *entries; // after the places, in their block
+  size_t room, count;      // of entries
+};
+ort_name_entry *ort_index_find(const ort_core *core, const ort_name_index *index,
+                               std::string_view name, uint32_t salt = 0); // null: there is none
+ort_name_entry *ort_index_add(ort_core *core, ort_name_index *index, const char *name,
+                              uint32_t salt = 0); // the one that there is, or a new one
+void ort_index_remove(const ort_core *core, ort_name_index *index, ort_name_entry *entry);
+void ort_index_clear(ort_core *core, ort_name_index *index);
+
+// ---- Arenas (arena.cpp) -------------------------------------------------------------------------
+
+struct ort_arena_block {
+  ort_arena_block *next;
+  size_t size, used;
+  char *bytes() { return reinterpret_cast<char *>(this + 1); }
+};
+
+// Begins zeroed. What is in it never moves. The owner may also use the last block's room itself.
+struct ort_arena {
+  ort_arena_block *first, *last;
+  size_t size; // of all blocks
+};
+
+// Zeroed memory; the blocks that are made for it double the arena.
+void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag);
+void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag); // a block more
+void ort_arena_shrink(ort_core *core, ort_arena *arena); // frees the first block
+void ort_arena_clear(ort_core *core, ort_arena *arena);  // frees all
+inline bool ort_arena_has_room(const ort_arena *arena, size_t size) {
+  return arena->last && arena->last->size - arena->last->used >= size;
+}
 
 // ---- Byte strings (bytes.cpp) -------------------------------------------------------------------
 

@@ -12,9 +12,15 @@
 struct ort_temporary; // links in front of a temporary block
 
 // A literal's address and the number of its tag. Literals with equal texts share a number.
-struct ort_tag_slot {
+struct ort_tag_place {
   const char *literal;
   uint32_t tag;
+
+  static size_t home_of(const char *literal) {
+    return reinterpret_cast<uintptr_t>(literal) * 0x9E3779B97F4A7C15U >> 32;
+  }
+  bool is_free() const { return !literal; }
+  size_t home() const { return home_of(literal); }
 };
 
 struct ort_memory {
@@ -24,8 +30,8 @@ struct ort_memory {
   ort_tag_count *tags; // by number
   uint32_t *tag_order; // numbers in ascending order of tag text
   uint32_t tag_count, tag_capacity;
-  ort_tag_slot *slots; // hash table by literal, linear probing
-  uint32_t slot_count, slot_capacity;
+  ort_places<ort_tag_place> literals;
+  size_t literal_count;
 
   ort_temporary *temporaries; // the newest first
   ort_spare *spares;          // the newest first
@@ -82,10 +88,10 @@ struct ort_errors {
 
 struct ort_pvf;
 
-// All virtual files, by name and in order of creation.
+// All virtual files.
 struct ort_pvf_table {
-  ort_pvf **buckets; // chains by hash; as many as order has places
-  ort_pvf **order;   // deleted ones leave holes (null)
+  ort_name_index names;
+  ort_pvf **order; // of creation; deleted ones leave holes (null)
   size_t count, order_used, capacity;
 };
 

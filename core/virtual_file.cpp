@@ -6,42 +6,40 @@
 #include "core/ort_state.h"
 
 struct ort_pvf {
-  ort_pvf *next; // in the bucket
-  size_t place;  // in order
-  uint64_t hash;
-  char *name;
+  size_t place; // in order
   void *bytes;
   size_t length;
   size_t references; // by name; 0: deleted, but still being read
   size_t readers;    // open files
+  char name[];
 };
 
 static ort_pvf *find(const ort_core *core, const char *name);
 static ort_pvf *need(ort_core *core, const char *name);
-static uint64_t hash_name(const char *name);
+static void forget(ort_core *core, ort_name_entry *entry);
 static void make_room(ort_core *core);
 static void close_holes(ort_pvf_table *table);
-static void link_into(ort_pvf **buckets, size_t capacity, ort_pvf *file);
-static void unlink_file(ort_core *core, ort_pvf *file);
 static void free_file(ort_core *core, ort_pvf *file);
 
 // ---- By name ------------------------------------------------------------------------------------
 
 void ort__create_pvf(ort_core *core, const char *name, void *buffer, size_t length,
                      const char *options) {
-  if (!strstr(options, "deletedata") || find(core, name)) {
-    ort_internal_error(core, __FILE__, __LINE__);
-  }
+  if (!strstr(options, "deletedata")) ort_internal_error(core, __FILE__, __LINE__);
   make_room(core);
-  char *copy = ort_strndup(core, name, strlen(name), "ort__create_pvf");
-  ort_pvf *file = static_cast<ort_pvf *>(ort_try_malloc(core, sizeof(ort_pvf), "ort__create_pvf"));
+  ort_pvf_table &table = core->files;
+  ort_name_entry *entry = ort_index_add(core, &table.names, name);
+  if (entry->value) ort_internal_error(core, __FILE__, __LINE__);
+  const size_t name_size = strlen(name) + 1;
+  ort_pvf *file =
+      static_cast<ort_pvf *>(ort_try_malloc(core, sizeof(ort_pvf) + name_size, "ort__create_pvf"));
   if (!file) {
-    ort_free(core, copy);
+    forget(core, entry);
     ort_raise_no_memory(core);
   }
-  ort_pvf_table &table = core->files;
-  *file = {nullptr, table.order_used, hash_name(copy), copy, buffer, length, 1, 0};
-  link_into(table.buckets, table.capacity, file);
+  *file = {table.order_used, buffer, length, 1, 0};
+  entry->name = static_cast<char *>(memcpy(file->name, name, name_size));
+  entry->value = file;
   table.order[table.order_used++] = file;
   ++table.count;
 }
@@ -57,7 +55,10 @@ void ort__addref_pvf(ort_core *core, const char *name) { ++need(core, name)->ref
 void ort__delete_pvf(ort_core *core, const char *name) {
   ort_pvf *file = find(core, name);
   if (!file || --file->references > 0) return;
-  unlink_file(core, file);
+  ort_pvf_table &table = core->files;
+  table.order[file->place] = nullptr;
+  --table.count;
+  forget(core, ort_index_find(core, &table.names, name));
   if (file->readers == 0) free_file(core, file);
 }
 
@@ -95,9 +96,8 @@ void ort_pvf_delete_all(ort_core *core) {
   for (size_t i = 0; i < table.order_used; ++i) {
     if (table.order[i]) free_file(core, table.order[i]);
   }
-  const size_t bytes = table.capacity * sizeof(ort_pvf *);
-  ort_own_realloc(core, table.order, bytes, 0);
-  ort_own_realloc(core, table.buckets, bytes, 0);
+  ort_own_realloc(core, table.order, table.capacity * sizeof(ort_pvf *), 0);
+  ort_index_clear(core, &table.names);
   table = {};
 }
 
@@ -116,12 +116,8 @@ static void close_holes(ort_pvf_table *table) {
 // ---- Helpers ------------------------------------------------------------------------------------
 
 static ort_pvf *find(const ort_core *core, const char *name) {
-  const ort_pvf_table &table = core->files;
-  if (table.count == 0) return nullptr;
-  const uint64_t hash = hash_name(name);
-  ort_pvf *file = table.buckets[hash & (table.capacity - 1)];
-  while (file && (file->hash != hash || strcmp(file->name, name) != 0)) file = file->next;
-  return file;
+  const ort_name_entry *entry = ort_index_find(core, &core->files.names, name);
+  return entry ? static_cast<ort_pvf *>(entry->value) : nullptr;
 }
 
 static ort_pvf *need(ort_core *core, const char *name) {
@@ -130,11 +126,10 @@ static ort_pvf *need(ort_core *core, const char *name) {
   return file;
 }
 
-// FNV-1a.
-static uint64_t hash_name(const char *name) {
-  uint64_t hash = 0xCBF29CE484222325U;
-  for (; *name; ++name) hash = (hash ^ static_cast<unsigned char>(*name)) * 0x100000001B3U;
-  return hash;
+// No other drawing has to bear the table of a drawing whose files have gone.
+static void forget(ort_core *core, ort_name_entry *entry) {
+  ort_index_remove(core, &core->files.names, entry);
+  if (core->files.count == 0) ort_pvf_delete_all(core);
 }
 
 // Makes room for one more file. While half of the places are holes, closing them is room enough.
@@ -146,40 +141,14 @@ static void make_room(ort_core *core) {
     return;
   }
   const size_t capacity = table.capacity ? table.capacity * 2 : 16;
-  const size_t old_bytes = table.capacity * sizeof(ort_pvf *), bytes = capacity * sizeof(ort_pvf *);
-  void *buckets = ort_own_realloc(core, nullptr, 0, bytes);
-  void *order = buckets ? ort_own_realloc(core, table.order, old_bytes, bytes) : nullptr;
-  if (!order) {
-    if (buckets) ort_own_realloc(core, buckets, bytes, 0);
-    ort_raise_no_memory(core);
-  }
-  ort_own_realloc(core, table.buckets, old_bytes, 0);
-  table.buckets = static_cast<ort_pvf **>(memset(buckets, 0, bytes));
+  void *order = ort_own_realloc(core, table.order, table.capacity * sizeof(ort_pvf *),
+                                capacity * sizeof(ort_pvf *));
+  if (!order) ort_raise_no_memory(core);
   table.order = static_cast<ort_pvf **>(order);
   table.capacity = capacity;
-  close_holes(&table);
-  for (size_t i = 0; i < table.order_used; ++i) {
-    link_into(table.buckets, capacity, table.order[i]);
-  }
-}
-
-static void link_into(ort_pvf **buckets, size_t capacity, ort_pvf *file) {
-  ort_pvf **bucket = &buckets[file->hash & (capacity - 1)];
-  file->next = *bucket;
-  *bucket = file;
-}
-
-static void unlink_file(ort_core *core, ort_pvf *file) {
-  ort_pvf_table &table = core->files;
-  ort_pvf **link = &table.buckets[file->hash & (table.capacity - 1)];
-  while (*link != file) link = &(*link)->next;
-  *link = file->next;
-  table.order[file->place] = nullptr;
-  if (--table.count == 0) ort_pvf_delete_all(core); // no other drawing has to bear the table
 }
 
 static void free_file(ort_core *core, ort_pvf *file) {
   ort_free(core, file->bytes);
-  ort_free(core, file->name);
   ort_free(core, file);
 }

@@ -53,7 +53,6 @@ void css_parser_init(css_parser *css) {
   ort_core *core = css->core;
   css_register_errtab(core);
   css->log_level = ort_logg_getlevel(core, ORT_LOG_READER);
-  css_init_names(css);
   css->elem_buckets =
       ort_new_array<css_selector *>(core, static_cast<size_t>(css->max_elem_nid) + 1, __func__);
   for (ort_vtr *&words : css->words) words = ort_vtr_new(core, &pointer_ced, 0, 0);
@@ -68,7 +67,7 @@ void css_parser_delete(css_parser *css) {
   for (const vector_field &vector : vectors) ort_vtr_delete(css->*vector.field);
   for (ort_vtr *words : css->words) ort_vtr_delete(words);
   ort_free(css->core, css->elem_buckets);
-  css_free_chunks(css);
+  css_free_names(css);
   ort_free(css->core, css);
 }
 

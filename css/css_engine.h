@@ -1,6 +1,6 @@
 // css_engine.h: the engine's record, for the files of css/ only.
 //
-// Whatever is kept until the engine is deleted lies in chunks (css_keep); everything else is
+// Whatever is kept until the engine is deleted lies in an arena (css_keep); everything else is
 // scratch owned by css_parser, so that a raise loses nothing.
 #ifndef CSS_ENGINE_H
 #define CSS_ENGINE_H
@@ -33,14 +33,12 @@ struct css_parser {
   int max_elem_nid;
   int log_level;
 
-  struct css_chunk *chunks;      // css_keep
-  size_t chunk_used, chunk_size; // of the first one
-
-  css_name tables[CSS_TABLES];
-  ort_vtr *words[CSS_NUMBERED]; // css_word *, by number
-  bool too_many[CSS_NUMBERED];  // warned that there are more than CSS_MAX_NAMES
-  css_selector **elem_buckets;  // by element number
-  css_selector *universal;      // bucket of selectors without id, class, attribute and element
+  ort_arena kept;                    // css_keep
+  ort_name_index tables[CSS_TABLES]; // css_name, by its key
+  ort_vtr *words[CSS_NUMBERED];      // css_word *, by number
+  bool too_many[CSS_NUMBERED];       // warned that there are more than CSS_MAX_NAMES
+  css_selector **elem_buckets;       // by element number
+  css_selector *universal;           // bucket of selectors without id, class, attribute and element
   uint32_t selector_count;
   uint64_t rule_count;
 

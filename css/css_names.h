@@ -10,12 +10,9 @@ struct css_key {
   uint32_t salt; // equal texts with different salts are different keys
 };
 
-// Head of every record that is looked up by a text. The records of a table form a trie over the
-// bits of their keys: unlike a hash table, no input makes it slow.
+// Head of every record that is looked up by a text.
 struct css_name {
   css_key key;
-  uint64_t bit;      // decides between the links; from 1, and below those of the nodes below
-  css_name *link[2]; // a link to a node with no larger bit is a leaf
 };
 
 // A class, id or attribute name, or an attribute's name with its value.
@@ -46,9 +43,8 @@ constexpr size_t CSS_MAX_NAMES = 32768; // of one kind: their numbers are int16_
 
 void *css_keep(css_parser *css, size_t size); // zeroed, lives as long as the engine
 const char *css_keep_text(css_parser *css, const char *text, size_t length);
-void css_free_chunks(css_parser *css);
+void css_free_names(css_parser *css); // and all that was kept
 
-void css_init_names(css_parser *css);
 css_name *css_find(const css_parser *css, css_table table, const css_key &key);
 
 // Adds a key that is not in the table. The record is zeroed except for its head; the text is

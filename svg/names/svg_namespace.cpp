@@ -7,8 +7,6 @@
 
 #include <cstring>
 
-#include "svg/names/svg_index.h"
-
 static int32_t get_nsp_type(const char *uri, size_t length);
 
 constexpr ort_keyword svg_nsp_keylist[] = {{"http://www.w3.org/2000/svg", SVG_NS_SVG},
@@ -30,20 +28,20 @@ void svg_push_nsp_entry(svg_parser *p, const char *uri, const char *prefix) {
   entry->type = svg_get_nsp_type(uri);
   entry->uri = ort_strdup(p->core, uri);
   entry->prefix = ort_strdup(p->core, prefix ? prefix : "");
-  svg_index_entry *innermost = svg_index_add(p, &p->nsp_index, entry->uri);
+  ort_name_entry *innermost = ort_index_add(p->core, &p->nsp_index, entry->uri);
   entry->outer = static_cast<int32_t>(innermost->number);
   innermost->name = entry->uri;
-  innermost->number = ort_vtr_count(p->nsp_stack);
+  innermost->number = static_cast<uint32_t>(ort_vtr_count(p->nsp_stack));
 }
 
 void svg_pop_nsp_entry(svg_parser *p) {
   if (ort_vtr_count(p->nsp_stack) == 0) return;
   const auto &entry = ort_top<svg_nsp_entry>(p->nsp_stack);
-  svg_index_entry *innermost = svg_index_find(p, p->nsp_index, entry.uri);
+  ort_name_entry *innermost = ort_index_find(p->core, &p->nsp_index, entry.uri);
   if (entry.outer == 0) {
-    svg_index_remove(p, p->nsp_index, innermost);
+    ort_index_remove(p->core, &p->nsp_index, innermost);
   } else {
-    innermost->number = static_cast<size_t>(entry.outer);
+    innermost->number = static_cast<uint32_t>(entry.outer);
     innermost->name = ort_item<svg_nsp_entry>(p->nsp_stack, innermost->number - 1).uri;
   }
   ort_vtr_pop(p->nsp_stack);
@@ -60,7 +58,7 @@ int32_t svg_decomp_fullname(svg_parser *p, const char *fullname, const char **pr
   *local_out = star + 1;
   const auto length = static_cast<size_t>(star - fullname);
   if (prefix_out)
-    if (const svg_index_entry *entry = svg_index_find(p, p->nsp_index, {fullname, length}))
+    if (const ort_name_entry *entry = ort_index_find(p->core, &p->nsp_index, {fullname, length}))
       *prefix_out = ort_item<svg_nsp_entry>(p->nsp_stack, entry->number - 1).prefix;
   return get_nsp_type(fullname, length);
 }

@@ -56,8 +56,6 @@ struct svg_unres_link {
   svg_e_node *source; // null for a link in a style sheet
 };
 
-struct svg_name_index; // svg_index.h
-
 // The elements that style matching looks back at: one per open built element, the root included.
 struct svg_open_element {
   svg_e_node *node;
@@ -206,8 +204,8 @@ struct svg_sheet_pass {
 // ---- The main pass ------------------------------------------------------------------------------
 
 struct svg_namespaces {
-  ort_vtr *nsp_stack = nullptr;        // owned: svg_nsp_entry
-  svg_name_index *nsp_index = nullptr; // owned: name -> its innermost declaration in nsp_stack
+  ort_vtr *nsp_stack = nullptr;  // owned: svg_nsp_entry
+  ort_name_index nsp_index = {}; // owned: name -> its innermost declaration in nsp_stack
 };
 
 // Where in the document the pass is.
@@ -238,10 +236,10 @@ struct svg_links {
   bool cur_href_awaited = false;  // links wait for it
   int64_t value_link = -1;        // slot of the waiting link made by the value being parsed, or -1
   // Owned:
-  ort_vtr *hrefs = nullptr;             // svg_href
-  ort_hvtr *unres_links = nullptr;      // svg_unres_link, and what svg_links.cpp keeps with each
-  svg_name_index *name_index = nullptr; // id or name -> its element, and the last link that waits
-  ort_vtr *link_slots = nullptr;        // size_t: of the links being resolved
+  ort_vtr *hrefs = nullptr;        // svg_href
+  ort_hvtr *unres_links = nullptr; // svg_unres_link, and what svg_links.cpp keeps with each
+  ort_name_index name_index = {};  // id or name -> its element, and the last link that waits
+  ort_vtr *link_slots = nullptr;   // size_t: of the links being resolved
 };
 
 struct svg_tree {

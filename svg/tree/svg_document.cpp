@@ -6,7 +6,6 @@
 // callbacks of the CSS engine raise.
 #include "svg/tree/svg_document.h"
 
-#include "svg/names/svg_index.h"
 #include "svg/names/svg_schema.h"
 #include "svg/style/svg_select.h"
 #include "svg/tables/lists.h"
@@ -109,9 +108,15 @@ template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
   visit_main_pass(p, visit);
 }
 
+static bool exists(const void *owned) { return owned != nullptr; }
+
+static bool exists(const ort_name_index &) { return true; }
+
 // ---- Making -------------------------------------------------------------------------------------
 
 template <class Owned> static void make(ort_core *, Owned *&) {} // by whoever needs it first
+
+static void make(ort_core *, ort_name_index &) {} // is made already
 
 static void make(ort_core *core, ort_bs *&text) { text = ort_bs_new(core); }
 
@@ -124,8 +129,8 @@ static void make(ort_core *core, unsigned char *&bits, size_t count) {
 }
 
 void svg_make_work_space(svg_parser *p) {
-  visit_owned(p, [=](auto *&owned, unsigned when, const auto &...what) {
-    if ((when & AT_ONCE) != 0 && !owned) make(p->core, owned, what...);
+  visit_owned(p, [=](auto &owned, unsigned when, const auto &...what) {
+    if ((when & AT_ONCE) != 0 && !exists(owned)) make(p->core, owned, what...);
   });
   if (ort_vtr_count(p->css_svg_stack) == 0) ort_push<int32_t>(p->css_svg_stack, 1);
 }
@@ -158,9 +163,9 @@ static void free_it(ort_core *, ort_vtr *vector) { ort_vtr_delete(vector); }
 
 static void free_it(ort_core *, ort_hvtr *handles) { ort_hvtr_delete(handles); }
 
-static void free_it(ort_core *core, svg_name_index *index) { svg_index_delete(core, &index); }
-
 static void free_it(ort_core *core, void *block) { ort_free(core, block); }
+
+static void discard(ort_core *core, ort_name_index &index) { ort_index_clear(core, &index); }
 
 template <class Owned> static void discard(ort_core *core, Owned *&owned) {
   free_it(core, owned);
@@ -168,7 +173,7 @@ template <class Owned> static void discard(ort_core *core, Owned *&owned) {
 }
 
 void svg_delete_work_space(svg_parser *p) {
-  visit_owned(p, [=](auto *&owned, unsigned when, const auto &...) {
+  visit_owned(p, [=](auto &owned, unsigned when, const auto &...) {
     if ((when & READING) != 0) discard(p->core, owned);
   });
 }
@@ -176,11 +181,11 @@ void svg_delete_work_space(svg_parser *p) {
 void svg_delete_document(svg_parser *p) {
   clear_document(p);
   svg_delete_queries(p);
-  visit_owned(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_owned(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
 }
 
 void svg_restart_sheets(svg_parser *p) {
-  visit_sheet_pass(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_sheet_pass(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
   static_cast<svg_sheet_pass &>(*p) = {};
   p->level = 0;
   svg_make_work_space(p);
@@ -200,7 +205,7 @@ static void clear_document(svg_parser *p) {
   svg_del_e_node(p->core, p->root);
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
-  visit_main_pass(p, [=](auto *&owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_main_pass(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
   static_cast<svg_main_pass &>(*p) = {};
 }
 

@@ -6,8 +6,6 @@
 // the last link that waits for it. Raises for lack of memory.
 #include "svg/values/svg_links.h"
 
-#include "svg/names/svg_index.h"
-
 namespace {
 
 // An item of unres_links.
@@ -40,15 +38,15 @@ void svg_add_href(svg_parser *p, const char *id, svg_e_node *target) {
   auto *href = static_cast<svg_href *>(ort_vtr_push(p->hrefs));
   href->id = ort_strdup(p->core, id);
   href->target = target;
-  svg_index_entry *entry = svg_index_add(p, &p->name_index, href->id);
-  log_search(p, id, entry->element != nullptr);
-  if (entry->element) {
+  ort_name_entry *entry = ort_index_add(p->core, &p->name_index, href->id);
+  log_search(p, id, entry->value != nullptr);
+  if (entry->value) {
     ort_vtr_pop(p->hrefs);
     return;
   }
   svg_note(p, 5, "\t\t\t[add target \"%a\" (%p)]\n", id, static_cast<void *>(target));
   entry->name = href->id;
-  entry->element = target;
+  entry->value = target;
   p->cur_href = href->id;
   p->cur_href_awaited = entry->number != 0;
 }
@@ -72,8 +70,8 @@ int svg_href_compare(const void *a, const void *b) {
 }
 
 svg_e_node *svg_find_name(const svg_parser *p, const char *name) {
-  const svg_index_entry *entry = svg_index_find(p, p->name_index, name);
-  return entry ? entry->element : nullptr;
+  const ort_name_entry *entry = ort_index_find(p->core, &p->name_index, name);
+  return entry ? static_cast<svg_e_node *>(entry->value) : nullptr;
 }
 
 const char *svg_find_href_id(const svg_parser *p, const svg_e_node *element) {
@@ -113,16 +111,16 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
   link->iri = iri;
   link->source = p->cur_enode;
   link->id = ort_strdup(p->core, id);
-  svg_index_entry *entry = svg_index_add(p, &p->name_index, link->id);
+  ort_name_entry *entry = ort_index_add(p->core, &p->name_index, link->id);
   link->previous = entry->number;
   entry->name = link->id;
-  entry->number = slot + 1;
+  entry->number = static_cast<uint32_t>(slot + 1);
   svg_note(p, 5, "\t\t\t[add unresolved reference \"#%a\"]\n", link->id);
 }
 
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
   p->value_link = -1; // its slot may pass to another link
-  svg_index_entry *entry = svg_index_find(p, p->name_index, id);
+  ort_name_entry *entry = ort_index_find(p->core, &p->name_index, id);
   if (!entry || entry->number == 0) return;
   gather_slots(p, entry->number);
   entry->number = 0;
@@ -162,12 +160,12 @@ void svg_drop_value_link(svg_parser *p) {
   const auto slot = static_cast<size_t>(p->value_link);
   p->value_link = -1;
   const waiting_link *link = link_at(p, slot);
-  svg_index_entry *entry = link->id ? svg_index_find(p, p->name_index, link->id) : nullptr;
+  ort_name_entry *entry = link->id ? ort_index_find(p->core, &p->name_index, link->id) : nullptr;
   if (entry && entry->number == slot + 1) {
     if (link->previous == 0) {
-      svg_index_remove(p, p->name_index, entry);
+      ort_index_remove(p->core, &p->name_index, entry);
     } else {
-      entry->number = link->previous;
+      entry->number = static_cast<uint32_t>(link->previous);
       entry->name = link_at(p, link->previous - 1)->id;
     }
   }

@@ -46,39 +46,27 @@ enum { name_first, name_second, name_new, name_null, NAME_BITS = 2 };
 
 constexpr size_t PLACES = 256 >> NAME_BITS;
 
-struct chunk {
-  chunk *next;
-  size_t size, used;
-  char *bytes() { return reinterpret_cast<char *>(this + 1); }
-};
-
-// A queue.
-struct chunks {
-  chunk *first, *last;
-};
-
-constexpr size_t SMALLEST_CHUNK = 1 << 10;
-constexpr size_t LARGEST_CHUNK = 1 << 16; // but for an event that needs more
+constexpr size_t SMALLEST_BLOCK = 1 << 10;
+constexpr size_t LARGEST_BLOCK = 1 << 16; // but for an event that needs more
 
 } // namespace
 
 struct svg_recording {
   ort_spare spare; // first: see drop
   svg_parser *parser;
-  chunks events, names; // new names stand in the order of their events
-  size_t size;          // bytes of all chunks
-  uint32_t line;        // of the last event recorded or played
-  char *last_text;      // text_head of the last event, or null when it is no text
+  ort_arena events, names; // new names stand in the order of their events
+  uint32_t line;           // of the last event recorded or played
+  char *last_text;         // text_head of the last event, or null when it is no text
   size_t most_attributes;
   // Names recur: a two-way cache, most recently used first; null where there is none.
   const char *known[PLACES][2];
 
   // While it is played:
   bool playing;
-  bool incomplete;         // events to come were dropped
-  uint64_t sheets;         // bytes of style sheets
-  const char **attributes; // of the start tag being played
-  chunk *name_chunk;       // the next new name is here
+  bool incomplete;             // events to come were dropped
+  uint64_t sheets;             // bytes of style sheets
+  const char **attributes;     // of the start tag being played
+  ort_arena_block *name_block; // the next new name is here
   size_t name_at;
 };
 
@@ -92,13 +80,12 @@ static void record_names(svg_parser *p, kind what, std::initializer_list<const c
 static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size);
 static void end_event(svg_parser *p, const char *end);
 static char *put_name(svg_parser *p, char *room, const char *name);
-static char *find_room(svg_parser *p, chunks *list, size_t size);
-static void add_chunk(svg_parser *p, chunks *list, size_t needed);
+static char *find_room(svg_parser *p, ort_arena *arena, size_t size);
+static void add_block(svg_parser *p, ort_arena *arena, size_t needed);
 static uint64_t memory_to_play(const svg_parser *p, size_t size);
 static const char *play(svg_parser *p, const char *at);
 static const char *take_name(svg_recording *recording, const char **at);
 static void drop(ort_spare *spare);
-static void remove_first(svg_parser *p, chunks *list);
 
 void svg_recording_begin(svg_parser *p) {
   svg_recording_delete(p);
@@ -115,14 +102,14 @@ bool svg_recording_play(svg_parser *p) {
   svg_recording *recording = p->recording;
   recording->playing = true;
   recording->line = 0;
-  recording->name_chunk = recording->names.first;
+  recording->name_block = recording->names.first;
   memset(recording->known, 0, sizeof recording->known);
   recording->attributes =
       ort_new_array<const char *>(p->core, 2 * recording->most_attributes + 1, "svg_recording");
   recording->sheets = svg_css_sheet_bytes(p);
   p->declared_attributes = 0; // what they add to start tags has been counted
   p->to_skip = 0;
-  for (chunks &events = recording->events; events.first; remove_first(p, &events)) {
+  for (ort_arena &events = recording->events; events.first; ort_arena_shrink(p->core, &events)) {
     const uint64_t needed = memory_to_play(p, events.first->used);
     const char *at = events.first->bytes();
     for (const char *end = at + events.first->used; at < end;) {
@@ -143,8 +130,8 @@ void svg_recording_delete(svg_parser *p) {
   svg_recording *recording = p->recording;
   if (!recording) return;
   ort_withdraw_spare(p->core, &recording->spare);
-  for (chunks *list : {&recording->events, &recording->names})
-    while (list->first) remove_first(p, list);
+  ort_arena_clear(p->core, &recording->events);
+  ort_arena_clear(p->core, &recording->names);
   ort_free(p->core, recording->attributes);
   ort_free(p->core, recording);
   p->recording = nullptr;
@@ -201,8 +188,8 @@ static void cb_text(void *parser, const XML_Char *s, int length) {
 static bool continue_text(const svg_parser *p, const char *s, uint32_t length) {
   const svg_recording *recording = p->recording;
   if (!recording || !recording->last_text || p->log_level >= 3) return false;
-  chunk *last = recording->events.last;
-  if (last->size - last->used < length) return false;
+  if (!ort_arena_has_room(&recording->events, length)) return false;
+  ort_arena_block *last = recording->events.last;
   text_head head;
   memcpy(&head, recording->last_text, sizeof head);
   put(recording->last_text, text_head{head.length + length, head.pieces + 1});
@@ -245,7 +232,7 @@ static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
 // Null: it was not recorded.
 static void end_event(svg_parser *p, const char *end) {
   if (!end) return;
-  chunk *last = p->recording->events.last;
+  ort_arena_block *last = p->recording->events.last;
   last->used = static_cast<size_t>(end - last->bytes());
 }
 
@@ -276,34 +263,31 @@ static char *put_name(svg_parser *p, char *room, const char *name) {
   return put(room, static_cast<uint8_t>(place << NAME_BITS | static_cast<size_t>(where)));
 }
 
-// Room for so many bytes at the end of the list. Null: as in add_event.
-static char *find_room(svg_parser *p, chunks *list, size_t size) {
-  if (!list->last || list->last->size - list->last->used < size) {
-    svg_in_callback(p, [=] { add_chunk(p, list, size); });
+// Room for so many bytes at the end of the arena. Null: as in add_event.
+static char *find_room(svg_parser *p, ort_arena *arena, size_t size) {
+  if (!ort_arena_has_room(arena, size)) {
+    svg_in_callback(p, [=] { add_block(p, arena, size); });
     if (p->callback_failed || !p->recording) return nullptr;
   }
-  return list->last->bytes() + list->last->used;
+  return arena->last->bytes() + arena->last->used;
 }
 
 // Gives the recording up when it may not grow, or could not be played.
-static void add_chunk(svg_parser *p, chunks *list, size_t needed) {
+static void add_block(svg_parser *p, ort_arena *arena, size_t needed) {
   svg_recording *recording = p->recording;
-  const size_t size = std::max(needed, std::clamp(recording->size, SMALLEST_CHUNK, LARGEST_CHUNK));
-  if (recording->size + size > p->limits.recorded ||
+  const size_t recorded = recording->events.size + recording->names.size;
+  const size_t size = std::max(needed, std::clamp(recorded, SMALLEST_BLOCK, LARGEST_BLOCK));
+  if (recorded + size > p->limits.recorded ||
       ort_memory_left(p->core) < memory_to_play(p, 0) + size) {
     svg_recording_delete(p);
     return;
   }
-  auto *added = static_cast<chunk *>(ort_malloc(p->core, sizeof(chunk) + size, "svg_recording"));
-  *added = {nullptr, size, 0};
-  (list->last ? list->last->next : list->first) = added;
-  list->last = added;
-  recording->size += size;
+  ort_arena_grow(p->core, arena, size, "svg_recording");
 }
 
-// What must be left of the budget before any event of a chunk with that many bytes is played, so
-// that the event gets all the memory it may take, and Expat its own if it must read from here on.
-// An event takes a multiple of its text and of the sheets, and lets growing containers double.
+// What must be left of the budget before any event of a block with that many bytes is played, so
+// that the event has all memory it may take, and Expat has its own if it must read from here on. An
+// event takes a multiple of its text and of the sheets, and lets growing containers double.
 static uint64_t memory_to_play(const svg_parser *p, size_t size) {
   constexpr uint64_t times = 64;
   constexpr uint64_t always = 1 << 16;
@@ -377,11 +361,11 @@ static const char *take_name(svg_recording *recording, const char **at) {
   case name_second: std::swap(first, second); break;
   case name_new:
     second = first;
-    if (recording->name_at == recording->name_chunk->used) {
-      recording->name_chunk = recording->name_chunk->next;
+    if (recording->name_at == recording->name_block->used) {
+      recording->name_block = recording->name_block->next;
       recording->name_at = 0;
     }
-    first = recording->name_chunk->bytes() + recording->name_at;
+    first = recording->name_block->bytes() + recording->name_at;
     recording->name_at += strlen(first) + 1;
     break;
   default: break;
@@ -400,14 +384,10 @@ static void drop(ort_spare *spare) {
     return;
   }
   if (!recording->events.first) return;
-  chunks rest = {recording->events.first->next, recording->events.last};
+  ort_arena_block *played = recording->events.first;
+  ort_arena rest = {played->next, recording->events.last, recording->events.size - played->size};
   recording->incomplete |= rest.first != nullptr;
-  recording->events.first->next = nullptr;
-  while (rest.first) remove_first(p, &rest);
-}
-
-static void remove_first(svg_parser *p, chunks *list) {
-  chunk *first = list->first;
-  list->first = first->next;
-  ort_free(p->core, first);
+  played->next = nullptr;
+  recording->events = {played, played, played->size};
+  ort_arena_clear(p->core, &rest);
 }

@@ -4,7 +4,6 @@
 #include <set>
 #include <sstream>
 
-#include "svg/names/svg_index.h"
 #include "tests/support/reader.h"
 
 const std::string svg_begin =
@@ -120,29 +119,4 @@ TEST(Links, AreResolvedInTheOrderOfTheirSlots) {
   };
   EXPECT_LT(told("first"), told("second"));
   EXPECT_NE(told("second"), std::string::npos);
-}
-
-// Entries stand in for others that were removed between them and their own place.
-TEST(Links, IndexFindsWhatIsLeft) {
-  AccountingCore core;
-  const auto parser = std::make_unique<svg_parser>();
-  parser->core = core.get();
-  svg_name_index *index = nullptr;
-  std::vector<std::string> names(3000);
-  core.protect([&] {
-    for (size_t i = 0; i < names.size(); ++i) {
-      names[i] = "name" + std::to_string(i);
-      svg_index_add(parser.get(), &index, names[i].c_str())->number = i;
-    }
-    for (size_t i = 0; i < names.size(); i += 3)
-      svg_index_remove(parser.get(), index, svg_index_find(parser.get(), index, names[i]));
-  });
-  for (size_t i = 0; i < names.size(); ++i) {
-    const svg_index_entry *entry = svg_index_find(parser.get(), index, names[i]);
-    if (i % 3 == 0)
-      EXPECT_EQ(entry, nullptr) << i;
-    else
-      EXPECT_TRUE(entry != nullptr && entry->number == i) << i;
-  }
-  svg_index_delete(core, &index);
 }

@@ -1,0 +1,42 @@
+// arena.cpp: memory that is given back block by block or all at once. What the CSS engine keeps of
+// sheets and what the reader records of a drawing lie in arenas. Growing may raise ORT_E_NO_MEMORY
+// and then changes nothing.
+#include <algorithm>
+#include <string.h>
+
+#include "core/ort_core.h"
+
+constexpr size_t SMALLEST_BLOCK = 1 << 9, LARGEST_BLOCK = 1 << 15;
+
+void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
+  size = (size + 7) / 8 * 8;
+  if (!ort_arena_has_room(arena, size)) {
+    const size_t as_much_again = std::clamp(arena->size, SMALLEST_BLOCK, LARGEST_BLOCK);
+    ort_arena_grow(core, arena, std::max(size, as_much_again - sizeof(ort_arena_block)), tag);
+  }
+  ort_arena_block *block = arena->last;
+  void *taken = memset(block->bytes() + block->used, 0, size);
+  block->used += size;
+  return taken;
+}
+
+void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
+  auto *block =
+      static_cast<ort_arena_block *>(ort_malloc(core, sizeof(ort_arena_block) + size, tag));
+  *block = {nullptr, size, 0};
+  (arena->last ? arena->last->next : arena->first) = block;
+  arena->last = block;
+  arena->size += size;
+}
+
+void ort_arena_shrink(ort_core *core, ort_arena *arena) {
+  ort_arena_block *block = arena->first;
+  arena->first = block->next;
+  if (!arena->first) arena->last = nullptr;
+  arena->size -= block->size;
+  ort_free(core, block);
+}
+
+void ort_arena_clear(ort_core *core, ort_arena *arena) {
+  while (arena->first) ort_arena_shrink(core, arena);
+}
