@@ -22,7 +22,7 @@ run() {
 quiet cmake --install "$build" --prefix "$work/first"
 mv "$work/first" "$prefix"
 for file in bin/svgtree share/man/man1/svgtree.1 share/bash-completion/completions/svgtree \
-  share/zsh/site-functions/_svgtree; do
+  share/zsh/site-functions/_svgtree share/svgreader/json.schema.json share/doc/svgreader/LICENSE; do
   [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
 done
 

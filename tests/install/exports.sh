@@ -11,7 +11,8 @@ declared() { # without comments, on one line
   cat "$@" | "${CC:-cc}" -w -fpreprocessed -E -P -x c - | tr '\n' ' ' |
     grep -oE '\bORT_API [^(;]*\(' | grep -oE '\w+ ?\($' | tr -d ' (' | sort
 }
-exported() { nm -D --defined-only "$library" | sed 's/.* //; s/@.*//' | sort; }
+# Each bears a version; the version itself is the only absolute symbol.
+exported() { nm -D --defined-only "$library" | sed '/ A /d; s/.* //; s/@@SVGREADER_[0-9.]*$//' | sort; }
 
 diff --label declared --label exported -u0 <(declared "$@") <(exported)
 

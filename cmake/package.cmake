@@ -1,0 +1,35 @@
+# Debian packages: "cpack -G DEB" in the folder of a build whose prefix is /usr; see ./dev package.
+set(CPACK_PACKAGE_NAME svgreader)
+set(CPACK_PACKAGE_VENDOR svgreader)
+set(CPACK_PACKAGE_CONTACT "The authors of svgreader <svgreader@localhost>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_COMPONENTS_ALL library development)
+if(SVGREADER_TOOLS)
+  list(APPEND CPACK_COMPONENTS_ALL tools)
+endif()
+set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME libsvgreader${interface_version})
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
+set(CPACK_COMPONENT_LIBRARY_DESCRIPTION "Shared library.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libsvgreader-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
+  "libsvgreader${interface_version} (= ${PROJECT_VERSION}), libexpat1-dev, zlib1g-dev, nettle-dev")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION
+  "Headers, static library, CMake package and file for pkg-config.")
+
+set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME svgreader-tools)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION graphics)
+set(CPACK_COMPONENT_TOOLS_DESCRIPTION "Command-line tools.")
+
+include(CPack)
