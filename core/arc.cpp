@@ -1,7 +1,7 @@
 // arc.cpp: elliptical arcs as cubic curves (SVG 1.1, 8.3.8 and appendix F.6). Called by the path
 // data parser. Never raises.
 //
-// The arc is looked at from its chord, in the space where its ellipse is a unit circle: h is half
+// The arc is seen from its chord, in the space where its ellipse is a unit circle: h is half
 // the chord's length, u its direction, n the normal towards the side where the arc bulges, and the
 // arc runs from -half_angle to half_angle on both sides of n, with sin(half_angle) = h. Neither the
 // center nor absolute angles are needed, so that nothing cancels when the radii are huge or the
@@ -18,7 +18,10 @@ struct arc_point {
   ort_vector position, tangent; // tangent: derivative by the angle
 };
 
-bool put(double *xy, const ort_matrix *matrix, const arc_point &point, double along_tangent) {
+} // namespace
+
+static bool put(double *xy, const ort_matrix *matrix, const arc_point &point,
+                double along_tangent) {
   const ort_vector mapped =
       ort_get_vector(matrix, point.position.x + along_tangent * point.tangent.x,
                      point.position.y + along_tangent * point.tangent.y);
@@ -26,8 +29,6 @@ bool put(double *xy, const ort_matrix *matrix, const arc_point &point, double al
   xy[1] = mapped.y;
   return std::isfinite(mapped.x) && std::isfinite(mapped.y);
 }
-
-} // namespace
 
 int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matrix *matrix,
                           ort_vector start, ort_vector end, double rx, double ry, double phi,
@@ -66,9 +67,9 @@ int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matri
             {slope * u.x - along * n.x, slope * u.y - along * n.y}};
   };
 
-  // At most a quarter each. About a half circle the angle magnifies what rounding took from the
-  // chord: to_center is the root of it. The tolerance covers that, and costs no precision: the
-  // distance of the curve from the arc goes with the sixth power of the angle.
+  // At most a quarter each. Near a half circle the angle magnifies the rounding of the chord,
+  // because to_center is a square root. The tolerance covers that and costs no precision: the
+  // curve's distance from the arc grows with the sixth power of the angle.
   constexpr double TOLERANCE = 1e-4;
   const double quarters = 2 * half_angle / (std::numbers::pi / 2);
   const int needed = std::clamp(static_cast<int>(std::ceil(quarters - TOLERANCE)), 1, 4);

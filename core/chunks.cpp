@@ -6,7 +6,7 @@
 #include "core/ort_state.h"
 
 constexpr size_t CHUNK_BYTES = ORT_CHUNK - 2 * sizeof(size_t); // malloc can put them side by side
-// No block of malloc, which lies behind its label, begins in what is left.
+// No block from malloc begins in what is left over: its label lies before it.
 static_assert(ORT_CHUNK - CHUNK_BYTES <= sizeof(ort_label));
 
 static ort_chunk_place *find_place(const ort_chunks *chunks, const ort_chunk *chunk);

@@ -1,8 +1,8 @@
-// encoding.cpp: the ISO 8859 family as tables of 16-bit codes. The reader calls it; raises nothing
-// but for a number that ort_get_encoding does not give.
+// encoding.cpp: the ISO 8859 family as tables of 16-bit codes. The reader calls it; raises only
+// for a number that ort_get_encoding never returns.
 //
-// The tables stand here, and not in the system's converters, because those are files: a drawing
-// that names its encoding must not make the reader open any, unless its host reads leniently.
+// The tables are built in because the system's converters are files: a drawing that names its
+// encoding must not make the reader open any, unless its host reads leniently.
 #include <array>
 #include <charconv>
 #include <iconv.h>
@@ -15,7 +15,7 @@ constexpr uint16_t UNUSED_BYTE = 0xFFFF;
 constexpr int UNKNOWN = -9;
 constexpr char PREFIX[] = "iso8859-";
 
-// What the bytes from 0xA0 on mean in parts 2 to 11 and 13 to 16; a blank is unused.
+// What the bytes from 0xA0 up mean in parts 2 to 11 and 13 to 16; a blank is unused.
 // clang-format off
 constexpr char16_t UPPER[][97] = {
     /*  2 */ u"\u00A0Ą˘Ł¤ĽŚ§¨ŠŞŤŹ\u00ADŽŻ°ą˛ł´ľśˇ¸šşťź˝žżŔÁÂĂÄĹĆÇČÉĘËĚÍÎĎĐŃŇÓÔŐÖ×ŘŮÚŰÜÝŢßŕáâăäĺćçčé"
@@ -57,7 +57,7 @@ constexpr char16_t UPPER[][97] = {
 constexpr int PARTS = 16;
 using codes = std::array<uint16_t, 256>;
 
-// By number of the part. The other bytes, and part 1, mean themselves.
+// By part number. All other bytes, and those of part 1, stand for themselves.
 constexpr auto VECTORS = [] {
   std::array<codes, PARTS + 1> vectors = {};
   for (size_t part = 1; part <= PARTS; ++part)

@@ -213,7 +213,7 @@ template <class Text> static ort_out *begin_text(Text *text) {
   return &text->out;
 }
 
-// What does not fit any more is dropped, from a character boundary on.
+// What no longer fits is dropped, from a character boundary on.
 template <class Text> static void put_to_text(ort_out *out, const char *bytes, size_t length) {
   Text *text = reinterpret_cast<Text *>(out);
   const size_t room = sizeof text->text - 1 - text->length;

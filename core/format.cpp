@@ -83,7 +83,7 @@ void ort_put_format(ort_out *out, const char *format, va_list values) {
 }
 
 void ort_put_escaped(ort_out *out, const char *text, size_t limit) {
-  const char *run = text; // begin of the bytes that pass as they are and are not put yet
+  const char *run = text; // start of the bytes that pass unchanged and are not put yet
   size_t written = 0;
   while (*text) {
     const size_t plain = plain_character(reinterpret_cast<const unsigned char *>(text));
@@ -130,7 +130,7 @@ size_t ort_format_g(char *buffer, double value) {
 
 // ---- Helpers ------------------------------------------------------------------------------------
 
-// Reads what follows a "%"; returns the byte behind it. star is the width for "*".
+// Reads what follows a "%"; returns the byte after it. star is the width for "*".
 static const char *read_conversion(const char *format, conversion *c, int star) {
   if (*format == '*') {
     c->width = star;
@@ -182,8 +182,8 @@ static size_t plain_character(const unsigned char *p) {
 }
 
 // Bytes of the well-formed sequence of more than one byte at p, else 0. The control characters
-// U+0080 to U+009F and those that turn the direction of text count as ill-formed: a terminal would
-// act on them.
+// U+0080 to U+009F and those that override the direction of text count as ill-formed: a terminal
+// would act on them.
 static size_t utf8_character(const unsigned char *p) {
   const auto follows = [p](int i, unsigned low, unsigned high) {
     return p[i] >= low && p[i] <= high;

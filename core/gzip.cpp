@@ -13,7 +13,7 @@ struct ort_gz {
   ort_file *file;
   z_stream stream;
   uint64_t inflated;  // bytes of all members so far
-  bool ended;         // behind the last member
+  bool ended;         // after the last member
   int error;          // code of the error that ended the stream; 0: none
   const char *reason; // of ORT_E_GZIP
   unsigned char input[16384];
@@ -95,7 +95,7 @@ static bool next_member(ort_gz *gz) {
   return id[0] == 0x1F && id[1] == 0x8B && inflateReset(&gz->stream) == Z_OK;
 }
 
-// Reads more input behind what is left of it; false: there is none.
+// Reads more input after what is left of it; false: there is none.
 static bool fill(ort_gz *gz) {
   const size_t left = gz->stream.avail_in;
   if (left > 0) memmove(gz->input, gz->stream.next_in, left);

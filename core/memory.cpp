@@ -1,7 +1,7 @@
 // memory.cpp: tagged blocks with live counts, a hard budget and failures on demand. Everything in
 // the library allocates here. Raises ORT_E_NO_MEMORY, also when the budget is exceeded.
 //
-// Small blocks lie in chunks (chunks.h). Others come from malloc, behind their label; a temporary
+// Small blocks lie in chunks (chunks.h). Others come from malloc, after their label; a temporary
 // block has list links before the header. The sanitizers need malloc for every block
 // (ORT_SANITIZE).
 #include <stdlib.h>
@@ -31,7 +31,7 @@ static inline void *try_malloc(ort_core *core, size_t size, const char *tag);
 static void *allocate(ort_core *core, size_t size, const char *tag);
 static void make_way(ort_core *core, uint64_t wanted);
 static void *place(ort_memory *memory, ort_label label);
-static void *place_behind_label(size_t prefix, ort_label label);
+static void *place_after_label(size_t prefix, ort_label label);
 static inline ort_label remove(ort_memory *memory, void *block);
 static inline bool admit(ort_core *core, uint64_t released, uint64_t wanted);
 static inline void count_in(ort_memory *memory, ort_label label);
@@ -107,7 +107,7 @@ void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
   ort_memory *memory = &core->memory;
   const ort_label label = {size, find_tag(memory, tag)};
   if (label.tag == NO_TAG || !admit(core, 0, size)) ort_raise_no_memory(core);
-  void *block = place_behind_label(sizeof(ort_temporary), label);
+  void *block = place_after_label(sizeof(ort_temporary), label);
   if (!block) ort_raise_no_memory(core);
   count_in(memory, label);
   ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
@@ -223,13 +223,13 @@ static void make_way(ort_core *core, uint64_t wanted) {
 
 // A block that is not counted yet; null: memory is short.
 static void *place(ort_memory *memory, ort_label label) {
-  if (!is_small(label.size)) return place_behind_label(0, label);
+  if (!is_small(label.size)) return place_after_label(0, label);
   ort_chunk *chunk = memory->chunks.room[ort_grains(label.size)];
   if (!chunk) chunk = ort_chunks_add(&memory->chunks, ort_grains(label.size));
   return chunk ? ort_chunks_take(&memory->chunks, chunk, label) : nullptr;
 }
 
-static void *place_behind_label(size_t prefix, ort_label label) {
+static void *place_after_label(size_t prefix, ort_label label) {
   void *start = malloc(prefix + sizeof label + label.size);
   if (!start) return nullptr;
   void *block = static_cast<char *>(start) + prefix + sizeof label;

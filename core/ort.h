@@ -334,7 +334,7 @@ ORT_API void ort_bs_append(ort_bs *bs, const void *bytes, size_t length);
 /** Makes a byte string empty. */
 ORT_API void ort_bs_clear(ort_bs *bs);
 
-/** The bytes with a NUL behind them, never null; valid until the string is changed. */
+/** The bytes, followed by a NUL, never null; valid until the string is changed. */
 ORT_API const char *ort_bs_text(const ort_bs *bs);
 
 /** Number of bytes, without the NUL. */

@@ -115,9 +115,9 @@ struct ort_item_desc {
   void (*release)(ort_core *core, void *item);
 };
 
-// Room for capacity items is in the vector's own block; capacity and increment may be 0. The vector
-// grows geometrically. Items move when it grows: keep
-// indexes, not pointers.
+// The vector's own block has room for capacity items; capacity and increment may be 0. The vector
+// grows geometrically. Items move when it grows, so keep indexes,
+// not pointers.
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment);
 ort_vtr *ort_vtr_take(ort_vtr *vector); // a new one, of the items of this one, which is then empty
@@ -271,7 +271,7 @@ const char *ort_get_keyword(int code,
                             const ort_keyword *list); // first text with this code; null: none
 
 // mode 0: one digit d as the byte 17 * d; 1: two digits as a byte; -1: the digit itself. A byte
-// that is no hexadecimal digit counts as 0; nothing behind a NUL is read.
+// that is no hexadecimal digit counts as 0; nothing after a NUL is read.
 int ort_hex2bin_a(const char *text, int mode);
 uint32_t ort_get_be_ulong3(const unsigned char *bytes);
 

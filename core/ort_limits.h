@@ -20,7 +20,7 @@
 /** Bytes that entities may produce before the factor is looked at. */
 #define ORT_LIMIT_ENTITY_START (1ULL << 20)
 
-/** Bytes that the reader keeps of what Expat told it in its first pass. It reads the input again
+/** Bytes that the reader keeps of what Expat reported in its first pass. It reads the input again
  * when that is not enough, or when less than two thirds of the memory budget are left. */
 #define ORT_LIMIT_RECORDED (256ULL << 20)
 

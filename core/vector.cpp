@@ -4,8 +4,8 @@
 
 #include "core/ort_state.h"
 
-// The first items lie behind the record, in its block. There is always room for one: else the next
-// block could begin where they would be, and be taken for them.
+// The first items lie after the record, in its block. There is always room for one: otherwise the
+// next block could begin where they would be, and pass for them.
 struct ort_vtr {
   ort_core *core;
   const ort_item_desc *descriptor;

@@ -22,8 +22,8 @@ static constexpr uint32_t hash_name(const char *name) {
   return h * 0x9E3779B1U;
 }
 
-// Rows of a table by name. Letter case is not regarded, and only hashes are compared: the caller
-// looks at the name of the row that is found. Of equal names the first counts.
+// Rows of a table by name. Letter case is ignored, and only hashes are compared: the caller
+// checks the name of the row that is found. Of equal names the first counts.
 template <size_t Places> struct name_table {
   static_assert(std::has_single_bit(Places));
   uint32_t hashes[Places] = {};
