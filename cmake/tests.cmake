@@ -57,7 +57,8 @@ endif()
 
 if(SVGREADER_FUZZ)
   add_library(fuzz_support OBJECT EXCLUDE_FROM_ALL fuzz/support/fuzz.cpp
-    tests/support/accounting_core.cpp tests/support/reader.cpp tests/support/whole.cpp)
+    tests/support/accounting_core.cpp tests/support/reader.cpp tests/support/scene.cpp
+    tests/support/scene_list.cpp tests/support/whole.cpp)
   target_link_libraries(fuzz_support PUBLIC
     svgreader flags EXPAT::EXPAT ZLIB::ZLIB PkgConfig::NETTLE GTest::gtest)
   target_compile_options(fuzz_support PUBLIC -Wno-dangling-else)

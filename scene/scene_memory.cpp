@@ -5,7 +5,7 @@
 
 #include "scene/scene.h"
 
-constexpr size_t FIRST_CHUNK = 8 << 10, LARGEST_CHUNK = 1 << 20;
+constexpr size_t FIRST_CHUNK = 32 << 10, LARGEST_CHUNK = 1 << 20;
 
 static void add_chunk(svg_scene *scene, size_t size);
 
@@ -42,7 +42,8 @@ static void add_chunk(svg_scene *scene, size_t size) {
 }
 
 // One chunk stays in reserve, so that a walk that comes and goes over its border takes no memory
-// each time.
+// each time. A result that goes with what is released is forgotten: what comes after it may end
+// where it ended.
 void svg_scene_release(svg_scene *scene, svg_scene_mark mark) {
   while (scene->top.chunk != mark.chunk) {
     svg_scene_chunk *chunk = scene->top.chunk;
@@ -51,6 +52,8 @@ void svg_scene_release(svg_scene *scene, svg_scene_mark mark) {
     scene->top.chunk = chunk->before;
   }
   scene->top = mark;
+  const svg_scene_mark end = scene->result_end;
+  if (mark.chunk != end.chunk || mark.used < end.used) scene->result_end.chunk = nullptr;
 }
 
 static bool same(svg_scene_mark a, svg_scene_mark b) {
@@ -58,7 +61,10 @@ static bool same(svg_scene_mark a, svg_scene_mark b) {
 }
 
 void svg_scene_begin_result(svg_scene *scene) {
-  if (same(scene->top, scene->result_end)) svg_scene_release(scene, scene->result);
+  if (!scene->walk)
+    svg_scene_release(scene, {&scene->bottom, 0});
+  else if (same(scene->top, scene->result_end))
+    svg_scene_release(scene, scene->result);
   scene->result = scene->top;
 }
 

@@ -10,7 +10,8 @@ TEST(Regression, FindingsAndSeedsOfTheFuzzTargets) {
     const char *name;
     void (*run)(const std::string &input);
   } targets[] = {{"reader", fuzz_reader}, {"path", fuzz_path},   {"values", fuzz_values},
-                 {"sheets", fuzz_sheets}, {"style", fuzz_style}, {"data_iri", fuzz_data_iri}};
+                 {"sheets", fuzz_sheets}, {"style", fuzz_style}, {"data_iri", fuzz_data_iri},
+                 {"scene", fuzz_scene}};
   for (const auto &target : targets) {
     for (const char *folder : {"fuzz/seeds/", "tests/regression/"})
       for (const auto &[name, bytes] : files_below(folder + std::string(target.name))) {

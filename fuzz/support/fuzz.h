@@ -16,6 +16,7 @@ void fuzz_path(const std::string &input);     // path data
 void fuzz_values(const std::string &input);   // an attribute's or property's text, by name
 void fuzz_sheets(const std::string &input);   // a style sheet, as a file and as an element
 void fuzz_style(const std::string &input);    // a style attribute
+void fuzz_scene(const std::string &input);    // a drawing, painted and measured
 void fuzz_data_iri(const std::string &input); // what follows "data:" in an IRI
 
 // Settings and text of an input: "#", one byte each, and the text; or only the text, with all

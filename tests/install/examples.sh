@@ -39,6 +39,7 @@ quiet cmake -S "$source/examples" -B "$work/build" -DCMAKE_PREFIX_PATH="$prefix"
 quiet cmake --build "$work/build"
 run c "$work/build/shapes_c"
 run cpp "$work/build/shapes_cpp"
+diff -u "$source/tests/install/plot.expected" <("$work/build/plot" "$source/samples/symbols.svg")
 
 PKG_CONFIG_PATH=$(dirname "$(find "$prefix" -name svgreader.pc)")
 export PKG_CONFIG_PATH

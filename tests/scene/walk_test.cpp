@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
+#include "core/ort_state.h"
 #include "svg/parser/svg_parser.h"
+#include "tests/support/documents.h"
 #include "tests/support/scene_list.h"
 
 namespace {
@@ -314,6 +316,27 @@ TEST(SceneWalk, ExpansionHasABudget) {
   EXPECT_EQ(std::ranges::count(scene_list(Scene(deep)), '\n'), 2 + 3 * 64 - 2);
   EXPECT_EQ(deep.messages(),
             "Element 'rect' with id '(empty)': reference is nested too deep and is ignored\n");
+}
+
+// Each allocation of the scene fails, alone or with all later ones.
+TEST(SceneWalk, FailingAllocationsLeaveNothing) {
+  for (const NamedBytes &seed : files_below("fuzz/seeds/scene")) {
+    if (!seed.name.ends_with("everything")) continue;
+    for (const bool on : {false, true}) {
+      bool failed = true;
+      for (uint64_t at = 1; failed; at++) {
+        AccountingCore core;
+        read_once(core, seed.bytes, [&](svg_parser *parser, svg_e_node *svg) {
+          const uint64_t fail_at = core.allocations() + at;
+          core.get()->failures = {fail_at, on};
+          const int code = scene_all(core, parser, svg);
+          failed = core.allocations() >= fail_at;
+          EXPECT_EQ(code, failed ? ORT_E_NO_MEMORY : 0) << seed.name << ' ' << at;
+          return code;
+        });
+      }
+    }
+  }
 }
 
 } // namespace

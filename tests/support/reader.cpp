@@ -38,10 +38,11 @@ Document::Document(const std::string &text, const CoreOptions &options,
 
 Document::~Document() { svg_parser_delete(parser); }
 
-bool read_once(AccountingCore &core, const std::string &text) {
+bool read_once(AccountingCore &core, const std::string &text, const UseDrawing &then) {
   svg_parser *parser = nullptr;
   svg_e_node *svg = nullptr;
-  const int code = parse(core, text, nullptr, &parser, &svg);
+  int code = parse(core, text, nullptr, &parser, &svg);
+  if (code == 0 && then) code = then(parser, svg);
   svg_parser_delete(parser);
   return code == 0;
 }

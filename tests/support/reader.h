@@ -36,9 +36,10 @@ public:
   int code = 0;              // of the error that ended the parse
 };
 
-// One pass over a drawing, for allocation_sweep: made, parsed, deleted. True when nothing was
-// raised.
-bool read_once(AccountingCore &core, const std::string &text);
+// One pass over a drawing, for allocation_sweep: made, parsed, given to then, deleted. True when
+// nothing was raised, by then neither.
+using UseDrawing = std::function<int(svg_parser *parser, svg_e_node *svg)>; // the code of its error
+bool read_once(AccountingCore &core, const std::string &text, const UseDrawing &then = nullptr);
 
 // A value as svgtree writes it with --full.
 std::string value_text(const svg_parser *parser, const svg_a_node *value);

@@ -19,6 +19,7 @@ std::string Scene::size() const {
 
 std::string short_number(double value) {
   char buffer[32];
+  EXPECT_TRUE(std::isfinite(value));
   snprintf(buffer, sizeof buffer, "%.6g", std::fabs(value) < 1e-12 ? 0 : value);
   return buffer;
 }

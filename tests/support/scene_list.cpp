@@ -26,9 +26,13 @@ std::string id_of(const Lines &lines, const svg_e_node *element) {
   return id == "(empty)" ? svg_get_elem_table()[element->head.id].name : id;
 }
 
+void expect_finite(const double *numbers, size_t count) {
+  EXPECT_TRUE(std::all_of(numbers, numbers + count, [](double n) { return std::isfinite(n); }));
+}
+
 std::string matrix_text(const double m[6], const char *name = "matrix") {
   const double identity[6] = {1, 0, 0, 1, 0, 0};
-  for (int i = 0; i < 6; i++) EXPECT_TRUE(std::isfinite(m[i])) << name;
+  expect_finite(m, 6);
   return std::equal(m, m + 6, identity) ? "" : " " + std::string(name) + "=" + short_numbers(m, 6);
 }
 
@@ -206,4 +210,26 @@ std::string scene_box(const Scene &scene, const std::string &element, const std:
   const int code = core.protect([&] { found = svg_scene_get_box(scene, of, in, stroked, box); });
   if (code != 0) return "error " + std::to_string(code);
   return found ? short_numbers(box, 4) : "none";
+}
+
+int scene_all(AccountingCore &core, svg_parser *parser, svg_e_node *svg) {
+  Lines lines = {nullptr, parser, "", 0};
+  svg_scene *&scene = lines.scene;
+  const int code = core.protect([&] {
+    scene = svg_scene_new(parser, svg, nullptr);
+    svg_scene_paint_element(scene, nullptr, &callbacks, &lines);
+    double box[4] = {};
+    svg_scene_get_box(scene, nullptr, nullptr, 1, box);
+    for (size_t i = 0; i < svg_get_href_count(parser); i++) {
+      svg_e_node *element = nullptr;
+      svg_scene_style style;
+      const svg_pada *segments;
+      svg_get_href(parser, i, &element);
+      svg_scene_get_style(scene, element, &style);
+      svg_scene_get_outline(scene, element, &segments);
+      if (svg_scene_get_box(scene, element, element, 1, box)) expect_finite(box, 4);
+    }
+  });
+  svg_scene_delete(scene);
+  return code;
 }

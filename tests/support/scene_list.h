@@ -25,6 +25,10 @@
 std::string scene_list(const Scene &scene, const svg_e_node *element = nullptr,
                        bool measured = false);
 
+// Everything that a scene answers about a drawing: the list, the boxes and styles of all elements
+// with ids. Returns the code of the error that ended it, or 0; expects numbers to be finite.
+int scene_all(AccountingCore &core, svg_parser *parser, svg_e_node *svg);
+
 // The box of an element in the space of its ancestor, both by id, "" for none: "X Y W H", or
 // "none".
 std::string scene_box(const Scene &scene, const std::string &element, const std::string &ancestor,
