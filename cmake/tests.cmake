@@ -3,11 +3,12 @@ enable_testing()
 
 file(GLOB_RECURSE test_sources CONFIGURE_DEPENDS tests/*_test.cpp)
 file(GLOB test_support CONFIGURE_DEPENDS tests/support/*.cpp)
+set(value_printer tools/value_text.cpp tools/utf8.cpp) # svgtree's is also that of the tests
 file(GLOB fuzz_sources CONFIGURE_DEPENDS fuzz/*.cpp)
 find_package(GTest)
 if(GTest_FOUND)
   add_executable(svgreader_tests
-    ${test_sources} ${test_support} ${fuzz_sources} fuzz/support/fuzz.cpp)
+    ${test_sources} ${test_support} ${value_printer} ${fuzz_sources} fuzz/support/fuzz.cpp)
   target_link_libraries(svgreader_tests PRIVATE
     svgreader flags EXPAT::EXPAT ZLIB::ZLIB PkgConfig::NETTLE GTest::gtest_main)
   target_compile_options(svgreader_tests PRIVATE -Wno-dangling-else) # the macros of GoogleTest
@@ -58,7 +59,7 @@ endif()
 if(SVGREADER_FUZZ)
   add_library(fuzz_support OBJECT EXCLUDE_FROM_ALL fuzz/support/fuzz.cpp
     tests/support/accounting_core.cpp tests/support/reader.cpp tests/support/scene.cpp
-    tests/support/scene_list.cpp tests/support/whole.cpp)
+    tests/support/scene_list.cpp tests/support/whole.cpp ${value_printer})
   target_link_libraries(fuzz_support PUBLIC
     svgreader flags EXPAT::EXPAT ZLIB::ZLIB PkgConfig::NETTLE GTest::gtest)
   target_compile_options(fuzz_support PUBLIC -Wno-dangling-else)
