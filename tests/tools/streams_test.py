@@ -14,42 +14,6 @@ import unittest
 from tool import main, run, samples, svg
 
 PNG = "data:image/png;base64,iVBORw0="
-PATHS = (  # text, exit status, standard output, the marked line and the caret below it
-    ("M1 2 l3,4 h1z", 0, "M 1,2\nL 4,6\nL 5,6\nZ\n", ""),
-    ("m0 0q3 3 6 0", 0, "M 0,0\nC 2,2 4,2 6,0\n", ""),
-    ("M1 2 3 x", 1, "M 1,2\n", "  M1 2 3 x\n"
-                               "         ^\n"),
-    ("L1 2", 1, "", "  L1 2\n"
-                    "  ^\n"),
-    ("", 1, "", "  \n"
-                "  ^\n"),
-    ("M0 0\n\té l", 1, "M 0,0\n", "  M0 0  é l\n"
-                                  "        ^\n"),
-    ("M0 0 é", 1, "M 0,0\n", "  M0 0 é\n"
-                             "       ^\n"),
-    ("M0 0" + 40 * " 1é" + "   ", 1, "M 0,0\n", "  M0 0 1é 1é 1é 1é 1é 1é 1é 1é 1é 1é 1é 1é 1...\n"
-                                                "        ^\n"),
-    ("M0 0 L " + 40 * "1 1 " + "x", 1, "M 0,0\n" + 40 * "L 1,1\n",
-     "  ..." + 9 * "1 1 " + "x\n" + " " * 41 + "^\n"),
-)
-
-
-class Paths(unittest.TestCase):
-    def test_segments_and_carets(self):
-        for text, status, segments, marked in PATHS:
-            with self.subTest(text):
-                for arguments, stdin in (("--path", text), b""), (("--path", "-"), text.encode()):
-                    found = run(*arguments, stdin=stdin)
-                    self.assertEqual(found[:2], (status, segments))
-                    self.assertEqual(found[2].split("\n", 1)[-1], marked)
-
-    def test_arc_and_nul(self):
-        _, output, _ = run("--path", "M0 0 A5 5 0 0 1 10 0")
-        self.assertRegex(output, r"^M 0,0\nC .*  \(arc\)\nC .* 10,0  \(arc\)\n$")
-        self.assertEqual(run("--path", "-", stdin=b"M1 1\0")[::2],
-                         (1, "path: error: a NUL byte ends the text\n  M1 1 \n      ^\n"))
-
-
 class Extract(unittest.TestCase):
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
@@ -124,6 +88,11 @@ MISTAKES = (
 
 
 class Streams(unittest.TestCase):
+    def test_arc_and_nul_in_path_data(self):
+        self.assertRegex(run("--path", "M0 0 A5 5 0 0 1 10 0")[1], r"^M 0,0\nC .*  \(arc\)\nC .* 10,0  \(arc\)\n$")
+        self.assertEqual(run("--path", "-", stdin=b"M1 1\0")[::2],
+                         (1, "path: error: a NUL byte ends the text\n  M1 1 \n      ^\n"))
+
     def test_inputs(self):
         for file, stdin, message in INPUTS:
             with self.subTest(message):
