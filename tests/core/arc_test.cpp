@@ -34,10 +34,11 @@ struct Curves {
 
 } // namespace
 
-static int convert(const Ellipse &e, Curves *list) {
-  return ort_elliarc_to_bezier(list->segments, &list->count, nullptr, e.at(e.from),
-                               e.at(e.from + e.sweep), e.rx, e.ry, e.phi, std::abs(e.sweep) > pi,
-                               e.sweep > 0, 1);
+static int convert(Curves *list, ort_vector from, ort_vector to, double rx, double ry,
+                   double phi = 0, int large = 0, int sweep = 1,
+                   const ort_matrix *matrix = nullptr) {
+  return ort_elliarc_to_bezier(list->segments, &list->count, matrix, from, to, rx, ry, phi, large,
+                               sweep, 1);
 }
 
 static double cubic(double a, double b, double c, double d, double t) {
@@ -75,7 +76,9 @@ TEST(Arc, FollowsTheEllipse) {
       const double sweep = (i % 2 ? degrees : -degrees) * pi / 180;
       const Ellipse e = {0, 0, rx, ry, turn(random) * 3, turn(random), sweep};
       Curves list;
-      ASSERT_EQ(convert(e, &list), 0);
+      ASSERT_EQ(convert(&list, e.at(e.from), e.at(e.from + sweep), rx, ry, e.phi, degrees > 180,
+                        sweep > 0),
+                0);
       EXPECT_EQ(list.count, std::ceil(degrees / 90)) << degrees;
       expect_follows(e, list);
       const ort_vector end = e.at(e.from + sweep);
@@ -93,10 +96,8 @@ TEST(Arc, CutsWholeQuartersIntoAsManyCurves) {
       const double x = tenths(random) / 10.0, y = tenths(random) / 10.0, r = tenths(random) / 10.0;
       const ort_vector ends[] = {{x + r, y + r}, {x + r + r, y}, {x + r, y + r}};
       Curves list;
-      ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {x, y},
-                                      ends[quarters - 1], r, r, 0,
-                                      quarters == 3 || (quarters == 2 && i % 2), i % 3 == 0, 1),
-                0);
+      const bool large = quarters == 3 || (quarters == 2 && i % 2);
+      ASSERT_EQ(convert(&list, {x, y}, ends[quarters - 1], r, r, 0, large, i % 3 == 0), 0);
       ASSERT_EQ(list.count, quarters) << x << ' ' << y << ' ' << r;
     }
 }
@@ -105,9 +106,7 @@ TEST(Arc, ScalesRadiiThatAreTooSmall) {
   for (const auto &[rx, ry, expected_ry] : {std::array{1.0, 1.0, 5.0}, {1e-6, 2e-6, 10}, {5, 5, 5}})
     for (int large : {0, 1}) {
       Curves list;
-      ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {0, 0}, {10, 0}, rx, ry,
-                                      0, large, 1, 1),
-                0);
+      ASSERT_EQ(convert(&list, {0, 0}, {10, 0}, rx, ry, 0, large), 0);
       EXPECT_EQ(list.count, 2);
       expect_follows({5, 0, 5, expected_ry, 0, pi, pi}, list);
     }
@@ -116,9 +115,7 @@ TEST(Arc, ScalesRadiiThatAreTooSmall) {
 // A tiny piece of a huge circle: computed by way of the center it would lose all digits.
 TEST(Arc, KeepsPrecisionFarFromTheCenter) {
   Curves list;
-  ASSERT_EQ(ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {100, 100}, {101, 100}, 1e12,
-                                  1e12, 0, 0, 1, 1),
-            0);
+  ASSERT_EQ(convert(&list, {100, 100}, {101, 100}, 1e12, 1e12), 0);
   ASSERT_EQ(list.count, 1);
   EXPECT_NEAR(list.segments[0][0], 100 + 1 / 3.0, 1e-12);
   EXPECT_NEAR(list.segments[0][2], 101 - 1 / 3.0, 1e-12);
@@ -141,8 +138,7 @@ TEST(Arc, GivesOnlyFinitePoints) {
               for (int flags = 0; flags < 4; ++flags) {
                 Curves list;
                 const int result =
-                    ort_elliarc_to_bezier(list.segments, &list.count, nullptr, {x0, 0}, {x1, y1},
-                                          rx, ry, phi, flags & 1, flags >> 1, 1);
+                    convert(&list, {x0, 0}, {x1, y1}, rx, ry, phi, flags & 1, flags >> 1);
                 if (result != 0 ||
                     std::isnan(0 * x0 + 0 * x1 + 0 * y1 + 0 * rx + 0 * ry + 0 * phi)) {
                   ASSERT_TRUE(result == ORT_E_ARC && list.count == 0);
@@ -160,12 +156,8 @@ TEST(Arc, GivesOnlyFinitePoints) {
 TEST(Arc, AppliesTheMatrix) {
   const ort_matrix matrix = {2, 1, -1, 3, 10, 20};
   Curves plain, mapped;
-  ASSERT_EQ(ort_elliarc_to_bezier(plain.segments, &plain.count, nullptr, {1, 2}, {9, 4}, 8, 5, 1, 1,
-                                  0, 1),
-            0);
-  ASSERT_EQ(ort_elliarc_to_bezier(mapped.segments, &mapped.count, &matrix, {1, 2}, {9, 4}, 8, 5, 1,
-                                  1, 0, 1),
-            0);
+  ASSERT_EQ(convert(&plain, {1, 2}, {9, 4}, 8, 5, 1, 1, 0), 0);
+  ASSERT_EQ(convert(&mapped, {1, 2}, {9, 4}, 8, 5, 1, 1, 0, &matrix), 0);
   ASSERT_EQ(plain.count, mapped.count);
   for (int k = 0; k < 6 * plain.count; k += 2) {
     const double *p = &plain.segments[k / 6][k % 6], *m = &mapped.segments[k / 6][k % 6];

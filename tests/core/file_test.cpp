@@ -82,14 +82,10 @@ TEST(File, PipesRewindInsideTheirWindow) {
   ort_fclose(file);
 }
 
-TEST(File, RefusesWhatCannotBeRead) {
+// Files that cannot be opened are those of svgtree's tests.
+TEST(File, ErrorsOfReadingPassThroughGzip) {
   AccountingCore core;
-  EXPECT_EQ(core.protect([&] { ort_fopen(core, "/no/such/file"); }), ORT_E_OPEN);
-  EXPECT_STREQ(ort_error_text(core), "Cannot open file '/no/such/file': No such file or directory");
-  EXPECT_EQ(core.protect([&] { ort_fopen(core, "/tmp"); }), ORT_E_OPEN);
-  EXPECT_STREQ(ort_error_text(core), "Cannot open file '/tmp': Is a directory");
   ort_file *file = ort_fopen(core, "/proc/self/mem"); // page 0 is not mapped
-  EXPECT_EQ(read_blocks(file), " and an error");
   ort_gz *gz = ort_gzopen(file);
   EXPECT_EQ(ort_gzread(gz, &gz, 1), -1);
   EXPECT_EQ(ort_error_code(core), ORT_E_READ);

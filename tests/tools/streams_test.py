@@ -122,11 +122,6 @@ class Streams(unittest.TestCase):
             if status != 127:  # else the dynamic loader found no room
                 self.assertIn((status, messages.endswith("ut of memory\n")), [(0, False), (1, True)], size)
 
-    def test_refused_names(self):
-        for option in ("--refuse-element", "--refuse-property"):
-            found = run("--ids", option, "zoom", option, "blink", "-", stdin=svg('<blink/><g zoom="1"/>'))
-            self.assertIn("contains unsupported", found[2])
-
     def test_mistakes(self):
         for arguments in MISTAKES:
             with self.subTest(arguments):

@@ -87,35 +87,6 @@ TEST(Tree, UnlistedAttributesAreLookedUpAsProperties) {
   EXPECT_NE(document->core.log.find("\t\t\t[property \"title\" unsupported]\n"), std::string::npos);
 }
 
-TEST(Tree, RefusedNamesEndTheParse) {
-  static const char *const names[] = {"blink", "filter", "Script"};
-  for (const bool elements : {true, false}) {
-    const Document document("<svg><g Filter='x'/><rect blink='none'/><SCRIPT/></svg>",
-                            AccountingCore::defaults(), [=](svg_parser *p) {
-                              (elements ? p->nottol_elements : p->nottol_props) = names;
-                              (elements ? p->nottol_elements_num : p->nottol_props_num) = 3;
-                            });
-    EXPECT_EQ(document.code, elements ? SVG_E_ELEMENT_REFUSED : SVG_E_PROPERTY_REFUSED);
-    EXPECT_EQ(document.messages(),
-              elements ? "File 'test.svg' contains unsupported element 'SCRIPT'\n"
-                       : "File 'test.svg' contains unsupported property 'Filter'\n");
-  }
-}
-
-TEST(Tree, LimitsOfNodesAndDepth) {
-  const std::pair<svg_limits, const char *> cases[] = {
-      {{4, 3, 0, 0, 0, 0}, ""},
-      {{3, 0, 0, 0, 1, 0}, "Limit of 3 nodes exceeded\n"},
-      {{0, 2, 0, 0, 0, 0}, "Limit of 2 nested elements exceeded\n"}};
-  for (const auto &[limits, message] : cases) {
-    const svg_limits *tried = &limits;
-    EXPECT_EQ(Document("<svg><g><g/><g/></g></svg>", AccountingCore::defaults(),
-                       [=](svg_parser *p) { svg_set_limits(p, tried); })
-                  .messages(),
-              message);
-  }
-}
-
 TEST(Tree, AParserThatNeverParsedIsOneBlock) {
   AccountingCore core;
   core.protect([&] {
