@@ -8,18 +8,15 @@ import json
 import os
 import re
 import resource
-import shlex
 import tempfile
 import unittest
 
-from tool import main, run, samples, svg
+from tool import GOLDEN, commands, main, run, samples, svg
 
 try:
     import jsonschema
 except ImportError:
     jsonschema = None
-
-GOLDEN = os.path.join(os.path.dirname(__file__), "golden")
 
 
 def output_of(sample):
@@ -63,18 +60,6 @@ def check_text():
     strict = run("--check", "--strict", drawing)[1].splitlines(True)
     return (run("--check", drawing)[1] + run("--check", "--json", drawing)[1]
             + "".join(line for line in strict if ":19: " in line))
-
-
-def commands():
-    """Every command of golden/commands.txt and what it gives: messages, output, status. "< MARKUP" is a drawing
-    with that content on its standard input, "<< TEXT" that text."""
-    with open(os.path.join(GOLDEN, "commands.txt"), encoding="utf-8") as file:
-        lines = re.findall(r"^\$ svgtree (.*)", file.read(), re.M)
-    for line in lines:
-        arguments, sign, text = re.fullmatch(r"(.*?)(?: (<<?) ?(.*))?", line.replace("\\n", "\n"), re.S).groups("")
-        stdin = svg(text) if sign == "<" else text.encode()
-        status, output, messages = run(*shlex.split(arguments), *["-"] * bool(sign), stdin=stdin)
-        yield f"$ svgtree {line}\n{messages}{output}" + f"[{status}]\n" * (status != 0), output
 
 
 def golden_files():

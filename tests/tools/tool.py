@@ -1,11 +1,14 @@
 """What the tests of svgtree share: how they run it, and their command line."""
 import glob
 import os
+import re
+import shlex
 import subprocess
 import sys
 import unittest
 
 TOOL = ""
+GOLDEN = os.path.join(os.path.dirname(__file__), "golden")
 
 
 def main(update=None):
@@ -32,3 +35,15 @@ def svg(markup, attributes=""):
 
 def samples():
     return sorted(glob.glob("samples/*.svg*"))
+
+
+def commands():
+    """Every command of golden/commands.txt and what it gives: messages, output, status. "< MARKUP" is a drawing
+    with that content on its standard input, "<< TEXT" that text."""
+    with open(os.path.join(GOLDEN, "commands.txt"), encoding="utf-8") as file:
+        lines = re.findall(r"^\$ svgtree (.*)", file.read(), re.M)
+    for line in lines:
+        arguments, sign, text = re.fullmatch(r"(.*?)(?: (<<?) ?(.*))?", line.replace("\\n", "\n"), re.S).groups("")
+        stdin = svg(text) if sign == "<" else text.encode()
+        status, output, messages = run(*shlex.split(arguments), *["-"] * bool(sign), stdin=stdin)
+        yield f"$ svgtree {line}\n{messages}{output}" + f"[{status}]\n" * (status != 0), output
