@@ -217,7 +217,9 @@ int scene_all(AccountingCore &core, svg_parser *parser, svg_e_node *svg) {
   svg_scene *&scene = lines.scene;
   const int code = core.protect([&] {
     scene = svg_scene_new(parser, svg, nullptr);
-    svg_scene_paint_element(scene, nullptr, &callbacks, &lines);
+    svg_scene_callbacks chosen = callbacks;
+    chosen.measure = measure;
+    svg_scene_paint_element(scene, nullptr, &chosen, &lines);
     double box[4] = {};
     svg_scene_get_box(scene, nullptr, nullptr, 1, box);
     for (size_t i = 0; i < svg_get_href_count(parser); i++) {

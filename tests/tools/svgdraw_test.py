@@ -53,6 +53,9 @@ DRAWN = (  # name, content of a drawing of 20 by 10, pixels: (x, y, rrggbbaa)
     ("patterns", "<pattern id='p' width='4' height='4' patternUnits='userSpaceOnUse'>"
      "<rect width='2' height='4' fill='red'/></pattern><rect width='20' height='10' fill='url(#p)'/>",
      ((0, 0, "ff0000ff"), (2, 0, NOTHING), (17, 9, "ff0000ff"), (19, 9, NOTHING))),
+    ("opacity of a pattern's shape", "<pattern id='p' width='4' height='4' patternUnits='userSpaceOnUse'>"
+     "<rect width='4' height='4'/></pattern><rect width='20' height='10' fill='url(#p)' opacity='.5'/>",
+     ((5, 5, "00000080"),)),
     ("clips", "<clipPath id='a'><rect width='5' height='10'/></clipPath><clipPath id='b' clip-path='url(#d)'>"
      "<rect x='10' width='2' height='10'/><rect x='14' width='2' height='10'/></clipPath>"
      "<clipPath id='d'><rect x='0' width='20' height='5'/></clipPath>"

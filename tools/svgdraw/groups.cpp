@@ -38,7 +38,6 @@ void Painter::begin_group(const svg_scene_group &group) {
 }
 
 void Painter::end_group(const svg_scene_group &group) {
-  if (groups_.empty()) return;
   const Group record = groups_.back();
   if (record.layer == Layer::HIDDEN) {
     groups_.pop_back();

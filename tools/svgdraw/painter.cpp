@@ -51,6 +51,7 @@ void Painter::paint(cairo_t *context, const svg_e_node *element) {
 void Painter::walk(cairo_t *context, Content content, const void *what) {
   if (account_.failure != 0) return;
   cairo_t *outer = cairo_;
+  groups_.push_back({Layer::PLAIN, 1, 0, false, false}); // no group around concerns the content
   const size_t open = groups_.size();
   Walk request = {this, content, what};
   cairo_ = context;
@@ -64,6 +65,7 @@ void Painter::walk(cairo_t *context, Content content, const void *what) {
       groups_.pop_back();
     }
   }
+  groups_.pop_back();
   cairo_ = outer;
 }
 
@@ -92,7 +94,7 @@ void Painter::walk_protected(void *argument) {
 
 // Nothing is drawn after a failure, nor in a group that shows nothing.
 bool Painter::hidden() const {
-  return account_.failure != 0 || (!groups_.empty() && groups_.back().layer == Layer::HIDDEN);
+  return account_.failure != 0 || groups_.back().layer == Layer::HIDDEN;
 }
 
 void Painter::shape(const svg_scene_shape &shape) {
@@ -100,7 +102,7 @@ void Painter::shape(const svg_scene_shape &shape) {
   cairo_save(cairo_);
   const cairo_matrix_t matrix = to_cairo(shape.item.matrix);
   cairo_transform(cairo_, &matrix);
-  const bool single = !groups_.empty() && groups_.back().layer == Layer::SINGLE;
+  const bool single = groups_.back().layer == Layer::SINGLE;
   const double opacity = single ? groups_.back().opacity : 1;
   double box[4];
   if (!single || shape.fill.kind == SVG_SCENE_PAINT_NONE ||
@@ -110,8 +112,7 @@ void Painter::shape(const svg_scene_shape &shape) {
     // Fill and stroke overlap: together they are as opaque as one of them.
     cairo_rectangle(cairo_, box[0], box[1], box[2], box[3]);
     cairo_clip(cairo_);
-    Group layer = {Layer::PUSHED, opacity, 0, false, false};
-    groups_.push_back(layer);
+    groups_.push_back({Layer::PUSHED, opacity, 0, false, false});
     if (push_layer()) {
       fill_and_stroke(shape, 1);
       cairo_pop_group_to_source(cairo_);

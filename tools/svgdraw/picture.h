@@ -20,7 +20,7 @@ struct PictureSettings {
   bool has_id = false;
   std::string id;               // of the one element to draw
   uint64_t pixels = 1 << 27;    // of the picture and its layers at a time
-  uint64_t layers = 1ull << 34; // pixels of all layers ever made
+  uint64_t layers = 1ull << 32; // pixels of all layers ever made
 };
 
 // Draws a drawing into a file, "-" being standard output. What went wrong, and what was not drawn,
