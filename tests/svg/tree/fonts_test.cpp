@@ -43,32 +43,6 @@ TEST(Fonts, Names) { // "NUMBER ATTRIBUTES"
                });
 }
 
-// Each font as "element id: family size;", in the order of the registry. A nameless record waits
-// for a font-face that completes it. Of duplicate and bad values the last good one counts.
-TEST(Fonts, Registry) {
-  expect_cases(R"(
-<font id='a'><font-face font-family='A' id='x'/></font><font-face font-family='B' font-size='9'/> -> 7 a: "A" all; 8 -: "B" 9;
-<font id='a'/> -> | <font id='a'/><font id='b'><font-face/></font> -> 7 b: - all;
-<font><font-face font-size='9'/></font><font-face id='x' font-family='X'/> -> 7 -: "X" all;
-<s:font-face xmlns:s='http://www.w3.org/2000/svg' font-family='A' s:font-family='B' s:font-size='?'/> -> 8 -: "B" all;)",
-               [](const std::string &content) {
-                 const Document document("<svg>" + content + "</svg>");
-                 const size_t count = svg_get_font_count(document.parser);
-                 std::string result;
-                 for (size_t i = 0; i < count; ++i) {
-                   const svg_font *font = svg_get_font_at(document.parser, i);
-                   const auto text = [&](const auto *value) {
-                     return value ? value_text(document.parser, &value->head) : "-";
-                   };
-                   result += std::to_string(font->node->head.id) + " " +
-                             (font->id ? font->id : "-") + ": " + text(font->family) + " " +
-                             text(font->size) + "; ";
-                 }
-                 EXPECT_EQ(svg_get_font_at(document.parser, count), nullptr);
-                 return result;
-               });
-}
-
 TEST(Fonts, Choice) {
   const Document document(
       "<svg><font-face id='a' font-family='F, serif' font-weight='bold'/>"

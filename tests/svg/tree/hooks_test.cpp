@@ -124,24 +124,3 @@ TEST(Hooks, ElementsWhoseUsersNeedABoundingBox) {
   EXPECT_EQ(document.find("c")->head.flags, SVG_EF_BBOX_USER | SVG_EF_BBOX_USER2);
   EXPECT_EQ(document.find("k")->head.flags, SVG_EF_NEEDS_BBOX);
 }
-
-static void last_texts(const svg_node *node, std::string *result) {
-  for (; node; node = node->next) {
-    if (node->id == SVG_ID_TEXT && (node->flags & SVG_TF_LAST) != 0)
-      *result += "[" + std::string(reinterpret_cast<const svg_t_node *>(node)->text) + "]";
-    if (node->id != SVG_ID_TEXT)
-      last_texts(reinterpret_cast<const svg_e_node *>(node)->first_child, result);
-  }
-}
-
-TEST(Hooks, LastNonBlankTextOfATextElement) {
-  expect_cases(R"(
-a<text>b<tspan>c</tspan> </text>d -> [c] | <text>a<other>b</other></text> -> [a]
-<text>a<text>b</text>c</text><text> </text> -> [b][c] | a<text/>b ->)",
-               [](const std::string &text) {
-                 const Document document("<svg>" + text + "</svg>");
-                 std::string found;
-                 last_texts(&document.svg->head, &found);
-                 return found;
-               });
-}

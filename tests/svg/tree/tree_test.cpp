@@ -1,6 +1,5 @@
 // The tree that a document becomes: what is built, skipped and linked, and the life of a parser.
 #include <gtest/gtest.h>
-#include <memory>
 
 #include "svg/parser/svg_parser.h"
 #include "tests/support/cases.h"
@@ -67,24 +66,6 @@ TEST(Tree, PropertiesLeaveNoTraceForAttributes) {
                  const std::string text = document.messages();
                  return text.substr(0, text.find(", in file"));
                });
-}
-
-// What the element does not list is a property, by its local name.
-TEST(Tree, UnlistedAttributesAreLookedUpAsProperties) {
-  const auto read = [](const char *refused) {
-    return std::make_unique<Document>("<svg xmlns:l='http://www.w3.org/1999/xlink' l:title='t'>"
-                                      "<rect id='r' l:title='t' xml:space='x' l:Fill='red'/></svg>",
-                                      AccountingCore::with_log(5), [refused](svg_parser *p) {
-                                        static const char *name[1];
-                                        name[0] = refused;
-                                        p->nottol_props = name;
-                                        p->nottol_props_num = 1;
-                                      });
-  };
-  EXPECT_EQ(read("Title")->messages(), "File 'test.svg' contains unsupported property 'title'\n");
-  const auto document = read("xlink:title");
-  EXPECT_EQ(document->values(document->find("r"), "fill"), "#ff0000");
-  EXPECT_NE(document->core.log.find("\t\t\t[property \"title\" unsupported]\n"), std::string::npos);
 }
 
 TEST(Tree, AParserThatNeverParsedIsOneBlock) {

@@ -80,8 +80,8 @@ TEST(Recording, CountsLinesAsExpatDoes) {
       "a\n<![CDATA[\n]]>\nb<!--\n\n--><rect x='a'/><title>\n<a>\n</a></title>" +
       times(3000, " ") + "<rect x='b'/>\n</svg>\n";
   for (const char *end : {"\n", "\r", "\r\n", "\n\r"})
-    for (const int wide : {0, 1}) {
-      std::string drawing = wide ? "\xFF\xFE" : "";
+    for (const int wide : {0, 1, 2}) { // with a mark and without
+      std::string drawing = wide == 1 ? "\xFF\xFE" : "";
       for (const char c : lines) {
         const std::string written = c == '\n' ? end : std::string(1, c);
         for (const char byte : written)

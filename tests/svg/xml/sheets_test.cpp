@@ -169,14 +169,6 @@ TEST(Sheets, AValueIsSharedByAllElements) {
   EXPECT_EQ(a->values[0], b->values[0]);
 }
 
-TEST(Sheets, ImportanceDecidesWhichValueHolds) {
-  const Document document("<svg><style>rect{fill:red!important;stroke:red}</style>"
-                          "<rect id='a' fill='blue' style='fill:lime;stroke:lime'/></svg>");
-  const svg_e_node *a = document.find("a");
-  EXPECT_EQ(value_text(document.parser, svg_find_value(a, "fill")), "#ff0000");
-  EXPECT_EQ(value_text(document.parser, svg_find_value(a, "stroke")), "#00ff00");
-}
-
 // The drawing's elements answer through the callbacks; selectors in general are the engine's.
 TEST(Sheets, SelectorsReachElements) {
   const std::string drawing =
