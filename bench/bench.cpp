@@ -1,5 +1,6 @@
 // bench.cpp: prints the table of ./dev bench: how long each contender takes over each row of
-// documents, how much memory the reader keeps, and how its time grows.
+// documents, how long a walk takes over the trees that the reader made of them, how much memory the
+// reader keeps, and how the time of both grows.
 //
 // Paths of real drawings are read from standard input, a line each: FOLDER/PACKAGE/REST. Times are
 // of the processor, so that other programs do little harm. Every time is a median over rounds in
@@ -26,10 +27,10 @@ static double median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-static double seconds(const Contender &contender, const Documents &documents, int repeat = 1) {
+template <class Work> static double seconds(const Work &work, int repeat = 1) {
   timespec begin, end;
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &begin);
-  for (int i = 0; i < repeat; ++i) contender.read(documents);
+  for (int i = 0; i < repeat; ++i) work();
   clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &end);
   return (static_cast<double>(end.tv_sec - begin.tv_sec) +
           static_cast<double>(end.tv_nsec - begin.tv_nsec) * 1e-9) /
@@ -46,22 +47,32 @@ namespace {
 
 // ---- Rows ---------------------------------------------------------------------------------------
 
+// The last column is the walk's. Its ratio is to the reader, the others' to one pass of Expat.
+enum { WALK = CONTENDERS, COLUMNS };
+
 struct Times {
-  double median[CONTENDERS], ratio[CONTENDERS];
+  double median[COLUMNS], ratio[COLUMNS];
 };
 
 } // namespace
 
 static Times measure_times(const Documents &documents) {
-  const int repeat = static_cast<int>(SHORTEST / seconds(contenders[ONE_PASS], documents)) + 1;
-  std::vector<double> taken[CONTENDERS], ratios[CONTENDERS];
+  const auto walk = make_walk(documents);
+  const auto work = [&](int column) {
+    return [&, column] { return column == WALK ? walk() : contenders[column].read(documents); };
+  };
+  const auto often_enough = [&](int column) {
+    return static_cast<int>(SHORTEST / seconds(work(column))) + 1;
+  };
+  const int readings = often_enough(ONE_PASS), walks = often_enough(WALK);
+  std::vector<double> taken[COLUMNS], ratios[COLUMNS];
   for (int round = 0; round < ROUNDS; ++round)
-    for (int i = 0; i < CONTENDERS; ++i) {
-      taken[i].push_back(seconds(contenders[i], documents, repeat));
-      ratios[i].push_back(taken[i].back() / taken[ONE_PASS].back());
+    for (int i = 0; i < COLUMNS; ++i) {
+      taken[i].push_back(seconds(work(i), i == WALK ? walks : readings));
+      ratios[i].push_back(taken[i].back() / taken[i == WALK ? READER : ONE_PASS].back());
     }
   Times times;
-  for (int i = 0; i < CONTENDERS; ++i) {
+  for (int i = 0; i < COLUMNS; ++i) {
     times.median[i] = median(taken[i]);
     times.ratio[i] = median(ratios[i]);
   }
@@ -73,7 +84,7 @@ static Times print_row(const std::string &name, const Documents &documents) {
   const Memory memory = measure_memory(documents);
   const Times times = measure_times(documents);
   std::printf("%-37s%7zu%8.2f", name.c_str(), documents.size(), bytes * 1e-6);
-  for (int i = 0; i < CONTENDERS; ++i)
+  for (int i = 0; i < COLUMNS; ++i)
     std::printf("%11.2f%6.2f", times.median[i] * 1e3, times.ratio[i]);
   std::printf("%9.2f%7.2f", memory.kept / bytes, memory.peak / bytes);
   std::fflush(stdout);
@@ -99,21 +110,27 @@ private:
 
 } // namespace
 
-// How many times longer the reader takes over the second document.
-static double cost_ratio(const Documents &first, const Documents &second) {
+// How many times longer the second work takes.
+template <class Work> static double cost_ratio(const Work &first, const Work &second) {
   std::vector<double> ratios;
   for (int round = 0; round < ROUNDS; ++round) {
-    const double begin = seconds(contenders[READER], first);
-    ratios.push_back(seconds(contenders[READER], second) / begin);
+    const double begin = seconds(first);
+    ratios.push_back(seconds(second) / begin);
   }
   return median(ratios);
 }
 
-// The power of the size with which the reader's time grows.
-static double growth(const Family &family) {
+static std::function<bool()> make_reading(const Documents &documents) {
+  return [documents] { return contenders[READER].read(documents); };
+}
+
+// The powers of the size with which the times of the reader and of the walk grow.
+static void print_growth(const Family &family) {
   const Documents small = {family.generate(family.size >> DOUBLINGS)};
   const Documents large = {family.generate(family.size)};
-  return std::log(cost_ratio(small, large)) / std::log(bytes_of(large) / bytes_of(small));
+  const double factor = std::log(bytes_of(large) / bytes_of(small));
+  for (const auto &make : {make_reading, make_walk})
+    std::printf("%8.2f", std::log(cost_ratio(make(small), make(large))) / factor);
 }
 
 // The drawings of each package that the reader and one pass of Expat accept.
@@ -140,8 +157,8 @@ int main(int count, char **arguments) {
   };
   std::printf("%-37s%7s%8s", "", "files", "MB");
   for (const Contender &contender : contenders) std::printf("%17s", contender.name);
-  std::printf("%9s%7s%8s\n%-52s", "kept", "peak", "growth", "");
-  for (int i = 0; i < CONTENDERS; ++i) std::printf("%11s%6s", "ms", "ratio");
+  std::printf("%17s%9s%7s%8s%8s\n%-52s", "walk of scene", "kept", "peak", "growth", "walk's", "");
+  for (int i = 0; i < COLUMNS; ++i) std::printf("%11s%6s", "ms", "ratio");
   std::printf("%16s\n", "per byte");
 
   Mean mean;
@@ -153,7 +170,8 @@ int main(int count, char **arguments) {
   for (const Family &family : families)
     if (chosen(family.name)) {
       mean.add(print_row(family.name, {family.generate(family.size)}));
-      std::printf("%8.2f\n", growth(family));
+      print_growth(family);
+      std::printf("\n");
     }
   if (const char *name = "1000 icons of 1 KB"; chosen(name)) {
     const Times times = print_row(name, Documents(1000, icon_document()));
@@ -163,6 +181,7 @@ int main(int count, char **arguments) {
   }
   if (const char *name = "Twice the rules cost a factor of"; chosen(name))
     std::printf("%-37s%.2f\n", name,
-                cost_ratio({styled_document(50000, 200)}, {styled_document(50000, 400)}));
+                cost_ratio(make_reading({styled_document(50000, 200)}),
+                           make_reading({styled_document(50000, 400)})));
   mean.print();
 }

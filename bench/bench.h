@@ -2,6 +2,7 @@
 #ifndef BENCH_BENCH_H
 #define BENCH_BENCH_H
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -17,6 +18,10 @@ struct Contender {
 
 enum { ONE_PASS, TWO_PASSES, READER, CONTENDERS = 5 };
 extern const Contender contenders[CONTENDERS];
+
+// Reads documents and keeps their trees. What is returned walks over each of them once: it makes a
+// scene and paints it into callbacks that only count. False: a walk was ended by an error.
+std::function<bool()> make_walk(const Documents &documents);
 
 // Bytes of memory while the reader holds all the documents' trees at a time.
 struct Memory {

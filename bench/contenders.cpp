@@ -6,9 +6,10 @@
 #include <pugixml.hpp>
 
 #include <fstream>
+#include <memory>
 
 #include "bench/bench.h"
-#include "svg/svg.h"
+#include "scene/svg_scene.h"
 
 // ---- Expat --------------------------------------------------------------------------------------
 
@@ -55,19 +56,28 @@ public:
   Drawing &operator=(const Drawing &) = delete;
   bool good() const { return good_; }
 
+  // Walks over the tree once. False: the walk was ended by an error.
+  bool walk() {
+    return ort_protect(
+               core_, [](void *self) { static_cast<Drawing *>(self)->paint(); }, this) == 0;
+  }
+
 private:
   void parse() {
     ort_gz *gz = nullptr;
     file_ = ort_fopen_memory(core_, "bench", document_->data(), document_->size());
     parser_ = svg_parser_new(core_, 0, "bench", nullptr, nullptr, nullptr, 0, nullptr, 0, nullptr,
                              nullptr);
-    svg_parse(parser_, file_, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
+    svg_ = svg_parse(parser_, file_, &gz, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
   }
+
+  void paint();
 
   ort_core *core_;
   const std::string *document_;
   ort_file *file_ = nullptr;
   svg_parser *parser_ = nullptr;
+  svg_e_node *svg_ = nullptr;
   bool good_;
 };
 
@@ -85,6 +95,48 @@ static bool read_drawings(const Documents &documents) {
   for (const std::string &document : documents) good &= Drawing(core, document).good();
   ort_core_delete(core);
   return good;
+}
+
+// ---- Walks --------------------------------------------------------------------------------------
+
+template <class Record> static void count(void *painted, const Record *) {
+  ++*static_cast<size_t *>(painted);
+}
+
+// A scene that a walk leaves by an error goes with its core.
+void Drawing::paint() {
+  constexpr svg_scene_callbacks callbacks = {count, count, count, count, count, nullptr};
+  size_t painted = 0;
+  svg_scene *scene = svg_scene_new(parser_, svg_, nullptr);
+  svg_scene_paint_element(scene, nullptr, &callbacks, &painted);
+  svg_scene_delete(scene);
+}
+
+namespace {
+
+// The trees of documents, under one core.
+class Trees {
+public:
+  explicit Trees(const Documents &documents) {
+    for (const std::string &document : documents)
+      drawings_.push_back(std::make_unique<Drawing>(core_.get(), document));
+  }
+
+  bool walk() {
+    bool good = true;
+    for (auto &drawing : drawings_) good &= drawing->walk();
+    return good;
+  }
+
+private:
+  std::unique_ptr<ort_core, decltype(&ort_core_delete)> core_{new_core(), ort_core_delete};
+  std::vector<std::unique_ptr<Drawing>> drawings_;
+};
+
+} // namespace
+
+std::function<bool()> make_walk(const Documents &documents) {
+  return [trees = std::make_shared<Trees>(documents)] { return trees->walk(); };
 }
 
 // ---- Document trees -----------------------------------------------------------------------------
