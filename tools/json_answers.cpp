@@ -2,6 +2,7 @@
 #include "tools/json_answers.h"
 
 #include "tools/explain.h"
+#include "tools/json_scene.h"
 #include "tools/json_value.h"
 #include "tools/json_writer.h"
 #include "tools/names.h"
@@ -16,12 +17,12 @@ static void write_statistics(JsonWriter &json, const Drawing &drawing);
 static void write_explanations(JsonWriter &json, const ValueContext &context, const Asked &asked);
 static void write_holder(JsonWriter &json, const ValueContext &context, const Holder &holder);
 
-void print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
+bool print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
                         const JsonOptions &options) {
   JsonWriter json(out, options.pretty);
   json.begin_object();
   json.field("file", drawing.name());
-  write_json_messages(json, drawing);
+  bool ok = true;
   const auto answer = [&](bool wanted, const char *name, const auto &write) {
     if (!wanted) return;
     if (!drawing.ok()) return json.null_field(name);
@@ -35,7 +36,15 @@ void print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
   answer(asked.stats, "stats", [&](const ValueContext &) { write_statistics(json, drawing); });
   answer(asked.explain, "explain",
          [&](const ValueContext &context) { write_explanations(json, context, asked); });
+  answer(asked.info, "info", [&](const ValueContext &) { write_json_info(json, drawing); });
+  answer(asked.boxes, "bbox",
+         [&](const ValueContext &) { ok = write_json_boxes(json, drawing, asked.measured) && ok; });
+  answer(asked.shapes, "shapes", [&](const ValueContext &) {
+    ok = write_json_shapes(json, drawing, asked.shown, options.full) && ok;
+  });
+  write_json_messages(json, drawing); // those of answers too
   json.end_object();
+  return ok;
 }
 
 static void write_ids(JsonWriter &json, const ValueContext &context) {

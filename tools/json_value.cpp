@@ -21,7 +21,6 @@ static void write_color(JsonWriter &json, const svg_color &color);
 static std::string link_text(const ValueContext &context, const svg_iri &iri);
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families);
 static void write_path(JsonWriter &json, const svg_an_path_data *path);
-static void write_rgb(JsonWriter &json, const char *name, uint32_t rgb);
 static void write_type(JsonWriter &json, const char *type);
 
 // "value": the items of a list.
@@ -91,7 +90,7 @@ void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a
   case SVG_RECORD_TRAFO: return write_trafo(json, as<svg_an_trafo>(value));
   case SVG_RECORD_COLOR:
     write_type(json, "color");
-    return write_rgb(json, "rgb", as<svg_an_color>(value)->rgb);
+    return write_json_rgb(json, "rgb", as<svg_an_color>(value)->rgb);
   case SVG_RECORD_PAINT: return write_paint(json, context, value);
   case SVG_RECORD_IRI:
     write_type(json, "iri");
@@ -151,7 +150,7 @@ static void write_paint(JsonWriter &json, const ValueContext &context, const svg
   static constexpr const char *kinds[] = {"none", "inherit", "currentColor", "rgb", "iri", "color"};
   write_type(json, "paint");
   json.field("paint", kinds[value->kind]);
-  if (value->kind == SVG_PAINT_RGB) write_rgb(json, "rgb", as<svg_an_paint_rgb>(value)->rgb);
+  if (value->kind == SVG_PAINT_RGB) write_json_rgb(json, "rgb", as<svg_an_paint_rgb>(value)->rgb);
   if (value->kind == SVG_PAINT_COLOR) write_color(json, as<svg_an_paint_color>(value)->color);
   if (value->kind != SVG_PAINT_IRI) return;
   const svg_iri &iri = as<svg_an_paint_iri>(value)->iri;
@@ -160,13 +159,13 @@ static void write_paint(JsonWriter &json, const ValueContext &context, const svg
   write_json_iri(json, context, iri);
   json.end_object();
   if (iri.fallback >= 0)
-    write_rgb(json, "fallback", static_cast<uint32_t>(iri.fallback));
+    write_json_rgb(json, "fallback", static_cast<uint32_t>(iri.fallback));
   else
     json.field("fallback", fallback_keyword(iri));
 }
 
 static void write_color(JsonWriter &json, const svg_color &color) {
-  write_rgb(json, "rgb", color.rgb);
+  write_json_rgb(json, "rgb", color.rgb);
   json.field("colortype", color.colortype);
   json.field("colorName", color.name); // "name" is the property
   int32_t count = 0;
@@ -197,8 +196,12 @@ static std::string link_text(const ValueContext &context, const svg_iri &iri) {
   const Drawing &drawing = context.drawing;
   const char *name = iri.ref.target ? svg_find_href_id(drawing.parser(), iri.ref.target)
                                     : drawing.waiting_name(&iri);
-  const std::string_view whole = name ? name : "", shown = shown_part(whole, context.full);
-  return '#' + std::string(shown) + (shown.size() < whole.size() ? "..." : "");
+  return '#' + shortened(name ? name : "", context.full);
+}
+
+std::string shortened(std::string_view text, bool full) {
+  const std::string_view shown = shown_part(text, full);
+  return std::string(shown) + (shown.size() < text.size() ? "..." : "");
 }
 
 static void write_families(JsonWriter &json, const svg_an_key_name_list *families) {
@@ -233,7 +236,7 @@ static void write_path(JsonWriter &json, const svg_an_path_data *path) {
   });
 }
 
-static void write_rgb(JsonWriter &json, const char *name, uint32_t rgb) {
+void write_json_rgb(JsonWriter &json, const char *name, uint32_t rgb) {
   char text[16];
   snprintf(text, sizeof text, "#%06X", rgb & 0xFFFFFFu);
   json.field(name, static_cast<const char *>(text));

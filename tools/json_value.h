@@ -2,6 +2,9 @@
 #ifndef TOOLS_JSON_VALUE_H
 #define TOOLS_JSON_VALUE_H
 
+#include <string>
+#include <string_view>
+
 #include "tools/json_writer.h"
 #include "tools/names.h"
 
@@ -11,6 +14,12 @@ struct ValueContext {
   const NodeNumbers &numbers;
   bool full; // nothing is shortened
 };
+
+// What is written wherever it occurs in a drawing: cut after about 200 bytes unless full.
+std::string shortened(std::string_view text, bool full);
+
+// A field "#RRGGBB".
+void write_json_rgb(JsonWriter &json, const char *name, uint32_t rgb);
 
 // Writes the four fields of an IRI into the object being written.
 void write_json_iri(JsonWriter &json, const ValueContext &context, const svg_iri &iri);

@@ -12,6 +12,7 @@
 #include "tools/check.h"
 #include "tools/explain.h"
 #include "tools/extract.h"
+#include "tools/info.h"
 #include "tools/jobs.h"
 #include "tools/json_answers.h"
 #include "tools/json_document.h"
@@ -22,14 +23,20 @@
 #include "tools/progress.h"
 #include "tools/questions.h"
 #include "tools/schema.h"
+#include "tools/shapes.h"
 #include "tools/simplify.h"
 #include "tools/tree_text.h"
 #include "tools/utf8.h"
 
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,
                           Progress &progress);
-static bool print_answers_as_json(const Drawing &drawing, const Options &options);
-static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor);
+static bool print_asked(const Drawing &drawing, const Options &options, Extractor *extractor);
+static bool print_answers_as_json(const Drawing &drawing, const Options &options,
+                                  const svg_e_node *top);
+static bool print_answers(const Drawing &drawing, const Options &options, const svg_e_node *top,
+                          Extractor *extractor);
+static const svg_e_node *element_to_measure(const Drawing &drawing, const Options &options,
+                                            const svg_e_node *top);
 static void print_messages(const Drawing &drawing, size_t first);
 static bool flush_output();
 
@@ -71,38 +78,53 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
                           Progress &progress) {
   if (options.check)
     return print_check(stdout, drawing, {options.json, options.text.full}, progress) == 0;
-  if (!drawing.messages().empty()) progress.clear();
+  const size_t known = drawing.messages().size();
+  if (known > 0) progress.clear();
   print_messages(drawing, 0);
-  if (options.simplify) {
-    const size_t known = drawing.messages().size();
-    const bool simplified = drawing.ok() && print_simplified(stdout, drawing);
-    print_messages(drawing, known);
-    return simplified;
-  }
+  const bool ok = options.simplify ? drawing.ok() && print_simplified(stdout, drawing)
+                                   : print_asked(drawing, options, extractor);
+  if (drawing.messages().size() > known) progress.clear();
+  print_messages(drawing, known); // what was found only now
+  return ok;
+}
+
+static bool print_asked(const Drawing &drawing, const Options &options, Extractor *extractor) {
   const svg_e_node *top = drawing.svg();
   if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
-  const bool whole = options.has_query || !options.asks();
-  if (options.json && whole)
+  if (options.json && options.wants_tree())
     print_json(stdout, drawing, top, {options.pretty, options.text.full});
-  else if (top && options.has_query)
-    print_subtree(stdout, drawing, top, options.text);
-  else if (top && whole)
-    print_document(stdout, drawing, options.text);
-  if (options.json) return print_answers_as_json(drawing, options) && top;
-  return drawing.ok() && print_answers(drawing, options, extractor) && top;
+  else if (top && options.wants_tree())
+    options.has_query ? print_subtree(stdout, drawing, top, options.text)
+                      : print_document(stdout, drawing, options.text);
+  if (options.json) return print_answers_as_json(drawing, options, top) && top;
+  return drawing.ok() && print_answers(drawing, options, top, extractor) && top;
 }
 
-static bool print_answers_as_json(const Drawing &drawing, const Options &options) {
-  Asked asked = {options.fonts,       options.ids, options.links,           options.stats,
-                 options.has_explain, nullptr,     options.explain_property};
+static bool print_answers_as_json(const Drawing &drawing, const Options &options,
+                                  const svg_e_node *top) {
+  Asked asked = {.fonts = options.fonts,
+                 .ids = options.ids,
+                 .links = options.links,
+                 .stats = options.stats,
+                 .info = options.info,
+                 .explain = options.has_explain,
+                 .property = options.explain_property,
+                 .shapes = options.shapes,
+                 .shown = top,
+                 .boxes = options.has_bbox};
   if (drawing.ok() && asked.explain) asked.element = find_element(drawing, options.explain_id);
-  if (asked.fonts || asked.ids || asked.links || asked.stats || asked.explain)
-    print_json_answers(stdout, drawing, asked, {options.pretty, options.text.full});
-  return drawing.ok() && (!asked.explain || asked.element);
+  if (drawing.ok() && asked.boxes) asked.measured = element_to_measure(drawing, options, top);
+  if (asked.fonts || asked.ids || asked.links || asked.stats || asked.info || asked.explain ||
+      asked.shapes || asked.boxes)
+    if (!print_json_answers(stdout, drawing, asked, {options.pretty, options.text.full}))
+      return false;
+  return drawing.ok() && (!asked.explain || asked.element) && (!asked.boxes || asked.measured);
 }
 
-static bool print_answers(const Drawing &drawing, const Options &options, Extractor *extractor) {
+static bool print_answers(const Drawing &drawing, const Options &options, const svg_e_node *top,
+                          Extractor *extractor) {
   bool ok = true;
+  if (options.info) print_info(stdout, drawing, options.text.full);
   if (options.has_explain) {
     const svg_e_node *element = find_element(drawing, options.explain_id);
     ok = element != nullptr;
@@ -112,7 +134,17 @@ static bool print_answers(const Drawing &drawing, const Options &options, Extrac
   if (options.ids) print_answers(stdout, drawing, "id", answer_ids, options.text.full);
   if (options.links) print_answers(stdout, drawing, "link", answer_links, options.text.full);
   if (options.stats) print_statistics(stdout, drawing);
+  if (options.has_bbox) {
+    const svg_e_node *element = element_to_measure(drawing, options, top);
+    ok = element && print_boxes(stdout, drawing, element, options.text.full) && ok;
+  }
+  if (options.shapes && top) ok = print_shapes(stdout, drawing, top, options.text.full) && ok;
   return (!extractor || extractor->extract(stdout, drawing)) && ok;
+}
+
+static const svg_e_node *element_to_measure(const Drawing &drawing, const Options &options,
+                                            const svg_e_node *top) {
+  return options.bbox_id.empty() ? top : find_element(drawing, options.bbox_id);
 }
 
 static void print_messages(const Drawing &drawing, size_t first) {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 #include "tools/records.h"
 #include "tools/utf8.h"
@@ -42,9 +43,12 @@ const svg_e_node *find_element(const Drawing &drawing, const std::string &id) {
   return element;
 }
 
+const char *id_of(const Drawing &drawing, const svg_e_node *element) {
+  const char *id = svg_find_href_id(drawing.parser(), element);
+  return std::string_view(id) != "(empty)" ? id : nullptr;
+}
+
 std::string element_text(const Drawing &drawing, const svg_e_node *element, bool full) {
-  std::string text = element_name(element->head.id);
-  if (const std::string id = svg_find_href_id(drawing.parser(), element); id != "(empty)")
-    text += " #" + short_text(id, full);
-  return text;
+  const char *id = id_of(drawing, element);
+  return element_name(element->head.id) + (id ? " #" + short_text(id, full) : "");
 }

@@ -30,6 +30,9 @@ std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbe
 // The element that "#id" or "id" names, or null after a message.
 const svg_e_node *find_element(const Drawing &drawing, const std::string &id);
 
+// An id or name of an element, or null.
+const char *id_of(const Drawing &drawing, const svg_e_node *element);
+
 // "rect #button", for a person; a long id is shortened unless full.
 std::string element_text(const Drawing &drawing, const svg_e_node *element, bool full);
 

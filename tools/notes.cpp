@@ -58,7 +58,7 @@ void Notes::on_skip(svg_skipped what, const char *name, uint32_t line) {
   case SVG_SKIPPED_ELEMENT:
     if (strcmp(name, "style") != 0)
       elements_.add(name, {line, 0, keep(name), ""});
-    else if (style_line_ == 0)
+    else if (++style_elements_; style_line_ == 0)
       style_line_ = line;
     break;
   case SVG_SKIPPED_ATTRIBUTE: pending_attributes_.emplace_back(name); break;
@@ -100,6 +100,7 @@ void Notes::begin_tree() {
   ids_.clear();
   repeated_ids_.clear();
   lines_.clear();
+  style_elements_ = 0;
   attributes_.clear();
 }
 

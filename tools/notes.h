@@ -71,6 +71,7 @@ public:
   const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
   const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
   const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
+  size_t style_elements() const { return style_elements_; }
   uint32_t line_of(const svg_e_node *element) const;
   const ElementAttributes &attributes_of(const svg_e_node *element) const;
 
@@ -95,6 +96,7 @@ private:
   std::vector<std::string> pending_attributes_, pending_properties_; // of the element being built
   std::vector<std::string> sheet_properties_;
   uint32_t style_line_ = 0; // of the first style element
+  size_t style_elements_ = 0;
   SkippedNames elements_, properties_;
   std::vector<LenientValue> lenient_values_;
   size_t lenient_placed_ = 0; // those whose place is known

@@ -36,6 +36,7 @@ int parse_options(int argc, char **argv, Options &options) {
   } catch (const CLI::ParseError &error) {
     return error.get_exit_code() == 0 ? app.exit(error) : refuse_usage(error.what());
   }
+  options.has_bbox = app.count("--bbox") > 0;
   if (options.pretty && !options.schema) options.json = true;
   std::string mistake = find_mistake(options);
   for (const std::string &limit : options.limits)
@@ -83,6 +84,11 @@ static void add_question_options(CLI::App &app, Options &options) {
   flag("--ids", options.ids, "List the ids and names with their elements");
   flag("--links", options.links, "List the links with their targets");
   flag("--stats", options.stats, "Count elements and values; tell memory and time");
+  flag("--info", options.info, "Print size, title, counts and what is skipped");
+  flag("--shapes", options.shapes, "List what the drawing or --query's element paints, in order");
+  option("--bbox", options.bbox_id, "[=ID]",
+         "Print the box of what the drawing, --query's element or this element paints")
+      ->expected(0, 0); // only "--bbox=ID" has one: what follows "--bbox" is a drawing
   option("--extract", options.extract_folder, "DIR", "Write embedded data to files in this folder");
   flag("--force", options.force, "Let --extract replace files");
   option("--path", options.path, "TEXT",

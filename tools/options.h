@@ -25,10 +25,14 @@ struct Options {
   bool ids = false;
   bool links = false;
   bool stats = false;
+  bool info = false;
+  bool shapes = false;
+  bool has_bbox = false;
   bool has_query = false;
   bool has_explain = false;
   bool has_path = false;
   std::string query;
+  std::string bbox_id; // "": that of the query, or the drawing
   std::string explain_id;
   std::string explain_property; // "": all
   std::string path;
@@ -36,8 +40,11 @@ struct Options {
   bool force = false;
 
   bool asks() const { // a question, in place of the whole document
-    return fonts || ids || links || stats || has_query || has_explain || !extract_folder.empty();
+    return fonts || ids || links || stats || info || shapes || has_bbox || has_query ||
+           has_explain || !extract_folder.empty();
   }
+  // Whether the tree is printed, of the whole document or of what the query names.
+  bool wants_tree() const { return has_query ? !shapes && !has_bbox : !asks(); }
 };
 
 // Returns the exit status, or -1 to go on.

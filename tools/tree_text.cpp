@@ -30,11 +30,7 @@ static std::string language_marks(const Drawing &drawing, const svg_e_node *elem
 static void print_value(FILE *out, const Drawing &drawing, const svg_e_node *element,
                         const svg_a_node *value, int depth, bool full);
 static void print_text(FILE *out, const svg_t_node *text, int depth, bool full);
-static void indent(FILE *out, int depth);
 static bool is_blank(const char *text);
-
-// Deeper elements show their level instead: the output must not grow with the square of the depth.
-constexpr int DEEPEST_INDENT = 40;
 
 constexpr size_t SHOWN_ANSWERS = 12; // fonts, ids, links above the tree
 
@@ -154,7 +150,7 @@ static void print_text(FILE *out, const svg_t_node *text, int depth, bool full) 
   fprintf(out, "%s\n", quoted_text(text->text, full).c_str());
 }
 
-static void indent(FILE *out, int depth) {
+void indent(FILE *out, int depth) {
   if (depth <= DEEPEST_INDENT)
     fprintf(out, "%*s", 2 * depth, "");
   else

@@ -19,4 +19,9 @@ void print_document(FILE *out, const Drawing &drawing, const TextOptions &option
 void print_subtree(FILE *out, const Drawing &drawing, const svg_e_node *top,
                    const TextOptions &options);
 
+// Begins a line at a depth. Deeper ones than DEEPEST_INDENT show their level instead: the output
+// must not grow with the square of the depth.
+constexpr int DEEPEST_INDENT = 40;
+void indent(FILE *out, int depth);
+
 #endif

@@ -33,6 +33,20 @@ std::string number_text(double value, bool exact) {
                         : std::to_chars(buffer, end, value, std::chars_format::general, 9).ptr};
 }
 
+std::string numbers_text(std::span<const double> values, const char *separator, bool exact) {
+  double largest = 1e-6; // what is smaller by ten digits comes from rounding
+  for (const double value : values) largest = std::max(largest, std::fabs(value));
+  const double step = std::pow(10, std::floor(std::log10(largest)) - 5);
+  const bool rounded = !exact && std::isnormal(step);
+  std::string result;
+  for (const double value : values) {
+    if (!result.empty()) result += separator;
+    // A zero that is added takes the sign of another one.
+    result += number_text(rounded ? std::round(value / step) * step + 0.0 : value, exact);
+  }
+  return result;
+}
+
 std::string rgb_text(uint32_t rgb) {
   char buffer[16];
   snprintf(buffer, sizeof buffer, "#%06x", rgb & 0xFFFFFFu);

@@ -2,6 +2,7 @@
 #ifndef TOOLS_VALUE_TEXT_H
 #define TOOLS_VALUE_TEXT_H
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ protected:
 
 // A number with nine digits, or exact: the shortest text that reads back to the same double.
 std::string number_text(double value, bool exact);
+
+// Numbers of one kind, such as a box, to six digits of the largest one, or exact.
+std::string numbers_text(std::span<const double> values, const char *separator, bool exact);
 
 // "#1a2b3c"
 std::string rgb_text(uint32_t rgb);

@@ -2,7 +2,7 @@
 _svgtree() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
   local options='--full --json --pretty --simplify --check --schema --help --version --query --explain --property
-    --fonts --ids --links --stats --extract --force --path --jobs --language --font-number --style-dir
+    --fonts --ids --links --stats --info --shapes --bbox --extract --force --path --jobs --language --font-number --style-dir
     --strict --no-external --refuse-element --refuse-property --limit --log'
   COMPREPLY=()
   case $previous in
