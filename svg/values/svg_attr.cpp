@@ -70,7 +70,6 @@ static bool read_leniently(svg_parser *p, int32_t row, const char *text, uint32_
   discard_value(p);
   p->lenient = flags;
   p->lenient_use = 0;
-  p->alpha = 1;
   p->lenient_row = row;
   p->lenient_outermost = p->level == 1;
   begin_value(p, row, text);
@@ -84,6 +83,7 @@ static bool read_leniently(svg_parser *p, int32_t row, const char *text, uint32_
 // values of its longhands.
 static void discard_value(svg_parser *p) {
   p->value_ok = 1;
+  p->alpha = 1;
   svg_drop_value_link(p);
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;

@@ -153,7 +153,7 @@ TEST(Leniency, AlphaIsAnOpacityOfItsSource) {
   expect_cases(R"(
 fill='#f003' -> 0.2, -, - | stroke='rgba(1,2,3,.2)' stop-color='transparent' -> -, 0.2, 0
 fill='#f003' fill-opacity='.5' -> 0.2; 0.1, -, - | fill-opacity='.5' fill='#f003' -> 0.5; 0.1, -, -
-fill='#f00f' -> -, -, - | fill='#f003 5' -> -, -, - | fill='red' -> -, -, - | fill='url(#x) #f003' -> -, -, -
+fill='#f00f' -> -, -, - | fill='#f003 5' stroke='red' -> -, -, - | fill='red' -> -, -, - | fill='url(#x) #f003' -> -, -, -
 fill='#f003' fill-opacity='inherit' -> 0.2; inherit, -, -
 fill='#f003' style='fill-opacity:.5' -> 0.2; 0.5, -, - | fill-opacity='.5' style='fill:#f003' -> 0.5; 0.2, -, -
 style='fill:#f003;fill:red' -> 0.2; 1, -, - | style='fill-opacity:.5;fill:#f003;fill:#00f' -> 0.5; 0.1; 0.5, -, -
