@@ -84,6 +84,34 @@ TEST(Memory, BudgetIsExact) {
   ort_free(core, block);
 }
 
+TEST(Memory, SparesGoWhenTheBudgetIsShort) {
+  struct Spare : ort_spare {
+    ort_core *core;
+    void *block;
+  };
+  CoreOptions options = AccountingCore::defaults();
+  options.memory_budget = 100;
+  AccountingCore core(options);
+  Spare spares[2];
+  for (Spare &spare : spares) {
+    spare.core = core;
+    spare.block = ort_malloc(core, 40, "spare");
+    spare.drop = [](ort_spare *dropped) {
+      auto *own = static_cast<Spare *>(dropped);
+      ort_free(own->core, std::exchange(own->block, nullptr));
+    };
+    ort_offer_spare(core, &spare);
+  }
+  void *kept = nullptr;
+  for (const size_t size : {20, 60, 100}) { // each time one spare fewer
+    ort_free(core, std::exchange(kept, nullptr));
+    kept = ort_malloc(core, size, "kept");
+    EXPECT_EQ(spares[0].block != nullptr, size < 100);
+    EXPECT_EQ(spares[1].block != nullptr, size < 60);
+  }
+  ort_free(core, kept);
+}
+
 TEST(Memory, TagsHaveALimit) {
   AccountingCore core;
   std::vector<std::string> tags;

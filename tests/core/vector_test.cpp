@@ -89,6 +89,7 @@ TEST(Vector, IsZeroedAndGrowsGeometrically) {
   EXPECT_LT(core.allocations(), before + 40);
   EXPECT_EQ(ort_item<int>(vector, 77777), 77777);
   EXPECT_EQ(core.protect([&] { ort_vtr_resize(vector, SIZE_MAX / 3); }), ORT_E_NO_MEMORY);
+  EXPECT_EQ(core.protect([&] { ort_vtr_new(core, &ints, SIZE_MAX / 4 + 1, 0); }), ORT_E_NO_MEMORY);
   EXPECT_EQ(ort_vtr_count(vector), 100000U);
   ort_vtr_delete(vector);
   ort_vtr_delete(nullptr);

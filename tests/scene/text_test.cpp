@@ -95,7 +95,7 @@ text tspan 'b' x=9 y=36 last rotate=90 advance=4 fill=#000000
      "<missing-glyph d='M0 0H100'/><glyph unicode='fi' horiz-adv-x='900' d='M0 0V100'/><glyph unicode='f' d='M0 0V200'/>"
      "<glyph unicode='i' glyph-name='i' d='M0 0V300'/><glyph unicode='x'/><hkern u1='x,U+66' g2='i' k='100'/><hkern u1='U+60-6F' u2='f' k='9'/></font>"
      "<text x='20' y='10' font-family='none, F' font-size='10' text-anchor='end' text-decoration='underline'>fixi?ff</text>"
-     "<text x='0' y='0' font-family='F' font-size='10' rotate='90' stroke='red' stroke-width='2'>ix</text>", false, R"(
+     "<text x='0' y='0' font-family='F' font-size='10' rotate='90' stroke='red' stroke-width='2'>ii</text>", false, R"(
 shape text fill=#000000 M-12.91 11 L20 11 20 11.5 -12.91 11.5 Z
 shape glyph fill=#000000 M-12.91 10 L-12.91 9
 shape glyph fill=#000000 M0.09 10 L0.09 7
@@ -103,6 +103,7 @@ shape missing-glyph fill=#000000 M5.09 10 L6.09 10
 shape glyph fill=#000000 M10.09 10 L10.09 8
 shape glyph fill=#000000 M15 10 L15 8
 shape glyph fill=#000000 stroke=#ff0000 width=2 M0 0 L3 0
+shape glyph fill=#000000 stroke=#ff0000 width=2 M5 0 L8 0
 )"},
 };
 // clang-format on

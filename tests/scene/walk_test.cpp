@@ -159,7 +159,7 @@ Element 'rect' with id 's': reference in a circle is ignored
      USUAL,
      R"(<linearGradient id='l'><stop offset='0'/><stop offset='1' stop-color='red' stop-opacity='.5'/></linearGradient>
 <pattern id='p' xlink:href='#o' width='2' height='3' patternUnits='userSpaceOnUse'/>
-<pattern id='o' opacity='.5'><rect id='t' width='1' height='1' fill='url(#p) lime'/></pattern>
+<pattern id='o' opacity='.5'><rect id='t' width='1' height='1' fill='url(#p) lime' stroke='url(#p) #000'/></pattern>
 <rect id='a' width='4' height='4' fill='url(#l)' stroke='url(#p)' fill-opacity='.5'/>
 <rect id='b' width='4' height='4' fill='url(#none) blue' stroke='url(#m)' stroke-opacity='.5' fill-rule='evenodd'/>)",
      R"(
@@ -167,8 +167,9 @@ group svg viewport=0 0 20 10
   shape a fill=linear(0 0 1 0 matrix=4 0 0 4 0 0 0 #000000 1 #ff0000/0.5)/0.5 stroke=pattern(p) width=1 M0 0 L4 0 4 4 0 4 Z
     pattern p tile=0 0 2 3 content=o
       group o opacity=0.5
-        shape t fill=#00ff00 M0 0 L1 0 1 1 0 1 Z
+        shape t fill=#00ff00 stroke=#000000 width=1 M0 0 L1 0 1 1 0 1 Z
   shape b fill=#0000ff rule=evenodd M0 0 L4 0 4 4 0 4 Z
+Element 'rect' with id 't': reference in a circle is ignored
 Element 'rect' with id 't': reference in a circle is ignored
 )"},
     {"markers",
@@ -223,7 +224,8 @@ group svg viewport=0 0 20 10
      USUAL,
      R"(<path id='a' d='M100000 1L1 1' transform='scale(1e307)'/>
 <g transform='scale(1e200)'><g transform='scale(1e200)'><rect id='b' width='1' height='1'/></g></g>
-<rect id='d' x='1.7e308' width='1.7e308' height='1'/><rect id='e' width='1' height='1' transform='translate(1e999)'/>)",
+<rect id='d' x='1.7e308' width='1.7e308' height='1'/><rect id='f' width='1' height='1e308' transform='translate(0 1e308)'/>
+<rect id='g' width='1e308' height='1' transform='translate(1e308)'/><rect id='e' width='1' height='1' transform='translate(1e999)'/>)",
      R"(
 group svg viewport=0 0 20 10
   group g matrix=1e+200 0 0 1e+200 0 0
@@ -297,15 +299,20 @@ TEST(SceneWalk, ExpansionHasABudget) {
     for (int i = 0; i < 10; i++) uses += "<use xlink:href='#l" + std::to_string(level - 1) + "'/>";
     uses += "</g>";
   }
-  const Document many(drawing(USUAL, uses), AccountingCore::defaults(), [](svg_parser *p) {
+  const auto limit = [](svg_parser *p) {
     const svg_limits limits = {0, 0, 0, 0, 0, 10000};
     svg_set_limits(p, &limits);
-  });
+  };
+  const Document many(drawing(USUAL, uses), AccountingCore::defaults(), limit);
   const Scene scene(many);
   const std::string list = scene_list(scene);
   EXPECT_TRUE(list.ends_with("error 1930\n"));
   EXPECT_EQ(many.messages(), "Limit of 10000 shown elements exceeded\n");
   EXPECT_EQ(scene_box(scene, "l1", "", false), "0 0 1 1");
+  std::string dots = "<marker id='m'/><path marker-mid='url(#m)' d='M0 0";
+  for (int i = 0; i < 10000; i++) dots += " 1 1";
+  const Document dotted(drawing(USUAL, dots + "'/>"), AccountingCore::defaults(), limit);
+  EXPECT_TRUE(scene_list(Scene(dotted)).ends_with("error 1930\n"));
 
   for (int level = 0; level < 100; level++)
     masks += "<mask id='m" + std::to_string(level) +

@@ -42,7 +42,8 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
       "<svg xmlns='http://www.w3.org/2000/svg' xmlns:k='http://www.w3.org/1999/xlink' "
       "xmlns:o='urn:o'>"
       "<use id='a' k:href='#b' xml:space='preserve' o:x='5' o:fill='red' o:style='stroke:blue'/>"
-      "<g xml:id='b'/><rect id='c' x='1' width='7' nix='0' FILL='#0f0'/></svg>");
+      "<g xml:id='b'/><rect id='c' x='1' width='7' nix='0' FILL='#0f0'/>"
+      "<view id='d' style='fill:blue'/></svg>");
   EXPECT_EQ(document.values(document.find("a"), "xlink:href"), "#b");
   EXPECT_EQ(document.values(document.find("a"), "xml:space"), "preserve");
   EXPECT_EQ(document.values(document.find("a"), "x"), "-");
@@ -51,6 +52,7 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
   EXPECT_EQ(document.values(document.find("a"), "stroke"), "-");
   EXPECT_EQ(document.values(document.find("c"), "fill"), "#00ff00");
   EXPECT_EQ(document.values(document.find("c"), "x"), "1");
+  EXPECT_EQ(document.values(document.find("d"), "fill"), "#0000ff"); // a view lists no style
 }
 
 // Names of keywords count by their case, and messages name the attribute, whatever was read before.

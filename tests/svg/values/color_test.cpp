@@ -19,7 +19,7 @@ TEST(Color, PaintsInAllForms) {
   expect_values(R"(
 rect fill: #f00 -> #ff0000 | #FB0 -> #ffbb00 | #12aBcD -> #12abcd | #ff00 -> ! #ff00 | # -> ! #
 rect fill: Red -> #ff0000 | 'red' -> #ff0000 | LightGoldenrodYellow -> #fafad2 | grey -> #808080
-rect fill: ButtonFace -> #f5f5dc | windowtext -> #000000 | greenish -> ! greenish | ( -> ! (
+rect fill: ActiveBorder -> #c0c0c0 | windowtext -> #000000 | greenish -> ! greenish | ( -> ! (
 rect fill: transparent -> ! transparent | red 5 -> ! 5 | red none -> ! none | red, green -> ! ,
 rect fill: RGB(255,0,0) -> #ff0000 | rgb ( 255 , 128 , 0 ) -> #ff8000
 rect fill: rgb(100%, 50%, 0%) -> #ff7f00
