@@ -41,17 +41,19 @@ bool svg_scene_show_shape(svg_scene_walk *walk, svg_scene_frame *frame, const do
   return false;
 }
 
-// No point overflows where it is painted. Outlines are finite themselves.
+// No point overflows where it is painted. Outlines are finite themselves. Two maxima do not wait
+// for each other, as one of all numbers would.
 static bool is_drawable(const svg_scene_path &path, const double ctm[6]) {
-  double size = 0;
+  double x = 0, y = 0;
   for (size_t i = 0; i < path.count; ++i) {
-    const svg_pada &run = path.runs[i];
-    for (size_t k = 0; k < size_t{2} * run.count; ++k)
-      size = std::max(size, std::fabs(run.points[k]));
+    const double *point = path.runs[i].points;
+    for (int k = path.runs[i].count; k > 0; --k, point += 2) {
+      x = std::max(x, std::fabs(point[0]));
+      y = std::max(y, std::fabs(point[1]));
+    }
   }
-  const double x = (std::fabs(ctm[0]) + std::fabs(ctm[2])) * size + std::fabs(ctm[4]);
-  const double y = (std::fabs(ctm[1]) + std::fabs(ctm[3])) * size + std::fabs(ctm[5]);
-  return std::isfinite(x) && std::isfinite(y);
+  return std::isfinite(std::fabs(ctm[0]) * x + std::fabs(ctm[2]) * y + std::fabs(ctm[4])) &&
+         std::isfinite(std::fabs(ctm[1]) * x + std::fabs(ctm[3]) * y + std::fabs(ctm[5]));
 }
 
 static void measure_shape(svg_scene_walk *walk, const svg_scene_frame *frame,
