@@ -18,7 +18,8 @@ static std::vector<const char *> texts(const std::vector<std::string> &strings) 
 Drawing::Drawing(std::string path, const ReadSettings &settings)
     : path_(std::move(path)), name_(path_ == "-" ? "standard input" : path_), settings_(settings),
       notes_(settings.note_sources), refused_elements_(texts(settings.refused_elements)),
-      refused_properties_(texts(settings.refused_properties)) {
+      refused_properties_(texts(settings.refused_properties)),
+      selected_(settings.selectors.size()) {
   ort_options options;
   ort_options_init(&options);
   options.message = on_message;
@@ -84,6 +85,8 @@ void Drawing::read() {
     svg_set_leniency_observer(parser_, on_leniency, this);
   }
   if (settings_.note_sources) svg_set_observer(parser_, on_value, this);
+  for (size_t i = 0; i < selected_.size(); ++i)
+    svg_set_selector(parser_, settings_.selectors[i].c_str(), on_selected, &selected_[i]);
   svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
                    &elems_used_, &has_text_);
 }
@@ -178,9 +181,13 @@ void Drawing::on_leniency(void *user, const svg_lenient_value *value) {
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector) {
   auto *drawing = static_cast<Drawing *>(user);
-  // A rule's text stays in its place, but a pass that begins again makes all of them anew. The
-  // first value of a tree is one of the outermost element, which always has a width.
-  if (!svg_get_parent(element)) drawing->selector_texts_.clear();
+  // A pass that begins again makes elements and the texts of rules, which stay in their places
+  // otherwise, anew. The first value of a tree is one of the outermost element, which always has a
+  // width, and comes before any selector is answered.
+  if (!svg_get_parent(element)) {
+    drawing->selector_texts_.clear();
+    for (Elements &selected : drawing->selected_) selected.clear();
+  }
   if (source == SVG_SOURCE_ATTRIBUTE) {
     // This value may lie where a replaced one lay, and a note about that one may remain.
     if (!drawing->sources_.empty()) drawing->sources_.erase({element, value});
@@ -193,4 +200,8 @@ void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *
     noted.selector = text;
   }
   drawing->sources_[{element, value}] = noted;
+}
+
+void Drawing::on_selected(void *user, const svg_e_node *element) {
+  static_cast<Elements *>(user)->push_back(element);
 }

@@ -14,6 +14,8 @@
 #include "tools/notes.h"
 #include "tools/value_text.h"
 
+using Elements = std::vector<const svg_e_node *>;
+
 // What the command line says about reading.
 struct ReadSettings {
   int log_level = 0;
@@ -22,6 +24,7 @@ struct ReadSettings {
   int font_number = 0;
   std::vector<std::string> refused_elements; // sorted, ignoring ASCII case
   std::vector<std::string> refused_properties;
+  std::vector<std::string> selectors; // of the elements to select; well-formed
   bool external_sheets = true;
   std::string style_folder; // "": the drawing's own
   bool note_sources = false;
@@ -61,6 +64,9 @@ public:
 
   Source source(const svg_e_node *element, const svg_a_node *value) const;
 
+  // What a selector of the settings matches, in document order.
+  const Elements &selected(size_t selector) const { return selected_[selector]; }
+
   // The id that an unresolved link refers to, or null.
   const char *waiting_name(const svg_iri *iri) const override;
 
@@ -94,6 +100,7 @@ private:
   static void on_leniency(void *user, const svg_lenient_value *value);
   static void on_value(void *user, const svg_e_node *element, const svg_a_node *value,
                        svg_source source, const char *selector);
+  static void on_selected(void *user, const svg_e_node *element);
 
   std::string path_;
   std::string name_;
@@ -117,6 +124,7 @@ private:
       sources_;                                    // of values that are not from attributes
   std::unordered_map<std::string, int> selectors_; // each text once; the keys are what sources name
   std::unordered_map<const char *, const std::string *> selector_texts_; // by the engine's own text
+  std::vector<Elements> selected_;                                       // by selector
   std::unordered_map<const svg_iri *, const char *> waiting_;
 };
 

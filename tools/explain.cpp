@@ -5,23 +5,59 @@
 #include "tools/explain.h"
 
 #include <algorithm>
+#include <array>
 #include <vector>
 
 #include "tools/names.h"
 #include "tools/records.h"
 #include "tools/utf8.h"
 #include "tools/value_text.h"
+#include "tools/walk.h"
 
 constexpr int NO_ROW = -1;
 
-static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain);
+namespace {
+
+// The values that apply at the place that a walk has reached. An element costs its own values only,
+// however deep it lies.
+class Cascade {
+public:
+  explicit Cascade(const Drawing &drawing) : drawing_(drawing) {}
+  void enter(const svg_e_node *element, int64_t node);
+  void leave(const svg_e_node *element);
+
+  // The winner among the element's own values, and what applies to it: that, or an ancestor's.
+  // element is the one that was entered last, or its parent.
+  Holder own(const svg_e_node *element, int row) const;
+  Holder applied(const svg_e_node *element, int row) const;
+
+private:
+  struct Entry {
+    Holder own;
+    int rank;     // of its source
+    Holder above; // what applied to the parent
+  };
+  const Drawing &drawing_;
+  std::array<std::vector<Entry>, SVG_ATTR_COUNT> entries_; // by row, of the open elements with one
+};
+
+} // namespace
+
+static Explanation explain_row(const Cascade &cascade, const svg_e_node *element, int64_t node,
+                               int row);
+static std::vector<int> rows_of(const Cascade &cascade, const svg_e_node *element);
 static int find_row(const svg_e_node *element, const std::string &name);
-static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row);
+static void print_explanation(FILE *out, const Drawing &drawing, const Explanation &found);
 static void print_value(FILE *out, const Drawing &drawing, const Holder &holder, int row);
-static Holder find_holder(const Drawing &drawing, const Chain &chain, int row);
-static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row);
 static bool competes(const svg_a_node *value, int row);
 static int rank(svg_source source);
+
+// Calls found(row) for each row that a value competes for: the shorthand marker does for four.
+template <class Found> static void each_row(const svg_a_node *value, Found found) {
+  found(value->row);
+  if (value->row != SVG_PROP_marker) return;
+  for (int row = SVG_PROP_marker_end; row <= SVG_PROP_marker_start; ++row) found(row);
+}
 
 bool is_known_name(const std::string &name) {
   for (int row = 0; row < SVG_ATTR_COUNT; ++row)
@@ -29,53 +65,106 @@ bool is_known_name(const std::string &name) {
   return false;
 }
 
-void print_explanation(FILE *out, const Drawing &drawing, const svg_e_node *element,
-                       const std::string &name) {
-  const Chain chain = chain_of(element);
-  fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
-          element_text(drawing, element, false).c_str());
-  const std::vector<int> rows = rows_to_explain(drawing, chain, name);
-  for (const int row : rows) explain_row(out, drawing, chain, row);
-  if (rows.empty() && !name.empty())
-    fprintf(out, "  %s: no attribute of %s\n", name.c_str(), element_name(element->head.id));
+void explain(const Drawing &drawing, const Elements &elements, const std::string &name,
+             const Explained &explained) {
+  Cascade cascade(drawing);
+  size_t next = 0;
+  int64_t node = 0;
+  const auto enter = [&](const svg_e_node *element, int) {
+    if (next == elements.size()) return;
+    cascade.enter(element, ++node);
+    if (element != elements[next]) return;
+    ++next;
+    std::vector<int> rows;
+    if (name.empty())
+      rows = rows_of(cascade, element);
+    else if (const int row = find_row(element, name); row != NO_ROW)
+      rows = {row};
+    std::vector<Explanation> explanations;
+    for (const int row : rows) explanations.push_back(explain_row(cascade, element, node, row));
+    explained(element, node, explanations);
+  };
+  walk(
+      drawing.svg(), enter, [](const svg_t_node *, int) {},
+      [&](const svg_e_node *element) { cascade.leave(element); });
 }
 
-Chain chain_of(const svg_e_node *element) {
-  Chain chain;
-  for (; element; element = svg_get_parent(element)) chain.push_back(element);
-  return chain;
+void print_explanations(FILE *out, const Drawing &drawing, const Elements &elements,
+                        const std::string &name) {
+  explain(drawing, elements, name,
+          [&](const svg_e_node *element, int64_t, const std::vector<Explanation> &rows) {
+            if (ferror(out) != 0) return;
+            fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
+                    element_text(drawing, element, false).c_str());
+            for (const Explanation &row : rows) print_explanation(out, drawing, row);
+            if (rows.empty() && !name.empty())
+              fprintf(out, "  %s: no attribute of %s\n", name.c_str(),
+                      element_name(element->head.id));
+          });
 }
 
-std::vector<int> rows_to_explain(const Drawing &drawing, const Chain &chain,
-                                 const std::string &name) {
-  if (name.empty()) return rows_of(drawing, chain);
-  const int row = find_row(chain.front(), name);
-  return row != NO_ROW ? std::vector{row} : std::vector<int>();
+// CSS 2.1, 6.4.1 and SVG 1.1, 6.4; among equals the last one wins.
+void Cascade::enter(const svg_e_node *element, int64_t node) {
+  const svg_e_node *parent = svg_get_parent(element);
+  for (int32_t i = 0; i < element->values_num; ++i) {
+    const Holder holder = {element, element->values[i], node};
+    const int value_rank = rank(drawing_.source(element, holder.value).kind);
+    each_row(holder.value, [&](int row) {
+      std::vector<Entry> &entries = entries_[row];
+      if (entries.empty() || entries.back().own.element != element)
+        entries.push_back({holder, value_rank, applied(parent, row)});
+      else if (value_rank >= entries.back().rank)
+        entries.back() = {holder, value_rank, entries.back().above};
+    });
+  }
 }
 
-Explanation explain(const Drawing &drawing, const Chain &chain, int row) {
-  const svg_e_node *element = chain.front();
+void Cascade::leave(const svg_e_node *element) {
+  for (int32_t i = 0; i < element->values_num; ++i)
+    each_row(element->values[i], [&](int row) {
+      std::vector<Entry> &entries = entries_[row];
+      if (!entries.empty() && entries.back().own.element == element) entries.pop_back();
+    });
+}
+
+Holder Cascade::own(const svg_e_node *element, int row) const {
+  const std::vector<Entry> &entries = entries_[row];
+  const bool has = !entries.empty() && entries.back().own.element == element;
+  return has ? entries.back().own : Holder();
+}
+
+Holder Cascade::applied(const svg_e_node *element, int row) const {
+  const std::vector<Entry> &entries = entries_[row];
+  if (entries.empty()) return {};
+  const Entry &nearest = entries.back();
+  if (nearest.own.element != element && !svg_is_inherited(row)) return {};
+  return svg_is_inherit(nearest.own.value) ? nearest.above : nearest.own;
+}
+
+static Explanation explain_row(const Cascade &cascade, const svg_e_node *element, int64_t node,
+                               int row) {
   Explanation result;
-  result.winner = {element, find_winner(drawing, element, row)};
+  result.row = row;
+  result.winner = cascade.own(element, row);
   for (int32_t i = element->values_num - 1; i >= 0; --i)
     if (const svg_a_node *value = element->values[i];
         value != result.winner.value && competes(value, row))
-      result.overridden.push_back({element, value});
+      result.overridden.push_back({element, value, node});
   if (result.winner.value && !svg_is_inherit(result.winner.value)) return result;
-  result.inherited = find_holder(drawing, chain, row);
+  result.inherited = cascade.applied(element, row);
   if (!result.inherited.value) result.initial = svg_get_attr_table()[row].default_text;
   return result;
 }
 
 // The rows that the element has values for, then the properties that it inherits.
-static std::vector<int> rows_of(const Drawing &drawing, const Chain &chain) {
+static std::vector<int> rows_of(const Cascade &cascade, const svg_e_node *element) {
   std::vector<int> rows;
-  for (int32_t i = 0; i < chain.front()->values_num; ++i)
-    if (const int row = chain.front()->values[i]->row; !std::ranges::count(rows, row))
+  for (int32_t i = 0; i < element->values_num; ++i)
+    if (const int row = element->values[i]->row; !std::ranges::count(rows, row))
       rows.push_back(row);
   for (int row = 0; row < SVG_ATTR_COUNT; ++row)
-    if (svg_is_property(row) && !std::ranges::count(rows, row) &&
-        find_holder(drawing, chain, row).value)
+    if (svg_is_property(row) && cascade.applied(element, row).value &&
+        !std::ranges::count(rows, row))
       rows.push_back(row);
   return rows;
 }
@@ -91,8 +180,8 @@ static int find_row(const svg_e_node *element, const std::string &name) {
   return NO_ROW;
 }
 
-static void explain_row(FILE *out, const Drawing &drawing, const Chain &chain, int row) {
-  const Explanation found = explain(drawing, chain, row);
+static void print_explanation(FILE *out, const Drawing &drawing, const Explanation &found) {
+  const int row = found.row;
   fprintf(out, "  %s: ", row_name(row));
   if (found.winner.value)
     print_value(out, drawing, found.winner, row);
@@ -124,34 +213,10 @@ static void print_value(FILE *out, const Drawing &drawing, const Holder &holder,
           holder.value->row != row ? ", through marker" : "");
 }
 
-// The value that applies to the first element of the chain: its own, or an ancestor's.
-static Holder find_holder(const Drawing &drawing, const Chain &chain, int row) {
-  for (const svg_e_node *element : chain) {
-    const svg_a_node *value = find_winner(drawing, element, row);
-    if (value && !svg_is_inherit(value)) return {element, value};
-    if (!value && !svg_is_inherited(row)) break;
-  }
-  return {};
-}
-
-// CSS 2.1, 6.4.1 and SVG 1.1, 6.4; among equals the last one wins.
-static const svg_a_node *find_winner(const Drawing &drawing, const svg_e_node *element, int row) {
-  const svg_a_node *winner = nullptr;
-  int highest = -1;
-  for (int32_t i = 0; i < element->values_num; ++i) {
-    const svg_a_node *value = element->values[i];
-    if (!competes(value, row)) continue;
-    const int value_rank = rank(drawing.source(element, value).kind);
-    if (value_rank < highest) continue;
-    highest = value_rank;
-    winner = value;
-  }
-  return winner;
-}
-
 static bool competes(const svg_a_node *value, int row) {
-  return value->row == row || (value->row == SVG_PROP_marker && row >= SVG_PROP_marker_end &&
-                               row <= SVG_PROP_marker_start);
+  bool found = false;
+  each_row(value, [&](int candidate) { found = found || candidate == row; });
+  return found;
 }
 
 // A presentation attribute counts as a rule of specificity 0 before all sheets (SVG 1.1, 6.4).

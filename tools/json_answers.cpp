@@ -15,7 +15,10 @@ static void write_ids(JsonWriter &json, const ValueContext &context);
 static void write_links(JsonWriter &json, const ValueContext &context);
 static void write_statistics(JsonWriter &json, const Drawing &drawing);
 static void write_explanations(JsonWriter &json, const ValueContext &context, const Asked &asked);
-static void write_holder(JsonWriter &json, const ValueContext &context, const Holder &holder);
+static void write_row(JsonWriter &json, const ValueContext &context, const Explanation &row,
+                      int64_t node, WrittenValues &written);
+static void write_holder(JsonWriter &json, const ValueContext &context, const Holder &holder,
+                         int64_t node, WrittenValues &written);
 
 bool print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
                         const JsonOptions &options) {
@@ -26,7 +29,7 @@ bool print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
   const auto answer = [&](bool wanted, const char *name, const auto &write) {
     if (!wanted) return;
     if (!drawing.ok()) return json.null_field(name);
-    const NodeNumbers numbers(drawing, chain_of(asked.element));
+    const NodeNumbers numbers(drawing, asked.measured);
     write(ValueContext{drawing, numbers, options.full});
   };
   answer(asked.fonts, "fonts",
@@ -34,11 +37,12 @@ bool print_json_answers(FILE *out, const Drawing &drawing, const Asked &asked,
   answer(asked.ids, "ids", [&](const ValueContext &context) { write_ids(json, context); });
   answer(asked.links, "links", [&](const ValueContext &context) { write_links(json, context); });
   answer(asked.stats, "stats", [&](const ValueContext &) { write_statistics(json, drawing); });
-  answer(asked.explain, "explain",
+  answer(asked.explain, asked.explain_many ? "explanations" : "explain",
          [&](const ValueContext &context) { write_explanations(json, context, asked); });
   answer(asked.info, "info", [&](const ValueContext &) { write_json_info(json, drawing); });
-  answer(asked.boxes, "bbox",
-         [&](const ValueContext &) { ok = write_json_boxes(json, drawing, asked.measured) && ok; });
+  answer(asked.boxes, asked.measure_many ? "boxes" : "bbox", [&](const ValueContext &context) {
+    ok = write_json_boxes(json, context, asked.measured, asked.measure_many) && ok;
+  });
   answer(asked.shapes, "shapes", [&](const ValueContext &) {
     ok = write_json_shapes(json, drawing, asked.shown, options.full) && ok;
   });
@@ -103,37 +107,52 @@ static void write_statistics(JsonWriter &json, const Drawing &drawing) {
 }
 
 static void write_explanations(JsonWriter &json, const ValueContext &context, const Asked &asked) {
-  if (!asked.element) return json.null_field("explain");
-  const Chain chain = chain_of(asked.element);
+  WrittenValues written;
+  const auto write_all = [&] {
+    explain(context.drawing, asked.explained, asked.property,
+            [&](const svg_e_node *element, int64_t node, const std::vector<Explanation> &rows) {
+              json.begin_object();
+              json.field("node", node);
+              json.field("element", element_name(element->head.id));
+              json.array("rows", [&] {
+                for (const Explanation &row : rows) write_row(json, context, row, node, written);
+              });
+              json.end_object();
+            });
+  };
+  if (asked.explain_many) return json.array("explanations", write_all);
   json.key("explain");
+  if (asked.explained.empty())
+    json.null();
+  else
+    write_all();
+}
+
+static void write_row(JsonWriter &json, const ValueContext &context, const Explanation &row,
+                      int64_t node, WrittenValues &written) {
+  const auto write = [&](const Holder &holder) {
+    write_holder(json, context, holder, node, written);
+  };
   json.begin_object();
-  json.field("node", context.numbers.of(asked.element));
-  json.field("element", element_name(asked.element->head.id));
-  json.array("rows", [&] {
-    for (const int row : rows_to_explain(context.drawing, chain, asked.property)) {
-      const Explanation found = explain(context.drawing, chain, row);
-      json.begin_object();
-      json.field("name", row_name(row));
-      json.key("value");
-      write_holder(json, context, found.winner);
-      json.array("overrides", [&] {
-        for (const Holder &holder : found.overridden) write_holder(json, context, holder);
-      });
-      json.key("inherited");
-      write_holder(json, context, found.inherited);
-      json.field("initial", found.initial);
-      json.end_object();
-    }
+  json.field("name", row_name(row.row));
+  json.key("value");
+  write(row.winner);
+  json.array("overrides", [&] {
+    for (const Holder &holder : row.overridden) write(holder);
   });
+  json.key("inherited");
+  write(row.inherited);
+  json.field("initial", row.initial);
   json.end_object();
 }
 
-// A value with the element that has it.
-static void write_holder(JsonWriter &json, const ValueContext &context, const Holder &holder) {
+// A value with the element that has it. node is the element that is explained.
+static void write_holder(JsonWriter &json, const ValueContext &context, const Holder &holder,
+                         int64_t node, WrittenValues &written) {
   if (!holder.value) return json.null();
   const Source source = context.drawing.source(holder.element, holder.value);
   json.begin_object();
-  json.field("holder", context.numbers.of(holder.element));
+  json.field("holder", holder.node);
   json.field("important", source.kind == SVG_SOURCE_IMPORTANT);
   json.key("selector");
   if (source.selector)
@@ -141,6 +160,6 @@ static void write_holder(JsonWriter &json, const ValueContext &context, const Ho
   else
     json.null();
   write_json_name_and_source(json, context, holder.element, holder.value);
-  write_json_value(json, context, holder.value);
+  write_json_value_once(json, context, holder.value, node, written);
   json.end_object();
 }

@@ -16,12 +16,14 @@ struct Asked {
   bool stats = false;
   bool info = false;
   bool explain = false;
-  const svg_e_node *element = nullptr; // to explain; null: there is none
-  std::string property;                // of it; "": all
+  bool explain_many = false; // those that match a selector, in an array
+  Elements explained;
+  std::string property; // of them; "": all
   bool shapes = false;
-  const svg_e_node *shown = nullptr; // whose shapes; null: there is none
+  Elements shown; // whose shapes
   bool boxes = false;
-  const svg_e_node *measured = nullptr; // whose boxes; null: there is none
+  bool measure_many = false; // as above
+  Elements measured;         // whose boxes
 };
 
 // Writes "file", a field for each question, null when the drawing was not readable, "warnings" and

@@ -1,8 +1,6 @@
 // json_document.cpp: the fields of a drawing, its elements and texts as JSON (docs/json.md).
 #include "tools/json_document.h"
 
-#include <unordered_map>
-
 #include "tools/names.h"
 #include "tools/records.h"
 #include "tools/walk.h"
@@ -10,17 +8,16 @@
 static void write_document(JsonWriter &json, const Drawing &drawing);
 static void write_message(JsonWriter &json, const Message &message);
 static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumbers &numbers);
-static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root);
+static void write_roots(JsonWriter &json, const ValueContext &context, const Elements &roots,
+                        const Elements *matched);
+static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root,
+                       WrittenValues &written);
 static void write_attributes(JsonWriter &json, const ElementAttributes &attributes);
 static void write_flags(JsonWriter &json, int flags);
 static bool is_sheet(svg_source source);
 static const char *source_name(svg_source source);
 
-// Many elements may share a value of a style sheet. When it is longer than this, it is written
-// once: the output must not grow with the square of the drawing.
-constexpr size_t LONG_VALUE = 200;
-
-void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
+void print_json(FILE *out, const Drawing &drawing, const Elements &roots, const Elements *matched,
                 const JsonOptions &options) {
   JsonWriter json(out, options.pretty);
   json.begin_object();
@@ -32,17 +29,15 @@ void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
     json.null();
   write_json_messages(json, drawing);
   if (drawing.ok()) {
-    const NodeNumbers numbers(drawing,
-                              root ? std::vector{root} : std::vector<const svg_e_node *>());
+    const NodeNumbers numbers(drawing, matched ? *matched : roots);
     write_json_fonts(json, drawing, numbers);
     write_names(json, drawing, numbers);
-    json.key("root");
-    if (root)
-      write_tree(json, {drawing, numbers, options.full}, root);
-    else
-      json.null();
+    write_roots(json, {drawing, numbers, options.full}, roots, matched);
   } else {
-    for (const char *name : {"fonts", "names", "root"}) json.null_field(name);
+    for (const char *name : {"fonts", "names"}) json.null_field(name);
+    for (const char *name : {"matched", "matches"})
+      if (matched) json.null_field(name);
+    if (!matched) json.null_field("root");
   }
   json.end_object();
 }
@@ -115,8 +110,27 @@ static void write_names(JsonWriter &json, const Drawing &drawing, const NodeNumb
   });
 }
 
-static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root) {
-  std::unordered_map<const svg_a_node *, int64_t> written; // long ones, and the first to have them
+static void write_roots(JsonWriter &json, const ValueContext &context, const Elements &roots,
+                        const Elements *matched) {
+  WrittenValues written;
+  if (matched) {
+    json.list("matched", [&] {
+      for (const svg_e_node *element : *matched) json.value(context.numbers.of(element));
+    });
+    return json.array("matches", [&] {
+      for (const svg_e_node *root : roots) write_tree(json, context, root, written);
+    });
+  }
+  json.key("root");
+  if (roots.empty())
+    json.null();
+  else
+    write_tree(json, context, roots.front(), written);
+}
+
+// Many elements may share a value of a style sheet; others belong to one element.
+static void write_tree(JsonWriter &json, const ValueContext &context, const svg_e_node *root,
+                       WrittenValues &written) {
   int64_t number = context.numbers.of(root) - 1;
   walk(
       root,
@@ -134,15 +148,10 @@ static void write_tree(JsonWriter &json, const ValueContext &context, const svg_
             const svg_source source = context.drawing.source(element, value).kind;
             json.begin_object();
             write_json_name_and_source(json, context, element, value);
-            if (const auto whole = written.find(value); whole != written.end()) {
-              json.field("type", "same");
-              json.field("node", whole->second);
-            } else {
-              const size_t before = json.content();
+            if (is_sheet(source))
+              write_json_value_once(json, context, value, number, written);
+            else
               write_json_value(json, context, value);
-              if (is_sheet(source) && !context.full && json.content() - before > LONG_VALUE)
-                written[value] = number;
-            }
             json.end_object();
           }
         });

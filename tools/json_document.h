@@ -13,9 +13,10 @@ struct JsonOptions {
   bool full = false;   // nothing is shortened
 };
 
-// Writes the drawing. root is the element whose subtree is written, the outermost svg by default;
-// it is null, like most other fields, when the drawing was not readable.
-void print_json(FILE *out, const Drawing &drawing, const svg_e_node *root,
+// Writes the drawing with the subtrees of elements that do not lie in each other: one or none, or
+// those of all that match a selector. Like most other fields they are null when the drawing was not
+// readable.
+void print_json(FILE *out, const Drawing &drawing, const Elements &roots, const Elements *matched,
                 const JsonOptions &options);
 
 // Parts of that object: "warnings" and "error"; "fonts"; "name", "row" and "source" of a value.

@@ -1,6 +1,7 @@
 // json_scene.cpp: see json_scene.h.
 #include "tools/json_scene.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <vector>
@@ -24,9 +25,9 @@ static void write_iri(JsonWriter &json, const ValueContext &context, const char 
                       const svg_iri *iri);
 static void write_numbers(JsonWriter &json, const char *name, std::span<const double> numbers);
 
-bool write_json_shapes(JsonWriter &json, const Drawing &drawing, const svg_e_node *element,
+bool write_json_shapes(JsonWriter &json, const Drawing &drawing, const Elements &elements,
                        bool full) {
-  if (!element) {
+  if (elements.empty()) {
     json.null_field("shapes");
     return true;
   }
@@ -34,24 +35,25 @@ bool write_json_shapes(JsonWriter &json, const Drawing &drawing, const svg_e_nod
   each_element(drawing.svg(), [&](const svg_e_node *of) { all.push_back(of); });
   const NodeNumbers numbers(drawing, all);
   const ValueContext context = {drawing, numbers, full};
-  bool ok = false;
+  const Scene scene(drawing);
+  const auto begin = [&](const Painted &painted) {
+    json.begin_object();
+    write_painted(json, context, painted);
+    if (painted.group) {
+      json.key("children");
+      json.begin_array();
+    } else {
+      json.end_object();
+    }
+  };
+  const auto end = [&] {
+    json.end_array();
+    json.end_object();
+  };
+  bool ok = true;
   json.array("shapes", [&] {
-    ok = Scene(drawing).list(
-        element,
-        [&](const Painted &painted) {
-          json.begin_object();
-          write_painted(json, context, painted);
-          if (painted.group) {
-            json.key("children");
-            json.begin_array();
-          } else {
-            json.end_object();
-          }
-        },
-        [&] {
-          json.end_array();
-          json.end_object();
-        });
+    ok = std::ranges::all_of(
+        elements, [&](const svg_e_node *element) { return scene.list(element, begin, end); });
   });
   return ok;
 }
@@ -135,23 +137,34 @@ static void write_numbers(JsonWriter &json, const char *name, std::span<const do
   });
 }
 
-bool write_json_boxes(JsonWriter &json, const Drawing &drawing, const svg_e_node *element) {
-  const Scene scene(drawing);
-  std::optional<Box> plain, stroked;
-  const bool ok =
-      !element || (scene.measure(element, false, plain) && scene.measure(element, true, stroked));
-  if (!element || !ok) {
+bool write_json_boxes(JsonWriter &json, const ValueContext &context, const Elements &elements,
+                      bool many) {
+  const Scene scene(context.drawing);
+  const auto write_box = [&](const svg_e_node *element) {
+    std::optional<Box> plain, stroked;
+    const bool ok = scene.measure(element, false, plain) && scene.measure(element, true, stroked);
+    if (!ok) {
+      json.null();
+      return false;
+    }
+    json.begin_object();
+    json.field("node", context.numbers.of(element));
+    json.field("element", element_name(element->head.id));
+    write_numbers(json, "box", plain ? *plain : std::span<const double>());
+    write_numbers(json, "strokedBox", stroked ? *stroked : std::span<const double>());
+    json.end_object();
+    return true;
+  };
+  bool ok = true;
+  if (many) {
+    json.array("boxes", [&] { ok = std::ranges::all_of(elements, write_box); });
+  } else if (elements.empty()) {
     json.null_field("bbox");
-    return ok;
+  } else {
+    json.key("bbox");
+    ok = write_box(elements.front());
   }
-  json.key("bbox");
-  json.begin_object();
-  json.field("node", NodeNumbers(drawing, {element}).of(element));
-  json.field("element", element_name(element->head.id));
-  write_numbers(json, "box", plain ? *plain : std::span<const double>());
-  write_numbers(json, "strokedBox", stroked ? *stroked : std::span<const double>());
-  json.end_object();
-  return true;
+  return ok;
 }
 
 void write_json_info(JsonWriter &json, const Drawing &drawing) {

@@ -23,6 +23,8 @@ static void write_families(JsonWriter &json, const svg_an_key_name_list *familie
 static void write_path(JsonWriter &json, const svg_an_path_data *path);
 static void write_type(JsonWriter &json, const char *type);
 
+constexpr size_t LONG_VALUE = 200; // bytes
+
 // "value": the items of a list.
 template <class Item> static void write_items(JsonWriter &json, int32_t count, Item item) {
   json.list("value", [&] {
@@ -104,6 +106,17 @@ void write_json_value(JsonWriter &json, const ValueContext &context, const svg_a
   case SVG_RECORD_KEY_NAME_LIST: return write_families(json, as<svg_an_key_name_list>(value));
   case SVG_RECORD_PATH_DATA: return write_path(json, as<svg_an_path_data>(value));
   }
+}
+
+void write_json_value_once(JsonWriter &json, const ValueContext &context, const svg_a_node *value,
+                           int64_t node, WrittenValues &written) {
+  if (const auto whole = written.find(value); whole != written.end()) {
+    write_type(json, "same");
+    return json.field("node", whole->second);
+  }
+  const size_t before = json.content();
+  write_json_value(json, context, value);
+  if (!context.full && json.content() - before > LONG_VALUE) written[value] = node;
 }
 
 static void write_keyword(JsonWriter &json, int key) {

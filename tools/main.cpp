@@ -23,20 +23,34 @@
 #include "tools/progress.h"
 #include "tools/questions.h"
 #include "tools/schema.h"
+#include "tools/selection.h"
 #include "tools/shapes.h"
 #include "tools/simplify.h"
 #include "tools/tree_text.h"
 #include "tools/utf8.h"
 
+namespace {
+
+// The elements of a drawing that the command line asks for.
+struct Found {
+  Elements queried;
+  Elements tops; // the queried ones that are in no other; the outermost svg without a query
+  Elements explained, shown, measured;
+};
+
+} // namespace
+
+constexpr int64_t MOST_ANCESTORS = 100'000'000; // of all elements that are shown or measured
+
 static bool print_drawing(const Drawing &drawing, const Options &options, Extractor *extractor,
                           Progress &progress);
 static bool print_asked(const Drawing &drawing, const Options &options, Extractor *extractor);
+static Found find(const Drawing &drawing, const Options &options);
+static bool are_reachable(const Drawing &drawing, const Elements &elements);
 static bool print_answers_as_json(const Drawing &drawing, const Options &options,
-                                  const svg_e_node *top);
-static bool print_answers(const Drawing &drawing, const Options &options, const svg_e_node *top,
+                                  const Found &found);
+static bool print_answers(const Drawing &drawing, const Options &options, const Found &found,
                           Extractor *extractor);
-static const svg_e_node *element_to_measure(const Drawing &drawing, const Options &options,
-                                            const svg_e_node *top);
 static void print_messages(const Drawing &drawing, size_t first);
 static bool flush_output();
 
@@ -89,62 +103,88 @@ static bool print_drawing(const Drawing &drawing, const Options &options, Extrac
 }
 
 static bool print_asked(const Drawing &drawing, const Options &options, Extractor *extractor) {
-  const svg_e_node *top = drawing.svg();
-  if (drawing.ok() && options.has_query) top = find_element(drawing, options.query);
+  const Found found = find(drawing, options);
   if (options.json && options.wants_tree())
-    print_json(stdout, drawing, top, {options.pretty, options.text.full});
-  else if (top && options.wants_tree())
-    options.has_query ? print_subtree(stdout, drawing, top, options.text)
-                      : print_document(stdout, drawing, options.text);
-  if (options.json) return print_answers_as_json(drawing, options, top) && top;
-  return drawing.ok() && print_answers(drawing, options, top, extractor) && top;
+    print_json(stdout, drawing, found.tops, options.query.many ? &found.queried : nullptr,
+               {options.pretty, options.text.full});
+  else if (options.has_query && options.wants_tree())
+    for (const svg_e_node *top : found.tops) print_subtree(stdout, drawing, top, options.text);
+  else if (drawing.ok() && options.wants_tree())
+    print_document(stdout, drawing, options.text);
+  const bool ok = options.json ? print_answers_as_json(drawing, options, found)
+                               : print_answers(drawing, options, found, extractor);
+  return ok && drawing.ok() && !found.tops.empty() &&
+         (!options.has_explain || !found.explained.empty()) &&
+         (!options.shapes || !found.shown.empty()) &&
+         (!options.has_bbox || !found.measured.empty());
+}
+
+static Found find(const Drawing &drawing, const Options &options) {
+  Found found;
+  if (!drawing.ok()) return found;
+  if (options.has_query) found.queried = find_elements(drawing, options.query);
+  found.tops = options.has_query ? outermost_of(drawing, found.queried) : Elements{drawing.svg()};
+  if (options.has_explain)
+    found.explained =
+        options.explains_query ? found.queried : find_elements(drawing, options.explained);
+  const bool reachable =
+      !(options.shapes || options.has_bbox) || are_reachable(drawing, found.tops);
+  if (options.shapes && reachable) found.shown = found.tops;
+  if (options.has_bbox && !options.bbox_id.empty())
+    found.measured = find_elements(drawing, {.text = options.bbox_id});
+  else if (options.has_bbox && reachable)
+    found.measured = found.tops;
+  return found;
+}
+
+// A scene looks at all ancestors of each element that it is asked about: the time must not grow
+// with the square of the drawing.
+static bool are_reachable(const Drawing &drawing, const Elements &elements) {
+  int64_t ancestors = 0;
+  for (const svg_e_node *element : elements) ancestors += element->level;
+  if (ancestors <= MOST_ANCESTORS) return true;
+  fprintf(stderr, "%s: too many elements match, too deep in the tree, for --shapes and --bbox\n",
+          escaped(drawing.name()).c_str());
+  return false;
 }
 
 static bool print_answers_as_json(const Drawing &drawing, const Options &options,
-                                  const svg_e_node *top) {
-  Asked asked = {.fonts = options.fonts,
-                 .ids = options.ids,
-                 .links = options.links,
-                 .stats = options.stats,
-                 .info = options.info,
-                 .explain = options.has_explain,
-                 .property = options.explain_property,
-                 .shapes = options.shapes,
-                 .shown = top,
-                 .boxes = options.has_bbox};
-  if (drawing.ok() && asked.explain) asked.element = find_element(drawing, options.explain_id);
-  if (drawing.ok() && asked.boxes) asked.measured = element_to_measure(drawing, options, top);
-  if (asked.fonts || asked.ids || asked.links || asked.stats || asked.info || asked.explain ||
-      asked.shapes || asked.boxes)
-    if (!print_json_answers(stdout, drawing, asked, {options.pretty, options.text.full}))
-      return false;
-  return drawing.ok() && (!asked.explain || asked.element) && (!asked.boxes || asked.measured);
+                                  const Found &found) {
+  const Asked asked = {.fonts = options.fonts,
+                       .ids = options.ids,
+                       .links = options.links,
+                       .stats = options.stats,
+                       .info = options.info,
+                       .explain = options.has_explain,
+                       .explain_many = options.explained.many,
+                       .explained = found.explained,
+                       .property = options.explain_property,
+                       .shapes = options.shapes,
+                       .shown = found.shown,
+                       .boxes = options.has_bbox,
+                       .measure_many = options.bbox_id.empty() && options.query.many,
+                       .measured = found.measured};
+  const bool any = asked.fonts || asked.ids || asked.links || asked.stats || asked.info ||
+                   asked.explain || asked.shapes || asked.boxes;
+  return !any || print_json_answers(stdout, drawing, asked, {options.pretty, options.text.full});
 }
 
-static bool print_answers(const Drawing &drawing, const Options &options, const svg_e_node *top,
+static bool print_answers(const Drawing &drawing, const Options &options, const Found &found,
                           Extractor *extractor) {
+  if (!drawing.ok()) return false;
   bool ok = true;
   if (options.info) print_info(stdout, drawing, options.text.full);
-  if (options.has_explain) {
-    const svg_e_node *element = find_element(drawing, options.explain_id);
-    ok = element != nullptr;
-    if (ok) print_explanation(stdout, drawing, element, options.explain_property);
-  }
+  if (!found.explained.empty())
+    print_explanations(stdout, drawing, found.explained, options.explain_property);
   if (options.fonts) print_answers(stdout, drawing, "font", answer_fonts, options.text.full);
   if (options.ids) print_answers(stdout, drawing, "id", answer_ids, options.text.full);
   if (options.links) print_answers(stdout, drawing, "link", answer_links, options.text.full);
   if (options.stats) print_statistics(stdout, drawing);
-  if (options.has_bbox) {
-    const svg_e_node *element = element_to_measure(drawing, options, top);
-    ok = element && print_boxes(stdout, drawing, element, options.text.full) && ok;
-  }
-  if (options.shapes && top) ok = print_shapes(stdout, drawing, top, options.text.full) && ok;
+  if (!found.measured.empty())
+    ok = print_boxes(stdout, drawing, found.measured, options.text.full) && ok;
+  if (!found.shown.empty())
+    ok = print_shapes(stdout, drawing, found.shown, options.text.full) && ok;
   return (!extractor || extractor->extract(stdout, drawing)) && ok;
-}
-
-static const svg_e_node *element_to_measure(const Drawing &drawing, const Options &options,
-                                            const svg_e_node *top) {
-  return options.bbox_id.empty() ? top : find_element(drawing, options.bbox_id);
 }
 
 static void print_messages(const Drawing &drawing, size_t first) {

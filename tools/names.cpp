@@ -34,15 +34,6 @@ std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbe
   return result;
 }
 
-const svg_e_node *find_element(const Drawing &drawing, const std::string &id) {
-  const char *name = id.c_str() + (id.starts_with('#') ? 1 : 0);
-  const svg_e_node *element = svg_find_name(drawing.parser(), name);
-  if (!element)
-    fprintf(stderr, "%s: no element has the id '%s'\n", escaped(drawing.name()).c_str(),
-            escaped(name).c_str());
-  return element;
-}
-
 const char *id_of(const Drawing &drawing, const svg_e_node *element) {
   const char *id = svg_find_href_id(drawing.parser(), element);
   return std::string_view(id) != "(empty)" ? id : nullptr;

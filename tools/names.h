@@ -27,9 +27,6 @@ struct NamedElement {
 // Ids and names in document order.
 std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbers &numbers);
 
-// The element that "#id" or "id" names, or null after a message.
-const svg_e_node *find_element(const Drawing &drawing, const std::string &id);
-
 // An id or name of an element, or null.
 const char *id_of(const Drawing &drawing, const svg_e_node *element);
 

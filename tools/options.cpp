@@ -18,6 +18,7 @@ static void add_question_options(CLI::App &app, Options &options);
 static void add_reading_options(CLI::App &app, Options &options);
 static int refuse_usage(const std::string &mistake);
 static std::string find_mistake(const Options &options);
+static std::string take_selections(Options &options);
 static bool is_property(const std::string &name);
 
 int parse_options(int argc, char **argv, Options &options) {
@@ -37,8 +38,10 @@ int parse_options(int argc, char **argv, Options &options) {
     return error.get_exit_code() == 0 ? app.exit(error) : refuse_usage(error.what());
   }
   options.has_bbox = app.count("--bbox") > 0;
+  options.has_explain = app.count("--explain") > 0;
   if (options.pretty && !options.schema) options.json = true;
   std::string mistake = find_mistake(options);
+  if (mistake.empty()) mistake = take_selections(options);
   for (const std::string &limit : options.limits)
     if (mistake.empty()) mistake = take_limit(limit, options.reading);
   if (!mistake.empty()) return refuse_usage(mistake);
@@ -73,11 +76,13 @@ static void add_question_options(CLI::App &app, Options &options) {
   const auto option = [&](const char *name, auto &value, const char *argument, const char *text) {
     return app.add_option(name, value, text)->option_text(argument)->group("Questions");
   };
-  option("--query", options.query, "ID", "Print the element with this id and what is in it")
+  option("--query", options.query.text, "ID|SELECTOR",
+         "Print the element with this id, or those that match, and what is in them")
       ->each([&](const std::string &) { options.has_query = true; });
-  option("--explain", options.explain_id, "ID",
-         "Tell the values of an element's properties, where they come from and which one counts")
-      ->each([&](const std::string &) { options.has_explain = true; });
+  option("--explain", options.explained.text, "[ID|SELECTOR]",
+         "Tell the values of properties of an element, or of those that match, by default those of "
+         "--query: where they come from and which one counts")
+      ->expected(0, 1);
   option("--property", options.explain_property, "NAME",
          "Let --explain tell of this property or attribute only");
   flag("--fonts", options.fonts, "List the fonts with their generated names");
@@ -157,6 +162,19 @@ static std::string find_mistake(const Options &options) {
       return "--refuse-property " + name +
              ": the reader knows it, and refuses only what it does not";
   return "";
+}
+
+static std::string take_selections(Options &options) {
+  std::string mistake = take_selection(options.query, options.reading);
+  if (!mistake.empty()) return "--query: " + mistake;
+  options.explains_query = options.has_explain && options.explained.text.empty();
+  if (options.explains_query) {
+    if (!options.has_query) return "--explain needs an ID or a SELECTOR, or --query";
+    options.explained = options.query;
+  } else {
+    mistake = take_selection(options.explained, options.reading);
+  }
+  return mistake.empty() ? "" : "--explain: " + mistake;
 }
 
 // Ignores ASCII case, as the reader does.

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/drawing.h"
+#include "tools/selection.h"
 #include "tools/tree_text.h"
 
 struct Options {
@@ -31,9 +32,10 @@ struct Options {
   bool has_query = false;
   bool has_explain = false;
   bool has_path = false;
-  std::string query;
+  bool explains_query = false; // --explain without an argument
+  Selection query;
   std::string bbox_id; // "": that of the query, or the drawing
-  std::string explain_id;
+  Selection explained;
   std::string explain_property; // "": all
   std::string path;
   std::string extract_folder; // "": nothing
@@ -44,7 +46,7 @@ struct Options {
            has_explain || !extract_folder.empty();
   }
   // Whether the tree is printed, of the whole document or of what the query names.
-  bool wants_tree() const { return has_query ? !shapes && !has_bbox : !asks(); }
+  bool wants_tree() const { return has_query ? !shapes && !has_bbox && !explains_query : !asks(); }
 };
 
 // Returns the exit status, or -1 to go on.

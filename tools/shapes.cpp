@@ -25,26 +25,28 @@ static std::string matrix_text(const double matrix[6], bool full);
 // Where the cells of a line begin that is not indented.
 constexpr size_t BOX_COLUMN = 30, FILL_COLUMN = 60, STROKE_COLUMN = 74;
 
-bool print_shapes(FILE *out, const Drawing &drawing, const svg_e_node *element, bool full) {
+bool print_shapes(FILE *out, const Drawing &drawing, const Elements &elements, bool full) {
   const Scene scene(drawing);
   fprintf(out, "%s: %s px\n", escaped(drawing.name()).c_str(),
           numbers_text(scene.size(), " x ", full).c_str());
-  return scene.list(
-      element,
-      [&](const Painted &painted) {
-        if (ferror(out) == 0) print_painted(out, drawing, painted, full);
-      },
-      [] {});
+  const auto print = [&](const Painted &painted) {
+    if (ferror(out) == 0) print_painted(out, drawing, painted, full);
+  };
+  return std::ranges::all_of(
+      elements, [&](const svg_e_node *element) { return scene.list(element, print, [] {}); });
 }
 
-bool print_boxes(FILE *out, const Drawing &drawing, const svg_e_node *element, bool full) {
+bool print_boxes(FILE *out, const Drawing &drawing, const Elements &elements, bool full) {
   const Scene scene(drawing);
-  std::optional<Box> plain, stroked;
-  if (!scene.measure(element, false, plain) || !scene.measure(element, true, stroked)) return false;
-  fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
-          element_text(drawing, element, full).c_str());
-  fprintf(out, "  without stroke  %s\n", box_text(plain, full).c_str());
-  fprintf(out, "  with stroke     %s\n", box_text(stroked, full).c_str());
+  for (const svg_e_node *element : elements) {
+    std::optional<Box> plain, stroked;
+    if (!scene.measure(element, false, plain) || !scene.measure(element, true, stroked))
+      return false;
+    fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
+            element_text(drawing, element, full).c_str());
+    fprintf(out, "  without stroke  %s\n", box_text(plain, full).c_str());
+    fprintf(out, "  with stroke     %s\n", box_text(stroked, full).c_str());
+  }
   return true;
 }
 

@@ -186,6 +186,17 @@ class Growth(unittest.TestCase):
             self.assertLess(len(output), 5 * len(drawing), options)
         self.assertIn(f"#{name} ", run("--full", "--ids", "-", stdin=drawing)[1])
 
+    def test_selectors_of_many_deep_elements(self):
+        count = 20_000
+        drawing = svg("<g>" * count + '<rect id="r" stroke="inherit"/>' * count + "</g>" * count,
+                      f'stroke-dasharray="{"1 " * 9999}" font-family="{"n" * count}" stroke="red"')
+        for options in (["--query", "svg rect"], ["--query", "svg *"], ["--explain", "svg rect"], ["--explain", "svg g"]):
+            for form in ([], ["--json"]):
+                status, output, _ = run(*options, *form, "-", stdin=drawing)
+                self.assertEqual(status, 0)
+                self.assertLess(len(output), 1000 * count, options)
+        self.assertEqual(run("--shapes", "--query", "svg rect", "-", stdin=drawing)[:2], (1, ""))
+
     def test_json_writes_long_names_and_shared_values_once(self):
         name = "n" * 20_000
         sheet = (f'<style>g {{ fill: url(#{name}z) red; clip-path: url({name}.svg); font-family: {name};'
