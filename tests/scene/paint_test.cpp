@@ -135,7 +135,7 @@ TEST(ScenePaint, ResolvesPatterns) {
 <pat id='a' patternUnits='userSpaceOnUse' x='1em' width='10%' height='10%' patternTransform='scale(2)' overflow='visible'><g/></pat> -> 10 0 20 10 [2 0 0 2 0 0] a [1 0 0 1 0 0] open
 <pat id='a' width='1' height='1' viewBox='0 0 10 10' patternContentUnits='objectBoundingBox'><g/></pat> -> 10 20 100 50 [1 0 0 1 0 0] a [5 0 0 5 35 20]
 <pat id='a' width='1' height='1' viewBox='0 0 10 10' preserveAspectRatio='none'><g/></pat> -> 10 20 100 50 [1 0 0 1 0 0] a [10 0 0 5 10 20]
-<pat id='a' width='1' height='1'/> -> none | <pat id='a' width='1' height='0'><g/></pat> -> none | <pat id='a' width='1'><g/></pat> -> none
+<pat id='a' width='1' height='1'/> -> none | <pat id='a' width='1' height='0'><g/></pat> -> none | <pat id='a' width='0' height='1'><g/></pat> -> none | <pat id='a' width='1'><g/></pat> -> none
 <pat id='a' width='1' height='1' viewBox='0 0 0 1'><g/></pat> -> none | <pat id='a' width='1' height='1' patternTransform='scale(0)'><g/></pat> -> #abcdef
 <pat id='a' width='1e308' height='1e308'><g/></pat> -> #abcdef)",
                [](const std::string &text) { return fill(text, BOX); });

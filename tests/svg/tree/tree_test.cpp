@@ -78,6 +78,12 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
     EXPECT_EQ(svg_get_title_text(parser), nullptr);
     EXPECT_EQ(svg_find_name(parser, "a"), nullptr);
     EXPECT_STREQ(svg_find_href_id(parser, nullptr), "(empty)");
+    svg_limits limits = {0, 0, 0, 4, 5, 0};
+    svg_set_limits(parser, &limits);
+    svg_get_limits(parser, &limits);
+    EXPECT_EQ(limits.nodes, uint64_t{ORT_LIMIT_NODES});
+    EXPECT_EQ(limits.entity_start, 4U);
+    EXPECT_EQ(limits.recorded, 5U);
     svg_parser_delete(parser);
     svg_parser_delete(nullptr);
   });
