@@ -5,7 +5,6 @@
 #include "tools/explain.h"
 
 #include <algorithm>
-#include <array>
 #include <vector>
 
 #include "tools/names.h"
@@ -38,7 +37,7 @@ private:
     Holder above; // what applied to the parent
   };
   const Drawing &drawing_;
-  std::array<std::vector<Entry>, SVG_ATTR_COUNT> entries_; // by row, of the open elements with one
+  std::vector<Entry> entries_[SVG_ATTR_COUNT]; // by row, of the open elements with one
 };
 
 } // namespace
@@ -81,6 +80,7 @@ void explain(const Drawing &drawing, const Elements &elements, const std::string
     else if (const int row = find_row(element, name); row != NO_ROW)
       rows = {row};
     std::vector<Explanation> explanations;
+    explanations.reserve(rows.size());
     for (const int row : rows) explanations.push_back(explain_row(cascade, element, node, row));
     explained(element, node, explanations);
   };

@@ -80,8 +80,8 @@ static void add_question_options(CLI::App &app, Options &options) {
          "Print the element with this id, or those that match, and what is in them")
       ->each([&](const std::string &) { options.has_query = true; });
   option("--explain", options.explained.text, "[ID|SELECTOR]",
-         "Tell the values of properties of an element, or of those that match, by default those of "
-         "--query: where they come from and which one counts")
+         "Tell the values of properties of elements, by default of --query's, where they come from "
+         "and which one counts")
       ->expected(0, 1);
   option("--property", options.explain_property, "NAME",
          "Let --explain tell of this property or attribute only");
