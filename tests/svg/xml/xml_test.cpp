@@ -40,6 +40,8 @@ TEST(Xml, AcceptsAndRefuses) {
        "XML: undefined entity in line 1, column 40\n"},
       {"unknown encoding", "<?xml version='1.0' encoding='ISO_8859-2'?><svg/>",
        "XML: unknown encoding in line 1, column 30\n"},
+      {"unknown family of encodings", "<?xml version='1.0' encoding='ISO-8858-2'?><svg/>",
+       "XML: unknown encoding in line 1, column 30\n"},
       {"prefix without declaration", "<svg><a:b/></svg>",
        "XML: unbound prefix in line 1, column 5\n"},
       {"namespace error and then another one", "<svg><a:b/></svg",
