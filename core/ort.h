@@ -151,7 +151,10 @@ ORT_API void ort_register_errtab(ort_core *core, int number, const ort_errtab_en
  * bytes; null counts as "".
  * @param core  the core
  * @param code  of a registered table; -1: the error that ort_protect caught last, again
- * @param p1    the first parameter, and so on */
+ * @param p1    the first parameter, or null
+ * @param p2    the second
+ * @param p3    the third
+ * @param p4    the fourth */
 ORT_NORETURN ORT_API void ort_error(ort_core *core, int code, const char *p1, const char *p2,
                                     const char *p3, const char *p4);
 

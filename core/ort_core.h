@@ -35,11 +35,13 @@ uint64_t ort_get_secret(const ort_core *core);
 const ort_errtab_entry *ort_find_error(const ort_core *core, int code);
 
 // Public, and here with defaults for C++.
+// NOLINTBEGIN(readability-redundant-declaration)
 ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1 = nullptr,
                             const char *p2 = nullptr, const char *p3 = nullptr,
                             const char *p4 = nullptr);
 void ort_warning(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
                  const char *p3 = nullptr, const char *p4 = nullptr);
+// NOLINTEND(readability-redundant-declaration)
 
 // As ort_error; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
 // every parameter, is escaped as by ort_escape, and cut at a character boundary to

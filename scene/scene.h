@@ -53,9 +53,9 @@ struct svg_scene {
   svg_scene_active active;
   svg_scene_server_table servers;
   svg_scene_font *fonts; // those that texts have used (scene_fonts.h)
-  uint64_t shown;       // elements by the outermost walk and all within it
-  uint64_t limit;       // for them
-  svg_scene_walk *walk; // the innermost one in progress, or null
+  uint64_t shown;        // elements by the outermost walk and all within it
+  uint64_t limit;        // for them
+  svg_scene_walk *walk;  // the innermost one in progress, or null
 };
 
 // Zeroed memory on the stack, aligned to 8 bytes.

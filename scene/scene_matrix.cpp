@@ -76,8 +76,8 @@ void svg_scene_place_image(const svg_scene_image *image, double width, double he
     std::copy_n(SVG_SCENE_IDENTITY, 6, matrix);
 }
 
-// The translation that puts a stretch at from, of this size, into the room at to. What only rounding
-// leaves of the room is not shared out.
+// The translation that puts a stretch at from, of this size, into the room at to. What only
+// rounding leaves of the room is not shared out.
 static double aligned(double from, double size, double to, double room, int place) {
   const double rest = std::fabs(room - size) > 1e-12 * room ? room - size : 0;
   return to - from + rest * place / 2;

@@ -15,7 +15,7 @@
 // The path that a textPath follows.
 struct svg_scene_track {
   const svg_scene_ruler *measure; // null: nothing is shown
-  double start;                     // startOffset
+  double start;                   // startOffset
 };
 
 // An element of a text, with what its own characters have in common.

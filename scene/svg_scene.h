@@ -68,10 +68,10 @@ typedef struct svg_scene_paint_value {
 
 /** Bits of text-decoration. */
 enum {
-  SVG_DECORATION_UNDERLINE = 1,
-  SVG_DECORATION_OVERLINE = 2,
-  SVG_DECORATION_LINE_THROUGH = 4,
-  SVG_DECORATION_BLINK = 8
+  SVG_DECORATION_UNDERLINE = 1,    /**< a line below the text */
+  SVG_DECORATION_OVERLINE = 2,     /**< a line above it */
+  SVG_DECORATION_LINE_THROUGH = 4, /**< a line through it */
+  SVG_DECORATION_BLINK = 8         /**< no line: it blinks */
 };
 
 /** Computed values of all properties (SVG 1.1, 6.2 and the property index): the winner of all
@@ -80,30 +80,49 @@ enum {
 typedef struct svg_scene_style {
   uint32_t color;                         /**< 0x00RRGGBB; what currentColor meant */
   svg_scene_paint_value background_color; /**< SVG_PAINT_NONE: transparent */
-  svg_scene_paint_value fill, stroke, stop_color;
-  double fill_opacity, stroke_opacity, stop_opacity, opacity; /**< 0 to 1 */
-  int32_t fill_rule, clip_rule;
-  double stroke_width; /**< 0 or more */
-  int32_t stroke_linecap, stroke_linejoin;
-  double stroke_miterlimit; /**< 1 or more */
-  double stroke_dashoffset;
+  svg_scene_paint_value fill;             /**< what shapes and text are filled with */
+  svg_scene_paint_value stroke;           /**< what their outlines are drawn with */
+  svg_scene_paint_value stop_color;       /**< of a stop of a gradient */
+  double fill_opacity;                    /**< 0 to 1 */
+  double stroke_opacity;                  /**< 0 to 1 */
+  double stop_opacity;                    /**< 0 to 1 */
+  double opacity;                         /**< 0 to 1, of the element as a whole */
+  int32_t fill_rule;                      /**< SVG_KW_nonzero or SVG_KW_evenodd */
+  int32_t clip_rule;                      /**< the same, in a clip path */
+  double stroke_width;                    /**< 0 or more */
+  int32_t stroke_linecap;                 /**< SVG_KW_butt, SVG_KW_round, SVG_KW_square */
+  int32_t stroke_linejoin;                /**< SVG_KW_miter, SVG_KW_round, SVG_KW_bevel */
+  double stroke_miterlimit;               /**< 1 or more */
+  double stroke_dashoffset;               /**< where in the dashes the stroke begins */
   const double *stroke_dasharray; /**< an even number of lengths that are not all 0, or null */
-  size_t stroke_dash_count;
-  const svg_e_node *clip_path, *mask; /**< elements of the right kind, or null */
-  const svg_e_node *marker_start, *marker_mid, *marker_end;
-  int32_t clip_key;    /**< SVG_KW_auto or SVG_KW_rect */
-  double clip_rect[4]; /**< top, right, bottom, left offsets of rect() */
-  int32_t display, visibility, overflow;
+  size_t stroke_dash_count;       /**< their number */
+  const svg_e_node *clip_path;    /**< a clipPath, or null */
+  const svg_e_node *mask;         /**< a mask, or null */
+  const svg_e_node *marker_start; /**< a marker, or null */
+  const svg_e_node *marker_mid;   /**< a marker, or null */
+  const svg_e_node *marker_end;   /**< a marker, or null */
+  int32_t clip_key;               /**< SVG_KW_auto or SVG_KW_rect */
+  double clip_rect[4];            /**< top, right, bottom, left offsets of rect() */
+  int32_t display;                /**< SVG_KW_none: not shown, with all that is within */
+  int32_t visibility;             /**< SVG_KW_visible, SVG_KW_hidden, SVG_KW_collapse */
+  int32_t overflow;               /**< SVG_KW_visible, SVG_KW_hidden, SVG_KW_scroll, SVG_KW_auto */
   const svg_an_key_name_list *font_family; /**< null: the host's own choice */
-  double font_size;
-  svg_scene_number font_size_adjust; /**< SVG_KW_none, or a number */
-  int32_t font_stretch, font_style, font_variant;
-  int32_t font_weight;                 /**< 100 to 900 */
-  svg_scene_number baseline_shift;     /**< SVG_KW_baseline, _sub, _super, or a length */
-  svg_scene_number kerning;            /**< SVG_KW_auto, or a length */
-  double letter_spacing, word_spacing; /**< 0 for normal */
-  int32_t text_anchor, direction, unicode_bidi, writing_mode, glyph_orientation_vertical;
-  int32_t text_decoration;                   /**< SVG_DECORATION_* of the element itself */
+  double font_size;                        /**< 0 or more */
+  svg_scene_number font_size_adjust;       /**< SVG_KW_none, or a number */
+  int32_t font_stretch;                    /**< SVG_KW_ultra_condensed to SVG_KW_ultra_expanded */
+  int32_t font_style;                      /**< SVG_KW_normal, SVG_KW_italic, SVG_KW_oblique */
+  int32_t font_variant;                    /**< SVG_KW_normal or SVG_KW_small_caps */
+  int32_t font_weight;                     /**< 100 to 900 */
+  svg_scene_number baseline_shift;         /**< SVG_KW_baseline, _sub, _super, or a length */
+  svg_scene_number kerning;                /**< SVG_KW_auto, or a length */
+  double letter_spacing;                   /**< 0 for normal */
+  double word_spacing;                     /**< 0 for normal */
+  int32_t text_anchor;                     /**< SVG_KW_start, SVG_KW_middle, SVG_KW_end */
+  int32_t direction;                       /**< SVG_KW_ltr or SVG_KW_rtl */
+  int32_t unicode_bidi;                    /**< SVG_KW_normal, SVG_KW_embed, SVG_KW_bidi_override */
+  int32_t writing_mode;                    /**< SVG_KW_lr_tb, SVG_KW_tb ... */
+  int32_t glyph_orientation_vertical;      /**< SVG_KW_auto, or the keyword of an angle */
+  int32_t text_decoration;                 /**< SVG_DECORATION_* of the element itself */
   const svg_an_color_profile *color_profile; /**< null: auto */
 } svg_scene_style;
 
@@ -156,13 +175,20 @@ typedef struct svg_scene_stop {
 typedef struct svg_scene_gradient {
   const svg_e_node *element;   /**< the gradient that the paint names */
   int32_t radial;              /**< 0: linear */
-  double x1, y1, x2, y2;       /**< the vector of a linear gradient */
-  double cx, cy, r, fx, fy;    /**< of a radial one; the focal point is inside of the circle */
+  double x1;                   /**< of a linear gradient: where its vector begins */
+  double y1;                   /**< the same */
+  double x2;                   /**< where it ends */
+  double y2;                   /**< the same */
+  double cx;                   /**< of a radial gradient: the center of its circle */
+  double cy;                   /**< the same */
+  double r;                    /**< its radius, above 0 */
+  double fx;                   /**< its focal point, inside of the circle */
+  double fy;                   /**< the same */
   double matrix[6];            /**< from the gradient's space to the user space of what it paints;
                                     never singular */
   int32_t spread;              /**< SVG_KW_pad, SVG_KW_reflect, SVG_KW_repeat */
   const svg_scene_stop *stops; /**< at least two */
-  size_t stop_count;
+  size_t stop_count;           /**< their number */
 } svg_scene_gradient;
 
 /** A pattern (SVG 1.1, 13.3), its content painted by svg_scene_paint_pattern. */
@@ -186,7 +212,7 @@ typedef enum svg_scene_paint_kind {
 /** A paint ready for use: what cannot be painted has become its fallback, a single color or none.
  */
 typedef struct svg_scene_paint {
-  svg_scene_paint_kind kind;
+  svg_scene_paint_kind kind;          /**< which of the fields below hold */
   uint32_t rgb;                       /**< 0x00RRGGBB of a color */
   const svg_color *color;             /**< with its extension, or null */
   double opacity;                     /**< fill-opacity or stroke-opacity, 0 to 1, for all kinds */
@@ -196,13 +222,13 @@ typedef struct svg_scene_paint {
 
 /** A clip path (SVG 1.1, 14.3), its content painted by svg_scene_paint_clip. */
 typedef struct svg_scene_clip {
-  const svg_e_node *element;
-  double matrix[6]; /**< from the content's user space to that of what is clipped */
+  const svg_e_node *element; /**< the clipPath */
+  double matrix[6];          /**< from the content's user space to that of what is clipped */
 } svg_scene_clip;
 
 /** A mask (SVG 1.1, 14.4), its content painted by svg_scene_paint_mask. */
 typedef struct svg_scene_mask {
-  const svg_e_node *element;
+  const svg_e_node *element; /**< the mask */
   double area[4];   /**< in the user space of what is masked; nothing shows outside of it */
   double matrix[6]; /**< from the content's user space to that of what is masked */
 } svg_scene_mask;
@@ -220,7 +246,7 @@ typedef struct svg_scene_item {
  * or a link. All of it is applied in the group's own user space. Elements that only pass on their
  * style make no group. */
 typedef struct svg_scene_group {
-  svg_scene_item item;
+  svg_scene_item item;        /**< its element, and where it lies */
   double opacity;             /**< 0 to 1, of the group as a whole */
   const svg_scene_clip *clip; /**< or null */
   const svg_scene_mask *mask; /**< or null */
@@ -231,7 +257,7 @@ typedef struct svg_scene_group {
 
 /** A shape. */
 typedef struct svg_scene_shape {
-  svg_scene_item item;
+  svg_scene_item item;      /**< its element, and where it lies */
   const svg_pada *segments; /**< its outline in its user space */
   size_t segment_count;     /**< 1 or more */
   svg_scene_paint fill;     /**< painted first */
@@ -241,12 +267,13 @@ typedef struct svg_scene_shape {
 
 /** An image. */
 typedef struct svg_scene_image {
-  svg_scene_item item;
+  svg_scene_item item;       /**< its element, and where it lies */
   double area[4];            /**< its rectangle; width and height are above 0 */
   const svg_iri *iri;        /**< where the picture is */
   const unsigned char *data; /**< of embedded data, else null */
   size_t size;               /**< their number of bytes */
-  int32_t align, meet;       /**< preserveAspectRatio, as in svg_an_aspect */
+  int32_t align;             /**< preserveAspectRatio, as in svg_an_aspect */
+  int32_t meet;              /**< the same */
   int32_t clipped;           /**< not 0: nothing shows outside of area */
 } svg_scene_image;
 
@@ -261,8 +288,9 @@ ORT_API void svg_scene_place_image(const svg_scene_image *image, double width, d
 
 /** A decoration line and how it is painted: as the element that asked for it (CSS 2.1, 16.3.1). */
 typedef struct svg_scene_decoration {
-  int32_t lines; /**< SVG_DECORATION_* */
-  svg_scene_paint fill, stroke;
+  int32_t lines;                /**< SVG_DECORATION_* */
+  svg_scene_paint fill;         /**< of that element */
+  svg_scene_paint stroke;       /**< of that element */
   const svg_scene_style *style; /**< of that element: its stroke parameters and font-size */
 } svg_scene_decoration;
 
@@ -280,28 +308,36 @@ enum {
  * character with a position or rotation of its own begins a run. White space has been treated by
  * xml:space (SVG 1.1, 10.15). */
 typedef struct svg_scene_run {
-  svg_scene_item item; /**< element: the text, tspan, tref, textPath or a that holds the text */
-  const char *text;    /**< UTF-8, not empty, ends with a NUL */
-  size_t length;       /**< its bytes */
-  uint32_t flags;      /**< SVG_RUN_* */
-  double x, y;         /**< the origin of its first character on the baseline */
-  double dx, dy;       /**< to be added to it; 0 when placed */
-  double rotate;       /**< of each of its characters, in degrees, about its origin */
-  double stretch;      /**< factor of its glyphs along the line (textLength), 1 else */
-  double spacing;      /**< to be added after each character: letter-spacing and textLength */
-  double advance;      /**< as measured, when placed */
-  svg_scene_paint fill, stroke;
+  svg_scene_item item;    /**< element: the text, tspan, tref, textPath or a that holds the text */
+  const char *text;       /**< UTF-8, not empty, ends with a NUL */
+  size_t length;          /**< its bytes */
+  uint32_t flags;         /**< SVG_RUN_* */
+  double x;               /**< the origin of its first character on the baseline */
+  double y;               /**< the same */
+  double dx;              /**< to be added to x; 0 when placed */
+  double dy;              /**< to be added to y; 0 when placed */
+  double rotate;          /**< of each of its characters, in degrees, about its origin */
+  double stretch;         /**< factor of its glyphs along the line (textLength), 1 else */
+  double spacing;         /**< to be added after each character: letter-spacing and textLength */
+  double advance;         /**< as measured, when placed */
+  svg_scene_paint fill;   /**< painted first */
+  svg_scene_paint stroke; /**< none when its width is 0 */
   const svg_scene_decoration *decorations; /**< outermost first */
-  size_t decoration_count;
+  size_t decoration_count;                 /**< their number */
 } svg_scene_run;
 
 /** What a host is told, in the order of painting; each may be null. Glyphs of SVG fonts are shapes,
  * whose element is the glyph. */
 typedef struct svg_scene_callbacks {
+  /** A group begins; all that is told until its end lies in it. */
   void (*begin_group)(void *user, const svg_scene_group *group);
-  void (*end_group)(void *user, const svg_scene_group *group); /**< with an equal record */
+  /** It ends; with an equal record. */
+  void (*end_group)(void *user, const svg_scene_group *group);
+  /** A shape, or a glyph of an SVG font. */
   void (*shape)(void *user, const svg_scene_shape *shape);
+  /** An image. */
   void (*image)(void *user, const svg_scene_image *image);
+  /** A run of text in a font of the host. */
   void (*text)(void *user, const svg_scene_run *run);
   /** The advance of a run along its line in user units, with its letter and word spacing but
    * without stretch. With it the scene places all text: anchors, textLength, text on a path. */

@@ -195,8 +195,7 @@ std::string scene_list(const Scene &scene, const svg_e_node *element, bool measu
   if (measured) chosen.measure = measure;
   Lines lines = {scene, scene.document.parser, "", 0};
   auto &core = const_cast<AccountingCore &>(scene.document.core);
-  const int code =
-      core.protect([&] { svg_scene_paint_element(scene, element, &chosen, &lines); });
+  const int code = core.protect([&] { svg_scene_paint_element(scene, element, &chosen, &lines); });
   return code == 0 ? lines.text : lines.text + "error " + std::to_string(code) + "\n";
 }
 

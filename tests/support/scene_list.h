@@ -20,8 +20,8 @@
 // linear(X1 Y1 X2 Y2 SPREAD matrix=... OFFSET COLOR ...)/OPACITY, radial(CX CY R FX FY ...) or
 // pattern(ID)/OPACITY.
 //
-// element: null for the whole drawing. measured: the host measures text, each character being half an
-// em wide. Ends with "error CODE" when the walk raised.
+// element: null for the whole drawing. measured: the host measures text, each character being half
+// an em wide. Ends with "error CODE" when the walk raised.
 std::string scene_list(const Scene &scene, const svg_e_node *element = nullptr,
                        bool measured = false);
 
