@@ -60,7 +60,7 @@ typedef enum ort_severity {
 } ort_severity;
 
 /** Codes of the runtime's own errors. The reader's are SVG_E_* (svg/svg.h), the CSS engine's
- * warnings 10200 to 10205, the scene's 10300 and 10301. */
+ * warnings 10200 to 10205, the scene's 10400 and 10401. */
 enum {
   ORT_E_CALL_FAILED = 1000,     /**< "Function '$1' failed" */
   ORT_E_NO_MEMORY = 1001,       /**< "Out of memory": also past the memory budget */

@@ -157,8 +157,8 @@ void svg_scene_leave(svg_scene *scene, const svg_e_node *element);
 
 // Warnings that name an element.
 enum svg_scene_warning {
-  SVG_SCENE_CIRCLE = 10300, // what it refers to refers to it
-  SVG_SCENE_DEEP = 10301    // ORT_LIMIT_REFERENCE_DEPTH
+  SVG_SCENE_CIRCLE = 10400, // what it refers to refers to it
+  SVG_SCENE_DEEP = 10401    // ORT_LIMIT_REFERENCE_DEPTH
 };
 void svg_scene_warn(svg_scene *scene, svg_scene_warning warning, const svg_e_node *element);
 

@@ -138,11 +138,11 @@ static_assert(PROPERTY_COUNT <= 64);
 
 // The places of properties in PROPERTIES by their rows; -1 for other rows.
 struct place_table {
-  int8_t places[SVG_ATTR_COUNT];
+  int16_t places[SVG_ATTR_COUNT];
 
   constexpr place_table() : places() {
-    for (int8_t &place : places) place = -1;
-    for (int i = 0; i < PROPERTY_COUNT; ++i) places[PROPERTIES[i].row] = static_cast<int8_t>(i);
+    for (int16_t &place : places) place = -1;
+    for (int i = 0; i < PROPERTY_COUNT; ++i) places[PROPERTIES[i].row] = static_cast<int16_t>(i);
   }
 };
 constexpr place_table PLACES;
