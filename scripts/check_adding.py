@@ -66,7 +66,7 @@ def build_and_test(tests):
     commands = (
         "cmake -S . -B build/debug -G Ninja -DCMAKE_CXX_FLAGS=-O0 -DCMAKE_BUILD_TYPE=None >build/log",
         f"ninja -C build/debug svgtree libsvgreader.a {' '.join(objects)} >build/log",
-        f"cd build/debug && g++ {' '.join(objects)} libsvgreader.a -lgtest_main -lgtest -lexpat -lz -lnettle "
+        f"cd build/debug && g++ {' '.join(objects)} libtool_parts.a libsvgreader.a -lgtest_main -lgtest -lexpat -lz -lnettle "
         "-o added",
         "build/debug/added --gtest_brief=1 >build/log",
         "python3 tests/tools/svgtree_test.py build/debug/svgtree --update",

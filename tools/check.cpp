@@ -132,12 +132,13 @@ static void find_links(const Drawing &drawing, bool full, Findings &findings) {
       const std::string_view name = svg_find_href_id(drawing.parser(), element);
       const Place place = {drawing.notes().line_of(element), 0, element_name(element->head.id),
                            name != "(empty)" ? name : ""};
-      const std::string attribute = std::string(row_name(value->row)) + ": ";
       const char *target = waits ? drawing.waiting_name(iri) : iri->ref.text;
-      const std::string shown = short_text(target ? target : "", full);
-      findings.push_back({ORT_WARNING, waits ? LINK_WITHOUT_TARGET : OUTSIDE_REFERENCE, place,
-                          waits ? attribute + "no element has the id '" + shown + "'"
-                                : attribute + "'" + shown + "' lies outside of the drawing"});
+      std::string text = std::string(row_name(value->row)) + ": ";
+      text += waits ? "no element has the id '" : "'";
+      text += short_text(target ? target : "", full);
+      text += waits ? "'" : "' lies outside of the drawing";
+      findings.push_back(
+          {ORT_WARNING, waits ? LINK_WITHOUT_TARGET : OUTSIDE_REFERENCE, place, text});
     }
   });
 }

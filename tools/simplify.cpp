@@ -293,8 +293,10 @@ void Simplifier::text(const svg_scene_run &run) {
   // Each character that is turned is a run when it is read back.
   for (std::string_view rest = run.text; !rest.empty(); place.clear()) {
     const size_t length = run.rotate != 0 ? std::max(utf8_length(rest), size_t{1}) : rest.size();
-    append(before + "<tspan" + place + style + ">");
-    append(escaped_text(rest.substr(0, length)) + "</tspan>" + after);
+    for (const std::string &part :
+         {before, std::string("<tspan"), place, style, std::string(">"),
+          escaped_text(rest.substr(0, length)), std::string("</tspan>"), after})
+      append(part);
     rest.remove_prefix(length);
   }
   if (run.flags & SVG_RUN_LAST) append("</text>\n");

@@ -120,12 +120,12 @@ static void make(ort_core *, ort_name_index &) {} // is made already
 
 static void make(ort_core *core, ort_bs *&text) { text = ort_bs_new(core); }
 
-static void make(ort_core *core, ort_vtr *&vector, const ort_item_desc &items, size_t capacity) {
-  vector = ort_vtr_new(core, &items, capacity, 0);
+static void make(ort_core *core, ort_vtr *&vector, const ort_item_desc &items, auto capacity) {
+  vector = ort_vtr_new(core, &items, static_cast<size_t>(capacity), 0);
 }
 
-static void make(ort_core *core, unsigned char *&bits, size_t count) {
-  bits = ort_bitarr_new(core, count);
+static void make(ort_core *core, unsigned char *&bits, auto count) {
+  bits = ort_bitarr_new(core, static_cast<size_t>(count));
 }
 
 void svg_make_work_space(svg_parser *p) {

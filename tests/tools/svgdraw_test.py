@@ -11,6 +11,9 @@ import zlib
 import tool
 from tool import main, run
 
+os.environ.setdefault("LSAN_OPTIONS", "print_suppressions=0:suppressions=" +
+                      os.path.join(os.path.dirname(os.path.abspath(__file__)), "leaks_of_libraries.txt"))
+
 
 def svg(content, size="width='20' height='10'"):
     return ("<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink' "
