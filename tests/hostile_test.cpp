@@ -95,9 +95,9 @@ TEST(Hostile, BudgetsEndAttacks) {
     for (int i = 0; i < count; ++i) result += text;
     return result;
   };
-  const auto numbered = [](int count, const std::string &before, const std::string &behind) {
+  const auto numbered = [](int count, const std::string &before, const std::string &after) {
     std::string result;
-    for (int i = 0; i < count; ++i) result += before + std::to_string(i) + behind;
+    for (int i = 0; i < count; ++i) result += before + std::to_string(i) + after;
     return result;
   };
   const std::string entities = "<!DOCTYPE svg [<!ENTITY a '" + times(10000, "aaaa") + "'>]><svg>" +

@@ -61,7 +61,7 @@ TEST(Vector, OwnsItsItemsThroughEveryFailure) {
   });
 }
 
-// The items get a block of the record's size, right behind it.
+// The items get a block of the record's size, right after it.
 TEST(Vector, KnowsItsBlockFromItsNeighbor) {
   static constexpr ort_item_desc twelve = {12, nullptr, nullptr};
   AccountingCore core;

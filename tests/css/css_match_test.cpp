@@ -48,7 +48,7 @@ a:hover, a::before, a:first-line, b IN svg(a b!) -> | ./**/x:/**/first-child IN 
 
 TEST(CssMatch, MalformedSelectorsVoidTheRule) {
   const struct {
-    const char *expected;  // of the rule behind, which an open bracket swallows
+    const char *expected;  // of the rule after it, which an open bracket swallows
     const char *selectors; // separated by "%"
   } cases[] = {
       {"rect{q:2} ",
