@@ -27,7 +27,7 @@ static uint32_t extend_hash(uint32_t hash, const char *text, size_t size) { // F
 
 static constexpr uint32_t HASH_START = 2166136261u;
 
-static size_t character_length(const char *text, size_t size) {
+size_t svg_scene_character_length(const char *text, size_t size) {
   const auto lead = static_cast<unsigned char>(*text);
   const size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   return std::min(length, size);
@@ -143,13 +143,13 @@ static uint64_t index_glyph(svg_scene_font *font, uint32_t place) {
 
 const svg_scene_glyph *svg_scene_find_glyph(svg_scene *scene, const svg_scene_font *font,
                                             const char *text, size_t size, size_t *length) {
-  *length = character_length(text, size);
+  *length = svg_scene_character_length(text, size);
   const svg_scene_glyph *best = nullptr;
   uint32_t hash = HASH_START;
   uint64_t probes = 0;
   const size_t end = std::min(size, font->longest);
   for (size_t at = 0; at < end;) {
-    const size_t next = at + character_length(text + at, end - at);
+    const size_t next = at + svg_scene_character_length(text + at, end - at);
     hash = extend_hash(hash, text + at, next - at);
     at = next;
     for (uint32_t slot = hash;; ++slot, ++probes) {
@@ -208,7 +208,7 @@ static bool is_in_list(const svg_an_name_list *list, const svg_scene_glyph *glyp
 // Whether a single character lies in U+XXXX, U+XX?? or U+XXXX-YYYY (CSS 2, 15.3.6).
 static bool is_in_range(const char *range, const char *unicode) {
   if ((range[0] != 'U' && range[0] != 'u') || range[1] != '+') return false;
-  if (*unicode == 0 || unicode[character_length(unicode, 4)] != 0) return false;
+  if (*unicode == 0 || unicode[svg_scene_character_length(unicode, 4)] != 0) return false;
   uint32_t first = 0, last = 0, digits = 0;
   const char *c = range + 2;
   for (bool is_second = false; *c != 0 && digits < 7; ++c, ++digits) {
@@ -232,7 +232,7 @@ static bool is_in_range(const char *range, const char *unicode) {
 
 // Of well-formed UTF-8.
 static uint32_t decode(const char *text) {
-  const size_t length = character_length(text, 4);
+  const size_t length = svg_scene_character_length(text, 4);
   const auto lead = static_cast<unsigned char>(*text);
   uint32_t character = length == 1 ? lead : lead & (0x7Fu >> length);
   for (size_t i = 1; i < length; ++i)

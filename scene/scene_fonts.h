@@ -47,6 +47,10 @@ const svg_scene_glyph *svg_scene_find_glyph(svg_scene *scene, const svg_scene_fo
 double svg_scene_get_kern(svg_scene *scene, svg_scene_font *font, const svg_scene_glyph *left,
                           const svg_scene_glyph *right);
 
+// Bytes of the character that a text of so many bytes, above 0, begins with; it is well-formed
+// UTF-8.
+size_t svg_scene_character_length(const char *text, size_t size);
+
 // Frees all fonts; part of svg_scene_delete.
 void svg_scene_free_fonts(svg_scene *scene);
 

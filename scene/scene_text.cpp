@@ -232,11 +232,7 @@ static void add_text(gathering *g, const char *characters) {
   g->is_open = false;
   for (size_t at = 0; at < size;) {
     const auto lead = static_cast<unsigned char>(characters[at]);
-    const size_t length = std::min<size_t>(lead < 0xC0   ? 1
-                                           : lead < 0xE0 ? 2
-                                           : lead < 0xF0 ? 3
-                                                         : 4,
-                                           size - at);
+    const size_t length = svg_scene_character_length(characters + at, size - at);
     const char *bytes = characters + at;
     at += length;
     const bool is_line_end = lead == '\n' || lead == '\r';

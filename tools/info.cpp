@@ -1,6 +1,7 @@
 // info.cpp: see info.h.
 #include "tools/info.h"
 
+#include "tools/names.h"
 #include "tools/questions.h"
 #include "tools/records.h"
 #include "tools/utf8.h"
@@ -33,18 +34,9 @@ Info info_of(const Drawing &drawing) {
 }
 
 static void count_element(Info &info, const Drawing &drawing, const svg_e_node *element) {
-  switch (element->head.id) {
-  case SVG_ELEM_circle:
-  case SVG_ELEM_ellipse:
-  case SVG_ELEM_line:
-  case SVG_ELEM_path:
-  case SVG_ELEM_polygon:
-  case SVG_ELEM_polyline:
-  case SVG_ELEM_rect: ++info.shapes; break;
-  case SVG_ELEM_text: ++info.texts; break;
-  case SVG_ELEM_image: ++info.images; break;
-  default: break;
-  }
+  info.shapes += is_shape(element);
+  info.texts += element->head.id == SVG_ELEM_text;
+  info.images += element->head.id == SVG_ELEM_image;
   for (const auto &[name, value] : drawing.notes().attributes_of(element).foreign)
     ++info.attributes[name];
 }

@@ -39,6 +39,19 @@ const char *id_of(const Drawing &drawing, const svg_e_node *element) {
   return std::string_view(id) != "(empty)" ? id : nullptr;
 }
 
+bool is_shape(const svg_e_node *element) {
+  switch (element->head.id) {
+  case SVG_ELEM_circle:
+  case SVG_ELEM_ellipse:
+  case SVG_ELEM_line:
+  case SVG_ELEM_path:
+  case SVG_ELEM_polygon:
+  case SVG_ELEM_polyline:
+  case SVG_ELEM_rect: return true;
+  default: return false;
+  }
+}
+
 std::string element_text(const Drawing &drawing, const svg_e_node *element, bool full) {
   const char *id = id_of(drawing, element);
   return element_name(element->head.id) + (id ? " #" + short_text(id, full) : "");

@@ -30,6 +30,9 @@ std::vector<NamedElement> named_elements(const Drawing &drawing, const NodeNumbe
 // An id or name of an element, or null.
 const char *id_of(const Drawing &drawing, const svg_e_node *element);
 
+// Whether it is a path or basic shape (SVG 1.1, chapters 8 and 9).
+bool is_shape(const svg_e_node *element);
+
 // "rect #button", for a person; a long id is shortened unless full.
 std::string element_text(const Drawing &drawing, const svg_e_node *element, bool full);
 

@@ -2,10 +2,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/names.h"
 #include "tools/svgdraw/painter.h"
 
-static bool is_graphics(const svg_e_node *element);
-static bool luminance_to_alpha(cairo_surface_t *surface);
+static void luminance_to_alpha(cairo_surface_t *surface);
 
 void Painter::begin_group(const svg_scene_group &group) {
   Group record = {Layer::HIDDEN, group.opacity, 0, false, false};
@@ -14,8 +14,7 @@ void Painter::begin_group(const svg_scene_group &group) {
     return;
   }
   cairo_save(cairo_);
-  const cairo_matrix_t matrix = to_cairo(group.item.matrix);
-  cairo_transform(cairo_, &matrix);
+  apply(cairo_, group.item.matrix);
   if (group.has_viewport != 0) {
     const double *v = group.viewport;
     cairo_rectangle(cairo_, v[0], v[1], v[2], v[3]);
@@ -31,7 +30,7 @@ void Painter::begin_group(const svg_scene_group &group) {
   if (record.clipped_late || group.mask)
     record.layer = Layer::PUSHED;
   else if (group.opacity < 1)
-    record.layer = is_graphics(group.item.element) ? Layer::SINGLE : Layer::PUSHED;
+    record.layer = is_shape(group.item.element) ? Layer::SINGLE : Layer::PUSHED;
   if (group.link && record.layer == Layer::PLAIN) record.link = begin_link(group);
   groups_.push_back(record);
   if (record.layer == Layer::PUSHED && !push_layer()) groups_.back().layer = Layer::PLAIN;
@@ -117,8 +116,7 @@ Painter::Layer Painter::clip_to(const svg_scene_clip &clip, bool &late) {
             }
             content->fill_rule = shape->fill_rule;
             cairo_save(content->cairo);
-            const cairo_matrix_t matrix = to_cairo(shape->item.matrix);
-            cairo_transform(content->cairo, &matrix);
+            apply(content->cairo, shape->item.matrix);
             add_segments(content->cairo, shape->segments, shape->segment_count);
             cairo_restore(content->cairo);
           },
@@ -135,8 +133,7 @@ Painter::Layer Painter::clip_to(const svg_scene_clip &clip, bool &late) {
   if (!can_apply(cairo_, clip.matrix)) return Layer::HIDDEN;
   cairo_new_path(cairo_);
   cairo_save(cairo_);
-  const cairo_matrix_t matrix = to_cairo(clip.matrix);
-  cairo_transform(cairo_, &matrix);
+  apply(cairo_, clip.matrix);
   const auto body = [](void *argument) {
     auto *r = static_cast<Request *>(argument);
     svg_scene_paint_clip(r->scene, r->clip, &clip_callbacks, &r->content);
@@ -147,8 +144,7 @@ Painter::Layer Painter::clip_to(const svg_scene_clip &clip, bool &late) {
   const ClipContent &content = request.content;
   late = !content.simple || content.shapes > 1;
   if (!late) {
-    cairo_set_fill_rule(cairo_, content.fill_rule == SVG_KW_evenodd ? CAIRO_FILL_RULE_EVEN_ODD
-                                                                    : CAIRO_FILL_RULE_WINDING);
+    set_fill_rule(cairo_, content.fill_rule);
     cairo_clip(cairo_); // nothing shows when there was no shape
   }
   cairo_new_path(cairo_);
@@ -197,8 +193,7 @@ cairo_surface_t *Painter::make_mask(const svg_scene_group &group, bool clipped, 
       cairo_clip(context);
     }
     if (can_apply(context, m)) {
-      const cairo_matrix_t own = to_cairo(m);
-      cairo_transform(context, &own);
+      apply(context, m);
       const Target target = target_;
       target_.vector = false;
       walk(context, is_clip ? Content::CLIP : Content::MASK,
@@ -239,25 +234,11 @@ bool Painter::begin_link(const svg_scene_group &group) {
   return true;
 }
 
-// Whether a group of this element holds one shape and nothing else.
-static bool is_graphics(const svg_e_node *element) {
-  switch (element->head.id) {
-  case SVG_ELEM_circle:
-  case SVG_ELEM_ellipse:
-  case SVG_ELEM_line:
-  case SVG_ELEM_path:
-  case SVG_ELEM_polygon:
-  case SVG_ELEM_polyline:
-  case SVG_ELEM_rect: return true;
-  default: return false;
-  }
-}
-
 // SVG 1.1, 14.4: luminance times alpha; the pixels hold color times alpha already.
-static bool luminance_to_alpha(cairo_surface_t *surface) {
+static void luminance_to_alpha(cairo_surface_t *surface) {
   cairo_surface_flush(surface);
   unsigned char *row = cairo_image_surface_get_data(surface);
-  if (!row) return false;
+  if (!row) return;
   const int width = cairo_image_surface_get_width(surface);
   const int height = cairo_image_surface_get_height(surface);
   const int stride = cairo_image_surface_get_stride(surface);
@@ -271,5 +252,4 @@ static bool luminance_to_alpha(cairo_surface_t *surface) {
     }
   }
   cairo_surface_mark_dirty(surface);
-  return true;
 }

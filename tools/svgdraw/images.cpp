@@ -57,14 +57,12 @@ void Painter::image(const svg_scene_image &image) {
   if ((picture.scene || picture.surface) && picture.width > 0 && picture.height > 0 &&
       can_apply(cairo_, placed)) {
     cairo_save(cairo_);
-    cairo_matrix_t matrix = to_cairo(image.item.matrix);
-    cairo_transform(cairo_, &matrix);
+    apply(cairo_, image.item.matrix);
     if (image.clipped != 0) {
       cairo_rectangle(cairo_, image.area[0], image.area[1], image.area[2], image.area[3]);
       cairo_clip(cairo_);
     }
-    matrix = to_cairo(placed);
-    cairo_transform(cairo_, &matrix);
+    apply(cairo_, placed);
     if (drawing) {
       ++account_.nesting;
       Painter(core_, picture.scene, account_, target_).paint(cairo_, nullptr);

@@ -100,8 +100,7 @@ bool Painter::hidden() const {
 void Painter::shape(const svg_scene_shape &shape) {
   if (hidden() || !can_apply(cairo_, shape.item.matrix)) return;
   cairo_save(cairo_);
-  const cairo_matrix_t matrix = to_cairo(shape.item.matrix);
-  cairo_transform(cairo_, &matrix);
+  apply(cairo_, shape.item.matrix);
   const bool single = groups_.back().layer == Layer::SINGLE;
   const double opacity = single ? groups_.back().opacity : 1;
   double box[4];
@@ -131,8 +130,7 @@ void Painter::fill_and_stroke(const svg_scene_shape &shape, double opacity) {
   // A pattern's content is drawn while its source is made, so the path comes after it.
   if (fills && set_source(shape.fill, opacity)) {
     add_segments(cairo_, shape.segments, shape.segment_count);
-    cairo_set_fill_rule(cairo_, shape.fill_rule == SVG_KW_evenodd ? CAIRO_FILL_RULE_EVEN_ODD
-                                                                  : CAIRO_FILL_RULE_WINDING);
+    set_fill_rule(cairo_, shape.fill_rule);
     cairo_fill(cairo_);
   }
   if (strokes && set_source(shape.stroke, opacity)) {
@@ -140,6 +138,11 @@ void Painter::fill_and_stroke(const svg_scene_shape &shape, double opacity) {
     set_stroke(*shape.item.style);
     cairo_stroke(cairo_);
   }
+}
+
+void set_fill_rule(cairo_t *context, int32_t keyword) {
+  cairo_set_fill_rule(context, keyword == SVG_KW_evenodd ? CAIRO_FILL_RULE_EVEN_ODD
+                                                         : CAIRO_FILL_RULE_WINDING);
 }
 
 void add_segments(cairo_t *context, const svg_pada *segments, size_t count) {

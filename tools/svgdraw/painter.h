@@ -113,6 +113,14 @@ void add_segments(cairo_t *context, const svg_pada *segments, size_t count);
 // applied to the context.
 bool can_apply(cairo_t *context, const double matrix[6]);
 
+// By the keyword of fill-rule or clip-rule.
+void set_fill_rule(cairo_t *context, int32_t keyword);
+
 inline cairo_matrix_t to_cairo(const double m[6]) { return {m[0], m[1], m[2], m[3], m[4], m[5]}; }
+
+inline void apply(cairo_t *context, const double matrix[6]) {
+  const cairo_matrix_t own = to_cairo(matrix);
+  cairo_transform(context, &own);
+}
 
 #endif

@@ -99,8 +99,7 @@ cairo_pattern_t *Painter::make_pattern(const svg_scene_pattern &pattern, double 
       cairo_set_matrix(context, &to_pixels);
       cairo_translate(context, i * tile[2], k * tile[3]);
       if (!can_apply(context, pattern.content_matrix)) continue;
-      const cairo_matrix_t content = to_cairo(pattern.content_matrix);
-      cairo_transform(context, &content);
+      apply(context, pattern.content_matrix);
       walk(context, Content::PATTERN, &pattern);
     }
   }

@@ -41,9 +41,9 @@ double Painter::measure(const svg_scene_run &run) { return Line(cairo_, run).wid
 void Painter::text(const svg_scene_run &run) {
   if (hidden() || !can_apply(cairo_, run.item.matrix)) return;
   cairo_save(cairo_);
-  cairo_matrix_t matrix = to_cairo(run.item.matrix);
-  cairo_transform(cairo_, &matrix);
+  apply(cairo_, run.item.matrix);
   // Paints are those of the text's user space, so they are set before the run has its place.
+  cairo_matrix_t matrix;
   cairo_get_matrix(cairo_, &matrix);
   const auto place = [&] {
     cairo_translate(cairo_, run.x, run.y);
@@ -51,18 +51,21 @@ void Painter::text(const svg_scene_run &run) {
     cairo_scale(cairo_, run.stretch, 1);
     cairo_new_path(cairo_);
   };
+  place();
+  const Line line(cairo_, run); // walk() lets no error of a pattern's content jump past it
+  cairo_set_matrix(cairo_, &matrix);
   for (size_t i = 0; i < run.decoration_count; ++i) {
     const svg_scene_decoration &decoration = run.decorations[i];
     if (decoration.fill.kind != SVG_SCENE_PAINT_NONE && set_source(decoration.fill, 1)) {
       place();
-      Line(cairo_, run).add_lines(cairo_, decoration.lines);
-      cairo_set_fill_rule(cairo_, CAIRO_FILL_RULE_WINDING);
+      line.add_lines(cairo_, decoration.lines);
+      set_fill_rule(cairo_, SVG_KW_nonzero);
       cairo_fill(cairo_);
       cairo_set_matrix(cairo_, &matrix);
     }
     if (decoration.stroke.kind != SVG_SCENE_PAINT_NONE && set_source(decoration.stroke, 1)) {
       place();
-      Line(cairo_, run).add_lines(cairo_, decoration.lines);
+      line.add_lines(cairo_, decoration.lines);
       set_stroke(*decoration.style);
       cairo_stroke(cairo_);
       cairo_set_matrix(cairo_, &matrix);
@@ -70,12 +73,12 @@ void Painter::text(const svg_scene_run &run) {
   }
   if (run.fill.kind != SVG_SCENE_PAINT_NONE && set_source(run.fill, 1)) {
     place();
-    Line(cairo_, run).show(cairo_);
+    line.show(cairo_);
     cairo_set_matrix(cairo_, &matrix);
   }
   if (run.stroke.kind != SVG_SCENE_PAINT_NONE && set_source(run.stroke, 1)) {
     place();
-    Line(cairo_, run).add_outlines(cairo_);
+    line.add_outlines(cairo_);
     set_stroke(*run.item.style);
     cairo_stroke(cairo_);
   }
