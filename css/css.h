@@ -2,7 +2,7 @@
 //
 // A reader makes one css_parser per document, feeds it style sheets with css_parse, and calls
 // css_get_rules once for each element, in document order, while it builds the tree. The engine
-// learns about declarations and elements through nine callbacks. Every function may raise
+// learns about declarations and elements through ten callbacks. Every function may raise
 // ORT_E_NO_MEMORY and whatever a callback raises; the parser then stays valid and deletable.
 #ifndef CSS_H
 #define CSS_H
@@ -16,7 +16,7 @@ struct css_selector;
 // Name number that stands for "any name" in a query and "no such name" in an answer.
 constexpr int16_t CSS_NO_NID = -1;
 
-// The nine callbacks. user is the pointer given to css_parser_new. Nodes are opaque to the engine.
+// The ten callbacks. user is the pointer given to css_parser_new. Nodes are opaque to the engine.
 struct css_callbacks {
   // Number of an element name (0 to the highest element id), or -1 for a name that no element can
   // have.
@@ -38,6 +38,8 @@ struct css_callbacks {
   void *(*get_siblng)(void *user, void *node, int16_t elem_nid);
   // An @font-face rule was met.
   void (*at_fontface)(void *user);
+  // An @import will be asked of the context by this name.
+  void (*at_import)(void *user, const char *href);
 };
 
 // The declarations that one rule gives to the elements it matches, in the order in which they are
@@ -74,6 +76,13 @@ void css_parse(css_parser *css, const char *text);
 // import itself. css_parse is this with null: imports are relative to the context's folder.
 void css_parse_sheet(css_parser *css, const char *text, const char *href);
 
+// While a sheet is parsed, for callbacks: where in its text the declaration or the @import begins
+// that is being read; imported sheets lie at their @import. Otherwise null.
+const char *css_get_place(const css_parser *css);
+
+// Sets before parsing that imported sheets are read with this encoding, see below; null: none.
+void css_set_encoding(css_parser *css, const char *encoding);
+
 // For get_prop: adds the value of one longhand of the shorthand being parsed.
 void css_add_value(css_parser *css, const char *name, void *value);
 
@@ -81,9 +90,10 @@ void css_add_value(css_parser *css, const char *name, void *value);
 bool css_is_rule_empty(const css_parser *css);
 
 // Reads the sheet that href names under the context's policy. Returns its text in UTF-8 (freed with
-// ort_free), or null after a warning (10200, 10201) when it is refused or cannot be read.
+// ort_free), or null after a warning (10200, 10201) when it is refused or cannot be read. encoding:
+// null, or that of a sheet that does not tell its own and is not UTF-16 without a mark.
 char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,
-                                   int log_level);
+                                   const char *encoding, int log_level);
 
 // Numbers of the names that selectors use; -1 when no selector does. For attributes: when no
 // selector tests it.

@@ -29,6 +29,7 @@ struct css_parser {
   ort_core *core;
   void *user;
   const css_context *context;
+  const char *encoding; // of imported sheets; null: none
   css_callbacks callbacks;
   int max_elem_nid;
   int log_level;
@@ -42,7 +43,8 @@ struct css_parser {
   uint32_t selector_count;
   uint64_t rule_count;
 
-  ort_vtr *sheets; // css_sheet, the importing ones below
+  ort_vtr *sheets;   // css_sheet, the importing ones below
+  const char *place; // in the text of the lowest; null between sheets
   int import_count;
   ort_bs *name, *value, *lower; // scratch of the parser
   ort_bs *token;                // of the scanner: one whose escapes are decoded

@@ -31,11 +31,18 @@ struct reading {
   ort_core *core;
   const char *href;
   const css_context *context;
+  const char *encoding; // of a sheet that does not tell its own; null: UTF-8
   css_sheet_text sheet;
   int file; // -1: none
   ort_bs *text;
   iconv_t converter; // NO_CONVERTER: none
   char *result;
+};
+
+struct sheet_encoding {
+  char name[40];
+  size_t mark; // length of the byte-order mark
+  bool wide;   // characters of two bytes
 };
 } // namespace
 
@@ -60,7 +67,8 @@ static bool open_beneath(reading *r, const char *folder, const char *name);
 static bool fail(reading *r, int code, const char *reason);
 static const char *describe(int error);
 static void decode(reading *r);
-static size_t find_encoding(std::string_view bytes, char *name, size_t size);
+static sheet_encoding find_encoding(const reading *r, std::string_view bytes);
+static std::string_view find_charset(std::string_view bytes);
 static void open_converter(reading *r, const char *encoding);
 static bool keeps_ascii(iconv_t converter);
 static void convert(reading *r, char *bytes, size_t length, size_t unit);
@@ -77,11 +85,11 @@ bool css_refuse_long_href(ort_core *core, const char *href) {
 }
 
 char *css_read_external_stylesheet(ort_core *core, const char *href, const css_context *context,
-                                   int log_level) {
+                                   const char *encoding, int log_level) {
   css_register_errtab(core);
   if (log_level >= 3) ort_logg(core, "\tFetching external style sheet \"%a\"...\n", href);
   if (css_refuse_long_href(core, href)) return nullptr;
-  reading r = {core, href,    context,      {core, nullptr, false, false},
+  reading r = {core, href,    context,      encoding, {core, nullptr, false, false},
                -1,   nullptr, NO_CONVERTER, nullptr};
   bool done = ort_protected(core, [&r] {
     r.sheet.bytes = ort_bs_new(r.core);
@@ -221,45 +229,54 @@ static const char *describe(int error) {
   return "error reading it";
 }
 
-// CSS 2.1, 4.4: a byte-order mark, then "@charset", then UTF-8.
 static void decode(reading *r) {
   char *bytes = const_cast<char *>(ort_bs_text(r->sheet.bytes));
   size_t length = ort_bs_length(r->sheet.bytes);
-  char encoding[40];
-  size_t mark = find_encoding({bytes, length}, encoding, sizeof encoding);
-  open_converter(r, encoding);
+  const sheet_encoding encoding = find_encoding(r, {bytes, length});
+  open_converter(r, encoding.name);
   if (r->converter == NO_CONVERTER)
-    ort_warning(r->core, CSS_E_ENCODING, r->href, encoding, nullptr, nullptr);
+    ort_warning(r->core, CSS_E_ENCODING, r->href, encoding.name, nullptr, nullptr);
   // "@charset" was readable as ASCII, so the sheet cannot be in a two-byte encoding.
-  if (r->converter == NO_CONVERTER || (mark == 0 && !keeps_ascii(r->converter)))
+  if (r->converter == NO_CONVERTER || (!encoding.wide && !keeps_ascii(r->converter)))
     open_converter(r, "UTF-8");
   if (r->converter == NO_CONVERTER)
     ort_error(r->core, ORT_E_CALL_FAILED, "iconv_open", nullptr, nullptr, nullptr);
-  convert(r, bytes + mark, length - mark, mark == 2 ? 2 : 1);
+  convert(r, bytes + encoding.mark, length - encoding.mark, encoding.wide ? 2 : 1);
 }
 
-// Stores the encoding's name; returns the length of the byte-order mark.
-static size_t find_encoding(std::string_view bytes, char *name, size_t size) {
-  constexpr std::string_view utf8_mark = "\xEF\xBB\xBF", be_mark = "\xFE\xFF", le_mark = "\xFF\xFE",
-                             charset = "@charset \"";
-  std::string_view found = "UTF-8";
-  size_t mark = 0;
+// CSS 2.1, 4.4: a byte-order mark, then "@charset", then the encoding of what names the sheet, then
+// UTF-8. No sheet begins with a NUL, nor has one after its first byte, but in two-byte characters.
+static sheet_encoding find_encoding(const reading *r, std::string_view bytes) {
+  constexpr std::string_view utf8_mark = "\xEF\xBB\xBF", be_mark = "\xFE\xFF", le_mark = "\xFF\xFE";
+  const bool looks_wide =
+      r->encoding && bytes.size() >= 2 && (bytes[0] == '\0') != (bytes[1] == '\0');
+  sheet_encoding found = {};
+  std::string_view name = r->encoding ? r->encoding : "UTF-8";
   if (bytes.starts_with(utf8_mark)) {
-    mark = utf8_mark.size();
-  } else if (bytes.starts_with(be_mark) || bytes.starts_with(le_mark)) {
-    mark = be_mark.size();
-    found = bytes.starts_with(be_mark) ? "UTF-16BE" : "UTF-16LE";
-  } else if (bytes.starts_with(charset)) {
-    std::string_view label = bytes.substr(charset.size(), size);
-    size_t end = label.find("\";");
-    bool plain = end < size && end > 0;
-    for (size_t i = 0; plain && i < end; ++i)
-      plain = ort_isalpha(label[i]) || ort_isdigit(label[i]) || strchr("-_.:", label[i]);
-    if (plain) found = label.substr(0, end);
+    found.mark = utf8_mark.size();
+    name = "UTF-8";
+  } else if (bytes.starts_with(be_mark) || bytes.starts_with(le_mark) || looks_wide) {
+    found.mark = looks_wide ? 0 : be_mark.size();
+    found.wide = true;
+    name = bytes[0] == (looks_wide ? '\0' : be_mark[0]) ? "UTF-16BE" : "UTF-16LE";
+  } else if (std::string_view charset = find_charset(bytes); !charset.empty()) {
+    name = charset;
   }
-  memcpy(name, found.data(), found.size());
-  name[found.size()] = '\0';
-  return mark;
+  memcpy(found.name, name.data(), name.size());
+  return found;
+}
+
+// The name that a sheet begins with, or "".
+static std::string_view find_charset(std::string_view bytes) {
+  constexpr std::string_view charset = "@charset \"";
+  if (!bytes.starts_with(charset)) return "";
+  std::string_view name = bytes.substr(charset.size(), sizeof sheet_encoding::name);
+  const size_t end = name.find("\";");
+  if (end >= sizeof sheet_encoding::name) return "";
+  name = name.substr(0, end);
+  for (char c : name)
+    if (!ort_isalpha(c) && !ort_isdigit(c) && !strchr("-_.:", c)) return "";
+  return name;
 }
 
 static void open_converter(reading *r, const char *encoding) {

@@ -34,6 +34,7 @@ constexpr ort_keyword media_types[] = {{"all", 0}, {"screen", 0}, {"print", 0}, 
 
 static void parse_statements(css_parser *css, const char *text, const char *href);
 static void parse_at_rule(sheet_scan *scan);
+static void note_place(css_parser *css, const char *at);
 static bool take_media(css_parser *css, const char *at, const char *end);
 static void import_sheet(sheet_scan *scan, const char *at, const char *end);
 static void parse_rule_set(sheet_scan *scan);
@@ -53,9 +54,15 @@ void css_parse_sheet(css_parser *css, const char *text, const char *href) {
     css_resolve_href(css->value, nullptr, href);
     sheet->href = ort_strdup(css->core, ort_bs_text(css->value));
   }
+  note_place(css, text);
   parse_statements(css, text, sheet->href);
   ort_vtr_resize(css->sheets, 0);
+  css->place = nullptr;
 }
+
+const char *css_get_place(const css_parser *css) { return css->place; }
+
+void css_set_encoding(css_parser *css, const char *encoding) { css->encoding = encoding; }
 
 static void parse_statements(css_parser *css, const char *text, const char *href) {
   sheet_scan scan = {css, text, href, 0, true};
@@ -79,6 +86,7 @@ static void parse_statements(css_parser *css, const char *text, const char *href
 
 static void parse_at_rule(sheet_scan *scan) {
   css_parser *css = scan->css;
+  note_place(css, scan->at);
   ort_bs_clear(css->name);
   const char *prelude = css_scan_name(css->name, scan->at + 1);
   int keyword = ort_get_keycode_ci(ort_bs_text(css->name), at_keywords);
@@ -98,6 +106,10 @@ static void parse_at_rule(sheet_scan *scan) {
     }
   }
   if (block) scan->at = skip_block(css, scan->at);
+}
+
+static void note_place(css_parser *css, const char *at) {
+  if (ort_vtr_count(css->sheets) == 1) css->place = at;
 }
 
 // Whether a list of media types names one of ours; an empty list means all. Queries with
@@ -144,7 +156,9 @@ static void import_sheet(sheet_scan *scan, const char *at, const char *end) {
 
   css_sheet *sheet = static_cast<css_sheet *>(ort_vtr_push(css->sheets));
   sheet->href = ort_strdup(css->core, href);
-  sheet->text = css_read_external_stylesheet(css->core, sheet->href, css->context, css->log_level);
+  css->callbacks.at_import(css->user, sheet->href);
+  sheet->text = css_read_external_stylesheet(css->core, sheet->href, css->context, css->encoding,
+                                             css->log_level);
   if (sheet->text) parse_statements(css, sheet->text, sheet->href);
   ort_vtr_pop(css->sheets);
 }
@@ -183,6 +197,7 @@ static const char *parse_declarations(css_parser *css, const char *at) {
 
 // Up to the ";", the "}" or the end.
 static const char *parse_declaration(css_parser *css, const char *at) {
+  note_place(css, at);
   ort_bs_clear(css->name);
   const char *colon = css_at_name(at) ? css_skip_space(css_scan_name(css->name, at)) : at;
   if (colon == at || *colon != ':') return css_scan_until(css, at, ";}", nullptr).end;

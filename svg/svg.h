@@ -227,6 +227,33 @@ typedef void (*svg_skip_observer_fn)(void *user, svg_skipped what, const char *n
  * @param user      its first argument; may be null */
 ORT_API void svg_set_skip_observer(svg_parser *parser, svg_skip_observer_fn observer, void *user);
 
+/** Told of each style sheet outside of the drawing that an xml-stylesheet instruction or an @import
+ * names, before the css_context is asked for it, if there is one. href is what css_read_fn gets,
+ * valid during the call. The function must return. */
+typedef void (*svg_sheet_observer_fn)(void *user, const char *href);
+
+/** Sets the observer of external sheets before svg_parse.
+ * @param parser    the parser
+ * @param observer  null: none
+ * @param user      its first argument; may be null */
+ORT_API void svg_set_sheet_observer(svg_parser *parser, svg_sheet_observer_fn observer, void *user);
+
+/** What names or holds a style sheet. */
+typedef enum svg_sheet_origin {
+  SVG_SHEET_NONE = 0,        /**< no style sheet is being read */
+  SVG_SHEET_INSTRUCTION = 1, /**< an xml-stylesheet instruction */
+  SVG_SHEET_STYLE = 2        /**< a `style` element */
+} svg_sheet_origin;
+
+/** Where the style sheet stands that is being read: for observers, and for the function that gets
+ * messages. In a `style` element it is the place of the declaration or the @import, also for what
+ * an imported sheet holds; else that of the instruction. Never raises.
+ * @param parser  the parser
+ * @param line    receives the line of the drawing, from 1
+ * @param column  receives the character of the line, from 1
+ * @return its origin; line and column are left alone when it is SVG_SHEET_NONE */
+ORT_API svg_sheet_origin svg_get_sheet_place(svg_parser *parser, uint32_t *line, uint32_t *column);
+
 /** What a lenient reading takes beyond SVG 1.1; docs/leniency.md tells it by value. */
 typedef enum svg_leniency {
   SVG_LENIENT_NUMBERS = 0x01,   /**< in lists, a number ends where the next one begins: "1-2.5.5" */
@@ -237,7 +264,8 @@ typedef enum svg_leniency {
   SVG_LENIENT_LENGTHS = 0x10,   /**< units of CSS 3, where SVG 1.1 has their equal */
   SVG_LENIENT_COLORS = 0x20,    /**< colors of CSS Color 4; an alpha becomes an opacity property */
   SVG_LENIENT_ENCODING = 0x40,  /**< UTF-16 of either order with or without a mark, and
-                                   windows-1250 to -1258 through the system's converters */
+                                   windows-1250 to -1258 through the system's converters, which
+                                   external sheets share that do not tell their own */
   SVG_LENIENT_ALL = 0x7F        /**< all of them */
 } svg_leniency;
 

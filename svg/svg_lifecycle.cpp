@@ -57,6 +57,11 @@ void svg_set_skip_observer(svg_parser *p, svg_skip_observer_fn observer, void *u
   p->skip_observer_user = user;
 }
 
+void svg_set_sheet_observer(svg_parser *p, svg_sheet_observer_fn observer, void *user) {
+  p->sheet_observer = observer;
+  p->sheet_observer_user = user;
+}
+
 void svg_set_observer(svg_parser *p, svg_observer_fn observer, void *user) {
   p->observer = observer;
   p->observer_user = user;

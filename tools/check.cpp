@@ -45,6 +45,7 @@ static Finding of_message(const Message &message);
 static bool split_number(std::string &text, const char *label, uint32_t &number);
 static std::string_view known_element(const std::string &name);
 static void find_links(const Drawing &drawing, bool full, Findings &findings);
+static void find_sheets(const Notes &notes, bool full, Findings &findings);
 static void find_skipped(const Notes &notes, bool full, Findings &findings);
 static bool is_known_property(const std::string &name);
 static std::string times(size_t count);
@@ -67,6 +68,7 @@ static Findings find_all(const Drawing &drawing, bool full) {
   const Notes &notes = drawing.notes();
   Findings findings;
   for (const Message &message : notes.messages()) findings.push_back(of_message(message));
+  find_sheets(notes, full, findings);
   if (drawing.ok()) find_links(drawing, full, findings);
   for (const RepeatedId &repeated : notes.repeated_ids())
     findings.push_back({ORT_WARNING, ID_REPEATED, repeated.place,
@@ -141,6 +143,16 @@ static void find_links(const Drawing &drawing, bool full, Findings &findings) {
           {ORT_WARNING, waits ? LINK_WITHOUT_TARGET : OUTSIDE_REFERENCE, place, text});
     }
   });
+}
+
+// A name may also be that of the drawing itself, or be the sheet (RFC 2397).
+static void find_sheets(const Notes &notes, bool full, Findings &findings) {
+  for (const OutsideSheet &sheet : notes.outside_sheets())
+    if (!sheet.href.empty() && !sheet.href.starts_with('#') &&
+        strncasecmp(sheet.href.c_str(), "data:", 5) != 0)
+      findings.push_back(
+          {ORT_WARNING, OUTSIDE_REFERENCE, sheet.place,
+           "style sheet '" + short_text(sheet.href, full) + "' lies outside of the drawing"});
 }
 
 static void find_skipped(const Notes &notes, bool full, Findings &findings) {

@@ -31,7 +31,7 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
   options.inflate_budget = settings.inflated;
   core_ = ort_core_new(&options);
   if (!core_) {
-    notes_.on_message(ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory");
+    notes_.on_message(ORT_ERROR, ORT_E_NO_MEMORY, "Out of memory", {});
     return;
   }
   if (settings.external_sheets) {
@@ -63,7 +63,7 @@ bool Drawing::read_standard_input() {
     input_.append(block, length);
   if (ferror(stdin) == 0) return true;
   const std::string text = "Cannot open file '" + name_ + "': " + strerror(errno);
-  notes_.on_message(ORT_ERROR, ORT_E_OPEN, text.c_str());
+  notes_.on_message(ORT_ERROR, ORT_E_OPEN, text.c_str(), {});
   return false;
 }
 
@@ -79,6 +79,7 @@ void Drawing::read() {
                      static_cast<int32_t>(refused_properties_.size()), nullptr, nullptr);
   svg_set_limits(parser_, &settings_.limits);
   svg_set_element_observer(parser_, on_element, this);
+  svg_set_sheet_observer(parser_, on_sheet, this);
   svg_set_skip_observer(parser_, on_skip, this);
   if (!settings_.strict) {
     svg_set_leniency(parser_, SVG_LENIENT_ALL);
@@ -89,6 +90,14 @@ void Drawing::read() {
     svg_set_selector(parser_, settings_.selectors[i].c_str(), on_selected, &selected_[i]);
   svg_ = svg_parse(parser_, file_, &gz_, &viewport_[0], &viewport_[1], &viewbox_[0], &viewbox_[1],
                    &elems_used_, &has_text_);
+}
+
+// Where the style sheet stands that is being read, if one is.
+Place Drawing::sheet_place() const {
+  Place place;
+  if (parser_ && svg_get_sheet_place(parser_, &place.line, &place.column) == SVG_SHEET_STYLE)
+    place.element = "style";
+  return place;
 }
 
 void Drawing::open() {
@@ -160,7 +169,8 @@ bool Drawing::accepts_language(const svg_e_node *element) const {
 }
 
 void Drawing::on_message(void *user, ort_severity severity, int code, const char *text) {
-  static_cast<Drawing *>(user)->notes_.on_message(severity, code, text);
+  auto *drawing = static_cast<Drawing *>(user);
+  drawing->notes_.on_message(severity, code, text, drawing->sheet_place());
 }
 
 void Drawing::on_log(void *, const char *text, size_t length) { fwrite(text, 1, length, stderr); }
@@ -171,11 +181,18 @@ void Drawing::on_element(void *user, const svg_e_node *element, uint32_t line,
 }
 
 void Drawing::on_skip(void *user, svg_skipped what, const char *name, uint32_t line) {
-  static_cast<Drawing *>(user)->notes_.on_skip(what, name, line);
+  auto *drawing = static_cast<Drawing *>(user);
+  drawing->notes_.on_skip(what, name, line, drawing->sheet_place());
+}
+
+void Drawing::on_sheet(void *user, const char *href) {
+  auto *drawing = static_cast<Drawing *>(user);
+  drawing->notes_.on_sheet(href, drawing->sheet_place());
 }
 
 void Drawing::on_leniency(void *user, const svg_lenient_value *value) {
-  static_cast<Drawing *>(user)->notes_.on_leniency(*value);
+  auto *drawing = static_cast<Drawing *>(user);
+  drawing->notes_.on_leniency(*value, drawing->sheet_place());
 }
 
 void Drawing::on_value(void *user, const svg_e_node *element, const svg_a_node *value,

@@ -88,6 +88,7 @@ private:
     }
   };
 
+  Place sheet_place() const;
   bool read_standard_input();
   void read();
   void open();
@@ -96,6 +97,7 @@ private:
   static void on_log(void *user, const char *text, size_t length);
   static void on_element(void *user, const svg_e_node *element, uint32_t line,
                          const svg_written_attr *attributes, size_t count);
+  static void on_sheet(void *user, const char *href);
   static void on_skip(void *user, svg_skipped what, const char *name, uint32_t line);
   static void on_leniency(void *user, const svg_lenient_value *value);
   static void on_value(void *user, const svg_e_node *element, const svg_a_node *value,

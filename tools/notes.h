@@ -1,8 +1,8 @@
 // notes.h: what is told while a drawing is read and is not in its tree: which element a message
 // belongs to, lines, attributes that the reader skips, ids that occur again.
 //
-// Filled by the observers of drawing.cpp. A message comes while its element is being built, thus
-// before the element itself is told; what comes before the first element is of the style sheets.
+// Filled by the observers of drawing.cpp, which tell where a style sheet stands that is being read.
+// A message comes while its element is being built, thus before the element itself is told.
 #ifndef TOOLS_NOTES_H
 #define TOOLS_NOTES_H
 
@@ -44,6 +44,12 @@ struct LenientValue {
   Place place;
 };
 
+// A style sheet outside of the drawing.
+struct OutsideSheet {
+  std::string href;
+  Place place;
+};
+
 struct RepeatedId {
   uint32_t first_line;
   Place place; // of the element that bears it again
@@ -59,15 +65,17 @@ class Notes {
 public:
   // Attributes are kept only when wanted.
   explicit Notes(bool attributes) : keep_attributes_(attributes) {}
-  void on_message(ort_severity severity, int code, const char *text);
+  void on_message(ort_severity severity, int code, const char *text, const Place &sheet);
   void on_element(const svg_e_node *element, uint32_t line, const svg_written_attr *attributes,
                   size_t count);
-  void on_skip(svg_skipped what, const char *name, uint32_t line);
-  void on_leniency(const svg_lenient_value &value);
+  void on_sheet(const char *href, const Place &sheet);
+  void on_skip(svg_skipped what, const char *name, uint32_t line, const Place &sheet);
+  void on_leniency(const svg_lenient_value &value, const Place &sheet);
   void finish(); // the reading has ended
 
   const std::vector<Message> &messages() const { return messages_; }
   const std::vector<LenientValue> &lenient_values() const { return lenient_values_; }
+  const std::vector<OutsideSheet> &outside_sheets() const { return outside_sheets_; }
   const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
   const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
   const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
@@ -85,8 +93,6 @@ private:
 
   std::string_view keep(const char *text) { return *texts_.emplace(text).first; }
   void begin_tree();
-  void place_properties(bool outermost, const Place &place, const char *style);
-  Place place_of_sheets() const;
   void note_id(const svg_e_node *element, const Place &place);
 
   bool keep_attributes_;
@@ -94,8 +100,8 @@ private:
   std::vector<Message> messages_;
   size_t placed_ = 0; // messages whose place is known
   std::vector<std::string> pending_attributes_, pending_properties_; // of the element being built
-  std::vector<std::string> sheet_properties_;
-  uint32_t style_line_ = 0; // of the first style element
+  std::vector<std::pair<std::string, Place>> sheet_properties_;
+  std::vector<OutsideSheet> outside_sheets_;
   size_t style_elements_ = 0;
   SkippedNames elements_, properties_;
   std::vector<LenientValue> lenient_values_;

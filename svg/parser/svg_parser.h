@@ -37,10 +37,23 @@ struct svg_pe_entry {
   svg_node **link;
 };
 
-// An external style sheet, as read, and the name it was read by.
+struct svg_place {
+  uint32_t line = 0, column = 0; // in the drawing, from 1
+  bool operator==(const svg_place &) const = default;
+};
+
+// An external style sheet, as read, the name it was read by, and where that stands.
 struct svg_ext_sheet {
   char *text;
   char *href;
+  svg_place place;
+};
+
+// A run of the text of the style elements.
+struct svg_sheet_piece {
+  size_t offset; // in the joined text
+  svg_place place;
+  bool fixed; // the text of an entity: all of it stands there
 };
 
 // An element that links can point to.
@@ -94,6 +107,8 @@ struct svg_host {
   void *element_observer_user = nullptr;
   svg_skip_observer_fn skip_observer = nullptr;
   void *skip_observer_user = nullptr;
+  svg_sheet_observer_fn sheet_observer = nullptr;
+  void *sheet_observer_user = nullptr;
   uint32_t leniency = 0; // SVG_LENIENT_*
   svg_leniency_observer_fn leniency_observer = nullptr;
   void *leniency_observer_user = nullptr;
@@ -167,6 +182,7 @@ struct svg_input {
   int32_t no_namespaces = 0;
   const char *utf16 = nullptr; // the encoding that the first block shows; null: Expat finds it
   bool encoding_told = false;
+  char windows_encoding[7] = "";  // the system's name of the drawing's, when it is one
   int32_t callback_failed = 0;    // an Expat callback raised; the error is pending until
                                   // XML_ParseBuffer has returned
   char *room = nullptr;           // for batch bytes, in Expat's buffer
@@ -199,6 +215,12 @@ struct svg_sheet_pass {
   char *pi_copy = nullptr;             // instruction data being split
   ort_vtr *pi_items = nullptr;         // char *, into the copy
   ort_vtr *ext_style_sheets = nullptr; // svg_ext_sheet
+  ort_vtr *sheet_pieces = nullptr;     // svg_sheet_piece
+  svg_place next_place;                // where text would stand that follows the last piece
+  // What is being read, and where it was found last.
+  svg_sheet_origin origin = SVG_SHEET_NONE;
+  svg_place sheet_place, found_place;
+  size_t next_piece = 0, found_offset = 0;
 };
 
 // ---- The main pass ------------------------------------------------------------------------------

@@ -11,6 +11,7 @@
 #include "svg/values/svg_css_color.h"
 #include "svg/values/svg_errors.h"
 #include "svg/values/svg_font.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/values/svg_types.h"
 
 static int16_t svg_css_cb_get_elem_nid(void *user, const char *name);
@@ -22,6 +23,7 @@ static void *svg_css_cb_get_ancest(void *user, void *node, int16_t elem_nid);
 static void *svg_css_cb_get_parent(void *user, void *node, int16_t elem_nid);
 static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid);
 static void svg_css_cb_at_fontface(void *user);
+static void svg_css_cb_at_import(void *user, const char *href);
 
 static void check_selector(svg_parser *p, const char *selector);
 static void tell_facts(svg_parser *p, svg_e_node *node);
@@ -41,12 +43,14 @@ constexpr css_callbacks svg_css_callbacks = {
     .get_parent = svg_css_cb_get_parent,
     .get_siblng = svg_css_cb_get_siblng,
     .at_fontface = svg_css_cb_at_fontface,
+    .at_import = svg_css_cb_at_import,
 };
 
 void svg_css_create_parser(svg_parser *p) {
   if (p->css) return;
   p->css = css_parser_new(p->core, p, p->css_context_, &svg_css_callbacks, SVG_ELEM_COUNT - 1);
   css_parser_init(p->css);
+  css_set_encoding(p->css, svg_sheet_encoding(p));
 }
 
 // ---- Questions about elements ------------------------------------------------------------------
@@ -279,6 +283,11 @@ static void *svg_css_cb_get_siblng(void *user, void *node, int16_t elem_nid) {
 }
 
 static void svg_css_cb_at_fontface(void *) {} // fonts of style sheets are not loaded
+
+static void svg_css_cb_at_import(void *user, const char *href) {
+  const auto *p = static_cast<svg_parser *>(user);
+  if (p->sheet_observer) p->sheet_observer(p->sheet_observer_user, href);
+}
 
 // The value belongs to the parser and may be shared by many elements. Null when there is none. A
 // style sheet has no line of the document.

@@ -59,6 +59,7 @@ constexpr size_t LONGEST_LIST = [] {
 // made stand apart, because their order matters.
 template <class Visit> static void visit_sheet_pass(svg_sheet_pass *p, Visit visit) {
   visit(p->style_sheet, 0);
+  visit(p->sheet_pieces, READING);
   visit(p->css_svg_stack, AT_ONCE | READING, ITEMS<int32_t>, 4);
   visit(p->pi_copy, 0);
   visit(p->pi_items, AT_ONCE | READING, ITEMS<char *>, 0);
@@ -141,13 +142,17 @@ void svg_prepare_document(svg_parser *p) {
     svg_note(p, 3, "\tParsing external style sheet #%d...\n", static_cast<int>(i + 1));
     svg_css_create_parser(p);
     const auto &sheet = ort_item<svg_ext_sheet>(p->ext_style_sheets, i);
+    p->origin = SVG_SHEET_INSTRUCTION;
+    p->sheet_place = sheet.place;
     css_parse_sheet(p->css, sheet.text, sheet.href);
   }
   if (p->style_sheet) {
     svg_note(p, 3, "\tParsing internal style sheet...\n");
     svg_css_create_parser(p);
+    p->origin = SVG_SHEET_STYLE;
     css_parse(p->css, ort_bs_text(p->style_sheet));
   }
+  p->origin = SVG_SHEET_NONE;
   svg_css_add_queries(p);
   p->root = svg_e_node_new(p->core, SVG_ID_ROOT);
   auto *entry = static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack));

@@ -58,6 +58,11 @@ void svg_tell_encoding(svg_parser *p, const char *name) {
        {.flags = SVG_LENIENT_ENCODING, .line = 1, .element = "", .name = "encoding", .text = name});
 }
 
+const char *svg_sheet_encoding(const svg_parser *p) {
+  if ((p->leniency & SVG_LENIENT_ENCODING) == 0) return nullptr;
+  return *p->windows_encoding ? p->windows_encoding : "UTF-8";
+}
+
 static void tell(const svg_host *p, const svg_lenient_value &value) {
   if (p->leniency_observer) p->leniency_observer(p->leniency_observer_user, &value);
 }

@@ -13,5 +13,7 @@ void svg_drop_value(svg_parser *p);
 void svg_tell_lenient(svg_parser *p, uint32_t flags, const char *text, long line);
 // Once for a document, however often it is read.
 void svg_tell_encoding(svg_parser *p, const char *name);
+// That of external sheets which do not tell it; null: they are read strictly.
+const char *svg_sheet_encoding(const svg_parser *p);
 
 #endif

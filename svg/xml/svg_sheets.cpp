@@ -9,8 +9,10 @@
 
 #include "svg/names/svg_namespace.h"
 #include "svg/values/svg_errors.h"
+#include "svg/values/svg_leniency.h"
 #include "svg/xml/svg_expat.h"
 #include "svg/xml/svg_growth.h"
+#include "svg/xml/svg_sheet_place.h"
 
 static bool is_svg_or_style(const char *name);
 static void forget_instruction(svg_parser *p);
@@ -23,6 +25,8 @@ static void log_line(svg_parser *p);
 void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char *data) {
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
+    p->origin = SVG_SHEET_INSTRUCTION;
+    p->sheet_place = svg_place_here(p);
     p->pi_copy = ort_strdup(p->core, data);
     log_line(p);
     svg_note(p, 3, "<?%a %a?>\n", target, data);
@@ -105,7 +109,10 @@ void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
 void svg_cb_char_data_css(void *parser, const XML_Char *s, int len) {
   auto *p = static_cast<svg_parser *>(parser);
   if (!p->in_style_elem) return;
-  svg_in_callback(p, [&] { ort_bs_append(p->style_sheet, s, static_cast<size_t>(len)); });
+  svg_in_callback(p, [&] {
+    svg_note_sheet_text(p, s, static_cast<size_t>(len));
+    ort_bs_append(p->style_sheet, s, static_cast<size_t>(len));
+  });
 }
 
 int32_t svg_css_style(svg_parser *p, const char *name, const XML_Char **attrs) {
@@ -133,6 +140,7 @@ static void forget_instruction(svg_parser *p) {
   ort_vtr_resize(p->pi_items, 0);
   ort_free(p->core, p->pi_copy);
   p->pi_copy = nullptr;
+  p->origin = SVG_SHEET_NONE;
 }
 
 static void read_external_sheet(svg_parser *p) {
@@ -153,7 +161,10 @@ static void read_external_sheet(svg_parser *p) {
   }
   auto *sheet = static_cast<svg_ext_sheet *>(ort_vtr_push(p->ext_style_sheets));
   sheet->href = ort_strdup(p->core, href);
-  sheet->text = css_read_external_stylesheet(p->core, href, p->css_context_, p->log_level);
+  sheet->place = p->sheet_place;
+  if (p->sheet_observer) p->sheet_observer(p->sheet_observer_user, href);
+  sheet->text = css_read_external_stylesheet(p->core, href, p->css_context_, svg_sheet_encoding(p),
+                                             p->log_level);
   if (!sheet->text) ort_vtr_pop(p->ext_style_sheets);
 }
 

@@ -232,7 +232,9 @@ static bool get_windows_encoding(svg_parser *p, const XML_Char *name, XML_Encodi
       name[length] < '0' || name[length] > '8' || name[length + 1] != '\0')
     return false;
   const char system_name[] = {'C', 'P', '1', '2', '5', name[length], '\0'};
+  static_assert(sizeof system_name == sizeof p->windows_encoding);
   if (!ort_get_system_encoding(system_name, info->map)) return false;
+  memcpy(p->windows_encoding, system_name, sizeof system_name);
   svg_tell_encoding(p, name);
   return true;
 }

@@ -37,12 +37,12 @@ protected:
   }
 
   // The text, or the codes of the messages.
-  string read(const char *href) {
+  string read(const char *href, const char *encoding = nullptr) {
     AccountingCore core;
     string folder = base.string(), result;
     css_context context = {folder.c_str(), nullptr, nullptr};
     char *text = nullptr;
-    core.protect([&] { text = css_read_external_stylesheet(core, href, &context, 0); });
+    core.protect([&] { text = css_read_external_stylesheet(core, href, &context, encoding, 0); });
     if (text) result = text;
     for (const Message &message : core.messages) result += std::to_string(message.code);
     ort_free(core, text);
@@ -100,6 +100,25 @@ TEST_F(CssFolder, EncodingsBecomeUTF8) {
   for (const auto &test : cases) {
     write("sheets/e.css", test.bytes);
     EXPECT_EQ(read("e.css"), test.expected) << test.bytes;
+  }
+  // With the encoding of a drawing, for sheets that do not tell their own.
+  const string wide_a("a\0\xE4\0", 4), wide_b("\0a\0\xE4", 4), in_1252 = "a\x80",
+                                                               euro = "\xE2\x82\xAC";
+  const struct {
+    string bytes;
+    const char *encoding;
+    string expected;
+  } lenient[] = {{in_1252, "CP1252", "a" + euro},
+                 {in_1252, "UTF-8", "a" + replaced},
+                 {"\xEF\xBB\xBF" + euro, "CP1252", euro},
+                 {"@charset \"UTF-8\";" + euro, "CP1252", "@charset \"UTF-8\";" + euro},
+                 {wide_a, "CP1252", "a\xC3\xA4"},
+                 {wide_b, "UTF-8", "a\xC3\xA4"},
+                 {"\xFF\xFE" + wide_a, "UTF-8", "a\xC3\xA4"},
+                 {"a", "CP1252", "a"}};
+  for (const auto &test : lenient) {
+    write("sheets/e.css", test.bytes);
+    EXPECT_EQ(read("e.css", test.encoding), test.expected) << test.bytes;
   }
 }
 
@@ -183,7 +202,8 @@ TEST(CssExternal, RefusalsSayWhy) {
       {&endless, "it is too long"}};
   for (const auto &c : cases) {
     AccountingCore core;
-    core.protect([&] { EXPECT_FALSE(css_read_external_stylesheet(core, "a", c.first, 0)); });
+    core.protect(
+        [&] { EXPECT_FALSE(css_read_external_stylesheet(core, "a", c.first, nullptr, 0)); });
     ASSERT_EQ(core.messages.size(), 1U);
     EXPECT_EQ(core.messages[0].text, string("Style sheet 'a' refused: ") + c.second);
   }

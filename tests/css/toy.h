@@ -45,7 +45,8 @@ struct Toy {
         get_parent,
         get_parent,
         [](void *, void *node, int16_t) -> void * { return static_cast<ToyNode *>(node)->sibling; },
-        [](void *user) { ++static_cast<Toy *>(user)->font_faces; }};
+        [](void *user) { ++static_cast<Toy *>(user)->font_faces; },
+        [](void *, const char *) {}};
     ready = core.protect([&] {
       css = css_parser_new(core, this, context, &callbacks, 9);
       css_parser_init(css);

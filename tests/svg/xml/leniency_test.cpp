@@ -76,4 +76,27 @@ TEST(Leniency, WindowsEncodings) {
       });
 }
 
+// A sheet that does not tell its encoding has that of a drawing that is read leniently.
+TEST(Leniency, SheetsOfWindowsEncodings) {
+  const auto family = [](const std::string &encoding, uint32_t flags) {
+    const css_context context = {nullptr,
+                                 [](void *, const char *, css_sheet_text *text) {
+                                   const char sheet[] = "text{font-family:a\x80}";
+                                   return css_context_append(text, sheet, sizeof sheet - 1);
+                                 },
+                                 nullptr};
+    const Document document("<?xml version='1.0' encoding='" + encoding +
+                                "'?><?xml-stylesheet href='a' type='text/css'?><svg><style>"
+                                "@import 'b'; </style><text id='a'/></svg>",
+                            AccountingCore::defaults(), [&](svg_parser *p) {
+                              p->css_context_ = &context;
+                              svg_set_leniency(p, flags);
+                            });
+    return document.values(document.find("a"), "font-family");
+  };
+  EXPECT_EQ(family("windows-1252", SVG_LENIENT_ENCODING), "\"a\xE2\x82\xAC\"");
+  EXPECT_EQ(family("utf-8", SVG_LENIENT_ENCODING), "\"a\xEF\xBF\xBD\"");
+  EXPECT_EQ(family("iso-8859-1", SVG_LENIENT_ALL & ~SVG_LENIENT_ENCODING), "\"a\xEF\xBF\xBD\"");
+}
+
 } // namespace

@@ -260,3 +260,55 @@ TEST(Sheets, NumberOfInstructionsHasALimit) {
   EXPECT_EQ(drawing.asked.size(), ORT_LIMIT_IMPORTS * strlen("red.css "));
   EXPECT_EQ(drawing.codes(), " " + std::to_string(ORT_E_LIMIT));
 }
+
+// The unknown property "zz" and the sheet "far.css" are told with their places: where they stand.
+TEST(Sheets, ArePlacedInTheDrawing) {
+  struct Told {
+    svg_parser *parser = nullptr;
+    std::string text;
+    void add(const char *name) {
+      uint32_t line = 0, column = 0;
+      const svg_sheet_origin origin = svg_get_sheet_place(parser, &line, &column);
+      text += std::string(name) + " " + "-is"[origin] + std::to_string(line) + ":" +
+              std::to_string(column) + "\n";
+    }
+  };
+  const auto tell = [](const std::string &bytes, int block_size) {
+    Told told;
+    const Document document(bytes, AccountingCore::defaults(), [&](svg_parser *p) {
+      told.parser = p;
+      p->block_size = block_size;
+      svg_set_sheet_observer(
+          p, [](void *user, const char *href) { static_cast<Told *>(user)->add(href); }, &told);
+      svg_set_skip_observer(
+          p,
+          [](void *user, svg_skipped what, const char *name, uint32_t) {
+            if (what == SVG_SKIPPED_PROPERTY) static_cast<Told *>(user)->add(name);
+          },
+          &told);
+    });
+    EXPECT_TRUE(document.svg);
+    return told.text;
+  };
+  const std::pair<std::string, std::string> drawings[] = {
+      {"<svg><style>a{zz:1}</style>\n<style>\n a { zz:2;zz:3 }\n</style><g/><style> b{zz:4}"
+       "</style></svg>",
+       "zz s1:15\nzz s3:6\nzz s3:11\nzz s4:23\n"},
+      {"<svg><style>\n<![CDATA[a{zz:1}\nb{ zz:2}]]><!--\n--> c{/*\n*/zz:3}&#10;d&gt;e{zz:4}"
+       "</style></svg>",
+       "zz s2:12\nzz s3:4\nzz s5:3\nzz s5:20\n"},
+      {"<svg><style>\n@import 'far.css';\na{ fill:'\u00e4\U0001f600'; zz:1 }</style>"
+       "<g style='zz:2'/></svg>",
+       "far.css s2:1\nzz s3:15\nzz -0:0\n"},
+      {"<!---->\n<?xml-stylesheet href='far.css' type='text/css'?><svg/>", "far.css i2:1\n"},
+      {"<!DOCTYPE svg [<!ENTITY e 'a{zz:1}\n b{zz:2}\n c{'>]>\n<svg><style>&e; zz:3}</style></svg>",
+       "zz s4:13\nzz s4:13\nzz s4:17\n"}};
+  for (const auto &[text, places] : drawings)
+    for (const int block_size : {1, SVG_BLOCK_SIZE}) {
+      EXPECT_EQ(tell(text, block_size), places) << text;
+      std::string returns = text;
+      for (size_t i = 0; (i = returns.find('\n', i)) != returns.npos; i += 2)
+        returns.insert(i, "\r");
+      if (text.find("<!DOCTYPE") == text.npos) EXPECT_EQ(tell(returns, block_size), places) << text;
+    }
+}
