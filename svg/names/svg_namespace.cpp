@@ -23,7 +23,6 @@ static int32_t get_nsp_type(const char *uri, size_t length) {
 }
 
 void svg_push_nsp_entry(svg_parser *p, const char *uri, const char *prefix) {
-  if (!uri || !p->nsp_stack) return;
   auto *entry = static_cast<svg_nsp_entry *>(ort_vtr_push(p->nsp_stack));
   entry->type = svg_get_nsp_type(uri);
   entry->uri = ort_strdup(p->core, uri);
@@ -35,7 +34,6 @@ void svg_push_nsp_entry(svg_parser *p, const char *uri, const char *prefix) {
 }
 
 void svg_pop_nsp_entry(svg_parser *p) {
-  if (ort_vtr_count(p->nsp_stack) == 0) return;
   const auto &entry = ort_top<svg_nsp_entry>(p->nsp_stack);
   ort_name_entry *innermost = ort_index_find(p->core, &p->nsp_index, entry.uri);
   if (entry.outer == 0) {

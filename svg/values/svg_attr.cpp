@@ -26,7 +26,6 @@ static long line_of(const svg_parser *p, uint32_t line) {
 
 void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line) {
   const svg_attr_def *def = &svg_attr_table[row];
-  p->value_link = -1;
   const char *given = text;
   if ((def->flags & SVG_AF_KEEPSPACE) == 0)
     while (ort_isspace(*given)) ++given;
@@ -43,6 +42,7 @@ static void begin_value(svg_parser *p, int32_t row, const char *text) {
   p->keys = def->keys;
   p->key_count = static_cast<int32_t>(def->key_count);
   p->scan_pos = p->scan_start = text;
+  p->value_link = -1;
 }
 
 static void make_value(svg_parser *p, int32_t row) {

@@ -119,7 +119,6 @@ void svg_add_unres_link(svg_parser *p, const char *id, svg_iri *iri) {
 }
 
 void svg_resolve_href(svg_parser *p, const char *id, svg_e_node *target) {
-  p->value_link = -1; // its slot may pass to another link
   ort_name_entry *entry = ort_index_find(p->core, &p->name_index, id);
   if (!entry || entry->number == 0) return;
   gather_slots(p, entry->number);
@@ -158,7 +157,6 @@ static int compare_slots(const void *a, const void *b) {
 void svg_drop_value_link(svg_parser *p) {
   if (p->value_link < 0) return;
   const auto slot = static_cast<size_t>(p->value_link);
-  p->value_link = -1;
   const waiting_link *link = link_at(p, slot);
   ort_name_entry *entry = link->id ? ort_index_find(p->core, &p->name_index, link->id) : nullptr;
   if (entry && entry->number == slot + 1) {

@@ -103,7 +103,6 @@ bool svg_recording_play(svg_parser *p) {
   recording->playing = true;
   recording->line = 0;
   recording->name_block = recording->names.first;
-  memset(recording->known, 0, sizeof recording->known);
   recording->attributes =
       ort_new_array<const char *>(p->core, 2 * recording->most_attributes + 1, "svg_recording");
   recording->sheets = svg_css_sheet_bytes(p);
@@ -113,7 +112,7 @@ bool svg_recording_play(svg_parser *p) {
     const uint64_t needed = memory_to_play(p, events.first->used);
     const char *at = events.first->bytes();
     for (const char *end = at + events.first->used; at < end;) {
-      if (recording->incomplete || ort_memory_left(p->core) < needed) {
+      if (ort_memory_left(p->core) < needed) {
         svg_recording_delete(p);
         return false;
       }

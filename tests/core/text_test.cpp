@@ -49,6 +49,15 @@ TEST(Text, ClassesAreThoseOfASCII) {
   }
 }
 
+TEST(Text, CopiesTakeNoMoreThanTheyHold) {
+  AccountingCore core;
+  char *texts[] = {ort_strdup(core, "abcd"), ort_strdup_ext(core, "abcd", ORT_DUP_PLAIN, "plain"),
+                   ort_str2hexstr(core, "abc", 3, ", ", ORT_DUP_PLAIN, "hex")};
+  EXPECT_EQ(core.live_blocks(), "hex: 1 blocks, 13 bytes\nort_strdup: 1 blocks, 5 bytes\n"
+                                "plain: 1 blocks, 5 bytes\n");
+  for (char *text : texts) ort_free(core, text);
+}
+
 // The signs of the comparison, of that in any letter case, and of that of three characters.
 TEST(Text, Comparisons) {
   const auto sign = [](int x) { return "-0+"[(x > 0) - (x < 0) + 1]; };

@@ -50,6 +50,15 @@ fill:red/* part of the value */;stroke:blue -> stroke #0000ff !10006)",
                with_style);
 }
 
+// Also an element whose list of attributes lacks it, and under a prefix.
+TEST(Style, CountsForEveryElement) {
+  const Document document("<svg xmlns='http://www.w3.org/2000/svg' "
+                          "xmlns:s='http://www.w3.org/2000/svg'><font-face id='f' style='fill:red'/>"
+                          "<view id='v' s:style='fill:red'/><g id='g' s:style='fill:red'/></svg>");
+  for (const char *id : {"f", "v", "g"})
+    EXPECT_EQ(document.values(document.find(id), "fill"), "#ff0000") << id;
+}
+
 TEST(Style, RanksBehindAttributesAndRules) {
   expect_cases(R"(
 <style>g{fill:lime;stroke:lime}</style><g style='fill:red' fill='blue' font='1px x'/> -> fill #0000ff; fill #00ff00; fill #ff0000; font-family "x"; font-size 1px; stroke #00ff00

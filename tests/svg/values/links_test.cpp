@@ -76,9 +76,10 @@ TEST(Links, WaitWhileTheirValueLives) {
         "<style>.x { fill: url(#t) bad; mask: url(#t) }</style>"
         "<g id='g1' fill='url(#t) bad'/><g id='g2' fill='url(#t) red' stroke='url(#t) bad'/>"
         "<g id='g3' fill='url(#t)' style='stroke:url(#none) bad' stroke='url(#t)'/>"
-        "<g id='g4' class='x' mask='url(#none)'/>" +
+        "<g id='g4' class='x' mask='url(#none)'/>"
+        "<g id='g5' fill='url(#t)' stroke='bad' mask='' opacity='bad'/>" +
         (defined ? "<linearGradient id='t'/>" : "") + "</svg>");
-    EXPECT_EQ(waiting(document), defined ? "g4#none " : "g2#t g3#t g3#t g4#none sheet#t ");
+    EXPECT_EQ(waiting(document), defined ? "g4#none " : "g2#t g3#t g3#t g4#none g5#t sheet#t ");
     const std::string target = defined ? "url(#t)" : "url(#t (no such element))";
     EXPECT_EQ(document.values(document.find("g1"), "fill"), "-");
     EXPECT_EQ(document.values(document.find("g2"), "fill"), target + " #ff0000");

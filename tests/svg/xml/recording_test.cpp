@@ -72,6 +72,32 @@ TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
     }
 }
 
+// The rest of the recording gives way to a host that takes all memory while it is played.
+TEST(Recording, GivesWayWhileItIsPlayed) {
+  const std::string drawing = "<svg>" + times(999, "<g id='$'/>") + "</svg>";
+  for (const char *at : {"0", "500", "998"}) {
+    static std::string element;
+    static bool given;
+    element = at;
+    given = false;
+    const Document document(drawing, AccountingCore::defaults(), [](svg_parser *p) {
+      svg_set_element_observer(
+          p,
+          [](void *user, const svg_e_node *, uint32_t, const svg_written_attr *attrs,
+             size_t count) {
+            auto *core = static_cast<ort_core *>(user);
+            if (count == 0 || attrs[0].value != element) return;
+            void *all = ort_try_malloc(core, ort_memory_left(core) + 1, "test");
+            given = all != nullptr;
+            ort_free(core, all);
+          },
+          p->core);
+    });
+    EXPECT_EQ(given, element != "998") << "the last block is being played";
+    EXPECT_EQ(whole_text(document), whole_text(Document(drawing)));
+  }
+}
+
 // At log level 4 each tag shows its line, at level 0 the messages do.
 TEST(Recording, CountsLinesAsExpatDoes) {
   const std::string lines =
