@@ -138,9 +138,11 @@ static bool read_from_folder(reading *r) {
   for (;;) {
     char buffer[16384];
     ssize_t length = read(r->file, buffer, sizeof buffer);
+    if (length < 0) {
+      if (errno == EINTR) continue;
+      return fail(r, CSS_E_UNREADABLE, describe(errno));
+    }
     if (length == 0) return true;
-    if (length < 0 && errno == EINTR) continue;
-    if (length < 0) return fail(r, CSS_E_UNREADABLE, describe(errno));
     if (static_cast<size_t>(length) > ORT_LIMIT_STYLE_SHEET - ort_bs_length(r->sheet.bytes))
       return fail(r, CSS_E_REFUSED, TOO_LONG);
     ort_bs_append(r->sheet.bytes, buffer, static_cast<size_t>(length));

@@ -58,12 +58,12 @@ constexpr size_t LONGEST_LIST = [] {
 // Making, restarting and deleting go over these lists. The tree, the CSS engine and the value being
 // made stand apart, because their order matters.
 template <class Visit> static void visit_sheet_pass(svg_sheet_pass *p, Visit visit) {
-  visit(p->style_sheet, 0);
+  visit(p->style_sheet);
   visit(p->sheet_pieces, READING);
   visit(p->css_svg_stack, AT_ONCE | READING, ITEMS<int32_t>, 4);
-  visit(p->pi_copy, 0);
-  visit(p->pi_items, AT_ONCE | READING, ITEMS<char *>, 0);
-  visit(p->ext_style_sheets, AT_ONCE | READING, ITEMS<svg_ext_sheet, release_sheet>, 0);
+  visit(p->pi_copy);
+  visit(p->pi_items, AT_ONCE | READING, ITEMS<char *>);
+  visit(p->ext_style_sheets, AT_ONCE | READING, ITEMS<svg_ext_sheet, release_sheet>);
 }
 
 template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit) {
@@ -73,16 +73,16 @@ template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit
   visit(p->chardata, AT_ONCE | READING);
   visit(p->written_attrs, READING);
 
-  visit(p->savelem_text, 0);
-  visit(p->xmlns_text, 0);
-  visit(p->title, 0);
-  visit(p->desc, 0);
-  visit(p->metadata, 0);
+  visit(p->savelem_text, READING);
+  visit(p->xmlns_text, READING);
+  visit(p->title);
+  visit(p->desc);
+  visit(p->metadata);
 
   visit(p->hrefs, AT_ONCE, ITEMS<svg_href, release_href>, 4);
-  visit(p->unres_links, 0);
-  visit(p->name_index, 0);
-  visit(p->link_slots, 0);
+  visit(p->unres_links);
+  visit(p->name_index);
+  visit(p->link_slots);
 
   visit(p->elem_stack, AT_ONCE | READING, ITEMS<svg_pe_entry>, 8);
   visit(p->open_elements, AT_ONCE | READING, ITEMS<svg_open_element>, 8);
@@ -90,20 +90,20 @@ template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit
   visit(p->prop_values, AT_ONCE, ITEMS<svg_a_node *, release_value>, 8);
   visit(p->attrs_set, AT_ONCE | READING, LONGEST_LIST);
   visit(p->props_set, AT_ONCE | READING, size_t{SVG_ATTR_COUNT});
-  visit(p->elems_used, 0);
+  visit(p->elems_used);
 
-  visit(p->font_face, 0);
-  visit(p->fonts, AT_ONCE, ITEMS<svg_font *, release_font>, 0);
+  visit(p->font_face);
+  visit(p->fonts, AT_ONCE, ITEMS<svg_font *, release_font>);
 }
 
 template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
-  visit(p->language_primary, 0);
+  visit(p->language_primary);
   visit(p->tok_buf, AT_ONCE | READING);
   visit(p->name_buf, AT_ONCE | READING);
   visit(p->style_name_buf, AT_ONCE | READING);
   visit(p->style_value_buf, AT_ONCE | READING);
-  visit(p->class_nids, AT_ONCE | READING, ITEMS<int16_t>, 0);
-  visit(p->font_copy, 0);
+  visit(p->class_nids, AT_ONCE | READING, ITEMS<int16_t>);
+  visit(p->font_copy);
   visit(p->pada_segments, READING);
   visit_sheet_pass(p, visit);
   visit_main_pass(p, visit);
@@ -121,7 +121,7 @@ static void make(ort_core *, ort_name_index &) {} // is made already
 
 static void make(ort_core *core, ort_bs *&text) { text = ort_bs_new(core); }
 
-static void make(ort_core *core, ort_vtr *&vector, const ort_item_desc &items, auto capacity) {
+static void make(ort_core *core, ort_vtr *&vector, const ort_item_desc &items, int capacity = 0) {
   vector = ort_vtr_new(core, &items, static_cast<size_t>(capacity), 0);
 }
 
@@ -130,7 +130,7 @@ static void make(ort_core *core, unsigned char *&bits, auto count) {
 }
 
 void svg_make_work_space(svg_parser *p) {
-  visit_owned(p, [=](auto &owned, unsigned when, const auto &...what) {
+  visit_owned(p, [=](auto &owned, unsigned when = 0, const auto &...what) {
     if ((when & AT_ONCE) != 0 && !exists(owned)) make(p->core, owned, what...);
   });
   if (ort_vtr_count(p->css_svg_stack) == 0) ort_push<int32_t>(p->css_svg_stack, 1);
@@ -178,7 +178,7 @@ template <class Owned> static void discard(ort_core *core, Owned *&owned) {
 }
 
 void svg_delete_work_space(svg_parser *p) {
-  visit_owned(p, [=](auto &owned, unsigned when, const auto &...) {
+  visit_owned(p, [=](auto &owned, unsigned when = 0, const auto &...) {
     if ((when & READING) != 0) discard(p->core, owned);
   });
 }
@@ -186,11 +186,11 @@ void svg_delete_work_space(svg_parser *p) {
 void svg_delete_document(svg_parser *p) {
   clear_document(p);
   svg_delete_queries(p);
-  visit_owned(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_owned(p, [=](auto &owned, auto...) { discard(p->core, owned); });
 }
 
 void svg_restart_sheets(svg_parser *p) {
-  visit_sheet_pass(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_sheet_pass(p, [=](auto &owned, auto...) { discard(p->core, owned); });
   static_cast<svg_sheet_pass &>(*p) = {};
   p->level = 0;
   svg_make_work_space(p);
@@ -210,7 +210,7 @@ static void clear_document(svg_parser *p) {
   svg_del_e_node(p->core, p->root);
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
-  visit_main_pass(p, [=](auto &owned, unsigned, const auto &...) { discard(p->core, owned); });
+  visit_main_pass(p, [=](auto &owned, auto...) { discard(p->core, owned); });
   static_cast<svg_main_pass &>(*p) = {};
 }
 

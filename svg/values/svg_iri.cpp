@@ -123,7 +123,6 @@ void svg_dtor_an_iri(ort_core *core, svg_a_node *node) {
 // A FuncIRI is not understood here: its "url" is taken for the name of a profile.
 void svg_ctor_an_color_profile(svg_parser *p, svg_a_node *node) {
   auto *profile = svg_record<svg_an_color_profile>(node);
-  profile->keyword = SVG_KW_auto;
   svg_init_iri(&profile->iri);
   switch (svg_ntok_nonum(p)) {
   case SVG_TOK_STRING:

@@ -2,6 +2,7 @@
 #include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 #include <random>
+#include <set>
 #include <sys/resource.h>
 
 #include "core/chunks.h"
@@ -67,6 +68,12 @@ TEST(Memory, BlocksKeepTheirBytesAndCounts) {
     ASSERT_EQ(statistics_of(core).live_blocks, blocks.size());
   }
   for (const auto &[bytes, held] : blocks) ort_free(core, bytes);
+}
+
+TEST(Memory, NoTwoCoresShareASecret) {
+  std::set<uint64_t> secrets;
+  for (int i = 0; i < 9; ++i) secrets.insert(ort_get_secret(AccountingCore())); // at one address
+  EXPECT_EQ(secrets.size(), 9U);
 }
 
 TEST(Memory, BudgetIsExact) {

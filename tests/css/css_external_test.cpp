@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "tests/css/toy.h"
 #include "tests/support/cases.h"
@@ -10,10 +11,15 @@
 namespace fs = std::filesystem;
 using std::string;
 
-// A folder "sheets" with files, beside a file that must not be read.
+namespace {
+
+// A folder "sheets" with files, beside a file that must not be read. Without standard input, so
+// that descriptors begin with 0.
 class CssFolder : public testing::Test {
 protected:
   void SetUp() override {
+    input = dup(STDIN_FILENO);
+    close(STDIN_FILENO);
     string pattern = (fs::temp_directory_path() / "css-test-XXXXXX").string();
     root = mkdtemp(pattern.data());
     base = root / "sheets";
@@ -30,7 +36,11 @@ protected:
     fs::create_symlink("loop.css", base / "loop.css");
     mkfifo((base / "fifo.css").c_str(), 0600);
   }
-  void TearDown() override { fs::remove_all(root); }
+  void TearDown() override {
+    fs::remove_all(root);
+    dup2(input, STDIN_FILENO);
+    close(input);
+  }
 
   void write(const string &name, const string &text) {
     std::ofstream(root / name, std::ios::binary) << text;
@@ -50,7 +60,25 @@ protected:
   }
 
   fs::path root, base;
+  int input = -1;
 };
+
+// A host's own sheets.
+struct Host {
+  std::map<string, string> sheets;
+  int asked = 0;
+  css_context context = {nullptr, read, this};
+
+  static int read(void *user, const char *href, css_sheet_text *text) {
+    Host *host = static_cast<Host *>(user);
+    ++host->asked;
+    auto found = host->sheets.find(href);
+    return found != host->sheets.end() &&
+           css_context_append(text, found->second.data(), found->second.size());
+  }
+};
+
+} // namespace
 
 TEST_F(CssFolder, OnlyFilesBelowItAreRead) {
   expect_cases(R"(
@@ -121,21 +149,6 @@ TEST_F(CssFolder, EncodingsBecomeUTF8) {
     EXPECT_EQ(read("e.css", test.encoding), test.expected) << test.bytes;
   }
 }
-
-// A host's own sheets.
-struct Host {
-  std::map<string, string> sheets;
-  int asked = 0;
-  css_context context = {nullptr, read, this};
-
-  static int read(void *user, const char *href, css_sheet_text *text) {
-    Host *host = static_cast<Host *>(user);
-    ++host->asked;
-    auto found = host->sheets.find(href);
-    return found != host->sheets.end() &&
-           css_context_append(text, found->second.data(), found->second.size());
-  }
-};
 
 TEST(CssImport, SheetsAndTheirOrder) {
   const std::map<string, string> sheets = {{"d/one", "@import 'two'; a{p:one}"},

@@ -50,13 +50,22 @@ fill:red/* part of the value */;stroke:blue -> stroke #0000ff !10006)",
                with_style);
 }
 
-// Also an element whose list of attributes lacks it, and under a prefix.
-TEST(Style, CountsForEveryElement) {
-  const Document document("<svg xmlns='http://www.w3.org/2000/svg' "
-                          "xmlns:s='http://www.w3.org/2000/svg'><font-face id='f' style='fill:red'/>"
-                          "<view id='v' s:style='fill:red'/><g id='g' s:style='fill:red'/></svg>");
-  for (const char *id : {"f", "v", "g"})
-    EXPECT_EQ(document.values(document.find(id), "fill"), "#ff0000") << id;
+// The first of some texts that a property takes is the same value in an attribute, in the style
+// attribute and in a sheet.
+TEST(Style, EveryPropertyHasItsValueInEachWay) {
+  for (int row = 0; row < SVG_ATTR_COUNT; ++row) {
+    if (!svg_is_property(row) || row == SVG_PROP_font) continue;
+    const std::string name = svg_attr_table[row].name;
+    std::string value;
+    for (const std::string text : {"inherit", "none", "red", "1"}) {
+      value = properties("<g " + name + "='" + text + "'/>");
+      if (value.find('!') != value.npos) continue;
+      EXPECT_EQ(properties("<g style='" + name + ":" + text + "'/>"), value);
+      EXPECT_EQ(properties("<style>g{" + name + ":" + text + "}</style><g/>"), value);
+      break;
+    }
+    EXPECT_EQ(value.find(name + " "), 0U) << name;
+  }
 }
 
 TEST(Style, RanksBehindAttributesAndRules) {

@@ -43,7 +43,8 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
       "xmlns:o='urn:o'>"
       "<use id='a' k:href='#b' xml:space='preserve' o:x='5' o:fill='red' o:style='stroke:blue'/>"
       "<g xml:id='b'/><rect id='c' x='1' width='7' nix='0' FILL='#0f0'/>"
-      "<view id='d' style='fill:blue'/></svg>");
+      "<view id='d' style='fill:blue'/><view xmlns:v='http://www.w3.org/2000/svg' id='e' "
+      "v:style='fill:blue'/></svg>");
   EXPECT_EQ(document.values(document.find("a"), "xlink:href"), "#b");
   EXPECT_EQ(document.values(document.find("a"), "xml:space"), "preserve");
   EXPECT_EQ(document.values(document.find("a"), "x"), "-");
@@ -52,7 +53,8 @@ TEST(Tree, AttributesAreKnownByNamespaceAndName) {
   EXPECT_EQ(document.values(document.find("a"), "stroke"), "-");
   EXPECT_EQ(document.values(document.find("c"), "fill"), "#00ff00");
   EXPECT_EQ(document.values(document.find("c"), "x"), "1");
-  EXPECT_EQ(document.values(document.find("d"), "fill"), "#0000ff"); // a view lists no style
+  for (const char *id : {"d", "e"}) // a view lists no style
+    EXPECT_EQ(document.values(document.find(id), "fill"), "#0000ff");
 }
 
 // Names of keywords count by their case, and messages name the attribute, whatever was read before.
@@ -87,6 +89,15 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
     svg_parser_delete(parser);
     svg_parser_delete(nullptr);
   });
+}
+
+// But for the elements used, and three vectors: ids, fonts and values of properties.
+TEST(Tree, NoWorkSpaceIsLeftAfterReading) {
+  const Document document("<svg><title>a<b xmlns='b'/></title><g style='font:9px x'/></svg>");
+  const std::string left = document.core.live_blocks();
+  EXPECT_NE(left.find("ort_bitarr_new: 1 "), left.npos);
+  EXPECT_NE(left.find("ort_vtr_new: 3 "), left.npos);
+  EXPECT_EQ(left.find("ort_bs_new"), left.npos);
 }
 
 // Otherwise the log would grow with the square of the depth.

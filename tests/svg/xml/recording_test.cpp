@@ -20,7 +20,16 @@ namespace {
 struct Reading {
   std::string result, log;
   uint64_t peak;
+  bool played; // to the end
 };
+
+// Serves any external sheet.
+const css_context HOST = {nullptr,
+                          [](void *, const char *, css_sheet_text *text) {
+                            const std::string sheet = times(50, ".a{stroke:#00000$;font:$px a,b}");
+                            return css_context_append(text, sheet.data(), sheet.size());
+                          },
+                          nullptr};
 
 } // namespace
 
@@ -29,13 +38,15 @@ static Reading read(const std::string &drawing, uint64_t budget, int log_level, 
   CoreOptions options = AccountingCore::with_log(log_level);
   options.memory_budget = budget;
   Document document(drawing, options, [=](svg_parser *p) {
+    p->css_context_ = &HOST;
     p->limits.recorded = recorded;
     p->block_size = block_size;
   });
   ort_statistics statistics;
   ort_get_statistics(document.core, &statistics);
   EXPECT_LE(statistics.peak_bytes, budget);
-  return {whole_text(document), document.core.log, statistics.peak_bytes};
+  return {whole_text(document), document.core.log, statistics.peak_bytes,
+          document.parser->to_skip > 0};
 }
 
 TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
@@ -56,12 +67,16 @@ TEST(Recording, ChangesNothingWithAnyMemoryBudget) {
       {"ids", times(200, "<g id='g$'><use xlink:href='#g$'/><image xlink:href='data:,$'/></g>\n")},
       {"sheet after elements", times(300, "<g class='a b'/>\n") + "<style>" +
                                    times(50, ".a{fill:#00000$;font:$px a,b}") + "</style>"},
+      {"external sheets",
+       times(9, "<?xml-stylesheet type='text/css' href='$'?>") + times(300, "<g class='a b'/>\n")},
       {"an error", times(200, "<rect width='$x'/>\n") + "<g><!--" + times(30000, "-") + "</a>"},
   };
   for (const auto &[name, content] : drawings)
     for (const int log_level : {0, 4}) {
       const std::string drawing =
           "<svg xmlns:xlink='http://www.w3.org/1999/xlink'>" + content + "</svg>";
+      const Reading plenty = read(drawing, 1 << 26, log_level, 1 << 20);
+      EXPECT_EQ(plenty.played, plenty.result.starts_with("code 0\n")) << name;
       const uint64_t enough = read(drawing, 1 << 26, log_level, 1).peak;
       for (uint64_t budget = enough / 2; budget < 4 * enough; budget += budget / 16) {
         const Reading twice = read(drawing, budget, log_level, 1);

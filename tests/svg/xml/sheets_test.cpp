@@ -1,5 +1,6 @@
 // Style sheets: how they are found, what becomes of their declarations, which elements they reach.
 #include <gtest/gtest.h>
+#include <set>
 #include <sstream>
 
 #include "svg/names/svg_schema.h"
@@ -31,8 +32,9 @@ public:
     return result;
   }
 
-  std::string asked;    // names of sheets
-  std::string observed; // values of fill with their sources
+  std::string asked;                // names of sheets
+  std::string observed;             // values of fill with their sources
+  std::set<const char *> selectors; // by their addresses
   int walks = 0;
   svg_parser *parser = nullptr;
   const css_context context = {nullptr, read, this};
@@ -71,6 +73,7 @@ static svg_e_node *walk_to_sibling(const svg_e_node *node, int16_t nid) {
 void Drawing::observe(void *user, const svg_e_node *element, const svg_a_node *value,
                       svg_source source, const char *selector) {
   auto *self = static_cast<Drawing *>(user);
+  if (selector) self->selectors.insert(selector);
   if (value->row == SVG_PROP_fill) {
     static constexpr const char *sources[] = {"attribute", "sheet", "style", "default",
                                               "important"};
@@ -160,9 +163,12 @@ fill:red;mask:url(data:);stroke:blue -> #ff0000 | fill:red;refused:1 -> #ff0000)
             SVG_E_PROPERTY_REFUSED);
 }
 
+// And so is the text of the selector.
 TEST(Sheets, AValueIsSharedByAllElements) {
-  const Document document("<svg><style>rect{fill:url(#later) red}</style><rect id='a'/>"
-                          "<rect id='b'/><g id='later'/></svg>");
+  const Drawing drawing("<svg><style>rect{fill:url(#later) red}</style><rect id='a'/>"
+                        "<rect id='b'/><g id='later'/></svg>");
+  EXPECT_EQ(drawing.selectors.size(), 1U);
+  const Document &document = drawing.document;
   const svg_e_node *a = document.find("a"), *b = document.find("b");
   ASSERT_EQ(a->values_num, 1);
   EXPECT_EQ(document.values(a, "fill"), "url(#later) #ff0000");
