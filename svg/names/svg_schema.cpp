@@ -1,5 +1,6 @@
-// svg_schema.cpp: look-ups in the schema by name. They run for every tag and attribute of a
-// document.
+// svg_schema.cpp: look-ups in the schema by name.
+//
+// Names recur: those of a recording are resolved when they are new (svg_recording.cpp).
 //
 // Called by the content callbacks, the attribute dispatch and the style subsystems. Raises
 // SVG_E_ELEMENT_REFUSED and SVG_E_PROPERTY_REFUSED for names that the host does not tolerate.
@@ -11,6 +12,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "svg/names/svg_namespace.h"
 #include "svg/svg.h"
 #include "svg/tables/lists.h"
 
@@ -22,46 +24,60 @@ static constexpr uint32_t hash_name(const char *name) {
   return h * 0x9E3779B1U;
 }
 
-// Rows of a table by name. Letter case is ignored, and only hashes are compared: the caller
-// checks the name of the row that is found. Of equal names the first counts.
-template <size_t Places> struct name_table {
-  static_assert(std::has_single_bit(Places));
-  uint32_t hashes[Places] = {};
-  int16_t rows[Places] = {}; // counted from 1; 0: the place is free
+static const char *attribute_name(int row) { return svg_tables::ATTRIBUTES[row].name; }
+
+namespace {
+
+// What a name is the name of: ids and rows counted from 1; 0 is nothing.
+struct meaning {
+  int16_t element, attribute, property;
+};
+
+// All names of the schema. Letter case is ignored, and only hashes are compared: the caller
+// checks the name of what is found. Of equal names in one table the first counts.
+struct name_table {
+  static constexpr size_t PLACES = 512;
+  uint32_t hashes[PLACES] = {};
+  meaning meanings[PLACES] = {};
 
   // The place of a hash, or the free one for it.
   constexpr size_t find_place(uint32_t h) const {
-    size_t i = h >> (32 - std::bit_width(Places - 1));
-    while (rows[i] != 0 && hashes[i] != h) i = (i + 1) % Places;
+    size_t i = h >> (32 - std::bit_width(PLACES - 1));
+    while (hashes[i] != 0 && hashes[i] != h) i = (i + 1) % PLACES;
     return i;
   }
 
-  template <class Table, class Filter> constexpr name_table(const Table &table, Filter is_in) {
+  constexpr meaning find(const char *name) const { return meanings[find_place(hash_name(name))]; }
+
+  // Stops the compiler when two names have one hash, or when it is that of free places.
+  template <class Table>
+  constexpr void add(const Table &table, int16_t meaning::*kind, auto is_in) {
     for (int row = static_cast<int>(std::size(table)) - 1; row >= 0; --row) {
       if (!is_in(row)) continue;
       const uint32_t h = hash_name(table[row].name);
       const size_t i = find_place(h);
-      if (rows[i] != 0 && std::string_view(table[row].name) != table[rows[i] - 1].name)
-        std::abort(); // stops the compiler: two names have one hash
+      int16_t &known = meanings[i].*kind;
+      if (h == 0 || (known != 0 && std::string_view(table[row].name) != table[known - 1].name))
+        std::abort();
       hashes[i] = h;
-      rows[i] = static_cast<int16_t>(row + 1);
+      known = static_cast<int16_t>(row + 1);
     }
   }
-
-  // -1 when no name has this hash.
-  constexpr int find(uint32_t h) const { return rows[find_place(h)] - 1; }
 };
+
+} // namespace
 
 static constexpr bool is_property(int row) {
   return svg_tables::IS_PROPERTY[static_cast<size_t>(row)];
 }
 
-static const char *attribute_name(int row) { return svg_tables::ATTRIBUTES[row].name; }
-
-static constexpr name_table<128> element_names{svg_tables::ELEMENTS, [](int) { return true; }};
-static constexpr name_table<128> prop_names{svg_tables::ATTRIBUTES, is_property};
-static constexpr name_table<256> attr_names{svg_tables::ATTRIBUTES,
-                                            [](int row) { return !is_property(row); }};
+static constexpr name_table names = [] {
+  name_table all;
+  all.add(svg_tables::ELEMENTS, &meaning::element, [](int) { return true; });
+  all.add(svg_tables::ATTRIBUTES, &meaning::attribute, [](int row) { return !is_property(row); });
+  all.add(svg_tables::ATTRIBUTES, &meaning::property, is_property);
+  return all;
+}();
 
 // Places in the attribute lists, by element and by the first row of the attribute's name.
 static constexpr auto esa_indexes = [] {
@@ -71,7 +87,7 @@ static constexpr auto esa_indexes = [] {
     int16_t i = 0;
     for (const svg_esa_entry &entry :
          svg_tables::ATTRIBUTE_LISTS.attributes(static_cast<int>(id))) {
-      int16_t &place = indexes[id][static_cast<size_t>(attr_names.find(hash_name(entry.name)))];
+      int16_t &place = indexes[id][static_cast<size_t>(names.find(entry.name).attribute - 1)];
       if (place >= 0) std::abort(); // stops the compiler: two rows of one name are in one list
       place = i++;
     }
@@ -79,43 +95,64 @@ static constexpr auto esa_indexes = [] {
   return indexes;
 }();
 
-static int find_esa(const svg_scanner *p, const char *name, uint32_t hash, int element);
-static int find_prop(const char *name, uint32_t hash);
+static int element_of(meaning found, const char *name);
+static int attribute_of(meaning found, const char *name);
+static int property_of(meaning found, const char *name);
 
 int svg_find_element(const char *name) {
   if (*name == 's' && std::strncmp(name, "svg:", 4) == 0) name += 4;
-  const int id = element_names.find(hash_name(name));
-  return id >= 0 && ort_strcmp(name, svg_elem_name(id)) == 0 ? id : -1;
+  return element_of(names.find(name), name);
 }
 
 const char *svg_elem_name(int id) { return svg_tables::ELEMENTS[id].name; }
 
-int svg_find_prop(const char *name) { return find_prop(name, hash_name(name)); }
+int svg_find_prop(const char *name) { return property_of(names.find(name), name); }
 
 int svg_find_esa(const svg_scanner *p, const char *name, int element) {
-  return find_esa(p, name, hash_name(name), element);
+  if (std::strcmp(name, "xml:id") == 0) name = "id";
+  const int row = names.find(name).attribute - 1;
+  return row >= 0 && svg_strcmp(p, name, attribute_name(row)) == 0 ? svg_get_esa_index(element, row)
+                                                                   : -1;
 }
 
-int svg_find_esa_or_prop(const svg_scanner *p, const char *name, int element, int *prop) {
-  const uint32_t hash = hash_name(name);
-  const int index = find_esa(p, name, hash, element);
-  *prop = index < 0 ? find_prop(name, hash) : -1;
-  return index;
+int svg_get_esa_index(int element, int attribute) {
+  return attribute < 0 ? -1
+                       : esa_indexes[static_cast<size_t>(element)][static_cast<size_t>(attribute)];
 }
 
-static int find_esa(const svg_scanner *p, const char *name, uint32_t hash, int element) {
-  if (*name == 'x' && std::strcmp(name, "xml:id") == 0) name = "id", hash = hash_name("id");
-  const int row = attr_names.find(hash);
-  if (row < 0) return -1;
-  const int i = esa_indexes[static_cast<size_t>(element)][static_cast<size_t>(row)];
-  return i >= 0 && svg_strcmp(p, name, attribute_name(row)) == 0 ? i : -1;
+svg_name svg_resolve_name(svg_parser *p, const char *text) {
+  const char *local;
+  const int32_t type = svg_decomp_fullname(p, text, nullptr, &local);
+  const meaning found = names.find(local);
+  int element = -1, attribute = -1;
+  if (type == SVG_NS_SVG)
+    element = *local == 's' ? svg_find_element(local) : element_of(found, local);
+  if (type != SVG_NS_OTHER) {
+    const char *internal = svg_get_internal_name(type, local);
+    attribute = attribute_of(internal == local ? found : names.find(internal), internal);
+  }
+  return {.text = text,
+          .length = static_cast<uint32_t>(std::strlen(text)),
+          .local_at = static_cast<uint32_t>(local - text),
+          .type = static_cast<int16_t>(type),
+          .element = static_cast<int16_t>(element),
+          .attribute = static_cast<int16_t>(attribute),
+          .property = static_cast<int16_t>(property_of(found, local))};
 }
 
-static int find_prop(const char *name, uint32_t hash) {
-  const int row = prop_names.find(hash);
-  if (row < 0) return -1;
-  const char *found = attribute_name(row);
-  return ort_strcmp(name, found) == 0 || ort_stricmp_a(name, found) == 0 ? row : -1;
+static int element_of(meaning found, const char *name) {
+  const int id = found.element - 1;
+  return id >= 0 && ort_strcmp(name, svg_elem_name(id)) == 0 ? id : -1;
+}
+
+static int attribute_of(meaning found, const char *name) {
+  const int row = found.attribute - 1;
+  return row >= 0 && ort_strcmp(name, attribute_name(row)) == 0 ? row : -1;
+}
+
+static int property_of(meaning found, const char *name) {
+  const int row = found.property - 1;
+  return row >= 0 && ort_stricmp_a(name, attribute_name(row)) == 0 ? row : -1;
 }
 
 int svg_find_string(const char *name, const char *const *list, int32_t count) {

@@ -15,10 +15,33 @@ int svg_find_prop(const char *name);
 int svg_find_string(const char *name, const char *const *list, int32_t count);
 // Index in the attribute list of an element, or -1. "xml:id" is found as "id".
 int svg_find_esa(const svg_scanner *p, const char *name, int element);
-// The same, and when it is -1 the row of the property of this name, or -1.
-int svg_find_esa_or_prop(const svg_scanner *p, const char *name, int element, int *prop);
+int svg_get_esa_index(int element, int attribute); // of a svg_name; -1 where it has none
 // Comparison of names in values: ignoring ASCII case while css_mode is set.
 int svg_strcmp(const svg_scanner *p, const char *a, const char *b);
+
+// ---- Names of the document ----------------------------------------------------------------------
+
+// A name as Expat tells it, taken apart and looked up.
+struct svg_name {
+  const char *text;  // namespace, "*" and local name; without a namespace the local name
+  uint32_t length;   // of the text
+  uint32_t local_at; // in the text
+  int16_t type;      // SVG_NS_*
+  int16_t element;   // id, or -1
+  int16_t attribute; // for svg_get_esa_index, or -1
+  int16_t property;  // row, or -1
+  const char *local() const { return text + local_at; }
+};
+
+// An attribute of a start tag. After the last one comes one without a name.
+struct svg_given_attr {
+  const svg_name *name;
+  const char *text;
+};
+
+svg_name svg_resolve_name(svg_parser *p, const char *text); // keeps the text
+
+// ---- Names that are skipped ---------------------------------------------------------------------
 
 // Tell the host of a name that is skipped, and raise SVG_E_ELEMENT_REFUSED / SVG_E_PROPERTY_REFUSED
 // when it does not tolerate the name.

@@ -234,12 +234,15 @@ struct svg_namespaces {
 struct svg_content {
   int32_t level = 0; // of the style-sheet pass, too
   int32_t skip_level = SVG_NO_SKIP;
-  const char *elem_name = nullptr; // local name of the start tag being handled, in Expat's buffer
+  const char *elem_name = nullptr; // local name of the element being built
   int32_t log_indent = 0;
   int32_t log_tag_open = 0;
   int32_t chardata_nonblank = 0;
   ort_bs *chardata = nullptr;       // owned
-  ort_vtr *written_attrs = nullptr; // owned: svg_written_attr, for the observer
+  // Owned, of the start tag being handled:
+  ort_vtr *attr_names = nullptr;    // svg_name; when Expat delivers it
+  ort_vtr *given_attrs = nullptr;   // svg_given_attr; likewise
+  ort_vtr *written_attrs = nullptr; // svg_written_attr, for the observer
 };
 
 struct svg_capture {

@@ -5,7 +5,6 @@
 // SVG_E_PROPERTY_REFUSED and lack of memory; the questions about elements raise nothing.
 #include "svg/style/svg_select.h"
 
-#include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
 #include "svg/values/svg_attr.h"
 #include "svg/values/svg_css_color.h"
@@ -93,19 +92,18 @@ svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
 
 // ---- The element being built -------------------------------------------------------------------
 
-void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs) {
+void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const svg_given_attr *attrs) {
   if (!css_has_attr_nids(p->css)) return;
-  for (; *attrs; attrs += 2) {
-    const char *local;
-    svg_decomp_fullname(p, attrs[0], nullptr, &local);
+  for (; attrs->name; ++attrs) {
+    const char *local = attrs->name->local();
     int16_t nid = css_get_attr_nid(p->css, local);
     if (nid == CSS_NO_NID) continue;
     auto *attr = ort_new<svg_css_attr>(p->core, "svg_css_attr_new");
     attr->nid = nid;
     attr->next = node->css_attrs;
     node->css_attrs = attr;
-    attr->value = ort_strdup(p->core, attrs[1]);
-    svg_note(p, 5, "\t\t\t[%a=\"%a\"]\n", local, attrs[1]);
+    attr->value = ort_strdup(p->core, attrs->text);
+    svg_note(p, 5, "\t\t\t[%a=\"%a\"]\n", local, attrs->text);
   }
 }
 

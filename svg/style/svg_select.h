@@ -2,7 +2,7 @@
 #ifndef SVG_SELECT_H
 #define SVG_SELECT_H
 
-#include "svg/parser/svg_parser.h"
+#include "svg/names/svg_schema.h"
 
 extern const css_callbacks svg_css_callbacks;
 void svg_css_create_parser(svg_parser *p); // unless it exists
@@ -17,7 +17,7 @@ void svg_delete_queries(svg_parser *p);
 
 // For the element being built; css must exist. Notes the attributes that some selector tests, and
 // collects the values of the rules that match.
-void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const XML_Char **attrs);
+void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const svg_given_attr *attrs);
 void svg_css_apply_rules(svg_parser *p, svg_e_node *node);
 
 void svg_css_delete_attrs(ort_core *core, svg_e_node *node); // those that were noted

@@ -71,6 +71,8 @@ template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit
   visit(p->nsp_index, READING);
 
   visit(p->chardata, AT_ONCE | READING);
+  visit(p->attr_names, READING);
+  visit(p->given_attrs, READING);
   visit(p->written_attrs, READING);
 
   visit(p->savelem_text, READING);

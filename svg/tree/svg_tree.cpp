@@ -23,9 +23,9 @@
 static void count_node(svg_parser *p);
 static void link_child(svg_tree *p, svg_node *node);
 static uint16_t initial_flags(int id);
-static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs);
-static bool add_plain_href(svg_parser *p, int id, const XML_Char **attrs, const char *text);
-static void add_style(svg_parser *p, const XML_Char **attrs);
+static bool add_attributes(svg_parser *p, int id, const svg_given_attr *attrs);
+static bool add_plain_href(svg_parser *p, int id, const svg_given_attr *attrs, const char *text);
+static void add_style(svg_parser *p, const svg_given_attr *attrs);
 static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
@@ -55,7 +55,7 @@ svg_e_node *svg_get_parent(const svg_e_node *element) {
   return reinterpret_cast<const element_block *>(element)->parent;
 }
 
-void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
+void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   const svg_elem_def *row = &svg_elem_table[id];
   count_node(p);
   if (!p->elems_used) p->elems_used = ort_bitarr_new(p->core, SVG_ELEM_COUNT);
@@ -75,7 +75,7 @@ void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs) {
   ort_purge_bitarr(p->props_set, SVG_ATTR_COUNT);
   if (row->beg_hook && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
 
-  if (p->css && attrs[0]) svg_css_collect_attrs(p, node, attrs);
+  if (p->css && attrs->name) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;
   svg_begin_alphas(p);
   const bool styled = add_attributes(p, id, attrs);
@@ -118,44 +118,35 @@ static uint16_t initial_flags(int id) {
   }
 }
 
-// Returns whether there is a style attribute. Most names are those of the schema as they stand, and
-// need not be split.
-static bool add_attributes(svg_parser *p, int id, const XML_Char **attrs) {
+static bool is_style(const svg_name &name) {
+  return name.attribute == SVG_ATTR_style && name.type == SVG_NS_SVG;
+}
+
+// Returns whether there is a style attribute.
+static bool add_attributes(svg_parser *p, int id, const svg_given_attr *attrs) {
   const svg_elem_def *row = &svg_elem_table[id];
   bool styled = false;
-  for (const XML_Char **attr = attrs; *attr; attr += 2) {
-    const char *local = attr[0];
-    int prop;
-    int index = svg_find_esa_or_prop(p, local, id, &prop);
-    if (index < 0 && prop < 0) {
-      const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
-      styled |= type == SVG_NS_SVG && ort_strcmp(local, "style") == 0;
-      if (type != SVG_NS_OTHER) index = svg_find_esa(p, svg_get_internal_name(type, local), id);
-      if (index < 0 && (p->leniency & SVG_LENIENT_HREF) != 0 && ort_strcmp(attr[0], "href") == 0 &&
-          add_plain_href(p, id, attrs, attr[1]))
-        continue;
-      if (index < 0) prop = svg_find_prop(local);
-    }
+  for (const svg_given_attr *attr = attrs; attr->name; ++attr) {
+    const svg_name &name = *attr->name;
+    const int index = svg_get_esa_index(id, name.attribute);
+    styled |= is_style(name);
     if (index >= 0) {
-      styled |= row->esa_list[index].attr == SVG_ATTR_style;
       p->attr_name = row->esa_list[index].name;
-      svg_add_attr(p, row, index, attr[1]);
-    } else {
-      svg_add_prop_row(p, prop, local, attr[1]);
+      svg_add_attr(p, row, index, attr->text);
+    } else if ((p->leniency & SVG_LENIENT_HREF) == 0 || ort_strcmp(name.text, "href") != 0 ||
+               !add_plain_href(p, id, attrs, attr->text)) {
+      svg_add_prop_row(p, name.property, name.local(), attr->text);
     }
   }
   return styled;
 }
 
 // A text is taken for xlink:href where the element has that and it is not given.
-static bool add_plain_href(svg_parser *p, int id, const XML_Char **attrs, const char *text) {
+static bool add_plain_href(svg_parser *p, int id, const svg_given_attr *attrs, const char *text) {
   const int index = svg_find_esa(p, "xlink:href", id);
   if (index < 0) return false;
-  for (const XML_Char **attr = attrs; *attr; attr += 2) {
-    const char *local = nullptr;
-    const int32_t type = svg_decomp_fullname(p, attr[0], nullptr, &local);
-    if (ort_strcmp(svg_get_internal_name(type, local), "xlink:href") == 0) return false;
-  }
+  for (const svg_given_attr *attr = attrs; attr->name; ++attr)
+    if (svg_get_esa_index(id, attr->name->attribute) == index) return false;
   const size_t count = ort_vtr_count(p->an_values);
   p->attr_name = "href";
   svg_add_attr(p, &svg_elem_table[id], index, text);
@@ -164,13 +155,9 @@ static bool add_plain_href(svg_parser *p, int id, const XML_Char **attrs, const 
   return true;
 }
 
-static void add_style(svg_parser *p, const XML_Char **attrs) {
-  for (const XML_Char **attr = attrs; *attr; attr += 2) {
-    const char *local = nullptr;
-    if (svg_decomp_fullname(p, attr[0], nullptr, &local) == SVG_NS_SVG &&
-        ort_strcmp(local, "style") == 0)
-      svg_parse_style(p, attr[1]);
-  }
+static void add_style(svg_parser *p, const svg_given_attr *attrs) {
+  for (const svg_given_attr *attr = attrs; attr->name; ++attr)
+    if (is_style(*attr->name)) svg_parse_style(p, attr->text);
 }
 
 static void add_defaults(svg_parser *p, const svg_elem_def *row) {

@@ -2,10 +2,10 @@
 #ifndef SVG_TREE_H
 #define SVG_TREE_H
 
-#include "svg/parser/svg_parser.h"
+#include "svg/names/svg_schema.h"
 
 svg_e_node *svg_e_node_new(ort_core *core, int id);
-void svg_add_e_node(svg_parser *p, int id, const XML_Char **attrs);
+void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs);
 void svg_add_t_node(svg_parser *p);
 void svg_del_e_node(ort_core *core, svg_e_node *root); // null is allowed; not recursive
 

@@ -14,17 +14,13 @@
 #include "svg/xml/svg_growth.h"
 #include "svg/xml/svg_saved.h"
 
-static void start_element(svg_parser *p, const char *name, const XML_Char **attrs);
-static void tell_of_element(svg_parser *p, const XML_Char **attrs);
+static const svg_given_attr *resolve_attrs(svg_parser *p, const XML_Char **attrs);
+static void tell_of_element(svg_parser *p, const svg_given_attr *attrs);
 static void skip_element(svg_parser *p, int32_t type, const char *prefix, const char *local);
-static void end_element(svg_parser *p, const char *name);
-static bool end_may_raise(const svg_parser *p);
-static void char_data(svg_parser *p, const char *s, int len);
 static void finish_text(svg_parser *p);
 static bool is_blank(const char *s, int len);
-static bool needs_prefix(const svg_parser *p);
 static void echo_start(svg_parser *p, const char *prefix, const char *local,
-                       const XML_Char **attrs);
+                       const svg_given_attr *attrs);
 static void echo_end(svg_parser *p, const char *prefix, const char *local);
 static void echo_text(svg_parser *p, size_t piece);
 static void close_open_tag(svg_parser *p);
@@ -36,71 +32,95 @@ static void echo_name(svg_parser *p, const char *prefix, const char *local);
 // this.
 constexpr size_t ECHO_WHOLE_RUN = 4096;
 
+constexpr ort_item_desc name_ced = {sizeof(svg_name), nullptr, nullptr};
+constexpr ort_item_desc given_attr_ced = {sizeof(svg_given_attr), nullptr, nullptr};
 constexpr ort_item_desc written_attr_ced = {sizeof(svg_written_attr), nullptr, nullptr};
 constexpr int DEEPEST_INDENT = 40;
 
+// ---- For Expat ----------------------------------------------------------------------------------
+
 void svg_cb_elem_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] { start_element(p, name, attrs); });
-  p->elem_name = nullptr; // it points into Expat's buffer
+  svg_in_callback(p, [&] {
+    if (p->declared_attributes > 0) svg_count_defaults(p, attrs);
+    svg_start_element(p, svg_resolve_name(p, name), resolve_attrs(p, attrs));
+  });
+}
+
+static const svg_given_attr *resolve_attrs(svg_parser *p, const XML_Char **attrs) {
+  if (!p->attr_names) p->attr_names = ort_vtr_new(p->core, &name_ced, 16, 0);
+  if (!p->given_attrs) p->given_attrs = ort_vtr_new(p->core, &given_attr_ced, 16, 0);
+  ort_vtr_resize(p->attr_names, 0);
+  for (const XML_Char **attr = attrs; *attr; attr += 2)
+    ort_push(p->attr_names, svg_resolve_name(p, attr[0]));
+  ort_vtr_resize(p->given_attrs, 0);
+  for (size_t i = 0; i < ort_vtr_count(p->attr_names); ++i)
+    ort_push(p->given_attrs,
+             svg_given_attr{&ort_item<svg_name>(p->attr_names, i), attrs[2 * i + 1]});
+  ort_push(p->given_attrs, svg_given_attr{nullptr, nullptr});
+  return &ort_item<svg_given_attr>(p->given_attrs, 0);
 }
 
 void svg_cb_elem_end(void *parser, const XML_Char *name) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (end_may_raise(p))
-    svg_in_callback(p, [&] { end_element(p, name); });
-  else
-    end_element(p, name);
+  svg_in_callback(p, [&] {
+    const bool shown = svg_shows_names(p);
+    const svg_name resolved = shown ? svg_resolve_name(p, name) : svg_name{};
+    svg_end_element(p, shown ? &resolved : nullptr);
+  });
 }
 
 void svg_cb_char_data(void *parser, const XML_Char *s, int len) {
   auto *p = static_cast<svg_parser *>(parser);
-  if (p->callback_failed || needs_prefix(p) ||
-      !ort_bs_has_room(p->chardata, static_cast<size_t>(len)))
-    svg_in_callback(p, [&] { char_data(p, s, len); });
-  else
-    char_data(p, s, len); // cannot raise
+  svg_in_callback(p, [&] { svg_add_char_data(p, s, len); });
 }
 
 void svg_cb_namespace_start(void *parser, const XML_Char *prefix, const XML_Char *uri) {
   auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] {
-    svg_check_namespace(p, prefix, uri);
-    svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
-    // xmlns="" has no name; its entry keeps each pop paired with its push.
-    svg_push_nsp_entry(p, uri ? uri : "", prefix);
-    svg_savelem_namespace(p, prefix, uri);
-  });
+  svg_in_callback(p, [&] { svg_start_namespace(p, prefix, uri); });
 }
 
 void svg_cb_namespace_end(void *parser, const XML_Char *prefix) {
   auto *p = static_cast<svg_parser *>(parser);
-  svg_in_callback(p, [&] {
-    svg_note(p, 3, "\t\t[pop namespace \"%a\"]\n", prefix);
-    svg_pop_nsp_entry(p);
-  });
+  svg_in_callback(p, [&] { svg_end_namespace(p, prefix); });
 }
 
-static void start_element(svg_parser *p, const char *name, const XML_Char **attrs) {
-  if (p->declared_attributes > 0) svg_count_defaults(p, attrs);
+// ---- Namespaces ---------------------------------------------------------------------------------
+
+void svg_start_namespace(svg_parser *p, const char *prefix, const char *uri) {
+  svg_check_namespace(p, prefix, uri);
+  svg_note(p, 3, "\t\t[push namespace \"%a\" (uri=\"%a\")]\n", prefix, uri);
+  // xmlns="" has no name; its entry keeps each pop paired with its push.
+  svg_push_nsp_entry(p, uri ? uri : "", prefix);
+  svg_savelem_namespace(p, prefix, uri);
+}
+
+void svg_end_namespace(svg_parser *p, const char *prefix) {
+  svg_note(p, 3, "\t\t[pop namespace \"%a\"]\n", prefix);
+  svg_pop_nsp_entry(p);
+}
+
+// ---- Elements -----------------------------------------------------------------------------------
+
+void svg_start_element(svg_parser *p, const svg_name &name, const svg_given_attr *attrs) {
   const char *prefix = "";
-  const char *local = nullptr;
-  const int32_t type = svg_decomp_fullname(p, name, needs_prefix(p) ? &prefix : nullptr, &local);
+  const char *local = name.local();
+  if (svg_shows_names(p)) svg_decomp_fullname(p, name.text, &prefix, &local);
   if (p->savelem != SVG_NO_ELEMENT) svg_savelem_start(p, prefix, local, attrs);
   finish_text(p);
   if (p->log_level >= 3) echo_start(p, prefix, local, attrs);
   svg_enter_element(p);
   if (p->level < p->skip_level) {
-    const int id = type == SVG_NS_SVG ? svg_find_element(local) : -1;
-    if (id >= 0) {
+    if (const int id = name.element; id >= 0) {
       svg_note(p, 6, "\t\t\t[supported element \"%a\"]\n", local);
       if (p->savelem == SVG_NO_ELEMENT) svg_savelem_open(p, id);
       p->elem_name = local;
       svg_add_e_node(p, id, attrs);
+      p->elem_name = nullptr;
       if (p->element_observer) tell_of_element(p, attrs);
       if (id == SVG_ELEM_text) p->has_text = 1;
     } else {
-      skip_element(p, type, prefix, local);
+      skip_element(p, name.type, prefix, local);
     }
   }
   if (p->log_level >= 6) {
@@ -110,12 +130,12 @@ static void start_element(svg_parser *p, const char *name, const XML_Char **attr
   }
 }
 
-static void tell_of_element(svg_parser *p, const XML_Char **attrs) {
+static void tell_of_element(svg_parser *p, const svg_given_attr *attrs) {
   if (!p->written_attrs) p->written_attrs = ort_vtr_new(p->core, &written_attr_ced, 16, 0);
   ort_vtr_resize(p->written_attrs, 0);
-  for (; *attrs; attrs += 2) {
-    svg_written_attr attr = {"", nullptr, attrs[1]};
-    if (svg_decomp_fullname(p, attrs[0], &attr.prefix, &attr.name) == SVG_NS_XML)
+  for (; attrs->name; ++attrs) {
+    svg_written_attr attr = {"", nullptr, attrs->text};
+    if (svg_decomp_fullname(p, attrs->name->text, &attr.prefix, &attr.name) == SVG_NS_XML)
       attr.prefix = "xml"; // which nobody needs to declare
     ort_push(p->written_attrs, attr);
   }
@@ -136,12 +156,12 @@ static void skip_element(svg_parser *p, int32_t type, const char *prefix, const 
   p->skip_level = p->level;
 }
 
-static void end_element(svg_parser *p, const char *name) {
+void svg_end_element(svg_parser *p, const svg_name *name) {
   const char *prefix = "";
-  const char *local = name;
-  if (needs_prefix(p)) {
-    const int32_t type = svg_decomp_fullname(p, name, &prefix, &local);
-    if (p->savelem != SVG_NO_ELEMENT) svg_savelem_end(p, type, prefix, local);
+  const char *local = "";
+  if (svg_shows_names(p)) {
+    svg_decomp_fullname(p, name->text, &prefix, &local);
+    if (p->savelem != SVG_NO_ELEMENT) svg_savelem_end(p, name->type, prefix, local);
   }
   finish_text(p);
   if (p->level < p->skip_level)
@@ -157,14 +177,15 @@ static void end_element(svg_parser *p, const char *name) {
   }
 }
 
-// Most end tags only close what is open, and need no frame.
-static bool end_may_raise(const svg_parser *p) {
-  return p->callback_failed || needs_prefix(p) || ort_bs_length(p->chardata) > 0 ||
-         (p->level < p->skip_level &&
-          ort_top<svg_pe_entry>(p->elem_stack).row->end_hook != nullptr);
+// Finding the prefix of a name costs a search of the declarations in scope; only the log and a
+// capture show it, and the names of end tags.
+bool svg_shows_names(const svg_parser *p) {
+  return p->log_level >= 3 || p->savelem != SVG_NO_ELEMENT;
 }
 
-static void char_data(svg_parser *p, const char *s, int len) {
+// ---- Character data -----------------------------------------------------------------------------
+
+void svg_add_char_data(svg_parser *p, const char *s, int len) {
   if (p->savelem != SVG_NO_ELEMENT) svg_savelem_char_data(p, s, len);
   ort_bs_append(p->chardata, s, static_cast<size_t>(len));
   if (!is_blank(s, len)) {
@@ -188,24 +209,20 @@ static bool is_blank(const char *s, int len) {
   return true;
 }
 
-// Finding the prefix of a name costs a search of the declarations in scope; only the log and a
-// capture show it.
-static bool needs_prefix(const svg_parser *p) {
-  return p->log_level >= 3 || p->savelem != SVG_NO_ELEMENT;
-}
+// ---- The log ------------------------------------------------------------------------------------
 
 static void echo_start(svg_parser *p, const char *prefix, const char *local,
-                       const XML_Char **attrs) {
+                       const svg_given_attr *attrs) {
   if (p->log_tag_open) close_open_tag(p);
   echo_line(p, 4);
   echo_indent(p, 0);
   ort_logg(p->core, "<");
   echo_name(p, prefix, local);
-  for (const XML_Char **attr = attrs; *attr; attr += 2) {
-    svg_decomp_fullname(p, attr[0], &prefix, &local);
+  for (; attrs->name; ++attrs) {
+    svg_decomp_fullname(p, attrs->name->text, &prefix, &local);
     ort_logg(p->core, " ");
     echo_name(p, prefix, local);
-    ort_logg(p->core, "=\"%a\"", attr[1]);
+    ort_logg(p->core, "=\"%a\"", attrs->text);
   }
   svg_note(p, 5, "\n");
   ++p->log_indent;

@@ -26,8 +26,8 @@ namespace {
 // An event begins with a byte, its kind and above it the number of attributes, or `MANY`. Then come
 // the number of lines since the event before, the number of many attributes, and with no gaps:
 enum class kind : uint8_t {
-  start,           // name; of each attribute its name, and its value with a NUL
-  end,             // name
+  start, // name; of each attribute its name, and its value with a NUL
+  end,
   text,            // text_head, the characters
   namespace_start, // prefix, name
   namespace_end,   // prefix
@@ -41,10 +41,13 @@ struct text_head {
   uint32_t length, pieces; // Expat delivers a text in pieces, which only the log shows
 };
 
-// A name is a byte: the place where it may be known, and below it one of these.
+// A name is a byte: the place where it may be known, and below it one of these. What it means is
+// looked up when it is new.
 enum { name_first, name_second, name_new, name_null, NAME_BITS = 2 };
 
 constexpr size_t PLACES = 256 >> NAME_BITS;
+
+constexpr ort_item_desc open_ced = {sizeof(const svg_name *), nullptr, nullptr};
 
 constexpr size_t SMALLEST_BLOCK = 1 << 10;
 constexpr size_t LARGEST_BLOCK = 1 << 16; // but for an event that needs more
@@ -54,18 +57,19 @@ constexpr size_t LARGEST_BLOCK = 1 << 16; // but for an event that needs more
 struct svg_recording {
   ort_spare spare; // first: see drop
   svg_parser *parser;
-  ort_arena events, names; // new names stand in the order of their events
+  ort_arena events, names; // new names stand in the order of their events, each before its text
   uint32_t line;           // of the last event recorded or played
   char *last_text;         // text_head of the last event, or null when it is no text
   size_t most_attributes;
   // Names recur: a two-way cache, most recently used first; null where there is none.
-  const char *known[PLACES][2];
+  const svg_name *known[PLACES][2];
 
   // While it is played:
   bool playing;
   bool incomplete;             // events to come were dropped
   uint64_t sheets;             // bytes of style sheets
-  const char **attributes;     // of the start tag being played
+  svg_given_attr *attributes;  // of the start tag being played
+  ort_vtr *open;               // const svg_name *: of the open elements, where names are shown
   ort_arena_block *name_block; // the next new name is here
   size_t name_at;
 };
@@ -80,11 +84,16 @@ static void record_names(svg_parser *p, kind what, std::initializer_list<const c
 static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size);
 static void end_event(svg_parser *p, const char *end);
 static char *put_name(svg_parser *p, char *room, const char *name);
+static uint64_t ends_of(const char *name, size_t length);
+static const svg_name *add_name(svg_parser *p, const char *name, size_t length);
 static char *find_room(svg_parser *p, ort_arena *arena, size_t size);
 static void add_block(svg_parser *p, ort_arena *arena, size_t needed);
 static uint64_t memory_to_play(const svg_parser *p, size_t size);
 static const char *play(svg_parser *p, const char *at);
-static const char *take_name(svg_recording *recording, const char **at);
+static void play_start(svg_parser *p, const svg_name *name);
+static void play_end(svg_parser *p);
+static const svg_name *take_name(svg_recording *recording, const char **at);
+static const char *text_of(const svg_name *name);
 static void drop(ort_spare *spare);
 
 void svg_recording_begin(svg_parser *p) {
@@ -104,7 +113,8 @@ bool svg_recording_play(svg_parser *p) {
   recording->line = 0;
   recording->name_block = recording->names.first;
   recording->attributes =
-      ort_new_array<const char *>(p->core, 2 * recording->most_attributes + 1, "svg_recording");
+      ort_new_array<svg_given_attr>(p->core, recording->most_attributes + 1, "svg_recording");
+  recording->open = ort_vtr_new(p->core, &open_ced, 0, 0);
   recording->sheets = svg_css_sheet_bytes(p);
   p->declared_attributes = 0; // what they add to start tags has been counted
   p->to_skip = 0;
@@ -117,7 +127,6 @@ bool svg_recording_play(svg_parser *p) {
         return false;
       }
       at = play(p, at);
-      if (p->callback_failed) ort_rethrow(p->core);
     }
   }
   const bool complete = !recording->incomplete;
@@ -132,9 +141,15 @@ void svg_recording_delete(svg_parser *p) {
   ort_arena_clear(p->core, &recording->events);
   ort_arena_clear(p->core, &recording->names);
   ort_free(p->core, recording->attributes);
+  ort_vtr_delete(recording->open);
   ort_free(p->core, recording);
   p->recording = nullptr;
   p->played_line = 0;
+}
+
+// Of a new name and its text.
+static size_t size_of_name(size_t length) {
+  return (sizeof(svg_name) + length + alignof(svg_name)) / alignof(svg_name) * alignof(svg_name);
 }
 
 // ---- Recording ----------------------------------------------------------------------------------
@@ -166,7 +181,7 @@ static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs)
 }
 
 static void cb_end(void *parser, const XML_Char *name) {
-  record_names(static_cast<svg_parser *>(parser), kind::end, {name});
+  record_names(static_cast<svg_parser *>(parser), kind::end, {});
   svg_cb_elem_end_css(parser, name);
 }
 
@@ -240,26 +255,50 @@ static char *put_name(svg_parser *p, char *room, const char *name) {
   if (!room) return nullptr;
   if (!name) return put<uint8_t>(room, name_null);
   const size_t length = strlen(name);
-  uint64_t end = 0;
-  if (length >= sizeof end)
-    memcpy(&end, name + length - sizeof end, sizeof end);
-  else
-    for (size_t i = 0; i < length; ++i) end = end << 8 | static_cast<unsigned char>(name[i]);
-  const size_t place = (end * 0x9E3779B97F4A7C15) / (UINT64_MAX / PLACES + 1);
+  const size_t place = (ends_of(name, length) * 0x9E3779B97F4A7C15) / (UINT64_MAX / PLACES + 1);
+  const auto is = [=](const svg_name *known) {
+    return known && known->length == length && memcmp(known->text, name, length) == 0;
+  };
   auto &[first, second] = p->recording->known[place];
   int where = name_first;
-  if (!first || strcmp(first, name) != 0) {
+  if (!is(first)) {
     where = name_second;
     std::swap(first, second);
-    if (!first || strcmp(first, name) != 0) {
+    if (!is(first)) {
       where = name_new;
-      char *kept = find_room(p, &p->recording->names, length + 1);
-      if (!kept) return nullptr;
-      first = strcpy(kept, name);
-      p->recording->names.last->used += length + 1;
+      const svg_name *added = add_name(p, name, length);
+      if (!added) return nullptr;
+      first = added;
     }
   }
   return put(room, static_cast<uint8_t>(place << NAME_BITS | static_cast<size_t>(where)));
+}
+
+// The last bytes of a name, and of a short one all or nearly all.
+static uint64_t ends_of(const char *name, size_t length) {
+  uint64_t whole = 0;
+  uint32_t head, tail;
+  if (length >= sizeof whole) {
+    memcpy(&whole, name + length - sizeof whole, sizeof whole);
+    return whole;
+  }
+  if (length < sizeof head) {
+    for (size_t i = 0; i < length; ++i) whole = whole << 8 | static_cast<unsigned char>(name[i]);
+    return whole;
+  }
+  memcpy(&head, name, sizeof head);
+  memcpy(&tail, name + length - sizeof tail, sizeof tail);
+  return uint64_t{head} << 32 | tail;
+}
+
+// Null: as in add_event.
+static const svg_name *add_name(svg_parser *p, const char *name, size_t length) {
+  const size_t size = size_of_name(length);
+  char *kept = find_room(p, &p->recording->names, size);
+  if (!kept) return nullptr;
+  p->recording->names.last->used += size;
+  auto *text = static_cast<char *>(memcpy(kept + sizeof(svg_name), name, length + 1));
+  return new (kept) svg_name(svg_resolve_name(p, text));
 }
 
 // Room for so many bytes at the end of the arena. Null: as in add_event.
@@ -322,37 +361,53 @@ static const char *play(svg_parser *p, const char *at) {
   ++p->to_skip;
   switch (static_cast<kind>(first & ((1U << KIND_BITS) - 1))) {
   case kind::start: {
-    const char *name = take_name(recording, &at);
-    const char **attribute = recording->attributes;
+    const svg_name *name = take_name(recording, &at);
+    svg_given_attr *attribute = recording->attributes;
     for (uint32_t i = 0; i < count; ++i) {
-      *attribute++ = take_name(recording, &at);
-      *attribute++ = at;
+      *attribute++ = {take_name(recording, &at), at};
       at += strlen(at) + 1;
     }
-    *attribute = nullptr;
-    svg_cb_elem_start(p, name, recording->attributes);
+    *attribute = {};
+    play_start(p, name);
     break;
   }
-  case kind::end: svg_cb_elem_end(p, take_name(recording, &at)); break;
+  case kind::end: play_end(p); break;
   case kind::text: {
     const auto head = take<text_head>(&at);
     const char *text = at;
     at += head.length;
     p->to_skip += head.pieces - 1;
-    svg_cb_char_data(p, text, static_cast<int>(head.length));
+    svg_add_char_data(p, text, static_cast<int>(head.length));
     break;
   }
   case kind::namespace_start: {
-    const char *prefix = take_name(recording, &at);
-    svg_cb_namespace_start(p, prefix, take_name(recording, &at));
+    const char *prefix = text_of(take_name(recording, &at));
+    svg_start_namespace(p, prefix, text_of(take_name(recording, &at)));
     break;
   }
-  case kind::namespace_end: svg_cb_namespace_end(p, take_name(recording, &at)); break;
+  case kind::namespace_end: svg_end_namespace(p, text_of(take_name(recording, &at))); break;
   }
   return at;
 }
 
-static const char *take_name(svg_recording *recording, const char **at) {
+// A capture shows the name of its own end tag, too, but not of the tags around it.
+static void play_start(svg_parser *p, const svg_name *name) {
+  svg_start_element(p, *name, p->recording->attributes);
+  if (svg_shows_names(p)) ort_push(p->recording->open, name);
+}
+
+static void play_end(svg_parser *p) {
+  const svg_name *name = nullptr;
+  if (svg_shows_names(p)) {
+    name = ort_top<const svg_name *>(p->recording->open);
+    ort_vtr_pop(p->recording->open);
+  }
+  svg_end_element(p, name);
+}
+
+static const char *text_of(const svg_name *name) { return name ? name->text : nullptr; }
+
+static const svg_name *take_name(svg_recording *recording, const char **at) {
   const auto byte = take<uint8_t>(at);
   auto &[first, second] = recording->known[byte >> NAME_BITS];
   switch (byte & ((1U << NAME_BITS) - 1)) {
@@ -364,8 +419,8 @@ static const char *take_name(svg_recording *recording, const char **at) {
       recording->name_block = recording->name_block->next;
       recording->name_at = 0;
     }
-    first = recording->name_block->bytes() + recording->name_at;
-    recording->name_at += strlen(first) + 1;
+    first = reinterpret_cast<svg_name *>(recording->name_block->bytes() + recording->name_at);
+    recording->name_at += size_of_name(first->length);
     break;
   default: break;
   }

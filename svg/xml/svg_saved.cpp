@@ -35,7 +35,7 @@ void svg_savelem_namespace(svg_parser *p, const char *prefix, const char *uri) {
 }
 
 void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,
-                       const XML_Char **attrs) {
+                       const svg_given_attr *attrs) {
   ort_bs *bs = p->savelem_text;
   close_start_tag(p, ">");
   ort_bs_append_byte(bs, '<');
@@ -44,13 +44,13 @@ void svg_savelem_start(svg_parser *p, const char *prefix, const char *local,
     ort_bs_append(bs, ort_bs_text(p->xmlns_text), ort_bs_length(p->xmlns_text));
     ort_bs_clear(p->xmlns_text);
   }
-  for (; *attrs; attrs += 2) {
+  for (; attrs->name; ++attrs) {
     const char *attr_prefix, *attr_local;
-    svg_decomp_fullname(p, attrs[0], &attr_prefix, &attr_local);
+    svg_decomp_fullname(p, attrs->name->text, &attr_prefix, &attr_local);
     ort_bs_append_byte(bs, ' ');
     write_name(bs, attr_prefix, attr_local);
     ort_bs_append_text(bs, "=\"");
-    ort_bs_append_text(bs, attrs[1]);
+    ort_bs_append_text(bs, attrs->text);
     ort_bs_append_byte(bs, '"');
   }
   p->savelem_tag_open = 1;

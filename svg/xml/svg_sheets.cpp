@@ -6,6 +6,7 @@
 #include "svg/xml/svg_sheets.h"
 
 #include <cstring>
+#include <string_view>
 
 #include "svg/names/svg_namespace.h"
 #include "svg/values/svg_errors.h"
@@ -100,7 +101,7 @@ void svg_cb_elem_end_css(void *parser, const XML_Char *name) {
     if (svg_decomp_fullname(p, name, nullptr, &local) != SVG_NS_SVG) return;
     if (strcmp(local, "svg") == 0) {
       ort_vtr_pop(p->css_svg_stack);
-    } else {
+    } else if (strcmp(local, "style") == 0) {
       p->in_style_elem = 0;
     }
   });
@@ -129,11 +130,10 @@ size_t svg_css_sheet_bytes(const svg_sheet_pass *p) {
   return bytes;
 }
 
-// A cheap first look, local names of other namespaces included: most names mean nothing here.
+// A cheap first look, which lets other names pass, too: most mean nothing here.
 static bool is_svg_or_style(const char *name) {
-  const char *star = strrchr(name, '*');
-  const char *local = star ? star + 1 : name;
-  return *local == 's' && (strcmp(local, "svg") == 0 || strcmp(local, "style") == 0);
+  const std::string_view text(name);
+  return text.ends_with("svg") || text.ends_with("style");
 }
 
 static void forget_instruction(svg_parser *p) {
