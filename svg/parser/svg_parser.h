@@ -238,7 +238,7 @@ struct svg_content {
   int32_t log_indent = 0;
   int32_t log_tag_open = 0;
   int32_t chardata_nonblank = 0;
-  ort_bs *chardata = nullptr;       // owned
+  ort_bs *chardata = nullptr; // owned
   // Owned, of the start tag being handled:
   ort_vtr *attr_names = nullptr;    // svg_name; when Expat delivers it
   ort_vtr *given_attrs = nullptr;   // svg_given_attr; likewise
