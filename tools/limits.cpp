@@ -15,7 +15,9 @@ std::string take_limit(const std::string &text, ReadSettings &reading,
   const std::string_view name(text.data(), equals), unit(rest, end);
   const int shift = unit.empty() ? 0 : unit == "K" ? 10 : unit == "M" ? 20 : unit == "G" ? 30 : -1;
   if (equals == text.size()) return "--limit " + text + ": NAME=N is wanted";
-  if (error != std::errc{} || number == 0 || shift < 0 || number > UINT64_MAX >> shift)
+  if (error == std::errc::result_out_of_range || (shift > 0 && number > UINT64_MAX >> shift))
+    return "--limit " + text + ": the number is too large";
+  if (error != std::errc{} || number == 0 || shift < 0)
     return "--limit " + text + ": no number above 0, with K, M or G after it or nothing";
   number <<= shift;
   svg_limits &limits = reading.limits;

@@ -11,6 +11,7 @@
 
 #include "tools/explain.h"
 #include "tools/limits.h"
+#include "tools/records.h"
 #include "tools/utf8.h"
 
 static void add_output_options(CLI::App &app, Options &options);
@@ -19,6 +20,7 @@ static void add_reading_options(CLI::App &app, Options &options);
 static int refuse_usage(const std::string &mistake);
 static std::string find_mistake(const Options &options);
 static std::string take_selections(Options &options);
+static bool is_element(const std::string &name);
 static bool is_property(const std::string &name);
 
 int parse_options(int argc, char **argv, Options &options) {
@@ -157,10 +159,11 @@ static std::string find_mistake(const Options &options) {
     if (!is_known_name(options.explain_property))
       return "--property " + options.explain_property + ": no such property or attribute";
   }
+  const char *known = ": the reader knows it, and refuses only what it does not";
   for (const std::string &name : options.reading.refused_properties)
-    if (is_property(name))
-      return "--refuse-property " + name +
-             ": the reader knows it, and refuses only what it does not";
+    if (is_property(name)) return "--refuse-property " + name + known;
+  for (const std::string &name : options.reading.refused_elements)
+    if (is_element(name)) return "--refuse-element " + name + known;
   return "";
 }
 
@@ -175,6 +178,12 @@ static std::string take_selections(Options &options) {
     mistake = take_selection(options.explained, options.reading);
   }
   return mistake.empty() ? "" : "--explain: " + mistake;
+}
+
+static bool is_element(const std::string &name) {
+  for (int id = 0; id < SVG_ELEM_COUNT; ++id)
+    if (name == element_name(id)) return true;
+  return false;
 }
 
 // Ignores ASCII case, as the reader does.

@@ -80,9 +80,11 @@ INPUTS = (  # file, standard input, message
 MISTAKES = (
     [], ["--nonsense", "-"], ["--log", "x", "-"], ["--jobs", "0", "-"], ["-", "-"], ["--force", "-"],
     ["--explain"], ["--explain", "#a", "--property", "fil", "-"], ["--property", "fill", "-"],
-    ["--refuse-property", "Fill", "-"], ["--limit", "nodes=x", "-"], ["--check", "--pretty", "-"], ["--check", "--ids", "-"],
+    ["--refuse-property", "Fill", "-"], ["--refuse-element", "g", "-"],
+    ["--limit", "nodes=x", "-"], ["--check", "--pretty", "-"], ["--check", "--ids", "-"],
     ["--simplify", "--json", "-"], ["--simplify", "-", "x.svg"], ["--limit", "depth", "-"],
     ["--limit", "width=1", "-"], ["--limit", "nodes=0", "-"], ["--limit", "nodes=9T", "-"],
+    ["--limit", "nodes=99999999999999999999", "-"], ["--limit", "memory=99999999999999G", "-"],
     ["--json", "--extract", "x", "-"], ["--path", "M0 0", "-"], ["--path", "M0 0", "--json"],
 )
 
