@@ -147,7 +147,11 @@ static std::string find_mistake(const Options &options) {
   const bool questions = options.asks();
   if (options.has_path && (questions || options.json || options.check || !options.files.empty()))
     return "--path reads no drawing";
-  if (options.files.empty() && !options.schema && !options.has_path) return "no FILE given";
+  if (options.files.empty() && !options.schema && !options.has_path) {
+    const std::string &taken = options.explained.text; // of "--query X --explain FILE"
+    return "no FILE given" +
+           (taken.empty() ? "" : ": '" + taken + "' is what --explain is to tell of");
+  }
   if (std::ranges::count(options.files, "-") > 1) return "standard input can be read only once";
   if (options.check && (questions || options.pretty)) return "--check prints findings only";
   if (options.simplify && (questions || options.json || options.check || options.files.size() > 1))

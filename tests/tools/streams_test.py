@@ -79,7 +79,7 @@ INPUTS = (  # file, standard input, message
 
 MISTAKES = (
     [], ["--nonsense", "-"], ["--log", "x", "-"], ["--jobs", "0", "-"], ["-", "-"], ["--force", "-"],
-    ["--explain"], ["--explain", "#a", "--property", "fil", "-"], ["--property", "fill", "-"],
+    ["--explain"], ["--query", "g", "--explain", "-"], ["--explain", "#a", "--property", "fil", "-"], ["--property", "fill", "-"],
     ["--refuse-property", "Fill", "-"], ["--refuse-element", "g", "-"],
     ["--limit", "nodes=x", "-"], ["--check", "--pretty", "-"], ["--check", "--ids", "-"],
     ["--simplify", "--json", "-"], ["--simplify", "-", "x.svg"], ["--limit", "depth", "-"],
