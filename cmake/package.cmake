@@ -1,13 +1,11 @@
 # Debian packages: "cpack -G DEB" in the folder of a build whose prefix is /usr; see ./dev package.
 # Who makes packages is their maintainer, under the name that Debian's tools take from the environment.
-set(maintainer "The authors of svgreader <svgreader@packages.invalid>")
+set(CPACK_PACKAGE_CONTACT "The authors of svgreader <svgreader@packages.invalid>")
 if(DEFINED ENV{DEBFULLNAME} AND DEFINED ENV{DEBEMAIL})
-  set(maintainer "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
+  set(CPACK_PACKAGE_CONTACT "$ENV{DEBFULLNAME} <$ENV{DEBEMAIL}>")
 endif()
-set(SVGREADER_MAINTAINER "${maintainer}" CACHE STRING "Maintainer of the packages: NAME <ADDRESS>")
 set(CPACK_PACKAGE_NAME svgreader)
 set(CPACK_PACKAGE_VENDOR svgreader)
-set(CPACK_PACKAGE_CONTACT ${SVGREADER_MAINTAINER})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY ${PROJECT_DESCRIPTION})
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
