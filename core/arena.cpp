@@ -21,12 +21,18 @@ void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *
 }
 
 void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
+  if (!ort_arena_try_grow(core, arena, size, tag)) ort_error(core, ORT_E_NO_MEMORY);
+}
+
+bool ort_arena_try_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
   auto *block =
-      static_cast<ort_arena_block *>(ort_malloc(core, sizeof(ort_arena_block) + size, tag));
+      static_cast<ort_arena_block *>(ort_try_malloc(core, sizeof(ort_arena_block) + size, tag));
+  if (!block) return false;
   *block = {nullptr, size, 0};
   (arena->last ? arena->last->next : arena->first) = block;
   arena->last = block;
   arena->size += size;
+  return true;
 }
 
 void ort_arena_shrink(ort_core *core, ort_arena *arena) {

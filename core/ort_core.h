@@ -210,6 +210,7 @@ struct ort_arena {
 // Zeroed memory; the blocks that are made for it double the arena.
 void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag);
 void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag); // a block more
+bool ort_arena_try_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag);
 void ort_arena_shrink(ort_core *core, ort_arena *arena); // frees the first block
 void ort_arena_clear(ort_core *core, ort_arena *arena);  // frees all
 inline bool ort_arena_has_room(const ort_arena *arena, size_t size) {

@@ -75,8 +75,9 @@ struct svg_open_element {
   svg_e_node *last_child; // last element child built so far, or null
 };
 
-struct svg_recording; // svg_recording.cpp
-struct svg_query;     // svg_select.cpp
+struct svg_expat_memory; // svg_expat.cpp
+struct svg_recording;    // svg_recording.cpp
+struct svg_query;        // svg_select.cpp
 
 // Lines of the input, counted as far as events were recorded.
 struct svg_lines {
@@ -190,7 +191,8 @@ struct svg_input {
   int64_t bytes_fed = 0;          // to Expat in this pass
   int64_t input_size = 0;         // in bytes; -1: not known
   svg_lines lines = {};
-  uint64_t expat_bytes = 0; // that Expat asked for in this pass, freed ones included
+  svg_expat_memory *expat_memory = nullptr; // owned
+  uint64_t expat_bytes = 0; // taken from the core for Expat in this pass, freed ones included
   double pass_seconds[2] = {};
 };
 

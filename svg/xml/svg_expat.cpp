@@ -1,6 +1,6 @@
 // svg_expat.cpp: Expat under the core's memory, and in time linear in the input.
 //
-// Expat's blocks come from the core, so that the host's budget and statistics count them: one
+// Expat's memory comes from the core, so that the host's budget and statistics count it: one
 // attribute of a hundred megabytes is held by Expat long before a value is made of it. Expat wants
 // null for lack of memory, never a jump. And Expat rereads an unfinished token each time it is
 // called, so blocks are gathered: more of them as the document goes on, and of a long token as much
@@ -8,6 +8,7 @@
 #include "svg/xml/svg_expat.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 static XML_Status feed(svg_parser *p, bool last);
@@ -25,47 +26,161 @@ struct expat_work {
   bool memory_was_short;
 };
 
-} // namespace
-static thread_local expat_work work;
+// What stands before a block of Expat's.
+struct expat_label {
+  uint32_t size; // of a small block
+  uint32_t list; // where a small block waits when it was given back; 0: the block is large
+};
 
-// Refuse memory after a failed callback, so that Expat stops: it would go on to the end of the
-// start tag.
-static void *expat_realloc(void *memory, size_t size) {
-  svg_parser *p = work.parser;
-  if (p->callback_failed) return nullptr;
-  p->expat_bytes += size;
-  void *result = ort_try_realloc(p->core, memory, size, "svg_parse_xml");
-  work.memory_was_short |= result == nullptr;
-  return result;
+struct large_block {
+  large_block *next, **link;
+  expat_label label;
+};
+
+// The sanitizers need a block of the core for each.
+#ifdef ORT_SANITIZE
+constexpr size_t MOST_OF_SMALL = 0;
+#else
+constexpr size_t MOST_OF_SMALL = 1280;
+#endif
+constexpr size_t FIRST_OF_ARENA = 8500, LEAST_OF_ARENA = 1 << 12, MOST_OF_ARENA = 1 << 15;
+
+// There are eight sizes from a power of 2 to the next, and a list for each.
+constexpr expat_label small_label(size_t size) {
+  const int shift = std::max(static_cast<int>(std::bit_width(size - 1)) - 4, 3);
+  const size_t steps = ((size - 1) >> shift) + 1;
+  return {static_cast<uint32_t>(steps << shift),
+          static_cast<uint32_t>(static_cast<size_t>(shift - 3) * 8 + steps)};
 }
 
-static void *expat_malloc(size_t size) { return expat_realloc(nullptr, size); }
+} // namespace
 
-static void expat_free(void *memory) { ort_free(work.parser->core, memory); }
+// Even for the smallest drawing Expat makes dozens of small blocks, of which it gives back hardly
+// one before its end. They lie in an arena, and this is the first thing in it.
+struct svg_expat_memory {
+  ort_arena arena;
+  void *waiting[small_label(MOST_OF_SMALL + 1).list + 1]; // each begins with the next of its list
+  large_block *large;
+};
+
+static thread_local expat_work work;
+
+// ---- Memory -------------------------------------------------------------------------------------
+
+static expat_label *label_before(void *block) { return static_cast<expat_label *>(block) - 1; }
+
+static large_block *large_before(void *block) { return static_cast<large_block *>(block) - 1; }
+
+static void *resize_large(svg_parser *p, large_block *old, size_t size) {
+  p->expat_bytes += size;
+  auto *block = static_cast<large_block *>(
+      ort_try_realloc(p->core, old, sizeof *old + size, "svg_parse_xml"));
+  if (!block) {
+    work.memory_was_short = true;
+    return nullptr;
+  }
+  if (!old) *block = {p->expat_memory->large, &p->expat_memory->large, {0, 0}};
+  *block->link = block;
+  if (block->next) block->next->link = &block->next;
+  return block + 1;
+}
+
+static void *take_small(svg_parser *p, expat_label label) {
+  ort_arena *arena = &p->expat_memory->arena;
+  void *&waiting = p->expat_memory->waiting[label.list];
+  if (void *block = waiting) {
+    waiting = *static_cast<void **>(block);
+    return block;
+  }
+  const size_t size = sizeof label + label.size;
+  if (!ort_arena_has_room(arena, size)) {
+    const size_t more = std::clamp(arena->size / 2, LEAST_OF_ARENA, MOST_OF_ARENA);
+    p->expat_bytes += more;
+    if (!ort_arena_try_grow(p->core, arena, more, "svg_parse_xml")) {
+      work.memory_was_short = true;
+      return nullptr;
+    }
+  }
+  auto *taken = reinterpret_cast<expat_label *>(arena->last->bytes() + arena->last->used);
+  arena->last->used += size;
+  *taken = label;
+  return taken + 1;
+}
+
+// Refuses memory after a failed callback, so that Expat stops: it would go on to the end of the
+// start tag.
+static void *expat_malloc(size_t size) {
+  svg_parser *p = work.parser;
+  if (p->callback_failed) return nullptr;
+  return size - 1 < MOST_OF_SMALL ? take_small(p, small_label(size))
+                                  : resize_large(p, nullptr, size);
+}
+
+static void free_large(ort_core *core, large_block *block) {
+  *block->link = block->next;
+  if (block->next) block->next->link = block->link;
+  ort_free(core, block);
+}
+
+static void expat_free(void *block) {
+  if (!block) return;
+  const svg_parser *p = work.parser;
+  const uint32_t list = label_before(block)->list;
+  if (list == 0) return free_large(p->core, large_before(block));
+  *static_cast<void **>(block) = p->expat_memory->waiting[list];
+  p->expat_memory->waiting[list] = block;
+}
+
+static void *expat_realloc(void *block, size_t size) {
+  if (!block) return expat_malloc(size);
+  svg_parser *p = work.parser;
+  const expat_label label = *label_before(block);
+  if (label.list == 0)
+    return p->callback_failed ? nullptr : resize_large(p, large_before(block), size);
+  if (size <= label.size) return block;
+  void *moved = expat_malloc(size);
+  if (!moved) return nullptr;
+  memcpy(moved, block, label.size);
+  expat_free(block);
+  return moved;
+}
+
+static void make_memory(svg_parser *p) {
+  ort_arena arena = {};
+  ort_arena_grow(p->core, &arena, FIRST_OF_ARENA, "svg_parse_xml");
+  p->expat_memory = static_cast<svg_expat_memory *>(
+      ort_arena_take(p->core, &arena, sizeof(svg_expat_memory), "svg_parse_xml"));
+  p->expat_memory->arena = arena;
+  p->expat_bytes = FIRST_OF_ARENA;
+}
+
+static void delete_memory(svg_parser *p) {
+  if (!p->expat_memory) return;
+  while (p->expat_memory->large) free_large(p->core, p->expat_memory->large);
+  ort_arena arena = p->expat_memory->arena;
+  p->expat_memory = nullptr;
+  ort_arena_clear(p->core, &arena);
+}
 
 static constexpr XML_Memory_Handling_Suite suite = {expat_malloc, expat_realloc, expat_free};
 
-// Runs call() for the parser's core, and returns whether memory was short. Calls nest when a host's
-// callback reads another document.
-template <class Call> static bool work_for(svg_parser *p, Call call) {
+// ---- Parsers ------------------------------------------------------------------------------------
+
+// Runs call() for the parser's core. Raises what a callback raised, and lack of memory even where
+// Expat managed without. Calls nest when a host's callback reads another document.
+template <class Call> static void with_core(svg_parser *p, Call call) {
   const expat_work outer = work;
   work = {p, false};
   call();
   const bool memory_was_short = work.memory_was_short;
   work = outer;
-  return memory_was_short;
-}
-
-// Raises what a callback raised, and lack of memory even where Expat managed without.
-template <class Call> static void with_core(svg_parser *p, Call call) {
-  const bool memory_was_short = work_for(p, call);
   if (p->callback_failed) ort_rethrow(p->core);
   if (memory_was_short) ort_error(p->core, ORT_E_NO_MEMORY);
 }
 
 void svg_expat_create(svg_parser *p, const char *encoding) {
   const char *separator = p->no_namespaces ? nullptr : "*";
-  p->expat_bytes = 0;
+  make_memory(p);
   with_core(p, [&] { p->xml = XML_ParserCreate_MM(encoding, &suite, separator); });
   if (!p->xml) ort_error(p->core, ORT_E_CALL_FAILED, "XML_ParserCreateNS");
   // Without a salt, Expat would call getrandom() in every pass.
@@ -104,9 +219,11 @@ XML_Status svg_expat_flush(svg_parser *p) {
   return p->gathered > 0 ? feed(p, false) : XML_STATUS_OK;
 }
 
+// All that Expat has lies in its memory, and goes with it: XML_ParserFree would look for each
+// block.
 void svg_expat_delete(svg_parser *p) {
-  if (p->xml) work_for(p, [=] { XML_ParserFree(p->xml); });
   p->xml = nullptr;
+  delete_memory(p);
 }
 
 // Expat counts lines byte by byte, in a call that is slow for many short events.
