@@ -18,6 +18,8 @@ constexpr size_t ORT_GRAIN = 8;
 constexpr size_t ORT_SMALL_GRAINS = 64; // the largest block that goes into a chunk
 constexpr size_t ORT_CHUNK = 1U << 14;
 
+struct ort_tag; // ort_state.h
+
 // What is known of a block.
 struct ort_label {
   size_t size;  // as requested
@@ -53,9 +55,13 @@ struct ort_chunks {
   size_t count;
 };
 
+bool ort_chunks_new(ort_chunks *chunks);                      // false: memory is short
 ort_chunk *ort_chunks_add(ort_chunks *chunks, size_t grains); // null: memory is short
 void ort_chunks_remove(ort_chunks *chunks, ort_chunk *chunk);
 void ort_chunks_delete(ort_chunks *chunks);
+
+uint64_t ort_chunks_used(const ort_chunks *chunks);             // number of blocks
+void ort_chunks_count(const ort_chunks *chunks, ort_tag *tags); // adds them to the counts of all
 
 // A note is the tag, and what rounding added to the size.
 constexpr uint32_t ORT_SLACK_BITS = 3;
@@ -84,7 +90,7 @@ inline size_t ort_grains(size_t size) { return (size + ORT_GRAIN - 1) / ORT_GRAI
 inline void *ort_chunks_take(ort_chunks *chunks, ort_chunk *chunk, ort_label label) {
   const size_t i = chunk->free, size = chunk->grains * ORT_GRAIN;
   chunk->free = chunk->notes[i];
-  chunk->notes[i] = static_cast<uint16_t>(label.tag << ORT_SLACK_BITS | (size - label.size));
+  chunk->notes[i] = static_cast<uint16_t>(label.tag << ORT_SLACK_BITS | (-label.size % ORT_GRAIN));
   ++chunk->used;
   if (chunk->free == chunk->capacity) ort_chunks_unlink(chunks, chunk);
   return chunk->blocks + i * size;
@@ -92,10 +98,11 @@ inline void *ort_chunks_take(ort_chunks *chunks, ort_chunk *chunk, ort_label lab
 
 // The chunk that a block lies in; null: it comes from malloc.
 inline ort_chunk *ort_chunks_find(const ort_chunks *chunks, const void *block) {
-  if (chunks->table.capacity == 0) return nullptr;
-  const size_t home = ort_chunk_place::home_of(block);
-  return chunks->table.find(home, [=](ort_chunk_place place) { return place.home() == home; })
-      ->chunk;
+  const uintptr_t start = reinterpret_cast<uintptr_t>(block) & ~(ORT_CHUNK - 1);
+  const auto is_it = [=](ort_chunk_place place) {
+    return reinterpret_cast<uintptr_t>(place.chunk) == start;
+  };
+  return chunks->table.find(ort_chunk_place::home_of(block), is_it)->chunk;
 }
 
 inline uint32_t ort_chunk_index(const ort_chunk *chunk, const void *block) {

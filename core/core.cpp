@@ -15,7 +15,9 @@ ort_core *ort_core_new(const ort_options *options) {
   if (core->options.inflate_budget == 0) core->options.inflate_budget = ORT_LIMIT_INFLATED;
   if (getentropy(&core->secret, sizeof core->secret) != 0)
     core->secret = reinterpret_cast<uintptr_t>(core); // less to guess than nothing
-  return core;
+  if (ort_memory_new(core)) return core;
+  ort_core_delete(core);
+  return nullptr;
 }
 
 void ort_core_delete(ort_core *core) {

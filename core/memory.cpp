@@ -4,6 +4,7 @@
 // Small blocks lie in chunks (chunks.h). Others come from malloc, after their label; a temporary
 // block has list links before the header. The sanitizers need malloc for every block
 // (ORT_SANITIZE).
+#include <algorithm>
 #include <stdlib.h>
 #include <string.h>
 
@@ -17,8 +18,10 @@ namespace {
 
 static_assert(sizeof(ort_label) % 8 == 0 && sizeof(ort_temporary) % 8 == 0);
 
-constexpr uint64_t MAX_SIZE = (1ULL << 47) - 1;
+constexpr uint64_t MAX_BUDGET = (1ULL << 47) - 1;
+constexpr uint64_t NEVER = UINT64_MAX;
 constexpr uint32_t NO_TAG = UINT32_MAX;
+constexpr size_t FEWEST_PLACES = 256; // of literals
 #ifdef ORT_SANITIZE
 constexpr size_t MAX_SMALL = 0;
 #else
@@ -27,15 +30,20 @@ constexpr size_t MAX_SMALL = ORT_SMALL_GRAINS * ORT_GRAIN;
 
 } // namespace
 
-static inline void *try_malloc(ort_core *core, size_t size, const char *tag);
-static void *allocate(ort_core *core, size_t size, const char *tag);
+static inline void *take_small(ort_core *core, size_t size, const char *tag);
+[[gnu::noinline]] static void *allocate_or_raise(ort_core *core, size_t size, const char *tag);
+[[gnu::noinline]] static void *allocate(ort_core *core, size_t size, const char *tag);
 static void make_way(ort_core *core, uint64_t wanted);
+static inline bool admit(ort_memory *memory, uint64_t released, uint64_t wanted);
+static inline bool is_to_fail(ort_memory *memory);
+static bool fail(ort_memory *memory);
+static void aim(ort_memory *memory, uint64_t allocations, uint64_t failing);
+static inline void take(ort_memory *memory, uint64_t bytes);
 static void *place(ort_memory *memory, ort_label label);
-static void *place_after_label(size_t prefix, ort_label label);
-static inline ort_label remove(ort_memory *memory, void *block);
-static inline bool admit(ort_core *core, uint64_t released, uint64_t wanted);
-static inline void count_in(ort_memory *memory, ort_label label);
-static inline void count_out(ort_memory *memory, ort_label label);
+static void *place_outside(ort_memory *memory, size_t prefix, ort_label label);
+static inline void remove(ort_memory *memory, void *block);
+[[gnu::noinline]] static void remove_outside(ort_memory *memory, void *block, size_t prefix);
+static void count(ort_memory *memory, ort_label label, int blocks);
 static uint32_t find_tag(ort_memory *memory, const char *literal);
 static uint32_t add_literal(ort_memory *memory, const char *literal);
 static uint32_t add_tag(ort_memory *memory, const char *text);
@@ -49,13 +57,13 @@ static bool is_small(size_t size) { return size - 1 < MAX_SMALL; }
 // ---- Blocks -------------------------------------------------------------------------------------
 
 void *ort_try_malloc(ort_core *core, size_t size, const char *tag) {
-  return try_malloc(core, size, tag);
+  void *block = take_small(core, size, tag);
+  return block ? block : allocate(core, size, tag);
 }
 
 void *ort_malloc(ort_core *core, size_t size, const char *tag) {
-  void *block = try_malloc(core, size, tag);
-  if (!block) ort_raise_no_memory(core);
-  return block;
+  void *block = take_small(core, size, tag);
+  return block ? block : allocate_or_raise(core, size, tag);
 }
 
 void *ort_calloc(ort_core *core, size_t count, size_t size, const char *tag) {
@@ -73,43 +81,45 @@ void *ort_realloc(ort_core *core, void *block, size_t size, const char *tag) {
 }
 
 void *ort_try_realloc(ort_core *core, void *block, size_t size, const char *tag) {
-  if (!block) return try_malloc(core, size, tag);
+  if (!block) return ort_try_malloc(core, size, tag);
   make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_chunk *chunk = ort_chunks_find(&memory->chunks, block);
   const ort_label old =
       chunk ? ort_chunk_label(chunk, ort_chunk_index(chunk, block)) : *label_before(block);
   const ort_label label = {size, find_tag(memory, tag)};
-  if (label.tag == NO_TAG || !admit(core, old.size, size)) return nullptr;
+  if (label.tag == NO_TAG || !admit(memory, old.size, size)) return nullptr;
   void *moved;
   if (chunk || is_small(size)) {
     moved = place(memory, label);
     if (!moved) return nullptr;
     memcpy(moved, block, old.size < size ? old.size : size);
-    remove(memory, block);
+    remove(memory, block); // and gives its bytes back
+    take(memory, size);
   } else {
     moved = realloc(label_before(block), sizeof label + size);
     if (!moved) return nullptr;
     *static_cast<ort_label *>(moved) = label;
     moved = static_cast<ort_label *>(moved) + 1;
+    count(memory, old, -1);
+    count(memory, label, 1);
+    take(memory, size - old.size);
   }
-  count_out(memory, old);
-  count_in(memory, label);
   return moved;
 }
 
 void ort_free(ort_core *core, void *block) {
-  if (block) count_out(&core->memory, remove(&core->memory, block));
+  if (block) remove(&core->memory, block);
 }
 
 void *ort_malloc_tmp(ort_core *core, size_t size, const char *tag) {
   make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_label label = {size, find_tag(memory, tag)};
-  if (label.tag == NO_TAG || !admit(core, 0, size)) ort_raise_no_memory(core);
-  void *block = place_after_label(sizeof(ort_temporary), label);
+  if (label.tag == NO_TAG || !admit(memory, 0, size)) ort_raise_no_memory(core);
+  void *block = place_outside(memory, sizeof(ort_temporary), label);
   if (!block) ort_raise_no_memory(core);
-  count_in(memory, label);
+  take(memory, size);
   ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
   links->newer = nullptr;
   links->older = memory->temporaries;
@@ -123,8 +133,7 @@ void ort_free_tmp(ort_core *core, void *block) {
   ort_temporary *links = reinterpret_cast<ort_temporary *>(label_before(block)) - 1;
   (links->newer ? links->newer->older : core->memory.temporaries) = links->older;
   if (links->older) links->older->newer = links->newer;
-  count_out(&core->memory, *label_before(block));
-  free(links);
+  remove_outside(&core->memory, block, sizeof *links);
 }
 
 void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size) {
@@ -132,10 +141,12 @@ void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size)
     free(block);
   } else {
     make_way(core, size);
-    block = admit(core, old_size, size) ? realloc(block, size) : nullptr;
+    block = admit(&core->memory, old_size, size) ? realloc(block, size) : nullptr;
     if (!block) return nullptr;
   }
   core->memory.own_bytes += size - old_size;
+  core->memory.left -= size - old_size;
+  core->memory.peak_left -= static_cast<int64_t>(size - old_size);
   return size == 0 ? nullptr : block;
 }
 
@@ -150,6 +161,15 @@ void ort_withdraw_spare(ort_core *core, ort_spare *spare) {
   if (*link) *link = spare->next;
 }
 
+bool ort_memory_new(ort_core *core) {
+  ort_memory *memory = &core->memory;
+  core->options.memory_budget = std::min(core->options.memory_budget, MAX_BUDGET);
+  memory->left = core->options.memory_budget;
+  ort_reset_peak(core);
+  aim(memory, 0, NEVER);
+  return memory->literals.grow(FEWEST_PLACES) && ort_chunks_new(&memory->chunks);
+}
+
 void ort_memory_delete(ort_core *core) {
   while (core->memory.temporaries) {
     ort_free_tmp(core, reinterpret_cast<ort_label *>(core->memory.temporaries + 1) + 1);
@@ -160,55 +180,73 @@ void ort_memory_delete(ort_core *core) {
   free(core->memory.literals.places);
 }
 
+void ort_fail_at(ort_core *core, uint64_t at, bool on) {
+  ort_memory *memory = &core->memory;
+  const uint64_t allocations = memory->failing - memory->until_failing;
+  memory->fail_on = on && at > 0;
+  if (at <= allocations) at = memory->fail_on ? allocations + 1 : NEVER;
+  aim(memory, allocations, at);
+}
+
 // ---- Statistics ---------------------------------------------------------------------------------
 
 void ort_get_statistics(const ort_core *core, ort_statistics *statistics) {
   const ort_memory &memory = core->memory;
-  *statistics = memory.statistics;
-  for (uint32_t i = 0; i < memory.tag_count; ++i) statistics->live_blocks += memory.tags[i].blocks;
+  const uint64_t given = core->options.memory_budget - memory.own_bytes;
+  *statistics = {ort_chunks_used(&memory.chunks), given - memory.left,
+                 given - static_cast<uint64_t>(memory.peak_left),
+                 memory.failing - memory.until_failing};
+  for (uint32_t i = 0; i < memory.tag_count; ++i)
+    statistics->live_blocks += memory.tags[i].outside.blocks;
 }
 
 size_t ort_get_tag_counts(const ort_core *core, ort_tag_count *counts, size_t capacity) {
   const ort_memory &memory = core->memory;
+  for (uint32_t i = 0; i < memory.tag_count; ++i) memory.tags[i].all = memory.tags[i].outside;
+  ort_chunks_count(&memory.chunks, memory.tags);
   for (size_t i = 0; i < memory.tag_count && i < capacity; ++i) {
-    counts[i] = memory.tags[memory.tag_order[i]];
+    const ort_tag &tag = memory.tags[memory.tag_order[i]];
+    counts[i] = {tag.text, tag.all.blocks, tag.all.bytes};
   }
   return memory.tag_count;
 }
 
 uint64_t ort_memory_budget(const ort_core *core) { return core->options.memory_budget; }
 
-uint64_t ort_memory_left(const ort_core *core) {
-  const ort_memory &memory = core->memory;
-  return core->options.memory_budget - memory.statistics.live_bytes - memory.own_bytes;
-}
+uint64_t ort_memory_left(const ort_core *core) { return core->memory.left; }
 
 void ort_reset_peak(ort_core *core) {
-  core->memory.statistics.peak_bytes = core->memory.statistics.live_bytes;
+  core->memory.peak_left = static_cast<int64_t>(core->memory.left);
 }
 
 // ---- Helpers ------------------------------------------------------------------------------------
 
-// Nearly always the tag is known and a chunk has room; then nothing is called.
-static void *try_malloc(ort_core *core, size_t size, const char *tag) {
+// Nearly always the tag is known, a chunk has room, the budget allows it, and no test wants it to
+// fail. Null: it must be allocated.
+static void *take_small(ort_core *core, size_t size, const char *tag) {
   ort_memory *memory = &core->memory;
-  const ort_tag_place *place = find_place(memory, tag);
   ort_chunk *chunk = is_small(size) ? memory->chunks.room[ort_grains(size)] : nullptr;
-  if (!chunk || !place || place->is_free() || size > ort_memory_left(core))
-    return allocate(core, size, tag);
-  if (!admit(core, 0, size)) return nullptr;
-  const ort_label label = {size, place->tag};
-  count_in(memory, label);
-  return ort_chunks_take(&memory->chunks, chunk, label);
+  if (!chunk || size > memory->left || memory->until_failing == 1) return nullptr;
+  const ort_tag_place *place = find_place(memory, tag);
+  if (place->literal != tag) return nullptr;
+  --memory->until_failing;
+  take(memory, size);
+  return ort_chunks_take(&memory->chunks, chunk, {size, place->tag});
+}
+
+static void *allocate_or_raise(ort_core *core, size_t size, const char *tag) {
+  void *block = allocate(core, size, tag);
+  if (!block) ort_raise_no_memory(core);
+  return block;
 }
 
 static void *allocate(ort_core *core, size_t size, const char *tag) {
   make_way(core, size);
   ort_memory *memory = &core->memory;
   const ort_label label = {size, find_tag(memory, tag)};
-  if (label.tag == NO_TAG || !admit(core, 0, size)) return nullptr;
+  if (label.tag == NO_TAG || !admit(memory, 0, size)) return nullptr;
   void *block = place(memory, label);
-  if (block) count_in(memory, label);
+  if (block) take(memory, size);
   return block;
 }
 
@@ -221,59 +259,69 @@ static void make_way(ort_core *core, uint64_t wanted) {
   }
 }
 
-// A block that is not counted yet; null: memory is short.
+// Counts an allocation and says whether it may be made.
+static bool admit(ort_memory *memory, uint64_t released, uint64_t wanted) {
+  return !is_to_fail(memory) && wanted <= memory->left + released;
+}
+
+static bool is_to_fail(ort_memory *memory) { return --memory->until_failing == 0 && fail(memory); }
+
+static bool fail(ort_memory *memory) {
+  aim(memory, memory->failing, memory->fail_on ? memory->failing + 1 : NEVER);
+  return true;
+}
+
+// So many allocations have been made, and which one fails next.
+static void aim(ort_memory *memory, uint64_t allocations, uint64_t failing) {
+  memory->failing = failing;
+  memory->until_failing = failing - allocations;
+}
+
+// Takes bytes out of the budget; where a block shrank, the difference is below zero.
+static void take(ort_memory *memory, uint64_t bytes) {
+  memory->left -= bytes;
+  const auto left = static_cast<int64_t>(memory->left);
+  if (left < memory->peak_left) memory->peak_left = left;
+}
+
+// A block that is not taken out of the budget yet; null: memory is short.
 static void *place(ort_memory *memory, ort_label label) {
-  if (!is_small(label.size)) return place_after_label(0, label);
+  if (!is_small(label.size)) return place_outside(memory, 0, label);
   ort_chunk *chunk = memory->chunks.room[ort_grains(label.size)];
   if (!chunk) chunk = ort_chunks_add(&memory->chunks, ort_grains(label.size));
   return chunk ? ort_chunks_take(&memory->chunks, chunk, label) : nullptr;
 }
 
-static void *place_after_label(size_t prefix, ort_label label) {
+static void *place_outside(ort_memory *memory, size_t prefix, ort_label label) {
   void *start = malloc(prefix + sizeof label + label.size);
   if (!start) return nullptr;
   void *block = static_cast<char *>(start) + prefix + sizeof label;
   *label_before(block) = label;
+  count(memory, label, 1);
   return block;
 }
 
-// What place made; it is still counted.
-static ort_label remove(ort_memory *memory, void *block) {
-  if (ort_chunk *chunk = ort_chunks_find(&memory->chunks, block)) {
-    const uint32_t i = ort_chunk_index(chunk, block);
-    const ort_label label = ort_chunk_label(chunk, i);
-    ort_chunks_give(&memory->chunks, chunk, i);
-    return label;
-  }
+// Removes what place made, and gives its bytes back to the budget.
+static void remove(ort_memory *memory, void *block) {
+  ort_chunk *chunk = ort_chunks_find(&memory->chunks, block);
+  if (!chunk) return remove_outside(memory, block, 0);
+  const uint32_t i = ort_chunk_index(chunk, block);
+  memory->left += ort_chunk_label(chunk, i).size;
+  ort_chunks_give(&memory->chunks, chunk, i);
+}
+
+static void remove_outside(ort_memory *memory, void *block, size_t prefix) {
   const ort_label label = *label_before(block);
-  free(label_before(block));
-  return label;
+  memory->left += label.size;
+  count(memory, label, -1);
+  free(reinterpret_cast<char *>(label_before(block)) - prefix);
 }
 
-// Counts an allocation and says whether it may be made.
-static bool admit(ort_core *core, uint64_t released, uint64_t wanted) {
-  const ort_failures &failures = core->failures;
-  ort_memory &memory = core->memory;
-  const uint64_t number = ++memory.statistics.allocations;
-  // A number of 0 becomes the largest one: one comparison answers both questions.
-  if (number - 1 >= failures.at - 1 && (failures.on || number == failures.at)) return false;
-  return wanted <= MAX_SIZE && wanted <= ort_memory_left(core) + released;
-}
-
-static void count_in(ort_memory *memory, ort_label label) {
-  ort_tag_count &count = memory->tags[label.tag];
-  ++count.blocks;
-  count.bytes += label.size;
-  ort_statistics &all = memory->statistics;
-  all.live_bytes += label.size;
-  if (all.live_bytes > all.peak_bytes) all.peak_bytes = all.live_bytes;
-}
-
-static void count_out(ort_memory *memory, ort_label label) {
-  ort_tag_count &count = memory->tags[label.tag];
-  --count.blocks;
-  count.bytes -= label.size;
-  memory->statistics.live_bytes -= label.size;
+// One block outside of chunks more, or less.
+static void count(ort_memory *memory, ort_label label, int blocks) {
+  ort_count &count = memory->tags[label.tag].outside;
+  count.blocks += static_cast<uint64_t>(blocks);
+  count.bytes += static_cast<uint64_t>(blocks) * label.size;
 }
 
 // ---- Tags ---------------------------------------------------------------------------------------
@@ -281,19 +329,19 @@ static void count_out(ort_memory *memory, ort_label label) {
 // Number of a tag; NO_TAG: no memory for a new one.
 static uint32_t find_tag(ort_memory *memory, const char *literal) {
   const ort_tag_place *place = find_place(memory, literal);
-  return place && !place->is_free() ? place->tag : add_literal(memory, literal);
+  return place->literal == literal ? place->tag : add_literal(memory, literal);
 }
 
-// The place of a literal, or the free one for it; null: there are no places yet.
+// The place of a literal, or the free one for it.
 static ort_tag_place *find_place(const ort_memory *memory, const char *literal) {
-  if (memory->literals.capacity == 0) return nullptr;
   return memory->literals.find(ort_tag_place::home_of(literal), [=](const ort_tag_place &place) {
     return place.literal == literal;
   });
 }
 
 static uint32_t add_literal(ort_memory *memory, const char *literal) {
-  if (memory->literal_count * 2 >= memory->literals.capacity && !memory->literals.grow(256))
+  if (memory->literal_count * 2 >= memory->literals.capacity &&
+      !memory->literals.grow(FEWEST_PLACES))
     return NO_TAG;
   const uint32_t tag = add_tag(memory, literal);
   if (tag == NO_TAG) return NO_TAG;
@@ -307,7 +355,7 @@ static uint32_t add_tag(ort_memory *memory, const char *text) {
   uint32_t low = 0, high = memory->tag_count;
   while (low < high) {
     const uint32_t middle = (low + high) / 2;
-    const int order = strcmp(memory->tags[memory->tag_order[middle]].tag, text);
+    const int order = strcmp(memory->tags[memory->tag_order[middle]].text, text);
     if (order == 0) return memory->tag_order[middle];
     if (order < 0) {
       low = middle + 1;
@@ -320,14 +368,14 @@ static uint32_t add_tag(ort_memory *memory, const char *text) {
     if (capacity > ORT_MAX_TAGS) return NO_TAG;
     void *tags = realloc(memory->tags, capacity * sizeof *memory->tags);
     if (!tags) return NO_TAG;
-    memory->tags = static_cast<ort_tag_count *>(tags);
+    memory->tags = static_cast<ort_tag *>(tags);
     void *order = realloc(memory->tag_order, capacity * sizeof *memory->tag_order);
     if (!order) return NO_TAG;
     memory->tag_order = static_cast<uint32_t *>(order);
     memory->tag_capacity = capacity;
   }
   const uint32_t number = memory->tag_count++;
-  memory->tags[number] = {text, 0, 0};
+  memory->tags[number] = {text, {}, {}};
   memmove(memory->tag_order + low + 1, memory->tag_order + low,
           (number - low) * sizeof *memory->tag_order);
   memory->tag_order[low] = number;

@@ -23,11 +23,26 @@ struct ort_tag_place {
   size_t home() const { return home_of(literal); }
 };
 
-struct ort_memory {
-  ort_statistics statistics; // but live_blocks
-  uint64_t own_bytes;        // of ort_own_realloc; in the budget, not in the statistics
+// How many blocks of a tag there are, and of how many bytes.
+struct ort_count {
+  uint64_t blocks, bytes;
+};
 
-  ort_tag_count *tags; // by number
+struct ort_tag {
+  const char *text;
+  ort_count outside; // of chunks
+  ort_count all;     // when somebody asks: blocks in chunks are counted then
+};
+
+struct ort_memory {
+  uint64_t left;      // bytes that the budget still allows
+  int64_t peak_left;  // were left at the peak; below zero when own_bytes have grown since
+  uint64_t own_bytes; // of ort_own_realloc; in the budget, not in the statistics
+
+  uint64_t failing, until_failing; // number of the allocation that fails, and how many are left
+  bool fail_on;                    // and every later one
+
+  ort_tag *tags;       // by number
   uint32_t *tag_order; // numbers in ascending order of tag text
   uint32_t tag_count, tag_capacity;
   ort_places<ort_tag_place> literals;
@@ -38,6 +53,10 @@ struct ort_memory {
   ort_chunks chunks;
 };
 
+// For tests: allocation number at fails, counted from 1 since the core was made, and with on every
+// later one; 0: none does.
+void ort_fail_at(ort_core *core, uint64_t at, bool on);
+
 // Memory for the core's own tables, which no host has to free: resizes block from old_size to size
 // bytes; null: memory is short. It counts for the budget and for failures, not as a live block.
 // Size 0 frees and gives null.
@@ -45,7 +64,8 @@ void *ort_own_realloc(ort_core *core, void *block, size_t old_size, size_t size)
 
 ORT_NORETURN void ort_raise_no_memory(ort_core *core);
 
-void ort_memory_delete(ort_core *core); // temporary blocks and tag tables
+bool ort_memory_new(ort_core *core);    // false: memory is short
+void ort_memory_delete(ort_core *core); // temporary blocks and tables
 
 // ---- Formatting (format.cpp) --------------------------------------------------------------------
 
@@ -103,19 +123,10 @@ ort_file *ort_fopen_pvf(ort_core *core, const char *name, const void *bytes, siz
 void ort_pvf_close(ort_core *core, ort_pvf *file);
 void ort_pvf_delete_all(ort_core *core);
 
-// ---- Failures on demand (memory.cpp) -------------------------------------------------------------
-
-// For tests: allocation number at fails, counted from 1 since the core was made; 0: none does.
-struct ort_failures {
-  uint64_t at;
-  bool on; // and every later one
-};
-
 // ---- The core -----------------------------------------------------------------------------------
 
 struct ort_core {
   ort_options options;
-  ort_failures failures;
   ort_memory memory;
   ort_errors errors;
   ort_printed printed[ORT_PRINTED_TEXTS];

@@ -12,10 +12,10 @@ template <class Place> struct ort_places {
   Place *places;
   size_t capacity; // a power of 2; 0: there are none yet
 
-  // The place that matches, or the free one where it would be.
+  // The place that matches, or the free one where it would be. No free place may match.
   template <class Matches> Place *find(size_t home, Matches &&matches) const {
     size_t i = home & (capacity - 1);
-    while (!places[i].is_free() && !matches(places[i])) i = (i + 1) & (capacity - 1);
+    while (!matches(places[i]) && !places[i].is_free()) i = (i + 1) & (capacity - 1);
     return &places[i];
   }
 

@@ -19,10 +19,10 @@ void fuzz_scene(const std::string &input) {
   const unsigned fail_at = parts.settings[FuzzInput::FAIL_AT];
   const bool injected = fail_at != 0;
   if (injected)
-    document.core.get()->failures = {document.core.allocations() + fail_at,
-                                     parts.settings[FuzzInput::FAIL_ON] % 2 != 0};
+    ort_fail_at(document.core, document.core.allocations() + fail_at,
+                parts.settings[FuzzInput::FAIL_ON] % 2 != 0);
   document.code = scene_all(document.core, document.parser, document.svg);
-  document.core.get()->failures = {0, false};
+  ort_fail_at(document.core, 0, false);
   EXPECT_TRUE(document.code == 0 || document.code == ORT_E_LIMIT ||
               (injected && document.code == ORT_E_NO_MEMORY))
       << document.messages();

@@ -28,7 +28,7 @@ static bool survives(const std::string &bytes, uint64_t fail_at, bool fail_on) {
       << "not reported; read: " << read;
   EXPECT_EQ(core.live_blocks(), "");
   EXPECT_EQ(ort_pvf_count(core), 0U) << "embedded files";
-  core.get()->failures.at = 0;
+  ort_fail_at(core, 0, false);
   EXPECT_TRUE(read_once(core, "<svg><path id='a' d='M0 0L1 1' style='fill:url(#a)'/></svg>"));
   return true;
 }

@@ -335,7 +335,7 @@ TEST(SceneWalk, FailingAllocationsLeaveNothing) {
         AccountingCore core;
         read_once(core, seed.bytes, [&](svg_parser *parser, svg_e_node *svg) {
           const uint64_t fail_at = core.allocations() + at;
-          core.get()->failures = {fail_at, on};
+          ort_fail_at(core, fail_at, on);
           const int code = scene_all(core, parser, svg);
           failed = core.allocations() >= fail_at;
           EXPECT_EQ(code, failed ? ORT_E_NO_MEMORY : 0) << seed.name << ' ' << at;

@@ -19,7 +19,7 @@ AccountingCore::AccountingCore(const CoreOptions &options) {
   own.log = record_log;
   own.message_user = own.log_user = this;
   core_ = ort_core_new(&own);
-  core_->failures = {options.fail_at, options.fail_on};
+  ort_fail_at(core_, options.fail_at, options.fail_on);
 }
 
 AccountingCore::~AccountingCore() {

@@ -18,7 +18,7 @@ struct Message {
   bool operator==(const Message &) const = default;
 };
 
-// What a core of the tests is made with: also which allocation fails, as in ort_failures.
+// What a core of the tests is made with: also which allocation fails, see ort_fail_at.
 struct CoreOptions : ort_options {
   uint64_t fail_at = 0;
   bool fail_on = false;
