@@ -126,21 +126,42 @@ ort_vtr *ort_vtr_take(ort_vtr *vector); // a new one, of the items of this one, 
 void ort_vtr_delete(ort_vtr *vector);   // releases the items; null is allowed
 void *ort_vtr_push(ort_vtr *vector);    // the new item, reclaimed
 void *ort_vtr_grow(ort_vtr *vector);    // the new item, to be filled by the caller at once
-void ort_vtr_pop(ort_vtr *vector);      // releases the top item; the vector must not be empty
-void *ort_vtr_top(const ort_vtr *vector);
 void ort_vtr_resize(ort_vtr *vector,
                     size_t count); // releases or reclaims the difference; keeps the storage
 void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *)); // stable
 
+// The first items lie after the record, in its block. There is always room for one: otherwise the
+// next block could begin where they would be, and pass for them.
+struct ort_vtr {
+  ort_core *core;
+  const ort_item_desc *descriptor;
+  char *items;
+  size_t count, capacity;
+  size_t increment; // items to make room for at least; 0: by default
+};
+
 template <class T> T &ort_item(const ort_vtr *vector, size_t i) {
-  return *static_cast<T *>(ort_vtr_at(vector, i));
+  return reinterpret_cast<T *>(vector->items)[i];
 }
 template <class T> T &ort_top(const ort_vtr *vector) {
-  return *static_cast<T *>(ort_vtr_top(vector));
+  return ort_item<T>(vector, vector->count - 1);
 }
 template <class T> void ort_push(ort_vtr *vector, T value) {
-  *static_cast<T *>(ort_vtr_grow(vector)) = value;
+  if (vector->count < vector->capacity)
+    ort_item<T>(vector, vector->count++) = value;
+  else
+    *static_cast<T *>(ort_vtr_grow(vector)) = value;
 }
+
+// Releases the items from count on.
+void ort_vtr_release(ort_vtr *vector, size_t count);
+inline void ort_vtr_shorten(ort_vtr *vector, size_t count) {
+  if (vector->descriptor->release)
+    ort_vtr_release(vector, count);
+  else
+    vector->count = count;
+}
+inline void ort_vtr_pop(ort_vtr *vector) { ort_vtr_shorten(vector, vector->count - 1); }
 
 // Stable sort of count items, ascending; descending is not 0 for the reverse. Uses a temporary
 // block for long arrays.
@@ -230,8 +251,6 @@ void ort_bs_shorten(ort_bs *bs,
 
 // Cleared bits in one block, freed with ort_free. Bit i is bit i % 8 of byte i / 8.
 unsigned char *ort_bitarr_new(ort_core *core, size_t bits);
-void ort_purge_bitarr(unsigned char *array,
-                      size_t bits); // clears the first bits bits, whole bytes at the end included
 inline void ort_setbit(unsigned char *array, size_t bit) {
   array[bit / 8] = static_cast<unsigned char>(array[bit / 8] | 1U << bit % 8);
 }

@@ -4,16 +4,6 @@
 
 #include "core/ort_state.h"
 
-// The first items lie after the record, in its block. There is always room for one: otherwise the
-// next block could begin where they would be, and pass for them.
-struct ort_vtr {
-  ort_core *core;
-  const ort_item_desc *descriptor;
-  char *items;
-  size_t count, capacity;
-  size_t increment; // items to make room for at least; 0: by default
-};
-
 namespace {
 
 constexpr size_t MIN_CAPACITY = 4;
@@ -31,7 +21,6 @@ struct sort_order {
 
 static char *first_items(ort_vtr *vector);
 static void reserve(ort_vtr *vector, size_t count);
-static void release_from(ort_vtr *vector, size_t count);
 static bool in_order(const sort_order &order, const char *a, const char *b);
 static void sort_run(const sort_order &order, char *items, size_t count);
 static void merge(const sort_order &order, char *to, const char *a, const char *b, const char *end);
@@ -62,7 +51,7 @@ ort_vtr *ort_vtr_take(ort_vtr *vector) {
 
 void ort_vtr_delete(ort_vtr *vector) {
   if (!vector) return;
-  release_from(vector, 0);
+  ort_vtr_shorten(vector, 0);
   if (vector->items != first_items(vector)) ort_free(vector->core, vector->items);
   ort_free(vector->core, vector);
 }
@@ -88,17 +77,17 @@ void *ort_vtr_push(ort_vtr *vector) {
   return item;
 }
 
-void ort_vtr_pop(ort_vtr *vector) { release_from(vector, vector->count - 1); }
-
-void *ort_vtr_top(const ort_vtr *vector) { return ort_vtr_at(vector, vector->count - 1); }
-
 void ort_vtr_resize(ort_vtr *vector, size_t count) {
-  if (count < vector->count) {
-    release_from(vector, count);
-    return;
-  }
+  if (count < vector->count) ort_vtr_shorten(vector, count);
   if (count > vector->capacity) reserve(vector, count);
   while (vector->count < count) ort_vtr_push(vector);
+}
+
+void ort_vtr_release(ort_vtr *vector, size_t count) {
+  while (vector->count > count) {
+    --vector->count;
+    vector->descriptor->release(vector->core, ort_vtr_at(vector, vector->count));
+  }
 }
 
 void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *)) {
@@ -121,17 +110,6 @@ static void reserve(ort_vtr *vector, size_t count) {
   if (first) memcpy(items, vector->items, vector->count * vector->descriptor->item_size);
   vector->items = static_cast<char *>(items);
   vector->capacity = capacity;
-}
-
-static void release_from(ort_vtr *vector, size_t count) {
-  if (!vector->descriptor->release) {
-    vector->count = count;
-    return;
-  }
-  while (vector->count > count) {
-    --vector->count;
-    vector->descriptor->release(vector->core, ort_vtr_at(vector, vector->count));
-  }
 }
 
 // ---- Sorting ------------------------------------------------------------------------------------

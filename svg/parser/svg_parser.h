@@ -20,6 +20,7 @@
 constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
 constexpr size_t SVG_HOOK_SLOTS = 16;      // at least those of any element
+constexpr size_t SVG_LONGEST_LIST = 64;    // at least the attributes of any element
 constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes read at a time
 
@@ -283,9 +284,10 @@ struct svg_tree {
   ort_vtr *open_elements = nullptr; // svg_open_element
   ort_vtr *an_values = nullptr;     // svg_a_node *, not owned
   ort_vtr *prop_values = nullptr;   // svg_a_node *, owned
-  unsigned char *attrs_set = nullptr;
-  unsigned char *props_set = nullptr;
   unsigned char *elems_used = nullptr;
+  // Of the element being built, in bits: attributes by their place in its list, properties by row.
+  unsigned char attrs_set[SVG_LONGEST_LIST / 8] = {};
+  unsigned char props_set[(SVG_ATTR_COUNT + 7) / 8] = {};
 };
 
 struct svg_fonts {

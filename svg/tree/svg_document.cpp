@@ -28,12 +28,6 @@ static void release_namespace(ort_core *core, void *item) {
   ort_free(core, entry->prefix);
 }
 
-static void release_sheet(ort_core *core, void *item) {
-  const auto *sheet = static_cast<svg_ext_sheet *>(item);
-  ort_free(core, sheet->text);
-  ort_free(core, sheet->href);
-}
-
 static void release_href(ort_core *core, void *item) {
   ort_free(core, static_cast<svg_href *>(item)->id);
 }
@@ -42,18 +36,14 @@ static void release_value(ort_core *core, void *item) {
   svg_a_node_delete(core, *static_cast<svg_a_node **>(item));
 }
 
-static void release_font(ort_core *core, void *item) {
-  ort_free(core, *static_cast<svg_font **>(item));
-}
-
 template <class Item, void (*Release)(ort_core *, void *) = nullptr>
 static constexpr ort_item_desc ITEMS = {sizeof(Item), nullptr, Release};
 
-constexpr size_t LONGEST_LIST = [] {
+static_assert([] {
   size_t longest = 0;
   for (const auto &list : svg_tables::ATTRIBUTE_LISTS.of) longest = std::max(longest, list.count);
-  return longest;
-}();
+  return longest <= SVG_LONGEST_LIST;
+}());
 
 // Making, restarting and deleting go over these lists. The tree, the CSS engine and the value being
 // made stand apart, because their order matters.
@@ -62,8 +52,8 @@ template <class Visit> static void visit_sheet_pass(svg_sheet_pass *p, Visit vis
   visit(p->sheet_pieces, READING);
   visit(p->css_svg_stack, AT_ONCE | READING, ITEMS<int32_t>, 4);
   visit(p->pi_copy);
-  visit(p->pi_items, AT_ONCE | READING, ITEMS<char *>);
-  visit(p->ext_style_sheets, AT_ONCE | READING, ITEMS<svg_ext_sheet, release_sheet>);
+  visit(p->pi_items, READING);
+  visit(p->ext_style_sheets, READING);
 }
 
 template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit) {
@@ -90,12 +80,10 @@ template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit
   visit(p->open_elements, AT_ONCE | READING, ITEMS<svg_open_element>, 8);
   visit(p->an_values, AT_ONCE | READING, ITEMS<svg_a_node *>, 8);
   visit(p->prop_values, AT_ONCE, ITEMS<svg_a_node *, release_value>, 8);
-  visit(p->attrs_set, AT_ONCE | READING, LONGEST_LIST);
-  visit(p->props_set, AT_ONCE | READING, size_t{SVG_ATTR_COUNT});
   visit(p->elems_used);
 
   visit(p->font_face);
-  visit(p->fonts, AT_ONCE, ITEMS<svg_font *, release_font>);
+  visit(p->fonts);
 }
 
 template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
@@ -104,7 +92,7 @@ template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
   visit(p->name_buf, AT_ONCE | READING);
   visit(p->style_name_buf, AT_ONCE | READING);
   visit(p->style_value_buf, AT_ONCE | READING);
-  visit(p->class_nids, AT_ONCE | READING, ITEMS<int16_t>);
+  visit(p->class_nids, READING);
   visit(p->font_copy);
   visit(p->pada_segments, READING);
   visit_sheet_pass(p, visit);
@@ -125,10 +113,6 @@ static void make(ort_core *core, ort_bs *&text) { text = ort_bs_new(core); }
 
 static void make(ort_core *core, ort_vtr *&vector, const ort_item_desc &items, int capacity = 0) {
   vector = ort_vtr_new(core, &items, static_cast<size_t>(capacity), 0);
-}
-
-static void make(ort_core *core, unsigned char *&bits, auto count) {
-  bits = ort_bitarr_new(core, static_cast<size_t>(count));
 }
 
 void svg_make_work_space(svg_parser *p) {
@@ -157,8 +141,7 @@ void svg_prepare_document(svg_parser *p) {
   p->origin = SVG_SHEET_NONE;
   svg_css_add_queries(p);
   p->root = svg_e_node_new(p->core, SVG_ID_ROOT);
-  auto *entry = static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack));
-  entry->link = &p->root->first_child;
+  ort_push(p->elem_stack, svg_pe_entry{nullptr, &p->root->first_child});
   ort_push(p->open_elements, svg_open_element{p->root, nullptr});
 }
 

@@ -118,11 +118,18 @@ void svg_beg_font_face(svg_parser *p, svg_e_node *node) {
   ort_logg(p->core, "\"]\n");
 }
 
+static void release_font(ort_core *core, void *item) {
+  ort_free(core, *static_cast<svg_font **>(item));
+}
+
+constexpr ort_item_desc font_ced = {sizeof(svg_font *), nullptr, release_font};
+
 // A font that has neither id nor family stays pending: a later font-face may complete it.
 void svg_end_font_face(svg_parser *p) {
   svg_font *font = p->font_face;
   if (!font || (!font->id && !font->family)) return;
   svg_note(p, 5, "\t\t\t[insert new SVG font %d]\n", static_cast<int>(ort_vtr_count(p->fonts)));
+  if (!p->fonts) p->fonts = ort_vtr_new(p->core, &font_ced, 1, 0);
   ort_push(p->fonts, font);
   p->font_face = nullptr;
 }

@@ -69,10 +69,10 @@ void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   node->head.flags = initial_flags(id);
   link_child(p, &node->head);
   p->cur_enode = node;
-  *static_cast<svg_pe_entry *>(ort_vtr_push(p->elem_stack)) = {row, &node->first_child};
+  ort_push(p->elem_stack, svg_pe_entry{row, &node->first_child});
 
-  ort_purge_bitarr(p->attrs_set, static_cast<size_t>(row->esa_count));
-  ort_purge_bitarr(p->props_set, SVG_ATTR_COUNT);
+  memset(p->attrs_set, 0, sizeof p->attrs_set);
+  memset(p->props_set, 0, sizeof p->props_set);
   if (row->beg_hook && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
 
   if (p->css && attrs->name) svg_css_collect_attrs(p, node, attrs);
@@ -179,7 +179,7 @@ static void store_values(svg_parser *p, svg_e_node *node) {
   memcpy(node->values, ort_vtr_at(p->an_values, 0), count * sizeof(svg_a_node *));
   node->values_num = static_cast<int32_t>(count);
   // From here on the node owns the values; nothing may raise in between.
-  ort_vtr_resize(p->an_values, 0);
+  ort_vtr_shorten(p->an_values, 0);
   for (size_t i = 0; i < count; ++i) pass_bbox_need(p, node, node->values[i]);
   ort_qsort_sc(p->core, node->values, count, sizeof(svg_a_node *), svg_cmp_an_prio, 0);
 }

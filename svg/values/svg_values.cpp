@@ -95,10 +95,13 @@ void svg_dtor_an_string(ort_core *core, svg_a_node *node) {
 
 // ---- Values that go to the element --------------------------------------------------------------
 
+constexpr ort_item_desc class_nid_ced = {sizeof(int16_t), nullptr, nullptr};
+
 // Keeps the classes that some selector names.
 void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
   if (!p->css) return;
-  ort_vtr_resize(p->class_nids, 0);
+  if (!p->class_nids) p->class_nids = ort_vtr_new(p->core, &class_nid_ced, 4, 0);
+  ort_vtr_shorten(p->class_nids, 0);
   while (svg_ntok_nonum(p) != SVG_TOK_END) {
     const int16_t nid = css_get_class_nid(p->css, p->tok_text);
     svg_note(p, 6, "\t\t\t[class=\"%a\", id=%d]\n", p->tok_text, static_cast<int>(nid));

@@ -49,7 +49,7 @@ constexpr size_t PLACES = 256 >> NAME_BITS;
 
 constexpr ort_item_desc open_ced = {sizeof(const svg_name *), nullptr, nullptr};
 
-constexpr size_t SMALLEST_BLOCK = 1 << 10;
+constexpr size_t SMALLEST_BLOCK = 960;    // with all that stands before it still quick to allocate
 constexpr size_t LARGEST_BLOCK = 1 << 16; // but for an event that needs more
 
 } // namespace

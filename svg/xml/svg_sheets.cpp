@@ -23,12 +23,22 @@ static char *skip_space(char *s);
 static void log_start_tag(svg_parser *p, const char *name, const XML_Char **type);
 static void log_line(svg_parser *p);
 
+static void release_sheet(ort_core *core, void *item) {
+  const auto *sheet = static_cast<svg_ext_sheet *>(item);
+  ort_free(core, sheet->text);
+  ort_free(core, sheet->href);
+}
+
+constexpr ort_item_desc pi_item_ced = {sizeof(char *), nullptr, nullptr};
+constexpr ort_item_desc sheet_ced = {sizeof(svg_ext_sheet), nullptr, release_sheet};
+
 void svg_cb_proc_instr_css(void *parser, const XML_Char *target, const XML_Char *data) {
   auto *p = static_cast<svg_parser *>(parser);
   svg_in_callback(p, [&] {
     p->origin = SVG_SHEET_INSTRUCTION;
     p->sheet_place = svg_place_here(p);
     p->pi_copy = ort_strdup(p->core, data);
+    if (!p->pi_items) p->pi_items = ort_vtr_new(p->core, &pi_item_ced, 4, 0);
     log_line(p);
     svg_note(p, 3, "<?%a %a?>\n", target, data);
     if (strcmp(target, "xml-stylesheet") == 0 && svg_css_split_itemlist(p, p->pi_copy) == 0) {
@@ -137,7 +147,7 @@ static bool is_svg_or_style(const char *name) {
 }
 
 static void forget_instruction(svg_parser *p) {
-  ort_vtr_resize(p->pi_items, 0);
+  ort_vtr_shorten(p->pi_items, 0);
   ort_free(p->core, p->pi_copy);
   p->pi_copy = nullptr;
   p->origin = SVG_SHEET_NONE;
@@ -159,6 +169,7 @@ static void read_external_sheet(svg_parser *p) {
                 ort_errprintf(p->core, "%d", ORT_LIMIT_IMPORTS));
     return;
   }
+  if (!p->ext_style_sheets) p->ext_style_sheets = ort_vtr_new(p->core, &sheet_ced, 1, 0);
   auto *sheet = static_cast<svg_ext_sheet *>(ort_vtr_push(p->ext_style_sheets));
   sheet->href = ort_strdup(p->core, href);
   sheet->place = p->sheet_place;

@@ -91,12 +91,12 @@ TEST(Tree, AParserThatNeverParsedIsOneBlock) {
   });
 }
 
-// But for the elements used, and three vectors: ids, fonts and values of properties.
+// But for the elements used, and two vectors: ids and values of properties.
 TEST(Tree, NoWorkSpaceIsLeftAfterReading) {
   const Document document("<svg><title>a<b xmlns='b'/></title><g style='font:9px x'/></svg>");
   const std::string left = document.core.live_blocks();
   EXPECT_NE(left.find("ort_bitarr_new: 1 "), left.npos);
-  EXPECT_NE(left.find("ort_vtr_new: 3 "), left.npos);
+  EXPECT_NE(left.find("ort_vtr_new: 2 "), left.npos);
   EXPECT_EQ(left.find("ort_bs_new"), left.npos);
 }
 
