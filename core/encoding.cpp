@@ -93,7 +93,7 @@ const uint16_t *ort_get_encoding_vector(ort_core *core, int32_t number) {
 bool ort_get_system_encoding(const char *name, int codes[256]) {
   iconv_t converter = iconv_open("UTF-16LE", name);
   if (converter == reinterpret_cast<iconv_t>(-1)) return false;
-  for (int byte = 0; byte < 256; ++byte) {
+  for (int byte = 255; byte >= 0; --byte) {
     char in = static_cast<char>(byte), *from = &in;
     unsigned char out[4] = {};
     char *to = reinterpret_cast<char *>(out);

@@ -23,10 +23,11 @@ static void set_main_handlers(svg_parser *p);
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block);
 static void log_line(svg_parser *p, const char *line);
-static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last);
+static bool read_block(ort_file *file, ort_gz *gz, char *block, size_t size, size_t *length,
+                       bool *last);
 ORT_NORETURN static void raise_read_error(svg_parser *p, ort_gz *gz);
-static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length);
-static bool looks_like_utf16(svg_parser *p, const char *block, int64_t length);
+static void check_looks_like_xml(svg_parser *p, const char *block, size_t length);
+static bool looks_like_utf16(svg_parser *p, const char *block, size_t length);
 static bool is_namespace_error(int code);
 static void restart(svg_parser *p, ort_file *file, ort_gz **gz, int32_t css_pass);
 
@@ -120,18 +121,18 @@ static void set_main_handlers(svg_parser *p) {
 static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *banner,
                      bool *first_block) {
   for (bool last = false; !last;) {
-    size_t size;
+    size_t size, length;
     char *block = svg_expat_room(p, &size);
-    const int64_t length = read_block(file, gz, block, size, &last);
     XML_Status status;
-    if (length < 0) { // what precedes the fault counts first
+    if (!read_block(file, gz, block, size, &length, &last)) {
+      // What precedes the fault counts first.
       status = svg_expat_flush(p);
       if (status == XML_STATUS_OK) raise_read_error(p, gz);
     } else {
       if (*first_block) check_looks_like_xml(p, block, length);
       *first_block = false;
       if (banner) log_line(p, std::exchange(banner, nullptr));
-      status = svg_expat_take(p, static_cast<size_t>(length), last);
+      status = svg_expat_take(p, length, last);
     }
     if (status == XML_STATUS_OK) continue;
     const XML_Error code = XML_GetErrorCode(p->xml);
@@ -146,13 +147,14 @@ static int run_expat(svg_parser *p, ort_file *file, ort_gz *gz, const char *bann
 
 static void log_line(svg_parser *p, const char *line) { svg_note(p, 3, "%s", line); }
 
-// The number of bytes read, less than a block at the end; -1: reading failed.
-static int64_t read_block(ort_file *file, ort_gz *gz, char *block, size_t size, bool *last) {
-  const int64_t length =
+// Less than a block is read at the end. False: reading failed.
+static bool read_block(ort_file *file, ort_gz *gz, char *block, size_t size, size_t *length,
+                       bool *last) {
+  const int64_t read =
       gz ? ort_gzread(gz, block, size) : static_cast<int64_t>(ort_fread(block, 1, size, file));
-  const bool is_short = length < static_cast<int64_t>(size);
-  *last = gz ? is_short : ort_feof(file) != 0;
-  return is_short && !*last ? -1 : length;
+  *length = static_cast<size_t>(read);
+  *last = gz ? *length < size : ort_feof(file) != 0;
+  return read >= 0 && (*length == size || *last);
 }
 
 static void raise_read_error(svg_parser *p, ort_gz *gz) {
@@ -164,7 +166,7 @@ static void raise_read_error(svg_parser *p, ort_gz *gz) {
 
 // Looks at bytes, not at characters: a UTF-16 document passes only when its "<" comes right after
 // the mark.
-static void check_looks_like_xml(svg_parser *p, const char *block, int64_t length) {
+static void check_looks_like_xml(svg_parser *p, const char *block, size_t length) {
   const char *s = block;
   const char *end = block + length;
   if (length >= 3 && memcmp(s, "\xEF\xBB\xBF", 3) == 0)
@@ -179,7 +181,7 @@ static void check_looks_like_xml(svg_parser *p, const char *block, int64_t lengt
 
 // Looks at characters, after a mark or without one; then Expat must be told of their order, for it
 // only knows a "<" at the start.
-static bool looks_like_utf16(svg_parser *p, const char *block, int64_t length) {
+static bool looks_like_utf16(svg_parser *p, const char *block, size_t length) {
   const char *s = block, *end = block + length;
   const bool marked =
       length >= 2 && (memcmp(s, "\xFE\xFF", 2) == 0 || memcmp(s, "\xFF\xFE", 2) == 0);

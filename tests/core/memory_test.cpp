@@ -83,6 +83,7 @@ TEST(Memory, BudgetIsExact) {
   void *block = ort_malloc(core, 100, "test");
   const auto no_memory = [&](auto body) { EXPECT_EQ(core.protect(body), ORT_E_NO_MEMORY); };
   no_memory([&] { ort_malloc(core, 1, "test"); });
+  no_memory([&] { ort_malloc_tmp(core, 1, "test"); });
   no_memory([&] { ort_realloc(core, block, 101, "test"); });
   block = ort_realloc(core, block, 99, "test");
   no_memory([&] { ort_malloc(core, 2, "test"); });

@@ -144,6 +144,9 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9 | utf8 -> -9)",
   for (int part = 1; part <= 16; ++part) { // as the system converts them
     if (part == 12) continue;
     const uint16_t *codes = ort_get_encoding_vector(core, part);
+    int system_codes[256];
+    EXPECT_TRUE(
+        ort_get_system_encoding(("ISO-8859-" + std::to_string(part)).c_str(), system_codes));
     iconv_t converter = iconv_open("UTF-16LE", ("ISO-8859-" + std::to_string(part)).c_str());
     for (int i = 0; i < 256; ++i) {
       char byte = static_cast<char>(i), code[2], *from = &byte, *to = code;
@@ -152,6 +155,7 @@ iso8859--1 -> -9 | iso8859-99999999999 -> -9 | utf8 -> -9)",
       const int expected = static_cast<unsigned char>(code[0]) | static_cast<unsigned char>(code[1])
                                                                      << 8;
       EXPECT_EQ(codes[i], used ? expected : 0xFFFF) << part << ": " << i;
+      EXPECT_EQ(system_codes[i], used ? expected : -1) << part << ": " << i;
     }
     iconv_close(converter);
   }

@@ -93,7 +93,8 @@ text tspan 'b' x=9 y=36 last rotate=90 advance=4 fill=#000000
     {"a font of the drawing",
      "<font horiz-adv-x='500'><font-face font-family='F' units-per-em='1000' descent='-300'/>"
      "<missing-glyph d='M0 0H100'/><glyph unicode='fi' horiz-adv-x='900' d='M0 0V100'/><glyph unicode='f' d='M0 0V200'/>"
-     "<glyph unicode='i' glyph-name='i' d='M0 0V300'/><glyph unicode='x'/><hkern u1='x,U+66' g2='i' k='100'/><hkern u1='U+60-6F' u2='f' k='9'/></font>"
+     "<glyph unicode='i' glyph-name='i' d='M0 0V300'/><glyph unicode='x'/><hkern u1='x,U+66' g2='i' k='100'/>"
+     "<hkern u1='X+66,U-66,U+6G,U+67-65,U+66-,U+5?,U+66-66-66,U+6x' u2='f' k='5000'/><hkern u1='u+60-6f' u2='f' k='9'/></font>"
      "<text x='20' y='10' font-family='none, F' font-size='10' text-anchor='end' text-decoration='underline overline'>fixi?ff</text>"
      "<text x='0' y='0' font-family='F' font-size='10' rotate='90' stroke='red' stroke-width='2'>ii</text>", false, R"(
 shape text fill=#000000 M-12.91 11 L20 11 20 11.5 -12.91 11.5 Z
