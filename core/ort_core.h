@@ -292,8 +292,12 @@ int ort_get_keycode_ci(const char *text,
 const char *ort_get_keyword(int code,
                             const ort_keyword *list); // first text with this code; null: none
 
-// mode 0: one digit d as the byte 17 * d; 1: two digits as a byte; -1: the digit itself. A byte
-// that is no hexadecimal digit counts as 0; nothing after a NUL is read.
+// A byte that is no hexadecimal digit counts as 0; nothing after a NUL is read.
+enum {
+  ORT_HEX_DIGIT = -1, // the digit itself
+  ORT_HEX_TWICE = 0,  // one digit d as the byte 17 * d
+  ORT_HEX_PAIR = 1,   // two digits as a byte
+};
 int ort_hex2bin_a(const char *text, int mode);
 uint32_t ort_get_be_ulong3(const unsigned char *bytes);
 

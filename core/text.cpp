@@ -54,8 +54,8 @@ static unsigned char lower(char c) {
 
 int ort_hex2bin_a(const char *text, int mode) {
   const int digit = hex_digit(text[0]);
-  if (mode < 0) return digit;
-  if (mode == 0) return 17 * digit;
+  if (mode == ORT_HEX_DIGIT) return digit;
+  if (mode == ORT_HEX_TWICE) return 17 * digit;
   return 16 * digit + (text[0] ? hex_digit(text[1]) : 0);
 }
 
@@ -94,7 +94,7 @@ size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsign
   for (size_t i = 0; i < length && text[i] != '='; ++i) {
     auto byte = static_cast<unsigned char>(text[i]);
     if (byte == '%' && length - i > 2 && is_hex_digit(text[i + 1]) && is_hex_digit(text[i + 2])) {
-      byte = static_cast<unsigned char>(ort_hex2bin_a(text + i + 1, 1));
+      byte = static_cast<unsigned char>(ort_hex2bin_a(text + i + 1, ORT_HEX_PAIR));
       if (byte == '=') break;
       i += 2;
     }

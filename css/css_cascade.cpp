@@ -74,10 +74,10 @@ int css_compare_rules(const void *a, const void *b) {
                  *rule_b = *static_cast<css_rule *const *>(b);
   const auto *block_a = static_cast<css_block *>(rule_a->decls),
              *block_b = static_cast<css_block *>(rule_b->decls);
-  if (block_a->important != block_b->important) return block_a->important ? -1 : 1;
+  if (block_a->important != block_b->important) return block_b->important - block_a->important;
   uint64_t weight_a = rule_a->selector->specificity, weight_b = rule_b->selector->specificity;
-  if (weight_a != weight_b) return weight_a > weight_b ? -1 : 1;
-  return block_a->order == block_b->order ? 0 : block_a->order > block_b->order ? -1 : 1;
+  if (weight_a != weight_b) return (weight_b > weight_a) - (weight_b < weight_a);
+  return (block_b->order > block_a->order) - (block_b->order < block_a->order);
 }
 
 // The last declaration of each property wins. Null if no declaration has this importance.

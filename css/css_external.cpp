@@ -166,7 +166,7 @@ static bool get_local_name(const char *href, char *name, size_t size) {
     };
     name[length] = path[i];
     if (path[i] == '%' && is_hex(i + 1) && is_hex(i + 2)) {
-      name[length] = static_cast<char>(ort_hex2bin_a(&path[i + 1], 1));
+      name[length] = static_cast<char>(ort_hex2bin_a(&path[i + 1], ORT_HEX_PAIR));
       i += 2;
     }
     if (name[length] == '\0' || name[length] == '\\') return false;

@@ -259,8 +259,8 @@ static void replace_trafo(svg_parser *p, const svg_e_node *node, svg_an_trafo *o
                           const ort_matrix &m) {
   svg_an_trafo *trafo = new_trafo(p, SVG_TRAFO_MATRIX, 6);
   store_matrix(trafo, m);
-  size_t i = ort_vtr_count(p->an_values) - 1;
-  while (ort_item<svg_a_node *>(p->an_values, i) != &old->head) --i;
+  size_t i = 0;
+  while (ort_item<svg_a_node *>(p->an_values, i) != &old->head) ++i;
   ort_item<svg_a_node *>(p->an_values, i) = slot(p, node, SVG_ATTR_transform) = &trafo->head;
   const int old_type = old->type;
   svg_a_node_delete(p->core, &old->head);

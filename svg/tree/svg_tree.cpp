@@ -73,7 +73,7 @@ void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
 
   memset(p->attrs_set, 0, sizeof p->attrs_set);
   memset(p->props_set, 0, sizeof p->props_set);
-  if (row->beg_hook && row->slot_size > 0) memset(p->hook_slots, 0, row->slot_size);
+  if (row->beg_hook) memset(p->hook_slots, 0, row->slot_size);
 
   if (p->css && attrs->name) svg_css_collect_attrs(p, node, attrs);
   p->source = SVG_SOURCE_ATTRIBUTE;

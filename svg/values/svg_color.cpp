@@ -184,10 +184,10 @@ static uint32_t get_base_color(svg_scanner *p) {
 static uint32_t get_hex_color(svg_scanner *p) {
   const size_t length = strlen(p->tok_text);
   if (length != 4 && length != 7) svg_err_value(p);
-  const int mode = length == 7;
+  const int mode = length == 7 ? ORT_HEX_PAIR : ORT_HEX_TWICE;
   unsigned char bytes[3];
-  for (int i = 0; i < 3; ++i)
-    bytes[i] = static_cast<unsigned char>(ort_hex2bin_a(p->tok_text + 1 + i * (1 + mode), mode));
+  for (size_t i = 0; i < 3; ++i)
+    bytes[i] = static_cast<unsigned char>(ort_hex2bin_a(p->tok_text + 1 + i * (length / 3), mode));
   return ort_get_be_ulong3(bytes);
 }
 

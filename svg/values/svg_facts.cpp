@@ -135,7 +135,7 @@ static uint32_t hex_number(const char *text, const char *end, char joker) {
   uint32_t number = 0;
   for (; text < end; ++text) {
     const char digit[2] = {*text == '?' ? joker : *text, '\0'};
-    number = number * 16 + static_cast<uint32_t>(ort_hex2bin_a(digit, -1));
+    number = number * 16 + static_cast<uint32_t>(ort_hex2bin_a(digit, ORT_HEX_DIGIT));
   }
   return number;
 }

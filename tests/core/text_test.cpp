@@ -83,9 +83,11 @@ TEST(Keywords, FirstMatchWins) {
 
 TEST(Binary, Hexadecimal) {
   const std::tuple<const char *, int, int> cases[] = {
-      {"f", 0, 255},  {"b", 0, 187}, {"0", 0, 0},   {"g", 0, 0}, {"7f", 1, 127},
-      {"Fx", 1, 240}, {"xF", 1, 15}, {"F", 1, 240}, {"", 1, 0},  {"C", -1, 12},
-      {"9", -1, 9},   {"?", -1, 0},  {"", -1, 0}};
+      {"f", ORT_HEX_TWICE, 255}, {"b", ORT_HEX_TWICE, 187}, {"0", ORT_HEX_TWICE, 0},
+      {"g", ORT_HEX_TWICE, 0},   {"7f", ORT_HEX_PAIR, 127}, {"Fx", ORT_HEX_PAIR, 240},
+      {"xF", ORT_HEX_PAIR, 15},  {"F", ORT_HEX_PAIR, 240},  {"", ORT_HEX_PAIR, 0},
+      {"C", ORT_HEX_DIGIT, 12},  {"9", ORT_HEX_DIGIT, 9},   {"?", ORT_HEX_DIGIT, 0},
+      {"", ORT_HEX_DIGIT, 0}};
   for (const auto &[text, mode, expected] : cases)
     EXPECT_EQ(ort_hex2bin_a(text, mode), expected) << text;
   const unsigned char bytes[] = {0xFF, 0x01, 0x80};

@@ -68,6 +68,12 @@ TEST(Style, EveryPropertyHasItsValueInEachWay) {
   }
 }
 
+TEST(Style, ADeclarationThatBreaksOffIsNone) {
+  const Document document("<svg><g style='stroke:red;unknown:'/></svg>",
+                          AccountingCore::with_log(5));
+  EXPECT_EQ(document.core.log.find("unsupported"), std::string::npos);
+}
+
 TEST(Style, RanksBehindAttributesAndRules) {
   expect_cases(R"(
 <style>g{fill:lime;stroke:lime}</style><g style='fill:red' fill='blue' font='1px x'/> -> fill #0000ff; fill #00ff00; fill #ff0000; font-family "x"; font-size 1px; stroke #00ff00

@@ -54,7 +54,7 @@ x='10' y='20' -> 8: 10 20 | x='10cm' y='1e-7' -> 7: 10 | y='20' -> 8: 0 20
 x='0' y='1e-7' transform='scale(2)' -> 3: 2 | x='10' y='20' transform='scale(2)' -> 0: 2 0 0 2 20 40
 x='10' y='20' transform='scale(2 3)' -> 0: 2 0 0 3 20 60
 x='10' y='20' transform='rotate(90)' -> 0: 0 1 -1 0 -20 10
-x='10' y='20' transform='skewX(45)' -> 0: 1 0 1 1 30 20
+transform='skewX(45)' x='10' y='20' -> 0: 1 0 1 1 30 20
 x='10' y='20' transform='skewY(45)' -> 0: 1 1 0 1 10 30
 x='10' y='20' transform='scale(1e999)' -> 3: inf | x='1e999' transform='matrix(1 0 0 1 0 0)' -> 0: 1 0 0 1 0 0
 x='1e999' transform='translate(-1e999)' -> 7: -inf | x='1' y='1e999' transform='translate(2 -1e999)' -> 8: 2 -inf

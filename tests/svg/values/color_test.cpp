@@ -73,14 +73,14 @@ rect fill: red device-nchannel()" +
   EXPECT_EQ(channels[0], -1);
   EXPECT_EQ(channels[1], 5);
   EXPECT_EQ(channels[2], SVG_CT_TERMINATOR);
-  for (const auto &[extension, first] : std::initializer_list<std::pair<std::string, double>>{
-           {"icc-color(p)", -1},
-           {"icc-color(p, 1)", -1},
-           {"icc-color(p, 1 2 3 4)", -1},
-           {"icc-named-color(p, n, 7)", -1},
-           {"cielab(7 8 9)", 7},
-           {"device-cmyk(7 8 9 0)", 7},
-           {"device-gray(7)", 7}}) {
+  for (const auto &[extension, first] :
+       std::initializer_list<std::pair<std::string, double>>{{"icc-color(p)", -1},
+                                                             {"icc-color(p, 1)", -1},
+                                                             {"icc-color(p, 1 2 3 4)", -1},
+                                                             {"icc-named-color(p, n, 7)", -1},
+                                                             {"cielab(7 8 9)", 7},
+                                                             {"device-cmyk(7 8 9 0)", 7},
+                                                             {"device-gray(7)", 7}}) {
     const Document one("<svg><g id='a' fill='red " + extension + "'/></svg>");
     EXPECT_EQ(color_of(one, "a")->comps[0], first) << extension;
   }

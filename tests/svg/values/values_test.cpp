@@ -46,6 +46,30 @@ a xlink:title: \s"x" y\s -> " \"x\" y " | \s\s -> -
 )t");
 }
 
+// The record, what it points to, and its place among the element's values.
+TEST(Values, TakeNoMoreThanTheyHold) {
+  const auto bytes = [](const std::string &attribute) {
+    const Document document("<svg><g " + attribute + "/></svg>");
+    ort_statistics statistics;
+    ort_get_statistics(document.core, &statistics);
+    return statistics.live_bytes;
+  };
+  constexpr size_t trafo = offsetof(svg_an_trafo, numbers);
+  const std::pair<const char *, size_t> cases[] = {
+      {"transform='rotate(1)'", trafo + sizeof(double)},
+      {"transform='translate(1)'", trafo + sizeof(double)},
+      {"transform='translate(1 2)'", trafo + 2 * sizeof(double)},
+      {"transform='scale(1)scale(2)'", trafo + 6 * sizeof(double)},
+      {"display='none'", sizeof(svg_an_keyword)},
+      {"clip-path='url(a)'", sizeof(svg_an_iri) + 2},
+      {"fill='red'", sizeof(svg_an_paint_rgb)},
+      {"fill='red device-gray(1)'", sizeof(svg_an_paint_color) + sizeof(double)},
+      {"stroke-dasharray='1 2 3'", sizeof(svg_an_key_unum_list) + 3 * (sizeof(double) + 1)},
+      {"font-family='abc'", sizeof(svg_an_key_name_list) + sizeof(int32_t) + sizeof(char *) + 4}};
+  for (const auto &[attribute, expected] : cases)
+    EXPECT_EQ(bytes(attribute) - bytes(""), expected + sizeof(svg_a_node *)) << attribute;
+}
+
 // class, id and name make no values; their effect is seen in the element and among the ids.
 TEST(Values, ClassesAreKeptWhenASelectorNamesThem) {
   const Document document("<svg xmlns='http://www.w3.org/2000/svg' "

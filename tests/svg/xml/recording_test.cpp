@@ -42,6 +42,7 @@ static Reading read(const std::string &drawing, uint64_t budget, int log_level, 
     p->limits.recorded = recorded;
     p->block_size = block_size;
   });
+  if (document.code == 0) EXPECT_EQ(svg_xml_line(document.parser), 0);
   ort_statistics statistics;
   ort_get_statistics(document.core, &statistics);
   EXPECT_LE(statistics.peak_bytes, budget);

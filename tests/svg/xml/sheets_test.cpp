@@ -229,7 +229,8 @@ g ; g IN <g id='a'/> -> 0a 1a | :hover, zzz, rect g IN <g id='a'/><rect/> ->
 g[fill] IN <style>g[fill]{stroke:red}</style><g id='a' fill='red'/><g id='b'/> -> 0a
 g rect, IN -> Selector 'g rect,' is malformed at byte 8 | a{} IN -> Selector 'a{}' is malformed at byte 2
 g ; g[k IN <g id='a'/> -> Selector 'g[k' is malformed at byte 4
-g:not(a b) IN -> Selector 'g:not(a b)' is malformed at byte 9)",
+g:not(a b) IN -> Selector 'g:not(a b)' is malformed at byte 9
+g:not(.a IN -> Selector 'g:not(.a' is malformed at byte 9 | a:lang(en IN -> Selector 'a:lang(en' is malformed at byte 10)",
                [](const std::string &input) {
                  const size_t in = input.find(" IN");
                  std::istringstream selectors(input.substr(0, in));
