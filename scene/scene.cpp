@@ -1,5 +1,6 @@
 // scene.cpp: the life of a scene, its size, and its messages.
 #include <cmath>
+#include <cstring>
 #include <iterator>
 
 #include "scene/scene.h"
@@ -11,8 +12,8 @@ static void find_size(svg_scene *scene);
 namespace {
 
 constexpr ort_errtab_entry ERRORS[] = {
-    {2, SVG_SCENE_CIRCLE, "Element '$1' with id '$2': reference in a circle is ignored", nullptr},
-    {2, SVG_SCENE_DEEP, "Element '$1' with id '$2': reference is nested too deep and is ignored",
+    {2, SVG_SCENE_CIRCLE, "Element '$1' in line $2: reference in a circle is ignored", nullptr},
+    {2, SVG_SCENE_DEEP, "Element '$1' in line $2: reference is nested too deep and is ignored",
      nullptr},
 };
 
@@ -41,6 +42,7 @@ void svg_scene_delete(svg_scene *scene) {
   svg_scene_release(scene, {&scene->bottom, 0});
   ort_free(scene->core, scene->bottom.after);
   ort_free(scene->core, scene->active.slots);
+  ort_free(scene->core, scene->warned.slots);
   svg_scene_free_servers(scene);
   svg_scene_free_fonts(scene);
   ort_free(scene->core, scene);
@@ -72,6 +74,11 @@ static void find_size(svg_scene *scene) {
 }
 
 void svg_scene_warn(svg_scene *scene, svg_scene_warning warning, const svg_e_node *element) {
-  ort_warning(scene->core, warning, svg_get_elem_table()[element->head.id].name,
-              svg_find_href_id(scene->parser, element), nullptr, nullptr);
+  if (!svg_scene_enter(scene, &scene->warned, element)) return;
+  const char *name = svg_get_elem_table()[element->head.id].name;
+  const char *id = svg_find_href_id(scene->parser, element);
+  if (strcmp(id, "(empty)") != 0) name = ort_errprintf(scene->core, "%s #%s", name, id);
+  ort_warning(scene->core, warning, name,
+              ort_errprintf(scene->core, "%ld", static_cast<long>(svg_get_line(element))), nullptr,
+              nullptr);
 }

@@ -24,8 +24,8 @@ struct svg_scene_mark {
   size_t used; // bytes of the chunk
 };
 
-// What links within the walks in progress may not lead to (scene_circles.cpp).
-struct svg_scene_active {
+// Elements (scene_circles.cpp).
+struct svg_scene_set {
   const svg_e_node **slots; // a hash table with open addressing; null where it is free
   size_t size, count;       // a power of 2, or 0
 };
@@ -50,7 +50,8 @@ struct svg_scene {
   svg_scene_chunk bottom;    // of the stack; empty
   svg_scene_mark top;
   svg_scene_mark result, result_end; // where the last result of a question lies on the stack
-  svg_scene_active active;
+  svg_scene_set active;              // shown by walks in progress: no link may lead there
+  svg_scene_set warned;
   svg_scene_server_table servers;
   svg_scene_font *fonts; // those that texts have used (scene_fonts.h)
   uint64_t shown;        // elements by the outermost walk and all within it
@@ -126,6 +127,9 @@ svg_scene_aspect svg_scene_aspect_of(const svg_e_node *element);
 // The element that xlink:href links to, or null.
 const svg_e_node *svg_scene_href_of(const svg_e_node *element);
 
+// The target of an a element; null for other elements and for one without.
+const svg_iri *svg_scene_link_of(const svg_e_node *element);
+
 // ---- Style (scene_style.cpp) --------------------------------------------------------------------
 
 // The style of an element from that of its parent (null: from initial values). style must not be
@@ -144,18 +148,17 @@ void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene
 // The same, but the viewport is that of its children. A null element is outside of the drawing.
 void svg_scene_find_inside(svg_scene *scene, const svg_e_node *element, svg_scene_place *place);
 
-// ---- Circles (scene_circles.cpp) ----------------------------------------------------------------
+// ---- Sets of elements (scene_circles.cpp) -------------------------------------------------------
 
-// True when the element is being shown by a walk in progress.
-bool svg_scene_is_active(const svg_scene *scene, const svg_e_node *element);
+bool svg_scene_has(const svg_scene_set &set, const svg_e_node *element);
 
-// False when it was active before; else it is until svg_scene_leave.
-bool svg_scene_enter(svg_scene *scene, const svg_e_node *element);
-void svg_scene_leave(svg_scene *scene, const svg_e_node *element);
+// False when it was in the set before; else it is until svg_scene_leave.
+bool svg_scene_enter(svg_scene *scene, svg_scene_set *set, const svg_e_node *element);
+void svg_scene_leave(svg_scene_set *set, const svg_e_node *element);
 
 // ---- Messages (scene.cpp) -----------------------------------------------------------------------
 
-// Warnings that name an element.
+// Warnings that name an element; each gets one at most.
 enum svg_scene_warning {
   SVG_SCENE_CIRCLE = 10400, // what it refers to refers to it
   SVG_SCENE_DEEP = 10401    // ORT_LIMIT_REFERENCE_DEPTH

@@ -78,7 +78,7 @@ static void start_content(svg_scene_walk *walk, const void *argument) {
     svg_scene_begin_group(walk, frame, SVG_SCENE_IDENTITY, nullptr, true, nullptr);
   svg_scene_push(walk, frame);
   frame->is_listed = true;
-  frame->is_active = svg_scene_enter(walk->scene, element);
+  frame->is_active = svg_scene_enter(walk->scene, &walk->scene->active, element);
 }
 
 // ---- The walk -----------------------------------------------------------------------------------
@@ -162,7 +162,7 @@ static void pop(svg_scene_walk *walk) {
 }
 
 static void leave(svg_scene_walk *walk, const svg_scene_frame *frame) {
-  if (frame->is_active) svg_scene_leave(walk->scene, frame->element);
+  if (frame->is_active) svg_scene_leave(&walk->scene->active, frame->element);
 }
 
 // ---- Frames -------------------------------------------------------------------------------------
@@ -207,7 +207,7 @@ bool svg_scene_is_refused(svg_scene_walk *walk, const svg_e_node *element,
                           const svg_e_node *referrer) {
   svg_scene *scene = walk->scene;
   list_frames(scene);
-  const bool is_circle = svg_scene_is_active(scene, element);
+  const bool is_circle = svg_scene_has(scene->active, element);
   if (!is_circle && walk->depth < ORT_LIMIT_REFERENCE_DEPTH) return false;
   if (walk->purpose != SVG_SCENE_MEASURE)
     svg_scene_warn(scene, is_circle ? SVG_SCENE_CIRCLE : SVG_SCENE_DEEP, referrer);
@@ -221,6 +221,6 @@ static void list_frames(svg_scene *scene) {
     for (svg_scene_frame *frame = walk->top; frame; frame = frame->outer) {
       if (frame->is_listed) return;
       frame->is_listed = true;
-      frame->is_active = frame->element && svg_scene_enter(scene, frame->element);
+      frame->is_active = frame->element && svg_scene_enter(scene, &scene->active, frame->element);
     }
 }

@@ -119,8 +119,8 @@ TEST(ScenePaint, FollowsChains) {
 <rad id='a' to='#b' fy='.25'/><rad id='b' cy='.75' r='1'>STOPS</rad> -> 0.5 0.75 1 0.5 0.25 [100 0 0 50 10 20] 0 #ff0000 1 #0000ff
 <lin id='a' to='#b'><stop/><stop/></lin><lin id='b'>STOPS</lin> -> 0 0 1 0 [100 0 0 50 10 20] 0 #000000 0 #000000
 <lin id='a' to='#b'/><pat id='b'/> -> none | <lin id='a' to='#none'>STOPS</lin> -> 0 0 1 0 [100 0 0 50 10 20] 0 #ff0000 1 #0000ff
-<lin id='a' to='#b'/><lin id='b' to='#c' x2='9'/><lin id='c' to='#b' USER>STOPS</lin> -> 0 0 9 0 [1 0 0 1 0 0] 0 #ff0000 1 #0000ff ! Element 'linearGradient' with id 'c': reference in a circle is ignored
-<pat id='a' to='#a'/> -> none ! Element 'pattern' with id 'a': reference in a circle is ignored
+<lin id='a' to='#b'/><lin id='b' to='#c' x2='9'/><lin id='c' to='#b' USER>STOPS</lin> -> 0 0 9 0 [1 0 0 1 0 0] 0 #ff0000 1 #0000ff ! Element 'linearGradient #c' in line 1: reference in a circle is ignored
+<pat id='a' to='#a'/> -> none ! Element 'pattern #a' in line 1: reference in a circle is ignored
 <pat id='a' to='#b' width='1'/><pat id='b' to='#c' width='3' height='2' patternContentUnits='objectBoundingBox'><desc/></pat><pat id='c' patternUnits='userSpaceOnUse' x='7'><g/></pat> -> 7 0 1 2 [1 0 0 1 0 0] b [100 0 0 50 10 20])",
                [&](const std::string &text) {
                  std::string result = filled(text);

@@ -95,17 +95,20 @@ Invalid SVG viewport (width is not available)
      USUAL,
      R"(<g id='a'><use id='u' xlink:href='#a'/><rect id='r' width='1' height='1'/></g>
 <g id='b'><use id='v' xlink:href='#c'/></g><g id='c'><use id='w' xlink:href='#b'/></g><use id='x' xlink:href='#x'/>
-<g id='d'><rect id='s' width='1' height='1'/></g><use xlink:href='#d'/><use xlink:href='#d'/>)",
+<g id='d'><rect id='s' width='1' height='1'/></g><use xlink:href='#d'/><use xlink:href='#d'/>
+<g id='e'><use
+ xlink:href='#e'/></g><use xlink:href='#e'/>)",
      R"(
 group svg viewport=0 0 20 10
   shape r fill=#000000 M0 0 L1 0 1 1 0 1 Z
   shape s fill=#000000 M0 0 L1 0 1 1 0 1 Z
   shape s use=use fill=#000000 M0 0 L1 0 1 1 0 1 Z
   shape s use=use fill=#000000 M0 0 L1 0 1 1 0 1 Z
-Element 'use' with id 'u': reference in a circle is ignored
-Element 'use' with id 'w': reference in a circle is ignored
-Element 'use' with id 'v': reference in a circle is ignored
-Element 'use' with id 'x': reference in a circle is ignored
+Element 'use #u' in line 1: reference in a circle is ignored
+Element 'use #w' in line 2: reference in a circle is ignored
+Element 'use #v' in line 2: reference in a circle is ignored
+Element 'use #x' in line 2: reference in a circle is ignored
+Element 'use' in line 4: reference in a circle is ignored
 )"},
     {"clip paths",
      USUAL,
@@ -133,7 +136,7 @@ group svg viewport=0 0 20 10
       clip d matrix=8 0 0 8 0 0
         shape e fill=#000000 M0 0 L0.5 0 0.5 0.5 0 0.5 Z
       shape q fill=#000000 M0 0 L8 0 8 8 0 8 Z
-Element 'rect' with id 'f': reference in a circle is ignored
+Element 'rect #f' in line 3: reference in a circle is ignored
 )"},
     {"masks",
      USUAL,
@@ -153,7 +156,7 @@ group svg viewport=0 0 20 10
       group s
         shape s fill=#000000 M0 0 L5 0 5 4 0 4 Z
     shape p fill=#000000 M0 0 L10 0 10 5 0 5 Z
-Element 'rect' with id 's': reference in a circle is ignored
+Element 'rect #s' in line 3: reference in a circle is ignored
 )"},
     {"paints",
      USUAL,
@@ -169,8 +172,7 @@ group svg viewport=0 0 20 10
       group o opacity=0.5
         shape t fill=#00ff00 stroke=#000000 width=1 M0 0 L1 0 1 1 0 1 Z
   shape b fill=#0000ff rule=evenodd M0 0 L4 0 4 4 0 4 Z
-Element 'rect' with id 't': reference in a circle is ignored
-Element 'rect' with id 't': reference in a circle is ignored
+Element 'rect #t' in line 3: reference in a circle is ignored
 )"},
     {"markers",
      USUAL,
@@ -196,8 +198,7 @@ group svg viewport=0 0 20 10
       shape q fill=#000000 stroke=#ff0000 width=1 M0 0 L1 1
   shape x fill=#000000 M0 0 L1 0 1 1 0 1 Z
   shape y fill=#000000 M0 0 L1 0
-Element 'path' with id 'q': reference in a circle is ignored
-Element 'path' with id 'q': reference in a circle is ignored
+Element 'path #q' in line 4: reference in a circle is ignored
 )"},
     {"switch and language",
      USUAL,
@@ -322,7 +323,7 @@ TEST(SceneWalk, ExpansionHasABudget) {
   const Document deep(drawing(USUAL, masks + "<rect width='1' height='1' mask='url(#m0)'/>"));
   EXPECT_EQ(std::ranges::count(scene_list(Scene(deep)), '\n'), 2 + 3 * 64 - 2);
   EXPECT_EQ(deep.messages(),
-            "Element 'rect' with id '(empty)': reference is nested too deep and is ignored\n");
+            "Element 'rect' in line 1: reference is nested too deep and is ignored\n");
 }
 
 // Each allocation of the scene fails, alone or with all later ones.
