@@ -18,7 +18,6 @@ static void add_glyphs(svg_scene *scene, svg_scene_font *font);
 static uint64_t index_glyph(svg_scene_font *font, uint32_t place);
 static bool is_in_list(const svg_an_name_list *list, const svg_scene_glyph *glyph, bool is_unicode);
 static bool is_in_range(const char *range, const char *unicode);
-static uint32_t decode(const char *text);
 
 static uint32_t extend_hash(uint32_t hash, const char *text, size_t size) { // FNV-1a
   for (size_t i = 0; i < size; ++i) hash = (hash ^ static_cast<unsigned char>(text[i])) * 16777619u;
@@ -226,12 +225,11 @@ static bool is_in_range(const char *range, const char *unicode) {
       return false;
     }
   }
-  const uint32_t character = decode(unicode);
+  const uint32_t character = svg_scene_decode(unicode);
   return *c == 0 && first <= character && character <= last;
 }
 
-// Of well-formed UTF-8.
-static uint32_t decode(const char *text) {
+uint32_t svg_scene_decode(const char *text) {
   const size_t length = svg_scene_character_length(text, 4);
   const auto lead = static_cast<unsigned char>(*text);
   uint32_t character = length == 1 ? lead : lead & (0x7Fu >> length);

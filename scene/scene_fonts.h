@@ -51,6 +51,9 @@ double svg_scene_get_kern(svg_scene *scene, svg_scene_font *font, const svg_scen
 // UTF-8.
 size_t svg_scene_character_length(const char *text, size_t size);
 
+// The code of the character that well-formed UTF-8 begins with.
+uint32_t svg_scene_decode(const char *text);
+
 // Frees all fonts; part of svg_scene_delete.
 void svg_scene_free_fonts(svg_scene *scene);
 

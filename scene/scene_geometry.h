@@ -2,13 +2,14 @@
 // without and with a stroke, its vertices for markers.
 //
 // All of it works on runs of segments as the reader stores them (svg_pada) and needs no document;
-// nothing raises. A matrix a b c d e f maps (x, y) to (a x + c y + e, b x + d y + f).
+// nothing raises. Matrices are multiplied and inverted by functions of the public header. A matrix
+// a b c d e f maps (x, y) to (a x + c y + e, b x + d y + f).
 #ifndef SCENE_GEOMETRY_H
 #define SCENE_GEOMETRY_H
 
 #include <cmath>
 
-#include "svg/svg_records.h"
+#include "scene/svg_scene.h"
 
 struct svg_scene_point {
   double x, y;
@@ -24,12 +25,6 @@ inline svg_scene_point svg_scene_map(const double m[6], double x, double y) {
 
 // Every number is finite.
 bool svg_scene_are_finite(const double *numbers, size_t count);
-
-// result maps through inner, then through outer; it may be either of them.
-void svg_scene_multiply(double result[6], const double outer[6], const double inner[6]);
-
-// False when the matrix is singular or its inverse overflows: inverse is then undefined.
-bool svg_scene_invert(double inverse[6], const double m[6]);
 
 // From a viewBox or picture to the viewport that shows it (SVG 1.1, 7.7 and 7.8): align and meet as
 // in svg_an_aspect. Boxes are x, y, width, height. False when a size of from is not above 0 or the

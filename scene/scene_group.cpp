@@ -10,12 +10,6 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
 static bool find_box(svg_scene_walk *walk, const svg_scene_frame *frame, const svg_scene_path *path,
                      double box[4]);
 
-static const svg_iri *link_of(const svg_e_node *element) {
-  if (element->head.id != SVG_ELEM_a) return nullptr;
-  const auto *href = svg_scene_find<svg_an_iri>(element, SVG_ATTR_xlink_href);
-  return href ? &href->iri : nullptr;
-}
-
 // Masks have no opacity of their own (SVG 1.1, 14.5).
 static double opacity_of(const svg_scene_frame *frame) {
   return frame->element->head.id == SVG_ELEM_mask ? 1 : frame->style->opacity;
@@ -29,7 +23,8 @@ bool svg_scene_has_effects(const svg_scene_walk *walk, const svg_scene_frame *fr
   case SVG_SCENE_CLIP: return style->clip_path != nullptr;
   case SVG_SCENE_PAINT: break;
   }
-  return opacity_of(frame) < 1 || style->clip_path || style->mask || link_of(frame->element);
+  return opacity_of(frame) < 1 || style->clip_path || style->mask ||
+         svg_scene_link_of(frame->element);
 }
 
 void svg_scene_begin_group(svg_scene_walk *walk, svg_scene_frame *frame, const double matrix[6],
@@ -74,7 +69,7 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
   if (mask) group->mask = svg_scene_resolve_mask(scene, mask, frame->viewport, known);
   if (is_of_clip) return;
   group->opacity = opacity_of(frame);
-  group->link = link_of(frame->element);
+  group->link = svg_scene_link_of(frame->element);
 }
 
 static bool find_box(svg_scene_walk *walk, const svg_scene_frame *frame, const svg_scene_path *path,

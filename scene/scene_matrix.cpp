@@ -21,13 +21,13 @@ void svg_scene_multiply(double result[6], const double outer[6], const double in
 
 // The linear part is scaled to 1 before its determinant is taken, which then neither overflows nor
 // vanishes because of units.
-bool svg_scene_invert(double inverse[6], const double m[6]) {
+int32_t svg_scene_invert(double inverse[6], const double m[6]) {
   double size = 0;
   for (int i = 0; i < 4; ++i) size = std::fmax(size, std::fabs(m[i]));
-  if (!(size > 0) || !svg_scene_are_finite(m, 6)) return false;
+  if (!(size > 0) || !svg_scene_are_finite(m, 6)) return 0;
   const double a = m[0] / size, b = m[1] / size, c = m[2] / size, d = m[3] / size;
   const double determinant = a * d - b * c;
-  if (determinant == 0) return false;
+  if (determinant == 0) return 0;
   const double scale = 1 / determinant / size;
   const double linear[4] = {d * scale, -b * scale, -c * scale, a * scale};
   const double result[6] = {linear[0],

@@ -157,7 +157,8 @@ void svg_scene_get_style(svg_scene *scene, const svg_e_node *element, svg_scene_
   svg_scene_end_result(scene);
 }
 
-// The ancestors are listed from the element up, then their styles are computed from the top down.
+// The ancestors are listed from the element up, then their styles are computed from the top down;
+// those with decorations stay.
 void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place) {
   auto *style = svg_scene_take_one<svg_scene_style>(scene);
   auto *parent_style = svg_scene_take_one<svg_scene_style>(scene);
@@ -170,6 +171,7 @@ void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene
   while (count-- > 0) {
     if (place->element) enter_viewport(scene, place);
     std::swap(style, parent_style);
+    if (style->text_decoration != 0) style = svg_scene_take_one<svg_scene_style>(scene);
     svg_scene_compute_style(scene, chain[count], parent_style, place->viewport, style);
     place->element = chain[count];
     place->style = style;
@@ -196,6 +198,7 @@ bool svg_scene_compute_style(svg_scene *scene, const svg_e_node *element,
     parent = &initial;
   }
   *style = *parent;
+  if (parent->text_decoration != 0) style->decorated = parent;
   reset(style);
   winners found;
   find_winners(element, &found);

@@ -1,12 +1,13 @@
 // scene_text.cpp: gathers the characters of a text element with all that is given for them: white
 // space by xml:space (SVG 1.1, 10.15), positions by the lists of the elements around each character
-// (10.4, 10.5), what tref refers to (10.6). Goes through the text without recursion, in linear
-// time.
+// (10.4, 10.5), what tref refers to (10.6), links, lengths and paths. Goes through the text without
+// recursion, in linear time.
 #include "scene/scene_text.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
 
 namespace {
 
@@ -45,12 +46,14 @@ static void enter(gathering *g, const svg_e_node *element);
 static void enter_reference(gathering *g, const svg_e_node *element);
 static void leave(gathering *g);
 static svg_scene_span *make_span(gathering *g, const svg_e_node *element);
+static void add_length(gathering *g, svg_scene_span *span);
 static const svg_scene_track *make_track(gathering *g, const svg_scene_span *span);
 static svg_scene_path transformed_path(svg_scene *scene, const svg_scene_place &place);
 static double shift_of(const svg_scene_style *style, double font_size);
 static void push_lists(gathering *g, svg_scene_span *span);
 static void add_text(gathering *g, const char *characters);
 static void add_character(gathering *g, const char *bytes, size_t size, char **room);
+static void turn(const svg_scene_style *style, const char *character, svg_scene_piece *piece);
 static bool take_value(gathering *g, list_kind kind, double *value);
 static void drop_last_blank(gathering *g);
 
@@ -126,11 +129,9 @@ static void leave(gathering *g) {
   for (list *&top : g->lists)
     if (top && top->span == span) top = top->outer;
   svg_scene_text *text = g->text;
-  const svg_scene_place place = place_of(g, span);
-  const double length = svg_scene_length_of(g->scene, place, SVG_ATTR_textLength, SVG_SCENE_X, NAN);
-  if (!(length > 0) || text->last == left->before) return;
+  if (!span->length || span->length->element != span->element || text->last == left->before) return;
   auto *stretch = svg_scene_take_one<svg_scene_stretch>(g->scene);
-  *stretch = {nullptr, span->element, left->before, text->last, length};
+  *stretch = {nullptr, span->length, left->before, text->last};
   svg_scene_stretch **end = &text->stretches;
   if (text->last_stretch) end = &text->last_stretch->next;
   *end = text->last_stretch = stretch;
@@ -145,8 +146,11 @@ static svg_scene_span *make_span(gathering *g, const svg_e_node *element) {
   if (outer) {
     auto *style = svg_scene_take_one<svg_scene_style>(g->scene);
     svg_scene_compute_style(g->scene, element, outer->style, frame->viewport, style);
+    style->writing_mode = outer->style->writing_mode; // it applies to the text as a whole
     span->style = style;
     span->track = outer->track;
+    span->length = outer->length;
+    span->link = svg_scene_link_of(element) ? element : outer->link;
     span->baseline = outer->baseline + shift_of(style, outer->style->font_size);
     span->preserves_space = outer->preserves_space;
   } else {
@@ -161,7 +165,18 @@ static svg_scene_span *make_span(gathering *g, const svg_e_node *element) {
   if (key != SVG_KW_NONE) span->preserves_space = key == SVG_KW_preserve;
   span->font = svg_scene_find_font(g->scene, span->style);
   if (element->head.id == SVG_ELEM_textPath) span->track = make_track(g, span);
+  add_length(g, span);
   return span;
+}
+
+static void add_length(gathering *g, svg_scene_span *span) {
+  const double length =
+      svg_scene_length_of(g->scene, place_of(g, span), SVG_ATTR_textLength, SVG_SCENE_X, 0);
+  if (!(length > 0) || !std::isfinite(length)) return;
+  auto *added = svg_scene_take_one<svg_scene_text_length>(g->scene);
+  *added = {span->length, span->element, length,
+            svg_scene_keyword_of(span->element, SVG_ATTR_lengthAdjust, SVG_KW_spacing)};
+  span->length = added;
 }
 
 // The path of a textPath; one without path shows nothing (SVG 1.1, 10.13.2).
@@ -175,15 +190,15 @@ static const svg_scene_track *make_track(gathering *g, const svg_scene_span *spa
   if (path.count == 0) return track;
   const svg_scene_ruler *measure = svg_scene_measure_path(g->scene, path);
   const double length = svg_scene_path_length(measure);
-  track->measure = measure;
   const auto *offset = svg_scene_find<svg_an_unum>(span->element, SVG_ATTR_startOffset);
-  if (!offset) return track;
   place.element = span->element;
-  // A percentage is one of the path's length.
-  track->start =
-      offset->head.unit == SVG_UNIT_PERCENT
-          ? offset->value / 100 * length
-          : svg_scene_length_of(g->scene, place, SVG_ATTR_startOffset, SVG_SCENE_OTHER, 0);
+  double start = 0;
+  if (offset && offset->head.unit == SVG_UNIT_PERCENT) // of the path's length
+    start = offset->value / 100 * length;
+  else if (offset)
+    start = svg_scene_length_of(g->scene, place, SVG_ATTR_startOffset, SVG_SCENE_OTHER, 0);
+  track->path = {span->element, path.runs, path.count, std::isfinite(start) ? start : 0};
+  track->measure = measure;
   return track;
 }
 
@@ -254,11 +269,14 @@ static void add_character(gathering *g, const char *bytes, size_t size, char **r
   take_value(g, DY, &given.dy);
   take_value(g, ROTATE, &given.rotate);
   ++g->characters;
+  const bool is_placed = span->font || text->is_measured;
+  if (is_placed && !span->track && text->is_vertical) turn(span->style, bytes, &given);
   const bool is_alone = given.flags != 0 || given.dx != 0 || given.dy != 0 || given.rotate != 0 ||
                         // Each character stands on the path for itself.
-                        (span->track && (span->font || text->is_measured));
+                        (span->track && is_placed) || (given.turn != 0 && given.turn != 90);
   svg_scene_piece *piece = text->last;
-  if (!g->is_open || is_alone || piece->span != span || piece->rotate != 0) {
+  if (!g->is_open || is_alone || piece->span != span || piece->rotate != 0 || piece->is_upright ||
+      given.is_upright || piece->turn != given.turn) {
     if (g->is_open) ++*room; // the NUL of the piece before
     piece = svg_scene_take_one<svg_scene_piece>(g->scene);
     *piece = given;
@@ -276,6 +294,25 @@ static void add_character(gathering *g, const char *bytes, size_t size, char **r
   *room += size;
   piece->size += size;
   ++piece->characters;
+}
+
+// How a character of vertical text is turned (SVG 1.1, 10.7.3): ideographs, kana, Hangul and wide
+// forms stand upright, others lie along the line, unless the property says otherwise.
+static void turn(const svg_scene_style *style, const char *character, svg_scene_piece *piece) {
+  static constexpr uint32_t upright[][2] = {{0x1100, 0x11FF}, {0x2E80, 0xA4CF},  {0xAC00, 0xD7FF},
+                                            {0xF900, 0xFAFF}, {0xFE30, 0xFE4F},  {0xFF01, 0xFF60},
+                                            {0xFFE0, 0xFFE6}, {0x20000, 0x3FFFD}};
+  const uint32_t code = svg_scene_decode(character);
+  const bool is_wide = std::any_of(std::begin(upright), std::end(upright),
+                                   [code](const auto &r) { return r[0] <= code && code <= r[1]; });
+  switch (style->glyph_orientation_vertical) {
+  case SVG_KW_0: piece->turn = 0; break;
+  case SVG_KW_90: piece->turn = 90; break;
+  case SVG_KW_180: piece->turn = 180; break;
+  case SVG_KW_270: piece->turn = 270; break;
+  default: piece->turn = is_wide ? 0 : 90; break;
+  }
+  piece->is_upright = piece->turn == 0 || piece->turn == 180;
 }
 
 // The value of a list for the character that comes next: that of the innermost element that still

@@ -14,8 +14,8 @@
 
 // The path that a textPath follows.
 struct svg_scene_track {
+  svg_scene_text_path path;
   const svg_scene_ruler *measure; // null: nothing is shown
-  double start;                   // startOffset
 };
 
 // An element of a text, with what its own characters have in common.
@@ -23,9 +23,11 @@ struct svg_scene_span {
   const svg_scene_span *outer;
   const svg_e_node *element;
   const svg_scene_style *style;
-  svg_scene_font *font;         // of the drawing; null: the host's
-  const svg_scene_track *track; // its own or that of an element around it, or null
-  double baseline;              // by which its baseline lies below that of the text
+  svg_scene_font *font;                // of the drawing; null: the host's
+  const svg_scene_track *track;        // its own or that of an element around it, or null
+  const svg_scene_text_length *length; // the same
+  const svg_e_node *link;              // the same: an a with a target
+  double baseline;                     // by which its baseline lies below that of the text
   bool preserves_space;
   bool is_resolved; // paints and decorations are known
   svg_scene_paint fill, stroke;
@@ -42,19 +44,20 @@ struct svg_scene_piece {
   size_t characters; // addressable ones
   uint32_t flags;    // SVG_RUN_X, _Y, _CHUNK
   double x, y, dx, dy, rotate;
+  double turn;     // of its characters in vertical text, in degrees
+  bool is_upright; // there: its one character stands below the one before
   // From the layout on:
   double advance, spacing, stretch;
   bool is_measured; // advance is known
   bool is_placed;   // x and y are where it is drawn, dx and dy are in it
-  bool is_off;      // it lies beside its path and is not shown
+  bool is_off;      // it lies beside its path, or a number overflows: it is not shown
 };
 
-// A tspan or its like with textLength: its pieces are stretched.
+// An element with textLength: its pieces are stretched.
 struct svg_scene_stretch {
   svg_scene_stretch *next;
-  const svg_e_node *element;
+  const svg_scene_text_length *to;
   svg_scene_piece *before, *last; // its pieces are those after before (null: the first) up to last
-  double length;
 };
 
 struct svg_scene_text {
@@ -64,6 +67,9 @@ struct svg_scene_text {
   svg_scene_stretch *stretches;  // inner ones first
   svg_scene_stretch *last_stretch;
   bool is_measured; // by the host
+  bool is_vertical; // its lines go down (SVG 1.1, 10.7)
+  double box[4];    // around it, when it was looked for and there is one
+  bool has_looked, has_box;
 };
 
 // ---- Gathering (scene_text.cpp) -----------------------------------------------------------------

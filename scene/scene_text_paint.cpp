@@ -10,8 +10,11 @@ static constexpr size_t DECORATIONS = 16; // of one span; those of more elements
 
 static void add_cells(svg_scene_extent *extent, const svg_scene_text &text, const double matrix[6]);
 static void paint(svg_scene_text *text, const double matrix[6]);
-static void resolve(svg_scene_text *text, svg_scene_span *span, const double *box);
-static void add_decorations(svg_scene_text *text, svg_scene_span *span, const double *box);
+static void begin_link(const svg_scene_text *text, const svg_scene_span *span,
+                       const double matrix[6], svg_scene_group *group);
+static void resolve(svg_scene_text *text, svg_scene_span *span);
+static const double *box_of(svg_scene_text *text, const svg_scene_style &style);
+static void add_decorations(svg_scene_text *text, svg_scene_span *span);
 static void paint_run(const svg_scene_text *text, const svg_scene_piece *piece,
                       const double matrix[6], bool is_first, bool is_last);
 static void paint_glyphs(const svg_scene_text *text, const svg_scene_piece *piece,
@@ -27,6 +30,8 @@ void svg_scene_show_text(svg_scene_walk *walk, svg_scene_frame *frame, const dou
   text.walk = walk;
   text.frame = frame;
   text.is_measured = walk->callbacks && walk->callbacks->measure;
+  const int32_t mode = frame->style->writing_mode;
+  text.is_vertical = mode == SVG_KW_tb || mode == SVG_KW_tb_rl;
   svg_scene_gather_text(&text);
   svg_scene_place_text(&text);
   if (walk->purpose == SVG_SCENE_MEASURE) {
@@ -69,61 +74,96 @@ static void add_cells(svg_scene_extent *extent, const svg_scene_text &text,
   }
 }
 
+// A piece in a font of the drawing whose place is not known is left to the host, too.
+static bool is_run(const svg_scene_piece *piece) {
+  return piece->size != 0 && !piece->is_off &&
+         (piece->is_placed ? !piece->span->font && is_visible(piece) : true);
+}
+
+static bool is_glyphs(const svg_scene_piece *piece) {
+  return piece->size != 0 && !piece->is_off && piece->is_placed && piece->span->font &&
+         is_visible(piece);
+}
+
 static void paint(svg_scene_text *text, const double matrix[6]) {
-  svg_scene *scene = text->walk->scene;
-  const svg_scene_piece *last = nullptr;
-  bool needs_box = false, is_first = true;
+  const svg_scene_walk *walk = text->walk;
+  const svg_scene_piece *first = nullptr, *last = nullptr;
   for (const svg_scene_piece *piece = text->first; piece; piece = piece->next) {
-    if (piece->size != 0) last = piece;
-    const svg_scene_style &style = *piece->span->style;
-    needs_box = needs_box || svg_scene_paint_needs_box(scene, style.fill) ||
-                svg_scene_paint_needs_box(scene, style.stroke);
+    if (!is_run(piece)) continue;
+    if (!first) first = piece;
+    last = piece;
   }
-  double area[4];
-  const double *box = nullptr;
-  svg_scene_extent extent;
-  if (needs_box) add_cells(&extent, *text, SVG_SCENE_IDENTITY);
-  if (needs_box && svg_scene_get_extent(extent, area)) box = area;
+  const svg_e_node *link = nullptr; // of the group that has begun
+  svg_scene_group group;
   for (svg_scene_piece *piece = text->first; piece; piece = piece->next) {
-    if (piece->size == 0 || piece->is_off) continue;
-    resolve(text, piece->span, box);
-    if (!is_visible(piece) && piece->is_placed) continue;
-    if (piece->span->font)
-      paint_glyphs(text, piece, matrix);
-    else
-      paint_run(text, piece, matrix, is_first, piece == last);
-    is_first = false;
+    const bool has_glyphs = is_glyphs(piece);
+    const svg_e_node *wanted =
+        has_glyphs && walk->purpose == SVG_SCENE_PAINT ? piece->span->link : nullptr;
+    if (link && link != wanted && walk->callbacks->end_group)
+      walk->callbacks->end_group(walk->user, &group);
+    if (has_glyphs || is_run(piece)) resolve(text, piece->span);
+    if (wanted && link != wanted) begin_link(text, piece->span, matrix, &group);
+    link = wanted;
+    if (has_glyphs)
+      paint_glyphs(text, piece, link ? SVG_SCENE_IDENTITY : matrix);
+    else if (is_run(piece))
+      paint_run(text, piece, matrix, piece == first, piece == last);
   }
+  if (link && walk->callbacks->end_group) walk->callbacks->end_group(walk->user, &group);
+}
+
+// The group of glyphs in an a within the text.
+static void begin_link(const svg_scene_text *text, const svg_scene_span *span,
+                       const double matrix[6], svg_scene_group *group) {
+  const svg_scene_walk *walk = text->walk;
+  *group = {};
+  group->item = svg_scene_make_item(text->frame, matrix);
+  group->item.element = span->link;
+  group->opacity = 1;
+  group->link = svg_scene_link_of(span->link);
+  if (walk->callbacks->begin_group) walk->callbacks->begin_group(walk->user, group);
 }
 
 // ---- Paints -------------------------------------------------------------------------------------
 
-static void resolve(svg_scene_text *text, svg_scene_span *span, const double *box) {
+static void resolve(svg_scene_text *text, svg_scene_span *span) {
   if (span->is_resolved) return;
   span->is_resolved = true;
-  svg_scene_find_paints_of(text->walk, text->frame, *span->style, box, &span->fill, &span->stroke);
-  if (text->walk->purpose != SVG_SCENE_CLIP) add_decorations(text, span, box);
+  svg_scene_find_paints_of(text->walk, text->frame, *span->style, box_of(text, *span->style),
+                           &span->fill, &span->stroke);
+  if (text->walk->purpose != SVG_SCENE_CLIP) add_decorations(text, span);
 }
 
-// The elements around come first. Those that add nothing share what is around them; elements
-// without characters are resolved here.
-static void add_decorations(svg_scene_text *text, svg_scene_span *span, const double *box) {
+// The box of the whole text, measured when a paint first is relative to it; else null.
+static const double *box_of(svg_scene_text *text, const svg_scene_style &style) {
   svg_scene *scene = text->walk->scene;
-  const svg_scene_span *chain[DECORATIONS];
-  size_t count = 0;
-  uint64_t depth = 0;
-  for (const svg_scene_span *around = span; around; around = around->outer, ++depth) {
-    if (around->style->text_decoration != 0 && count < DECORATIONS) chain[count++] = around;
-    if (depth % 64 == 63) svg_scene_count(scene, 1);
+  if (!svg_scene_paint_needs_box(scene, style.fill) &&
+      !svg_scene_paint_needs_box(scene, style.stroke))
+    return nullptr;
+  if (!text->has_looked) {
+    svg_scene_extent extent;
+    add_cells(&extent, *text, SVG_SCENE_IDENTITY);
+    text->has_box = svg_scene_get_extent(extent, text->box);
+    text->has_looked = true;
   }
+  return text->has_box ? text->box : nullptr;
+}
+
+// Lines of elements around come first, within the text and outside of it (CSS 2.1, 16.3.1).
+static void add_decorations(svg_scene_text *text, svg_scene_span *span) {
+  const svg_scene_style *chain[DECORATIONS];
+  const svg_scene_style *style = span->style;
+  if (style->text_decoration == 0) style = style->decorated;
+  size_t count = 0;
+  for (; style && count < DECORATIONS; style = style->decorated) chain[count++] = style;
   if (count == 0) return;
-  auto *decorations = svg_scene_take_array<svg_scene_decoration>(scene, count);
+  auto *decorations = svg_scene_take_array<svg_scene_decoration>(text->walk->scene, count);
   for (size_t i = 0; i < count; ++i) {
-    const svg_scene_style *style = chain[count - 1 - i]->style;
+    style = chain[count - 1 - i];
     decorations[i].lines = style->text_decoration;
     decorations[i].style = style;
-    svg_scene_find_paints_of(text->walk, text->frame, *style, box, &decorations[i].fill,
-                             &decorations[i].stroke);
+    svg_scene_find_paints_of(text->walk, text->frame, *style, box_of(text, *style),
+                             &decorations[i].fill, &decorations[i].stroke);
   }
   span->decorations = decorations;
   span->decoration_count = count;
@@ -148,6 +188,7 @@ void svg_scene_make_run(const svg_scene_text *text, const svg_scene_piece *piece
   run->stretch = piece->stretch;
   run->spacing = span->style->letter_spacing + piece->spacing / piece->stretch;
   run->advance = piece->advance;
+  if (span->link) run->link = svg_scene_link_of(span->link);
 }
 
 static void paint_run(const svg_scene_text *text, const svg_scene_piece *piece,
@@ -160,16 +201,20 @@ static void paint_run(const svg_scene_text *text, const svg_scene_piece *piece,
   std::copy_n(matrix, 6, run.item.matrix);
   if (is_first) run.flags |= SVG_RUN_FIRST;
   if (is_last) run.flags |= SVG_RUN_LAST;
-  if (piece->is_placed) run.flags |= SVG_RUN_PLACED;
-  run.advance += piece->spacing / piece->stretch * static_cast<double>(piece->characters);
+  if (piece->is_placed) {
+    run.flags |= SVG_RUN_PLACED;
+    run.advance += piece->spacing / piece->stretch * static_cast<double>(piece->characters);
+  } else {
+    run.advance = 0;
+    run.path = span->track ? &span->track->path : nullptr;
+    run.text_length = span->length;
+  }
   run.fill = span->fill;
   run.stroke = span->stroke;
   if (!is_visible(piece)) run.fill.kind = run.stroke.kind = SVG_SCENE_PAINT_NONE;
   run.decorations = span->decorations;
-  run.decoration_count = span->decoration_count;
-  const double numbers[] = {run.x,      run.y,       run.dx,      run.dy,
-                            run.rotate, run.stretch, run.spacing, run.advance};
-  if (svg_scene_are_finite(numbers, std::size(numbers))) walk->callbacks->text(walk->user, &run);
+  run.decoration_count = piece->is_upright ? 0 : span->decoration_count;
+  walk->callbacks->text(walk->user, &run);
 }
 
 // ---- Fonts of the drawing -----------------------------------------------------------------------
@@ -181,7 +226,7 @@ static void paint_glyphs(const svg_scene_text *text, const svg_scene_piece *piec
   const double scale = span->style->font_size / span->font->units;
   double line[6];
   matrix_of(piece, line);
-  paint_lines(text, piece, line, matrix);
+  if (!piece->is_upright) paint_lines(text, piece, line, matrix);
   svg_scene_glyph_run glyphs(scene, *piece);
   const svg_scene_glyph *glyph;
   double x;

@@ -62,3 +62,9 @@ const svg_e_node *svg_scene_href_of(const svg_e_node *element) {
   const auto *href = svg_scene_find<svg_an_iri>(element, SVG_ATTR_xlink_href);
   return href && href->iri.kind == SVG_IRI_LINK ? href->iri.ref.target : nullptr;
 }
+
+const svg_iri *svg_scene_link_of(const svg_e_node *element) {
+  if (element->head.id != SVG_ELEM_a) return nullptr;
+  const auto *href = svg_scene_find<svg_an_iri>(element, SVG_ATTR_xlink_href);
+  return href ? &href->iri : nullptr;
+}

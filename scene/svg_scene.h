@@ -124,13 +124,15 @@ typedef struct svg_scene_style {
   int32_t glyph_orientation_vertical;      /**< SVG_KW_auto, or the keyword of an angle */
   int32_t text_decoration;                 /**< SVG_DECORATION_* of the element itself */
   const svg_an_color_profile *color_profile; /**< null: auto */
+  const struct svg_scene_style *decorated; /**< of the nearest element around with text_decoration,
+                                                whose lines text within has, too; or null */
 } svg_scene_style;
 
 /** Computes the style of an element from its place in the tree (not through a `use`).
  * @param scene    the scene
  * @param element  any element of the drawing
- * @param style    receives it. Its arrays are the scene's and valid until the next call with this
- *     scene
+ * @param style    receives it. What it points to is the scene's and valid until the next call with
+ *     this scene
  * @raises ORT_E_NO_MEMORY */
 ORT_API void svg_scene_get_style(svg_scene *scene, const svg_e_node *element,
                                  svg_scene_style *style);
@@ -160,6 +162,15 @@ ORT_API size_t svg_scene_get_outline(svg_scene *scene, const svg_e_node *element
  * @raises ORT_E_NO_MEMORY, ORT_E_LIMIT */
 ORT_API int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element,
                                   const svg_e_node *ancestor, int32_t stroked, double box[4]);
+
+/* ---- Matrices --------------------------------------------------------------------------------- */
+
+/** Stores the matrix that maps through inner, then through outer. result may be either of them. */
+ORT_API void svg_scene_multiply(double result[6], const double outer[6], const double inner[6]);
+
+/** Stores the inverse of a matrix, which it may replace.
+ * @return 1, or 0 when there is none or it overflows: inverse is then undefined */
+ORT_API int32_t svg_scene_invert(double inverse[6], const double matrix[6]);
 
 /* ---- What is painted -------------------------------------------------------------------------- */
 
@@ -299,14 +310,31 @@ enum {
   SVG_RUN_X = 0x1,      /**< x is given; else the run begins where the one before it ended */
   SVG_RUN_Y = 0x2,      /**< the same for y */
   SVG_RUN_CHUNK = 0x4,  /**< it begins a text chunk, which text-anchor aligns (SVG 1.1, 10.5) */
-  SVG_RUN_FIRST = 0x8,  /**< the first run of its text element */
-  SVG_RUN_LAST = 0x10,  /**< the last run of its text element */
+  SVG_RUN_FIRST = 0x8,  /**< the first run that is told of its text element */
+  SVG_RUN_LAST = 0x10,  /**< the last one */
   SVG_RUN_PLACED = 0x20 /**< the host measures: x and y are where it is drawn, all else is done */
 };
 
+/** A path that text follows (SVG 1.1, 10.13). */
+typedef struct svg_scene_text_path {
+  const svg_e_node *element; /**< the textPath */
+  const svg_pada *segments;  /**< the path in the user space of the text */
+  size_t segment_count;      /**< 1 or more */
+  double start;              /**< startOffset: how far along the path the text begins */
+} svg_scene_text_path;
+
+/** A length that a part of a text is to have (SVG 1.1, 10.5). */
+typedef struct svg_scene_text_length {
+  const struct svg_scene_text_length *outer; /**< of which it is a part, or null */
+  const svg_e_node *element;                 /**< whose characters have this length together */
+  double length;                             /**< textLength, above 0 */
+  int32_t adjust;                            /**< SVG_KW_spacing or SVG_KW_spacingAndGlyphs */
+} svg_scene_text_length;
+
 /** Characters of one style that are drawn together: a text element is a sequence of runs. A
  * character with a position or rotation of its own begins a run. White space has been treated by
- * xml:space (SVG 1.1, 10.15). */
+ * xml:space (SVG 1.1, 10.15). What the host does not measure (svg_scene_callbacks) is not placed:
+ * the host then goes on from where the run before ended, and sees to anchors, lengths and paths. */
 typedef struct svg_scene_run {
   svg_scene_item item;    /**< element: the text, tspan, tref, textPath or a that holds the text */
   const char *text;       /**< UTF-8, not empty, ends with a NUL */
@@ -316,7 +344,7 @@ typedef struct svg_scene_run {
   double y;               /**< the same */
   double dx;              /**< to be added to x; 0 when placed */
   double dy;              /**< to be added to y; 0 when placed */
-  double rotate;          /**< of each of its characters, in degrees, about its origin */
+  double rotate;          /**< in degrees, of the run about its origin */
   double stretch;         /**< factor of its glyphs along the line (textLength), 1 else */
   double spacing;         /**< to be added after each character: letter-spacing and textLength */
   double advance;         /**< as measured, when placed */
@@ -324,10 +352,14 @@ typedef struct svg_scene_run {
   svg_scene_paint stroke; /**< none when its width is 0 */
   const svg_scene_decoration *decorations; /**< outermost first */
   size_t decoration_count;                 /**< their number */
+  const svg_iri *link; /**< target of the a element around it within the text, or null */
+  const svg_scene_text_path *path;          /**< that it is to follow, or null; null when placed */
+  const svg_scene_text_length *text_length; /**< innermost one that it is a part of, or null; null
+                                                 when placed */
 } svg_scene_run;
 
 /** What a host is told, in the order of painting; each may be null. Glyphs of SVG fonts are shapes,
- * whose element is the glyph. */
+ * whose element is the glyph; those in an a within a text are in a group with its link. */
 typedef struct svg_scene_callbacks {
   /** A group begins; all that is told until its end lies in it. */
   void (*begin_group)(void *user, const svg_scene_group *group);

@@ -79,6 +79,7 @@ static void write_painted(JsonWriter &json, const ValueContext &context, const P
     write_numbers(json, "origin", painted.origin ? *painted.origin : std::span<const double>());
     json.field("text", shortened(painted.run->text, context.full));
     json.field("fontSize", item.style->font_size);
+    write_iri(json, context, "link", painted.run->link);
   } else {
     write_numbers(json, "box", painted.box ? *painted.box : std::span<const double>());
   }

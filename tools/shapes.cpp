@@ -66,6 +66,8 @@ static void print_painted(FILE *out, const Drawing &drawing, const Painted &pain
     add(STROKE_COLUMN, stroke + " width " + number_text(item.style->stroke_width, full));
   if (painted.image) add(0, iri_text(drawing, *painted.image->iri, full));
   if (painted.run) add(0, quoted_text(painted.run->text, full));
+  if (painted.run && painted.run->link)
+    add(0, "link " + iri_text(drawing, *painted.run->link, full));
   add(0, matrix_text(item.matrix, full));
   if (item.use) add(0, "in " + place_text(drawing, item.use, full));
   indent(out, painted.depth + 1);

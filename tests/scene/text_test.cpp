@@ -76,7 +76,7 @@ group text opacity=0.5
 text text 'a' x=0 y=0 chunk first fill=#000000
 text r 'one ' fill=#ff0000
 text r 'two' fill=#ff0000
-text a 'b' last fill=#000000
+text a 'b' last fill=#000000 link=http://x/
 )"},
     {"a path",
      "<path id='p' d='M0 10H10V40' transform='translate(1)' fill='none'/>"
@@ -89,6 +89,55 @@ text textPath 'c' x=11 y=12 rotate=90 advance=4 fill=#000000
 text text 'd' x=11 y=16 chunk last advance=4 fill=#000000
 text textPath 'a' x=11 y=32 chunk first rotate=90 advance=4 fill=#000000
 text tspan 'b' x=9 y=36 last rotate=90 advance=4 fill=#000000
+)"},
+    {"lengths and paths that the host sees to",
+     "<path id='p' d='M0 10H10' transform='translate(1)' fill='none'/>"
+     "<text textLength='40'>a<tspan textLength='2em' lengthAdjust='spacingAndGlyphs'>b</tspan>"
+     "<textPath xlink:href='#p' startOffset='50%'>cd<tspan dx='2' textLength='-1'>e</tspan></textPath></text>", false, R"(
+text text 'a' x=0 y=0 chunk first fill=#000000 length=text 40
+text tspan 'b' fill=#000000 length=tspan 24 glyphs length=text 40
+text textPath 'cd' chunk fill=#000000 path=5 M1 10 L11 10 length=text 40
+text tspan 'e' last dx=2 fill=#000000 path=5 M1 10 L11 10 length=text 40
+)"},
+    {"links and decorations from around",
+     "<g text-decoration='underline' fill='red' stroke='url(#l)'><text fill='blue' stroke='none'>a<a xlink:href='#l'>b<a>c</a>"
+     "<a xlink:href='http://x/' text-decoration='overline'>d</a></a></text></g>"
+     "<linearGradient id='l'><stop/><stop offset='1'/></linearGradient>", true, R"(
+text text 'a' x=0 y=0 chunk first advance=6 fill=#0000ff decoration=1 #ff0000
+text a 'b' x=6 y=0 advance=6 fill=#0000ff decoration=1 #ff0000 link=#l
+text a 'c' x=12 y=0 advance=6 fill=#0000ff decoration=1 #ff0000 link=#l
+text a 'd' x=18 y=0 last advance=6 fill=#0000ff decoration=1 #ff0000 decoration=2 #0000ff link=http://x/
+)"},
+    {"the first and the last run",
+     "<font horiz-adv-x='500'><font-face font-family='F'/><glyph unicode='f' d='M0 0V200'/></font>"
+     "<text font-family='F' font-size='10'>f<a xlink:href='http://x/'>f<tspan>f</tspan></a><tspan x='5' font-family='G' visibility='hidden'>a</tspan>"
+     "<tspan font-family='G'>b</tspan>f<textPath xlink:href='#none' font-family='G'>c</textPath></text>", false, R"(
+shape glyph fill=#000000 M0 0 L0 -2
+group a link=http://x/
+  shape glyph fill=#000000 M5 0 L5 -2
+  shape glyph fill=#000000 M10 0 L10 -2
+text tspan 'a' x=5 chunk first fill=none
+text tspan 'b' fill=#000000
+text text 'f' last fill=#000000
+)"},
+    {"lines that go down",
+     "<font horiz-adv-x='500'><font-face font-family='F' units-per-em='1000'/><glyph unicode='f' d='M0 0V200'/></font>"
+     "<text writing-mode='tb' x='50' y='10' font-size='10' textLength='50'>ab漢字<tspan baseline-shift='2' text-decoration='underline'>cあ</tspan></text>"
+     "<text writing-mode='tb-rl' x='50' y='10' font-size='10' text-anchor='middle' glyph-orientation-vertical='180'>a<tspan glyph-orientation-vertical='270' dx='1' dy='2'>bc</tspan>"
+     "<tspan glyph-orientation-vertical='0' letter-spacing='1'>d</tspan><tspan y='90' font-family='F' writing-mode='lr'>f</tspan></text>", true, R"(
+text text 'ab' x=47 y=10 chunk first rotate=90 spacing=1 advance=12 fill=#000000
+text text '漢' x=47.5 y=30 spacing=1 advance=6 fill=#000000
+text text '字' x=47.5 y=41 spacing=1 advance=6 fill=#000000
+text tspan 'c' x=49 y=44 rotate=90 spacing=1 advance=6 fill=#000000 decoration=1 #000000
+text tspan 'あ' x=49.5 y=58 last spacing=1 advance=6 fill=#000000
+text text 'a' x=52.5 y=-4.5 chunk first rotate=180 advance=5 fill=#000000
+text tspan 'b' x=54 y=10.5 rotate=270 advance=5 fill=#000000
+text tspan 'c' x=54 y=15.5 rotate=270 advance=5 fill=#000000
+text tspan 'd' x=48.5 y=23.5 last spacing=1 advance=6 fill=#000000
+shape glyph fill=#000000 M53.5 87 L53.5 89
+)"},
+    {"lines that go down, not measured", "<text writing-mode='tb' y='10'>a漢</text>", false, R"(
+text text 'a漢' x=0 y=10 chunk first last fill=#000000
 )"},
     {"a font of the drawing",
      "<font horiz-adv-x='500'><font-face font-family='F' units-per-em='1000' descent='-300'/>"

@@ -42,9 +42,9 @@ std::string item_text(const Lines &lines, const svg_scene_item &item) {
          (item.use != nullptr ? " use=" + id_of(lines, item.use) : "") + matrix_text(item.matrix);
 }
 
-std::string path_text(const svg_scene_shape &shape) {
+std::string path_text(std::span<const svg_pada> segments) {
   std::string result;
-  for (const svg_pada &run : std::span(shape.segments, shape.segment_count))
+  for (const svg_pada &run : segments)
     result += std::string(" ") + "?MLCZ"[run.type] + short_numbers(run.points, 2 * run.count);
   return result;
 }
@@ -91,14 +91,18 @@ void paint_pattern(Lines &lines, const svg_scene_paint &paint) {
   lines.indent -= 2;
 }
 
+std::string link_text(const Lines &lines, const svg_iri *link) {
+  if (!link) return "";
+  return " link=" + (link->kind == SVG_IRI_LINK
+                         ? "#" + id_text(lines.parser, link->ref.target)
+                         : std::string(link->ref.text ? link->ref.text : ""));
+}
+
 void add_group(Lines &lines, const svg_scene_group &group) {
   std::string line = "group " + item_text(lines, group.item);
   if (group.opacity != 1) line += " opacity=" + short_number(group.opacity);
   if (group.has_viewport) line += " viewport=" + short_numbers(group.viewport, 4);
-  if (group.link != nullptr)
-    line += " link=" + (group.link->kind == SVG_IRI_LINK
-                            ? "#" + id_text(lines.parser, group.link->ref.target)
-                            : std::string(group.link->ref.text ? group.link->ref.text : ""));
+  line += link_text(lines, group.link);
   lines.add(line);
   lines.indent++;
   if (group.clip)
@@ -136,7 +140,7 @@ void add_shape(Lines &lines, const svg_scene_shape &shape) {
   if (shape.stroke.kind != SVG_SCENE_PAINT_NONE)
     line += " stroke=" + paint_text(lines, shape.stroke) +
             " width=" + short_number(shape.item.style->stroke_width);
-  lines.add(line + path_text(shape));
+  lines.add(line + path_text({shape.segments, shape.segment_count}));
 }
 
 void shape(void *user, const svg_scene_shape *shape) {
@@ -174,6 +178,13 @@ void add_run(Lines &lines, const svg_scene_run &run) {
   if (run.stroke.kind != SVG_SCENE_PAINT_NONE) line += " stroke=" + paint_text(lines, run.stroke);
   for (const svg_scene_decoration &d : std::span(run.decorations, run.decoration_count))
     line += " decoration=" + std::to_string(d.lines) + " " + paint_text(lines, d.fill);
+  line += link_text(lines, run.link);
+  if (run.path)
+    line += " path=" + short_number(run.path->start) +
+            path_text({run.path->segments, run.path->segment_count});
+  for (const svg_scene_text_length *l = run.text_length; l; l = l->outer)
+    line += " length=" + id_of(lines, l->element) + " " + short_number(l->length) +
+            (l->adjust == SVG_KW_spacing ? "" : " glyphs");
   lines.add(line);
 }
 

@@ -31,7 +31,7 @@ void Painter::begin_group(const svg_scene_group &group) {
     record.layer = Layer::PUSHED;
   else if (group.opacity < 1)
     record.layer = is_shape(group.item.element) ? Layer::SINGLE : Layer::PUSHED;
-  if (group.link && record.layer == Layer::PLAIN) record.link = begin_link(group);
+  if (record.layer == Layer::PLAIN) record.link = begin_link(group.link);
   groups_.push_back(record);
   if (record.layer == Layer::PUSHED && !push_layer()) groups_.back().layer = Layer::PLAIN;
 }
@@ -223,10 +223,10 @@ cairo_surface_t *Painter::make_mask(const svg_scene_group &group, bool clipped, 
   return result;
 }
 
-bool Painter::begin_link(const svg_scene_group &group) {
-  if (!target_.vector || group.link->kind != SVG_IRI_NAME || !group.link->ref.text) return false;
+bool Painter::begin_link(const svg_iri *link) {
+  if (!target_.vector || !link || link->kind != SVG_IRI_NAME || !link->ref.text) return false;
   std::string attributes = "uri='";
-  for (const char *c = group.link->ref.text; *c != 0; ++c) {
+  for (const char *c = link->ref.text; *c != 0; ++c) {
     if (*c == '\'' || *c == '\\') attributes += '\\';
     attributes += *c;
   }

@@ -79,7 +79,7 @@ private:
   Layer clip_to(const svg_scene_clip &clip, bool &late);
   cairo_surface_t *make_layer(uint64_t &pixels);
   cairo_surface_t *make_mask(const svg_scene_group &group, bool clipped, uint64_t &pixels);
-  bool begin_link(const svg_scene_group &group);
+  bool begin_link(const svg_iri *link);
 
   // painter.cpp
   void shape(const svg_scene_shape &shape);

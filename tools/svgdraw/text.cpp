@@ -42,6 +42,7 @@ void Painter::text(const svg_scene_run &run) {
   if (hidden() || !can_apply(cairo_, run.item.matrix)) return;
   cairo_save(cairo_);
   apply(cairo_, run.item.matrix);
+  const bool has_link = begin_link(run.link);
   // Paints are those of the text's user space, so they are set before the run has its place.
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo_, &matrix);
@@ -82,6 +83,7 @@ void Painter::text(const svg_scene_run &run) {
     set_stroke(*run.item.style);
     cairo_stroke(cairo_);
   }
+  if (has_link) cairo_tag_end(cairo_, CAIRO_TAG_LINK);
   cairo_new_path(cairo_);
   cairo_restore(cairo_);
 }
