@@ -49,13 +49,12 @@ bool Scene::list(const svg_e_node *element, const Begin &begin,
                  const std::function<void()> &end) const {
   static constexpr svg_scene_callbacks callbacks = {begin_group, end_group, show_shape,
                                                     show_image,  show_run,  nullptr};
-  if (!scene_) return false;
   Walk walk = {scene_, element, begin, end, 0, {}, {}};
   const auto body = [](void *argument) {
     const auto *of = static_cast<Walk *>(argument);
     svg_scene_paint_element(of->scene, of->element, &callbacks, argument);
   };
-  const bool ok = ort_protect(drawing_.core(), body, &walk) == 0;
+  const bool ok = protect(body, &walk);
   while (walk.depth > 0) end_group(&walk, nullptr);
   return ok;
 }
@@ -71,10 +70,14 @@ bool Scene::measure(const svg_e_node *element, bool stroked, std::optional<Box> 
     auto *r = static_cast<Request *>(argument);
     r->is_shown = svg_scene_get_box(r->scene, r->element, nullptr, r->stroked, r->box) != 0;
   };
-  if (!scene_ || ort_protect(drawing_.core(), body, &request) != 0) return false;
+  if (!protect(body, &request)) return false;
   box.reset();
   if (request.is_shown) box = std::to_array(request.box);
   return true;
+}
+
+bool Scene::protect(void (*body)(void *argument), void *argument) const {
+  return scene_ && ort_protect(drawing_.core(), body, argument) == 0;
 }
 
 Point Scene::size() const {

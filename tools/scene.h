@@ -47,6 +47,11 @@ public:
   // Returns false after an error.
   bool measure(const svg_e_node *element, bool stroked, std::optional<Box> &box) const;
 
+  // For a host of its own: the scene, null for lack of memory, and a call that may raise. Returns
+  // false after an error, and without a scene.
+  svg_scene *get() const { return scene_; }
+  bool protect(void (*body)(void *argument), void *argument) const;
+
   // The drawing's width and height in pixels.
   Point size() const;
 

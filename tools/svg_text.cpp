@@ -160,7 +160,6 @@ void append_text_style(std::string &out, const svg_scene_style &style) {
   append_keyword(out, "text-anchor", style.text_anchor, SVG_KW_start);
   append_keyword(out, "direction", style.direction, SVG_KW_ltr);
   append_keyword(out, "unicode-bidi", style.unicode_bidi, SVG_KW_normal);
-  append_keyword(out, "writing-mode", style.writing_mode, SVG_KW_lr_tb);
   append_keyword(out, "glyph-orientation-vertical", style.glyph_orientation_vertical, SVG_KW_auto);
 }
 
