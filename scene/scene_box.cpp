@@ -4,6 +4,7 @@
 // element. Raises ORT_E_LIMIT past the budget, and for lack of memory.
 #include <algorithm>
 
+#include "scene/scene_paint.h"
 #include "scene/scene_view.h"
 #include "scene/scene_walk.h"
 
@@ -22,7 +23,7 @@ struct subject {
 static bool find_way(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
                      double matrix[6]);
 static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double matrix[6]);
-static bool measure(svg_scene *scene, const subject &of, bool is_stroked, double box[4]);
+static void measure(svg_scene *scene, const subject &of, bool is_stroked, svg_scene_extent *extent);
 static void start(svg_scene_walk *walk, const void *argument);
 
 int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
@@ -34,7 +35,9 @@ int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg
   const svg_scene_mark mark = scene->top;
   const bool is_there = is_bare || find_way(scene, element, ancestor, ctm);
   svg_scene_release(scene, mark);
-  return is_there && measure(scene, {element, nullptr, ctm, is_bare}, stroked != 0, box);
+  svg_scene_extent extent;
+  if (is_there) measure(scene, {element, nullptr, ctm, is_bare}, stroked != 0, &extent);
+  return svg_scene_get_extent(extent, box);
 }
 
 // The matrix from the space around an element to the user space of its ancestor.
@@ -61,24 +64,27 @@ static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double 
   return true;
 }
 
-bool svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame, double box[4]) {
-  return measure(walk->scene, {frame->element, frame->outer, SVG_SCENE_IDENTITY, true}, false, box);
+const double *svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame,
+                                double room[4]) {
+  svg_scene_extent extent;
+  measure(walk->scene, {frame->element, frame->outer, SVG_SCENE_IDENTITY, true}, false, &extent);
+  if (extent.is_open && walk->callbacks && walk->callbacks->text) return SVG_SCENE_UNIT_BOX;
+  return svg_scene_get_extent(extent, room) ? room : nullptr;
 }
 
-static bool measure(svg_scene *scene, const subject &of, bool is_stroked, double box[4]) {
-  svg_scene_extent extent;
+static void measure(svg_scene *scene, const subject &of, bool is_stroked,
+                    svg_scene_extent *extent) {
   svg_scene_walk walk = {};
   walk.scene = scene;
   walk.purpose = SVG_SCENE_MEASURE;
   walk.is_stroked = is_stroked;
-  walk.extent = &extent;
+  walk.extent = extent;
   if (scene->walk) { // the host may measure texts
     walk.callbacks = scene->walk->callbacks;
     walk.user = scene->walk->user;
     walk.depth = scene->walk->depth;
   }
   svg_scene_go(&walk, start, &of);
-  return svg_scene_get_extent(extent, box);
 }
 
 static void start(svg_scene_walk *walk, const void *argument) {

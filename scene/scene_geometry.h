@@ -72,7 +72,8 @@ double svg_scene_curve_speed(const svg_scene_step &curve, double t);
 // What a box grows from.
 struct svg_scene_extent {
   double left = HUGE_VAL, top = HUGE_VAL, right = -HUGE_VAL, bottom = -HUGE_VAL;
-  double taint = 0; // no number any more after a point that is not finite
+  double taint = 0;     // no number any more after a point that is not finite
+  bool is_open = false; // it holds text that nobody measures
 
   void add(svg_scene_point p) {
     left = p.x < left ? p.x : left;
@@ -82,6 +83,7 @@ struct svg_scene_extent {
     taint += 0 * p.x + 0 * p.y;
   }
   void merge(const svg_scene_extent &other) {
+    is_open = is_open || other.is_open;
     if (other.is_empty()) return;
     add({other.left, other.top});
     add({other.right, other.bottom});

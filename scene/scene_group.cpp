@@ -7,8 +7,8 @@
 
 static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
                         const svg_scene_path *path, svg_scene_group *group);
-static bool find_box(svg_scene_walk *walk, const svg_scene_frame *frame, const svg_scene_path *path,
-                     double box[4]);
+static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,
+                              const svg_scene_path *path, double room[4]);
 
 // Masks have no opacity of their own (SVG 1.1, 14.5).
 static double opacity_of(const svg_scene_frame *frame) {
@@ -60,11 +60,10 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
   const svg_e_node *mask = is_of_clip ? nullptr : frame->style->mask;
   if (clip && svg_scene_is_refused(walk, clip, frame->element)) clip = nullptr;
   if (mask && svg_scene_is_refused(walk, mask, frame->element)) mask = nullptr;
-  double box[4];
+  double room[4];
   const double *known = nullptr;
-  if ((svg_scene_needs_box(scene, clip) || svg_scene_needs_box(scene, mask)) &&
-      find_box(walk, frame, path, box))
-    known = box;
+  if (svg_scene_needs_box(scene, clip) || svg_scene_needs_box(scene, mask))
+    known = find_box(walk, frame, path, room);
   if (clip) group->clip = svg_scene_resolve_clip(scene, clip, known);
   if (mask) group->mask = svg_scene_resolve_mask(scene, mask, frame->viewport, known);
   if (is_of_clip) return;
@@ -72,10 +71,10 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
   group->link = svg_scene_link_of(frame->element);
 }
 
-static bool find_box(svg_scene_walk *walk, const svg_scene_frame *frame, const svg_scene_path *path,
-                     double box[4]) {
-  if (!path) return svg_scene_measure(walk, frame, box);
+static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,
+                              const svg_scene_path *path, double room[4]) {
+  if (!path) return svg_scene_measure(walk, frame, room);
   svg_scene_extent extent;
   svg_scene_add_path(&extent, path->runs, path->count, SVG_SCENE_IDENTITY);
-  return svg_scene_get_extent(extent, box);
+  return svg_scene_get_extent(extent, room) ? room : nullptr;
 }

@@ -99,6 +99,7 @@ static bool resolve_gradient(svg_scene *scene, svg_scene_server *server, const d
   gradient->element = server->element;
   gradient->stops = server->stops;
   gradient->stop_count = server->stop_count;
+  gradient->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
   gradient->spread = keyword_of(server, SVG_SCENE_SERVER_SPREAD, SVG_KW_pad);
   std::copy_n(units, 6, gradient->matrix);
   if (const svg_a_node *transform = server->values[SVG_SCENE_SERVER_TRANSFORM]) {
@@ -206,6 +207,8 @@ static bool resolve_pattern(svg_scene *scene, const svg_scene_server *server,
   pattern->element = server->element;
   pattern->content = server->content;
   pattern->clipped = is_clipped(server->element);
+  pattern->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
+  pattern->content_of_box = (content_of_box || (view && of_box)) && box == SVG_SCENE_UNIT_BOX;
   paint->kind = SVG_SCENE_PAINT_PATTERN;
   paint->pattern = pattern;
   return true;
@@ -223,10 +226,12 @@ static bool is_clipped(const svg_e_node *pattern) {
 const svg_scene_clip *svg_scene_resolve_clip(svg_scene *scene, const svg_e_node *element,
                                              const double *box) {
   double units[6], transform[6];
-  if (!get_units(svg_scene_needs_box(scene, element), box, units)) return nullptr;
+  const bool of_box = svg_scene_needs_box(scene, element);
+  if (!get_units(of_box, box, units)) return nullptr;
   svg_scene_matrix_of(element, SVG_ATTR_transform, transform);
   auto *clip = svg_scene_take_one<svg_scene_clip>(scene);
   clip->element = element;
+  clip->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
   svg_scene_multiply(clip->matrix, units, transform);
   return svg_scene_are_finite(clip->matrix, 6) ? clip : nullptr;
 }
@@ -252,6 +257,8 @@ const svg_scene_mask *svg_scene_resolve_mask(svg_scene *scene, const svg_e_node 
     if (i >= 2) mask->area[i] = std::max(mask->area[i], 0.0);
   }
   mask->element = element;
+  mask->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
+  mask->content_of_box = content_of_box && box == SVG_SCENE_UNIT_BOX;
   std::copy_n(content_of_box ? units : SVG_SCENE_IDENTITY, 6, mask->matrix);
   return svg_scene_are_finite(mask->area, 4) ? mask : nullptr;
 }

@@ -11,6 +11,9 @@
 
 #include "scene/scene.h"
 
+// Stands for a box that is not known: what is relative to it is resolved for this one, and says so.
+inline constexpr double SVG_SCENE_UNIT_BOX[4] = {0, 0, 1, 1};
+
 // True when a gradient, pattern, clip path or mask is relative to the bounding box of what refers
 // to it. False for other elements and null.
 bool svg_scene_needs_box(svg_scene *scene, const svg_e_node *element);

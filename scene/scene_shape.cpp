@@ -71,7 +71,7 @@ static void paint_shape(svg_scene_walk *walk, const svg_scene_frame *frame,
                         const svg_scene_path &path, const double matrix[6]) {
   if (!walk->callbacks->shape) return;
   svg_scene_shape shape = {};
-  svg_scene_find_paints(walk, frame, &path, &shape.fill, &shape.stroke);
+  svg_scene_find_paints(walk, frame, path, &shape.fill, &shape.stroke);
   if (shape.fill.kind == SVG_SCENE_PAINT_NONE && shape.stroke.kind == SVG_SCENE_PAINT_NONE) return;
   shape.item = svg_scene_make_item(frame, matrix);
   shape.segments = path.runs;
@@ -104,7 +104,7 @@ static void find_paint(svg_scene_walk *walk, const svg_scene_frame *frame,
 }
 
 void svg_scene_find_paints(svg_scene_walk *walk, const svg_scene_frame *frame,
-                           const svg_scene_path *path, svg_scene_paint *fill,
+                           const svg_scene_path &path, svg_scene_paint *fill,
                            svg_scene_paint *stroke) {
   const svg_scene_style &style = *frame->style;
   double box[4];
@@ -112,8 +112,8 @@ void svg_scene_find_paints(svg_scene_walk *walk, const svg_scene_frame *frame,
   if (walk->purpose != SVG_SCENE_CLIP && (svg_scene_paint_needs_box(walk->scene, style.fill) ||
                                           svg_scene_paint_needs_box(walk->scene, style.stroke))) {
     svg_scene_extent extent;
-    if (path) svg_scene_add_path(&extent, path->runs, path->count, SVG_SCENE_IDENTITY);
-    if (path ? svg_scene_get_extent(extent, box) : svg_scene_measure(walk, frame, box)) known = box;
+    svg_scene_add_path(&extent, path.runs, path.count, SVG_SCENE_IDENTITY);
+    if (svg_scene_get_extent(extent, box)) known = box;
   }
   svg_scene_find_paints_of(walk, frame, style, known, fill, stroke);
 }

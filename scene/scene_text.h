@@ -66,10 +66,11 @@ struct svg_scene_text {
   svg_scene_piece *first, *last; // null: none
   svg_scene_stretch *stretches;  // inner ones first
   svg_scene_stretch *last_stretch;
-  bool is_measured; // by the host
-  bool is_vertical; // its lines go down (SVG 1.1, 10.7)
-  double box[4];    // around it, when it was looked for and there is one
-  bool has_looked, has_box;
+  bool is_measured;  // by the host
+  bool is_vertical;  // its lines go down (SVG 1.1, 10.7)
+  bool has_looked;   // for its box
+  const double *box; // null: none
+  double room[4];
 };
 
 // ---- Gathering (scene_text.cpp) -----------------------------------------------------------------

@@ -197,14 +197,14 @@ static void place_on_line(const svg_scene_text *text, svg_scene_piece *piece, do
   along += shift;
   pen->x += piece->dx;
   pen->y += piece->dy;
-  piece->x = pen->x - (is_down ? piece->span->baseline : 0);
-  piece->y = pen->y + (is_down ? 0 : piece->span->baseline);
   if (piece->is_placed) {
+    piece->x = pen->x - (is_down ? piece->span->baseline : 0);
+    piece->y = pen->y + (is_down ? 0 : piece->span->baseline);
     piece->dx = piece->dy = 0;
     if (is_down) turn_down(piece);
   } else { // The host adds dx and dy, and goes on from where the piece ends.
-    piece->x -= piece->dx;
-    piece->y -= piece->dy;
+    piece->x = pen->x - piece->dx;
+    piece->y = pen->y - piece->dy;
   }
   pen->is_known = piece->is_placed;
   along += length_of(*piece);

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <iterator>
 
+#include "scene/scene_paint.h"
 #include "scene/scene_text.h"
 
 static constexpr size_t DECORATIONS = 16; // of one span; those of more elements around do not show
@@ -61,7 +62,11 @@ static void matrix_of(const svg_scene_piece *piece, double matrix[6]) {
 static void add_cells(svg_scene_extent *extent, const svg_scene_text &text,
                       const double matrix[6]) {
   for (const svg_scene_piece *piece = text.first; piece; piece = piece->next) {
-    if (piece->size == 0 || piece->is_off || !piece->is_placed || !piece->is_measured) continue;
+    if (piece->size == 0 || piece->is_off) continue;
+    if (!piece->is_placed) {
+      extent->is_open = true;
+      continue;
+    }
     const svg_scene_font *font = piece->span->font;
     const double size = piece->span->style->font_size;
     const double up = font ? font->ascent / font->units : 0.8;
@@ -143,10 +148,13 @@ static const double *box_of(svg_scene_text *text, const svg_scene_style &style) 
   if (!text->has_looked) {
     svg_scene_extent extent;
     add_cells(&extent, *text, SVG_SCENE_IDENTITY);
-    text->has_box = svg_scene_get_extent(extent, text->box);
+    if (extent.is_open)
+      text->box = SVG_SCENE_UNIT_BOX;
+    else if (svg_scene_get_extent(extent, text->room))
+      text->box = text->room;
     text->has_looked = true;
   }
-  return text->has_box ? text->box : nullptr;
+  return text->box;
 }
 
 // Lines of elements around come first, within the text and outside of it (CSS 2.1, 16.3.1).
@@ -184,6 +192,7 @@ void svg_scene_make_run(const svg_scene_text *text, const svg_scene_piece *piece
   run->y = piece->y;
   run->dx = piece->dx;
   run->dy = piece->dy;
+  run->baseline = piece->is_placed ? 0 : span->baseline;
   run->rotate = piece->rotate;
   run->stretch = piece->stretch;
   run->spacing = span->style->letter_spacing + piece->spacing / piece->stretch;

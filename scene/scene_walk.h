@@ -118,9 +118,9 @@ svg_scene_item svg_scene_make_item(const svg_scene_frame *frame, const double ma
 bool svg_scene_show_shape(svg_scene_walk *walk, svg_scene_frame *frame, const double matrix[6]);
 void svg_scene_show_image(svg_scene_walk *walk, svg_scene_frame *frame, const double matrix[6]);
 
-// Finds the paints of what a frame shows, a shape with this outline or (null) a text.
+// Finds the paints of the shape that a frame shows.
 void svg_scene_find_paints(svg_scene_walk *walk, const svg_scene_frame *frame,
-                           const svg_scene_path *path, svg_scene_paint *fill,
+                           const svg_scene_path &path, svg_scene_paint *fill,
                            svg_scene_paint *stroke);
 
 // The same for what is painted with a style of its own within a frame; box is that of the whole, or
@@ -144,7 +144,8 @@ bool svg_scene_show_marker(svg_scene_walk *walk);
 // ---- Boxes (scene_box.cpp) ----------------------------------------------------------------------
 
 // The box of the element of a frame that is not pushed, in its own user space, without strokes; the
-// frame's outer one is the walk's top. False when it shows nothing.
-bool svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame, double box[4]);
+// frame's outer one is the walk's top. Null when it shows nothing, SVG_SCENE_UNIT_BOX
+// (scene_paint.h) when it holds text that the host is told of and does not measure, else room.
+const double *svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame, double room[4]);
 
 #endif

@@ -197,6 +197,8 @@ typedef struct svg_scene_gradient {
   double fy;                   /**< the same */
   double matrix[6];            /**< from the gradient's space to the user space of what it paints;
                                     never singular */
+  int32_t of_box;              /**< not 0: instead to a space in which the box of what it paints is
+                                    that from 0, 0 to 1, 1 (svg_scene_callbacks.measure) */
   int32_t spread;              /**< SVG_KW_pad, SVG_KW_reflect, SVG_KW_repeat */
   const svg_scene_stop *stops; /**< at least two */
   size_t stop_count;           /**< their number */
@@ -210,6 +212,8 @@ typedef struct svg_scene_pattern {
   const svg_e_node *content; /**< the pattern whose children are the content */
   double content_matrix[6];  /**< from the content's user space to the pattern's space */
   int32_t clipped;           /**< not 0: the content is cut at the tile */
+  int32_t of_box;            /**< not 0: matrix and tile, as of a gradient */
+  int32_t content_of_box;    /**< not 0: content_matrix, the same */
 } svg_scene_pattern;
 
 /** Kinds of resolved paints. */
@@ -235,13 +239,16 @@ typedef struct svg_scene_paint {
 typedef struct svg_scene_clip {
   const svg_e_node *element; /**< the clipPath */
   double matrix[6];          /**< from the content's user space to that of what is clipped */
+  int32_t of_box;            /**< not 0: to the space of its box, as of a gradient */
 } svg_scene_clip;
 
 /** A mask (SVG 1.1, 14.4), its content painted by svg_scene_paint_mask. */
 typedef struct svg_scene_mask {
   const svg_e_node *element; /**< the mask */
-  double area[4];   /**< in the user space of what is masked; nothing shows outside of it */
-  double matrix[6]; /**< from the content's user space to that of what is masked */
+  double area[4];         /**< in the user space of what is masked; nothing shows outside of it */
+  double matrix[6];       /**< from the content's user space to that of what is masked */
+  int32_t of_box;         /**< not 0: the area is in the space of its box, as of a gradient */
+  int32_t content_of_box; /**< not 0: matrix leads there */
 } svg_scene_mask;
 
 /** What all painted things have in common. */
@@ -344,6 +351,8 @@ typedef struct svg_scene_run {
   double y;               /**< the same */
   double dx;              /**< to be added to x; 0 when placed */
   double dy;              /**< to be added to y; 0 when placed */
+  double baseline;        /**< baseline-shift with that of the elements around: to be added to y, in
+                               vertical text taken from x; 0 when placed */
   double rotate;          /**< in degrees, of the run about its origin */
   double stretch;         /**< factor of its glyphs along the line (textLength), 1 else */
   double spacing;         /**< to be added after each character: letter-spacing and textLength */
@@ -372,7 +381,9 @@ typedef struct svg_scene_callbacks {
   /** A run of text in a font of the host. */
   void (*text)(void *user, const svg_scene_run *run);
   /** The advance of a run along its line in user units, with its letter and word spacing but
-   * without stretch. With it the scene places all text: anchors, textLength, text on a path. */
+   * without stretch. With it the scene places all text: anchors, textLength, text on a path.
+   * Without it the box of what holds text is not known to a host that is told of text: paints,
+   * clips and masks that are relative to it say so (of_box). */
   double (*measure)(void *user, const svg_scene_run *run);
 } svg_scene_callbacks;
 

@@ -137,8 +137,9 @@ static Found find(const Drawing &drawing, const Options &options) {
   return found;
 }
 
-// A scene looks at all ancestors of each element that it is asked about: the time must not grow
-// with the square of the drawing.
+// A scene looks at all ancestors of each element that it is asked about, and each match is shown or
+// measured with all that is in it, other matches included: the time must not grow with the square
+// of the drawing.
 static bool are_reachable(const Drawing &drawing, const Elements &elements) {
   int64_t ancestors = 0;
   for (const svg_e_node *element : elements) ancestors += element->level;

@@ -165,7 +165,7 @@ static std::optional<Box> box_of_area(Walk &walk, const svg_scene_image &image) 
 static std::optional<Point> origin_of(const svg_scene_run &run) {
   static constexpr uint32_t both = SVG_RUN_X | SVG_RUN_Y;
   if ((run.flags & both) != both) return {};
-  return map(run.item.ctm, run.x + run.dx, run.y + run.dy);
+  return map(run.item.ctm, run.x + run.dx, run.y + run.dy + run.baseline);
 }
 
 static Point map(const double m[6], double x, double y) {

@@ -28,6 +28,7 @@ private:
   // One clip path, without those that clip it.
   struct Layer {
     std::string content;
+    bool of_box;
     double matrix[6]; // from the content's user space to that of the layer before, or to where the
                       // first one applies
   };

@@ -26,7 +26,7 @@ void Simplifier::push_paint(const svg_scene_paint &paint) {
 void Simplifier::push_gradient(const svg_scene_gradient &gradient) {
   const std::string name = gradient.radial ? "radialGradient" : "linearGradient";
   std::string rest;
-  append_attribute(rest, "gradientUnits", "userSpaceOnUse");
+  if (!gradient.of_box) append_attribute(rest, "gradientUnits", "userSpaceOnUse");
   const auto length = [&rest](const char *attribute, double value) {
     append_attribute(rest, attribute, value);
   };
@@ -74,7 +74,9 @@ void Simplifier::push_pattern(const svg_scene_pattern &pattern) {
     return;
   }
   std::string attributes;
-  append_attribute(attributes, "patternUnits", "userSpaceOnUse");
+  if (!pattern.of_box) append_attribute(attributes, "patternUnits", "userSpaceOnUse");
+  if (pattern.content_of_box)
+    append_attribute(attributes, "patternContentUnits", "objectBoundingBox");
   append_box(attributes, pattern.tile);
   append_matrix(attributes, "patternTransform", pattern.matrix);
   if (!pattern.clipped) append_attribute(attributes, "overflow", "visible");
@@ -102,7 +104,8 @@ void Simplifier::push_mask(const svg_scene_mask *mask) {
   svg_scene_paint_mask(scene_.get(), mask, &CALLBACKS, this);
   const std::string content = content_text(take_part().pieces, mask->matrix);
   std::string attributes;
-  append_attribute(attributes, "maskUnits", "userSpaceOnUse");
+  if (!mask->of_box) append_attribute(attributes, "maskUnits", "userSpaceOnUse");
+  if (mask->content_of_box) append_attribute(attributes, "maskContentUnits", "objectBoundingBox");
   append_box(attributes, mask->area);
   texts_.push_back(define('m', "mask", attributes, content));
 }
@@ -122,7 +125,7 @@ void Simplifier::paint_clip(const svg_scene_clip &clip) {
   parts_.emplace_back().clip = &clip;
   svg_scene_paint_clip(scene_.get(), &clip, &CALLBACKS, this);
   const Part part = take_part();
-  Layer layer = {content_text(part.pieces, IDENTITY), {}};
+  Layer layer = {content_text(part.pieces, IDENTITY), clip.of_box != 0, {}};
   std::copy_n(clip.matrix, 6, layer.matrix);
   layers_.push_back({layer});
   layers_.back().insert(layers_.back().end(), part.own_clips.begin(), part.own_clips.end());
@@ -163,6 +166,7 @@ std::string Simplifier::define_clips(const Layers &layers) {
   std::string id;
   for (auto layer = layers.rbegin(); layer != layers.rend(); ++layer) {
     std::string attributes;
+    if (layer->of_box) append_attribute(attributes, "clipPathUnits", "objectBoundingBox");
     append_matrix(attributes, "transform", layer->matrix);
     append_reference(attributes, "clip-path", id);
     id = define('c', "clipPath", attributes, layer->content);

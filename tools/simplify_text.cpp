@@ -127,6 +127,7 @@ std::string Simplifier::run_text(const svg_scene_run &run, bool begins) {
   if (run.dx != 0) append_attribute(result, "dx", run.dx);
   if (run.dy != 0) append_attribute(result, "dy", run.dy);
   if (run.rotate != 0) append_attribute(result, "rotate", run.rotate);
+  if (run.baseline != 0) append_attribute(result, "baseline-shift", -run.baseline);
   append_text_style(result, *run.item.style);
   append_paint(result, "fill", "#000", fill, run.fill);
   append_paint(result, "stroke", "none", stroke, run.stroke);

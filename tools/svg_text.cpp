@@ -153,7 +153,6 @@ void append_text_style(std::string &out, const svg_scene_style &style) {
   append_keyword(out, "font-variant", style.font_variant, SVG_KW_normal);
   append_keyword(out, "font-stretch", style.font_stretch, SVG_KW_normal);
   append_length(out, "font-size-adjust", style.font_size_adjust, SVG_KW_none);
-  append_length(out, "baseline-shift", style.baseline_shift, SVG_KW_baseline);
   append_length(out, "kerning", style.kerning, SVG_KW_auto);
   if (style.letter_spacing != 0) append_attribute(out, "letter-spacing", style.letter_spacing);
   if (style.word_spacing != 0) append_attribute(out, "word-spacing", style.word_spacing);

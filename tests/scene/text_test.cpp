@@ -99,6 +99,30 @@ text tspan 'b' fill=#000000 length=tspan 24 glyphs length=text 40
 text textPath 'cd' chunk fill=#000000 path=5 M1 10 L11 10 length=text 40
 text tspan 'e' last dx=2 fill=#000000 path=5 M1 10 L11 10 length=text 40
 )"},
+    {"boxes that only the host knows",
+     "<linearGradient id='l' y2='1' gradientTransform='scale(.5)'><stop/><stop offset='1'/></linearGradient>"
+     "<pattern id='p' width='.5' height='.5' patternContentUnits='objectBoundingBox'><path d='M0 0h1'/></pattern>"
+     "<clipPath id='c' clipPathUnits='objectBoundingBox' transform='scale(.5)'><path d='M0 0h1'/></clipPath><mask id='m'><path d='M0 0h1'/></mask>"
+     "<text fill='url(#l)' stroke='url(#p)'>a<tspan baseline-shift='2'>b<tspan baseline-shift='super' dy='3'>c</tspan></tspan></text>"
+     "<text clip-path='url(#c)'>d</text><g mask='url(#m)'><text>e</text><rect width='1' height='1'/></g>"
+     "<g mask='url(#m)'><text textLength='1'/><rect width='1' height='1'/></g>", false, R"(
+text text 'a' x=0 y=0 chunk first fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of box 0 #000000 1 #000000) stroke=pattern(p)
+text tspan 'b' baseline=-2 fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of box 0 #000000 1 #000000) stroke=pattern(p)
+text tspan 'c' last dy=3 baseline=-6.8 fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of box 0 #000000 1 #000000) stroke=pattern(p)
+group text
+  clip c matrix=0.5 0 0 0.5 0 0 of box
+    shape path fill=#000000 M0 0 L1 0
+  text text 'd' x=0 y=0 chunk first last fill=#000000
+group g
+  mask m area=-0.1 -0.1 1.2 1.2 of box
+    shape path fill=#000000 M0 0 L1 0
+  text text 'e' x=0 y=0 chunk first last fill=#000000
+  shape rect fill=#000000 M0 0 L1 0 1 1 0 1 Z
+group g
+  mask m area=-0.1 -0.1 1.2 1.2
+    shape path fill=#000000 M0 0 L1 0
+  shape rect fill=#000000 M0 0 L1 0 1 1 0 1 Z
+)"},
     {"links and decorations from around",
      "<g text-decoration='underline' fill='red' stroke='url(#l)'><text fill='blue' stroke='none'>a<a xlink:href='#l'>b<a>c</a>"
      "<a xlink:href='http://x/' text-decoration='overline'>d</a></a></text></g>"

@@ -315,6 +315,14 @@ TEST(SceneWalk, ExpansionHasABudget) {
   const Document dotted(drawing(USUAL, dots + "'/>"), AccountingCore::defaults(), limit);
   EXPECT_TRUE(scene_list(Scene(dotted)).ends_with("error 1930\n"));
 
+  // What is measured counts, too: each of these groups for its own clip and for those around.
+  std::string groups = "<clipPath id='c' clipPathUnits='objectBoundingBox'/>";
+  for (int level = 0; level < 150; level++) groups += "<g clip-path='url(#c)'>";
+  groups += "<rect width='1' height='1'/>";
+  for (int level = 0; level < 150; level++) groups += "</g>";
+  const Document nested(drawing(USUAL, groups), AccountingCore::defaults(), limit);
+  EXPECT_TRUE(scene_list(Scene(nested)).ends_with("error 1930\n"));
+
   for (int level = 0; level < 100; level++)
     masks += "<mask id='m" + std::to_string(level) +
              "' maskUnits='userSpaceOnUse'>"

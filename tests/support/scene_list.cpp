@@ -58,7 +58,7 @@ std::string paint_text(const Lines &lines, const svg_scene_paint &paint) {
     const svg_scene_gradient &g = *paint.gradient;
     result = g.radial ? "radial(" + short_numbers(&g.cx, 5) : "linear(" + short_numbers(&g.x1, 4);
     if (g.spread != SVG_KW_pad) result += std::string(" ") + svg_get_keyword_text(g.spread);
-    result += matrix_text(g.matrix);
+    result += matrix_text(g.matrix) + (g.of_box ? " of box" : "");
     for (const svg_scene_stop &stop : std::span(g.stops, g.stop_count)) {
       result += " " + short_number(stop.offset) + " " + color_text(stop.rgb, stop.color);
       if (stop.opacity != 1) result += "/" + short_number(stop.opacity);
@@ -77,7 +77,8 @@ void add_pattern(Lines &lines, const svg_scene_pattern &p) {
   lines.add("pattern " + id_of(lines, p.element) + " tile=" + short_numbers(p.tile, 4) +
             matrix_text(p.matrix) +
             (p.content != p.element ? " content=" + id_of(lines, p.content) : "") +
-            matrix_text(p.content_matrix, "content-matrix") + (p.clipped ? "" : " visible"));
+            matrix_text(p.content_matrix, "content-matrix") + (p.clipped ? "" : " visible") +
+            (p.of_box ? " of box" : "") + (p.content_of_box ? " content of box" : ""));
 }
 
 extern const svg_scene_callbacks callbacks;
@@ -106,12 +107,14 @@ void add_group(Lines &lines, const svg_scene_group &group) {
   lines.add(line);
   lines.indent++;
   if (group.clip)
-    lines.add("clip " + id_of(lines, group.clip->element) + matrix_text(group.clip->matrix));
+    lines.add("clip " + id_of(lines, group.clip->element) + matrix_text(group.clip->matrix) +
+              (group.clip->of_box ? " of box" : ""));
 }
 
 void add_mask(Lines &lines, const svg_scene_mask &mask) {
   lines.add("mask " + id_of(lines, mask.element) + " area=" + short_numbers(mask.area, 4) +
-            matrix_text(mask.matrix));
+            matrix_text(mask.matrix) + (mask.of_box ? " of box" : "") +
+            (mask.content_of_box ? " content of box" : ""));
 }
 
 void begin_group(void *user, const svg_scene_group *group) {
@@ -170,6 +173,7 @@ void add_run(Lines &lines, const svg_scene_run &run) {
     if (run.flags & static_cast<uint32_t>(bit)) line += std::string(" ") + name;
   add("dx", run.dx, 0);
   add("dy", run.dy, 0);
+  add("baseline", run.baseline, 0);
   add("rotate", run.rotate, 0);
   add("stretch", run.stretch, 1);
   add("spacing", run.spacing, 0);
