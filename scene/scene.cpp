@@ -79,6 +79,6 @@ void svg_scene_warn(svg_scene *scene, svg_scene_warning warning, const svg_e_nod
   const char *id = svg_find_href_id(scene->parser, element);
   if (strcmp(id, "(empty)") != 0) name = ort_errprintf(scene->core, "%s #%s", name, id);
   ort_warning(scene->core, warning, name,
-              ort_errprintf(scene->core, "%ld", static_cast<long>(svg_get_line(element))), nullptr,
+              ort_errprintf(scene->core, "%ld", static_cast<long>(element->line)), nullptr,
               nullptr);
 }

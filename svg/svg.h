@@ -323,9 +323,6 @@ ORT_API const svg_a_node *svg_find_value(const svg_e_node *element, const char *
 /** The element that an element lies in, in constant time; null for the outermost one. */
 ORT_API svg_e_node *svg_get_parent(const svg_e_node *element);
 
-/** The line of an element's start tag, from 1, as in warnings. */
-ORT_API uint32_t svg_get_line(const svg_e_node *element);
-
 /** The element that bears an id or name, or null. */
 ORT_API svg_e_node *svg_find_name(const svg_parser *parser, const char *name);
 

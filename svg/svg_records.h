@@ -78,6 +78,7 @@ typedef struct svg_e_node {
   int16_t id_nid;          /**< the CSS engine's number of the id, -1 for none */
   int16_t *class_nids;     /**< the CSS engine's numbers of the classes that some selector names */
   int32_t class_num;       /**< their number */
+  uint32_t line;           /**< of its start tag, as in warnings */
 } svg_e_node;
 
 /** A text: the character data between two tags. */

@@ -119,8 +119,9 @@ void Simplifier::close_text() {
 std::string Simplifier::run_text(const svg_scene_run &run, bool begins) {
   const std::string stroke = take_text(), fill = take_text();
   std::string result;
-  const auto is_given = [&](uint32_t flag, double value) { // a text begins at 0, 0
-    return begins ? value != 0 : (run.flags & flag) != 0;
+  // An anchor holds for the place beside it. On a path, 0 would be another place than none.
+  const auto is_given = [&](uint32_t flag, double value) {
+    return begins ? !run.path || value != 0 : (run.flags & flag) != 0;
   };
   if (is_given(SVG_RUN_X, run.x)) append_attribute(result, "x", run.x);
   if (is_given(SVG_RUN_Y, run.y)) append_attribute(result, "y", run.y);

@@ -33,11 +33,10 @@ static void delete_element_data(ort_core *core, svg_e_node *element);
 
 namespace {
 
-// Hosts know the layout of an element, which has no fields for these.
+// Hosts know the layout of an element, which has no field for this.
 struct element_block {
   svg_e_node node;
   svg_e_node *parent; // null for the outermost
-  uint32_t line;      // of its start tag
 };
 
 } // namespace
@@ -56,10 +55,6 @@ svg_e_node *svg_get_parent(const svg_e_node *element) {
   return reinterpret_cast<const element_block *>(element)->parent;
 }
 
-uint32_t svg_get_line(const svg_e_node *element) {
-  return reinterpret_cast<const element_block *>(element)->line;
-}
-
 void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   const svg_elem_def *row = &svg_elem_table[id];
   count_node(p);
@@ -69,9 +64,9 @@ void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   svg_e_node *node = svg_e_node_new(p->core, id);
   node->level = p->level;
   node->prev = p->cur_enode;
-  auto *block = reinterpret_cast<element_block *>(node);
-  block->parent = p->level > 1 ? ort_top<svg_open_element>(p->open_elements).node : nullptr;
-  block->line = static_cast<uint32_t>(svg_xml_line(p));
+  node->line = static_cast<uint32_t>(svg_xml_line(p));
+  reinterpret_cast<element_block *>(node)->parent =
+      p->level > 1 ? ort_top<svg_open_element>(p->open_elements).node : nullptr;
   node->head.flags = initial_flags(id);
   link_child(p, &node->head);
   p->cur_enode = node;
