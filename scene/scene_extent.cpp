@@ -39,16 +39,19 @@ void svg_scene_add_path(svg_scene_extent *extent, const svg_pada *runs, size_t c
   }
 }
 
-int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, int32_t stroked, double box[4]) {
+int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, const double *matrix, int32_t stroked,
+                                double box[4]) {
   svg_scene_extent extent;
-  svg_scene_add_path(&extent, shape->segments, shape->segment_count, SVG_SCENE_IDENTITY);
-  if (stroked != 0 && shape->stroke.kind != SVG_SCENE_PAINT_NONE) {
-    const svg_scene_style &style = *shape->item.style;
-    const svg_scene_pen pen = {style.stroke_width, style.stroke_linecap, style.stroke_linejoin,
-                               style.stroke_miterlimit};
-    svg_scene_add_stroke(&extent, shape->segments, shape->segment_count, pen, SVG_SCENE_IDENTITY);
-  }
+  if (!matrix) matrix = SVG_SCENE_IDENTITY;
+  svg_scene_add_path(&extent, shape->segments, shape->segment_count, matrix);
+  if (stroked != 0 && shape->stroke.kind != SVG_SCENE_PAINT_NONE)
+    svg_scene_add_stroke(&extent, shape->segments, shape->segment_count,
+                         svg_scene_pen_of(*shape->item.style), matrix);
   return svg_scene_get_extent(extent, box);
+}
+
+svg_scene_pen svg_scene_pen_of(const svg_scene_style &style) {
+  return {style.stroke_width, style.stroke_linecap, style.stroke_linejoin, style.stroke_miterlimit};
 }
 
 int svg_scene_turns(const svg_scene_step &curve, double t[4]) {

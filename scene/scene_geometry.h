@@ -108,6 +108,7 @@ struct svg_scene_pen {
   int32_t linecap, linejoin;
   double miterlimit;
 };
+svg_scene_pen svg_scene_pen_of(const svg_scene_style &style);
 
 // The same for what the pen draws along the segments, as if without dashes.
 void svg_scene_add_stroke(svg_scene_extent *extent, const svg_pada *runs, size_t count,

@@ -7,6 +7,8 @@
 
 static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
                         const svg_scene_path *path, svg_scene_group *group);
+static void describe_shape(const svg_scene_style &style, const svg_scene_path &path,
+                           svg_scene_group *group);
 static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,
                               const svg_scene_path *path, double room[4]);
 
@@ -69,6 +71,20 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
   if (is_of_clip) return;
   group->opacity = opacity_of(frame);
   group->link = svg_scene_link_of(frame->element);
+  if (path) describe_shape(*frame->style, *path, group);
+}
+
+static void describe_shape(const svg_scene_style &style, const svg_scene_path &path,
+                           svg_scene_group *group) {
+  if (style.marker_start || style.marker_mid || style.marker_end) return;
+  const bool is_stroked = style.stroke.kind != SVG_PAINT_NONE && style.stroke_width > 0;
+  group->is_single = !is_stroked || style.fill.kind == SVG_PAINT_NONE;
+  svg_scene_extent extent;
+  svg_scene_add_path(&extent, path.runs, path.count, SVG_SCENE_IDENTITY);
+  if (is_stroked)
+    svg_scene_add_stroke(&extent, path.runs, path.count, svg_scene_pen_of(style),
+                         SVG_SCENE_IDENTITY);
+  group->has_bounds = svg_scene_get_extent(extent, group->bounds);
 }
 
 static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,

@@ -5,6 +5,7 @@
 
 #include "scene/scene_geometry.h"
 #include "scene/scene_outline.h"
+#include "scene/scene_walk.h"
 
 namespace {
 
@@ -81,6 +82,37 @@ svg_scene_path svg_scene_outline(svg_scene *scene, const svg_scene_place &place)
 }
 
 // The list of numbers itself when none has a unit.
+svg_scene_path svg_scene_map_path(svg_scene *scene, const svg_scene_path &path,
+                                  const double matrix[6]) {
+  const size_t points = svg_scene_count_points(path.runs, path.count);
+  svg_scene_count(scene, points / 64);
+  auto *runs = svg_scene_take_array<svg_pada>(scene, path.count);
+  auto *numbers = svg_scene_take_array<double>(scene, 2 * points);
+  const bool is_finite = svg_scene_map_runs(path, matrix, runs, numbers);
+  return {runs, is_finite ? path.count : 0};
+}
+
+size_t svg_scene_count_points(const svg_pada *runs, size_t count) {
+  size_t points = 0;
+  for (size_t i = 0; i < count; ++i) points += static_cast<size_t>(runs[i].count);
+  return points;
+}
+
+bool svg_scene_map_runs(const svg_scene_path &path, const double matrix[6], svg_pada *runs,
+                        double *numbers) {
+  double *next = numbers;
+  for (size_t i = 0; i < path.count; ++i) {
+    const svg_pada &run = path.runs[i];
+    runs[i] = {run.type, run.count, next};
+    for (int32_t k = 0; k < run.count; ++k, next += 2) {
+      const svg_scene_point p = svg_scene_map(matrix, run.points[2 * k], run.points[2 * k + 1]);
+      next[0] = p.x;
+      next[1] = p.y;
+    }
+  }
+  return svg_scene_are_finite(numbers, static_cast<size_t>(next - numbers));
+}
+
 static svg_scene_path find_points(svg_scene *scene, const svg_scene_place &place, bool closed) {
   const auto *list = svg_scene_find<svg_an_unum_list>(place.element, SVG_ATTR_points);
   if (!list) return {};

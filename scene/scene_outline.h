@@ -16,4 +16,14 @@ struct svg_scene_path {
 // The outline of an element; of one that is no basic shape, path or glyph, none.
 svg_scene_path svg_scene_outline(svg_scene *scene, const svg_scene_place &place);
 
+// A path under a matrix; it has no runs when a number overflows. 64 points count as a shown element
+// and raise ORT_E_LIMIT.
+svg_scene_path svg_scene_map_path(svg_scene *scene, const svg_scene_path &path,
+                                  const double matrix[6]);
+
+// The same into arrays that have room for runs and numbers; false when a number overflows.
+size_t svg_scene_count_points(const svg_pada *runs, size_t count);
+bool svg_scene_map_runs(const svg_scene_path &path, const double matrix[6], svg_pada *runs,
+                        double *numbers);
+
 #endif

@@ -61,9 +61,7 @@ static void measure_shape(svg_scene_walk *walk, const svg_scene_frame *frame,
   const svg_scene_style &style = *frame->style;
   svg_scene_add_path(walk->extent, path.runs, path.count, frame->ctm);
   if (!walk->is_stroked || style.stroke.kind == SVG_PAINT_NONE) return;
-  const svg_scene_pen pen = {style.stroke_width, style.stroke_linecap, style.stroke_linejoin,
-                             style.stroke_miterlimit};
-  svg_scene_add_stroke(walk->extent, path.runs, path.count, pen, frame->ctm);
+  svg_scene_add_stroke(walk->extent, path.runs, path.count, svg_scene_pen_of(style), frame->ctm);
 }
 
 // A shape in a clip path is there, whatever its paints (SVG 1.1, 14.3.5).

@@ -107,10 +107,6 @@ private:
 void svg_scene_make_run(const svg_scene_text *text, const svg_scene_piece *piece,
                         svg_scene_run *run);
 
-// A path under a matrix; it has no runs when a number overflows.
-svg_scene_path svg_scene_map_path(svg_scene *scene, const svg_scene_path &path,
-                                  const double matrix[6]);
-
 // ---- What the walk calls ------------------------------------------------------------------------
 
 // Shows the text of a frame that is not pushed: paints it, or measures it where its length is

@@ -274,27 +274,6 @@ static void paint_outline(const svg_scene_text *text, const svg_scene_span *span
   svg_scene_release(scene, mark);
 }
 
-svg_scene_path svg_scene_map_path(svg_scene *scene, const svg_scene_path &path,
-                                  const double matrix[6]) {
-  uint64_t points = 0;
-  for (size_t i = 0; i < path.count; ++i) points += path.runs[i].count;
-  svg_scene_count(scene, points / 64);
-  auto *runs = svg_scene_take_array<svg_pada>(scene, path.count);
-  auto *numbers = svg_scene_take_array<double>(scene, 2 * points);
-  double *next = numbers;
-  for (size_t i = 0; i < path.count; ++i) {
-    const svg_pada &run = path.runs[i];
-    runs[i] = {run.type, run.count, next};
-    for (size_t k = 0; k < run.count; ++k, next += 2) {
-      const svg_scene_point p = svg_scene_map(matrix, run.points[2 * k], run.points[2 * k + 1]);
-      next[0] = p.x;
-      next[1] = p.y;
-    }
-  }
-  const bool is_finite = svg_scene_are_finite(numbers, 2 * points);
-  return {runs, is_finite ? path.count : 0};
-}
-
 // Underline, overline and line-through of a piece as rectangles.
 static void paint_lines(const svg_scene_text *text, const svg_scene_piece *piece,
                         const double to_text[6], const double matrix[6]) {

@@ -96,7 +96,7 @@ struct beginning {
 static void run(void *argument) {
   const auto *of = static_cast<const beginning *>(argument);
   of->start(of->walk, of->argument);
-  while (of->walk->top) advance(of->walk);
+  while (of->walk->top && !of->walk->is_over) advance(of->walk);
 }
 
 void svg_scene_go(svg_scene_walk *walk, void (*start)(svg_scene_walk *walk, const void *argument),

@@ -55,7 +55,8 @@ struct svg_scene_walk {
   bool is_stroked;          // of SVG_SCENE_MEASURE: with strokes and markers
   svg_scene_extent *extent; // of SVG_SCENE_MEASURE
   svg_scene_frame *top;
-  int depth; // of walks for painting within each other
+  bool is_over; // nothing more is to be told
+  int depth;    // of walks for painting within each other
 };
 
 // ---- Walking (scene_walk.cpp) -------------------------------------------------------------------

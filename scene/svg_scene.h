@@ -266,10 +266,14 @@ typedef struct svg_scene_item {
 typedef struct svg_scene_group {
   svg_scene_item item;        /**< its element, and where it lies */
   double opacity;             /**< 0 to 1, of the group as a whole */
+  int32_t is_single;          /**< not 0: there is one fill or one stroke in it and no more, whose
+                                   opacity may as well be multiplied */
   const svg_scene_clip *clip; /**< or null */
   const svg_scene_mask *mask; /**< or null */
   int32_t has_viewport;       /**< not 0: nothing shows outside of viewport */
   double viewport[4];         /**< the overflow clip of svg, symbol, marker */
+  int32_t has_bounds;         /**< not 0: bounds are known, as those of a shape without markers */
+  double bounds[4];           /**< a box around all that is in it, with strokes */
   const svg_iri *link;        /**< target of an a element, else null */
 } svg_scene_group;
 
@@ -387,10 +391,14 @@ typedef struct svg_scene_callbacks {
   double (*measure)(void *user, const svg_scene_run *run);
 } svg_scene_callbacks;
 
-/** The box of a shape, in its user space, as svg_scene_get_box has it.
- * @return 1, or 0 when it has none */
-ORT_API int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, int32_t stroked,
-                                        double box[4]);
+/** The box of a shape, as svg_scene_get_box has it.
+ * @param shape    the shape
+ * @param matrix   from its user space to that of the box, as item.ctm; null: the same
+ * @param stroked  not 0: with its stroke
+ * @param box      receives the box
+ * @return 1, or 0 when it has none: then the box is untouched */
+ORT_API int32_t svg_scene_get_shape_box(const svg_scene_shape *shape, const double *matrix,
+                                        int32_t stroked, double box[4]);
 
 /** Paints the drawing, or an element with all that is around it left out.
  * @param scene      the scene
@@ -408,6 +416,20 @@ ORT_API void svg_scene_paint_element(svg_scene *scene, const svg_e_node *element
  * @raises as svg_scene_paint_element */
 ORT_API void svg_scene_paint_pattern(svg_scene *scene, const svg_scene_pattern *pattern,
                                      const svg_scene_callbacks *callbacks, void *user);
+
+/** The outline of a clip path in which there is no more than one shape, for hosts that clip by
+ * paths.
+ * @param scene      the scene
+ * @param clip       the clip path
+ * @param segments   receives its runs, in the user space of what is clipped; valid until the next
+ *     call with this scene
+ * @param count      receives their number; 0: nothing shows
+ * @param fill_rule  receives SVG_KW_nonzero or SVG_KW_evenodd
+ * @return 1, or 0 when it takes svg_scene_paint_clip: for several shapes, text, clips on clips
+ * @raises as svg_scene_paint_element */
+ORT_API int32_t svg_scene_get_clip_outline(svg_scene *scene, const svg_scene_clip *clip,
+                                           const svg_pada **segments, size_t *count,
+                                           int32_t *fill_rule);
 
 /** Paints the content of a clip path, in the content's user space: shapes and runs with an opaque
  * fill and no stroke, whose union is what may show; groups with clips of their own.

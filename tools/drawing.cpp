@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <utility>
 
+#include "tools/protect.h"
+
 static std::vector<const char *> texts(const std::vector<std::string> &strings) {
   std::vector<const char *> result;
   result.reserve(strings.size());
@@ -16,10 +18,7 @@ static std::vector<const char *> texts(const std::vector<std::string> &strings) 
 }
 
 Drawing::Drawing(std::string path, const ReadSettings &settings)
-    : path_(std::move(path)), name_(path_ == "-" ? "standard input" : path_), settings_(settings),
-      notes_(settings.note_sources), refused_elements_(texts(settings.refused_elements)),
-      refused_properties_(texts(settings.refused_properties)),
-      selected_(settings.selectors.size()) {
+    : Drawing(std::move(path), settings, nullptr) {
   ort_options options;
   ort_options_init(&options);
   options.message = on_message;
@@ -39,21 +38,27 @@ Drawing::Drawing(std::string path, const ReadSettings &settings)
                                              : std::filesystem::path(path_).parent_path().string();
     css_context_.base_folder = folder_.empty() ? "." : folder_.c_str();
   }
-  if (path_ == "-" && !read_standard_input()) return;
-  const auto body = [](void *drawing) { static_cast<Drawing *>(drawing)->read(); };
-  if (ort_protect(core_, body, this) != 0)
-    svg_ = nullptr;
-  else
-    note_waiting_links();
-  notes_.finish();
+  if (path_ != "-" || read_standard_input()) read();
 }
+
+Drawing::Drawing(const Drawing &outer, const unsigned char *data, size_t size)
+    : Drawing("embedded drawing", outer.settings_, outer.core_) {
+  bytes_ = {reinterpret_cast<const char *>(data), size};
+  read();
+}
+
+Drawing::Drawing(std::string path, const ReadSettings &settings, ort_core *outer)
+    : path_(std::move(path)), name_(path_ == "-" ? "standard input" : path_), settings_(settings),
+      notes_(settings.note_sources), refused_elements_(texts(settings.refused_elements)),
+      refused_properties_(texts(settings.refused_properties)), core_(outer),
+      is_embedded_(outer != nullptr), selected_(settings.selectors.size()) {}
 
 Drawing::~Drawing() {
   if (!core_) return;
   svg_parser_delete(parser_);
   ort_gzclose(gz_);
   ort_fclose(file_);
-  ort_core_delete(core_);
+  if (!is_embedded_) ort_core_delete(core_);
 }
 
 bool Drawing::read_standard_input() {
@@ -61,15 +66,25 @@ bool Drawing::read_standard_input() {
   for (size_t length;
        (length = fread(block, 1, sizeof block, stdin)) > 0 && input_.size() < ORT_LIMIT_MEMORY;)
     input_.append(block, length);
+  bytes_ = input_;
   if (ferror(stdin) == 0) return true;
   const std::string text = "Cannot open file '" + name_ + "': " + strerror(errno);
   notes_.on_message(ORT_ERROR, ORT_E_OPEN, text.c_str(), {});
   return false;
 }
 
-// Runs inside ort_protect: no local with a destructor.
 void Drawing::read() {
-  open();
+  if (protect(core_, [this] { parse(); }) != 0)
+    svg_ = nullptr;
+  else
+    note_waiting_links();
+  notes_.finish();
+}
+
+// Runs inside ort_protect: no local with a destructor.
+void Drawing::parse() {
+  file_ = bytes_.data() ? ort_fopen_memory(core_, name_.c_str(), bytes_.data(), bytes_.size())
+                        : ort_fopen(core_, path_.c_str());
   if (ort_is_gzip(file_)) gz_ = ort_gzopen(file_);
   svg_register_errtab(core_);
   parser_ =
@@ -98,11 +113,6 @@ Place Drawing::sheet_place() const {
   if (parser_ && svg_get_sheet_place(parser_, &place.line, &place.column) == SVG_SHEET_STYLE)
     place.element = "style";
   return place;
-}
-
-void Drawing::open() {
-  file_ = path_ == "-" ? ort_fopen_memory(core_, name_.c_str(), input_.data(), input_.size())
-                       : ort_fopen(core_, path_.c_str());
 }
 
 void Drawing::note_waiting_links() {
@@ -137,35 +147,21 @@ const char *Drawing::waiting_name(const svg_iri *iri) const {
 }
 
 std::string Drawing::font_name(const svg_font *font) const {
-  struct Request {
-    const Drawing *drawing;
-    const svg_font *font;
-    ort_bs *name;
-  } request = {this, font, nullptr};
-  const auto body = [](void *argument) {
-    auto *r = static_cast<Request *>(argument);
-    r->name = ort_bs_new(r->drawing->core_);
-    svg_create_fontname(r->drawing->parser_, r->font, r->name);
-  };
-  const bool made = ort_protect(core_, body, &request) == 0;
-  std::string name = made ? ort_bs_text(request.name) : "";
-  ort_bs_delete(request.name);
+  ort_bs *text = nullptr;
+  const int code = protect(core_, [&] {
+    text = ort_bs_new(core_);
+    svg_create_fontname(parser_, font, text);
+  });
+  std::string name = code == 0 ? ort_bs_text(text) : "";
+  ort_bs_delete(text);
   return name;
 }
 
 bool Drawing::accepts_language(const svg_e_node *element) const {
   if ((element->head.flags & SVG_EF_SYSLANG) == 0) return true;
-  struct Request {
-    svg_parser *parser;
-    const svg_e_node *element;
-    bool accepted;
-  } request = {parser_, element, false};
-  const auto body = [](void *argument) {
-    auto *r = static_cast<Request *>(argument);
-    r->accepted = svg_check_system_language(r->parser, r->element) != 0;
-  };
-  ort_protect(core_, body, &request);
-  return request.accepted;
+  bool accepted = false;
+  protect(core_, [&] { accepted = svg_check_system_language(parser_, element) != 0; });
+  return accepted;
 }
 
 void Drawing::on_message(void *user, ort_severity severity, int code, const char *text) {

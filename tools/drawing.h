@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_map>
 #include <vector>
 
@@ -42,6 +43,9 @@ class Drawing final : public Surroundings {
 public:
   // Reads the drawing; path "-" is standard input. ok() tells whether there is a tree.
   Drawing(std::string path, const ReadSettings &settings);
+  // Reads a drawing inside of another one, on its core and as the settings say, without sheets from
+  // outside; messages are among the outer one's. The data must outlive it.
+  Drawing(const Drawing &outer, const unsigned char *data, size_t size);
   ~Drawing();
   Drawing(const Drawing &) = delete;
   Drawing &operator=(const Drawing &) = delete;
@@ -88,10 +92,11 @@ private:
     }
   };
 
+  Drawing(std::string path, const ReadSettings &settings, ort_core *outer);
   Place sheet_place() const;
   bool read_standard_input();
   void read();
-  void open();
+  void parse();
   void note_waiting_links();
   static void on_message(void *user, ort_severity severity, int code, const char *text);
   static void on_log(void *user, const char *text, size_t length);
@@ -107,13 +112,15 @@ private:
   std::string path_;
   std::string name_;
   std::string folder_;
-  std::string input_; // of standard input
+  std::string input_;      // of standard input
+  std::string_view bytes_; // null: those of the file
   const ReadSettings &settings_;
   Notes notes_;
   std::vector<const char *> refused_elements_;
   std::vector<const char *> refused_properties_;
   css_context css_context_ = {};
-  ort_core *core_ = nullptr;
+  ort_core *core_;
+  bool is_embedded_; // the core is another drawing's
   svg_parser *parser_ = nullptr;
   ort_file *file_ = nullptr;
   ort_gz *gz_ = nullptr;

@@ -34,15 +34,18 @@ private:
 
 } // namespace
 
-void run_jobs_of(size_t count, int jobs, const Make &make,
+void run_jobs_of(size_t count, int jobs, Progress &progress, const Make &make,
                  const std::function<bool(const void *)> &show) {
   const size_t workers = std::min(static_cast<size_t>(jobs), count);
   std::unique_ptr<Workers> team;
   if (workers > 1) team = std::make_unique<Workers>(count, make, workers);
+  progress.show(0);
   for (size_t i = 0; i < count; ++i) {
     const std::shared_ptr<void> thing = team ? team->next() : make(i);
     if (!show(thing.get())) break;
+    progress.show(i + 1);
   }
+  progress.clear();
 }
 
 Workers::Workers(size_t count, const Make &make, size_t workers)

@@ -143,7 +143,8 @@ bool write_json_boxes(JsonWriter &json, const ValueContext &context, const Eleme
   const Scene scene(context.drawing);
   const auto write_box = [&](const svg_e_node *element) {
     std::optional<Box> plain, stroked;
-    const bool ok = scene.measure(element, false, plain) && scene.measure(element, true, stroked);
+    const bool ok = scene.measure(element, nullptr, false, plain) &&
+                    scene.measure(element, nullptr, true, stroked);
     if (!ok) {
       json.null();
       return false;

@@ -71,20 +71,17 @@ int main(int argc, char **argv) {
   const bool quiet = options.check || isatty(STDOUT_FILENO) == 0;
   Progress progress(options.files.size() > 1 && isatty(STDERR_FILENO) != 0 && quiet,
                     options.files.size());
-  progress.show(0);
-  size_t done = 0;
   bool ok = true;
   bool written = flush_output();
   const auto read = [&](size_t i) {
     return std::make_shared<Drawing>(options.files[i], options.reading);
   };
-  run_jobs<Drawing>(options.files.size(), options.jobs, read, [&](const Drawing &drawing) {
-    ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr, progress) && ok;
-    written = flush_output();
-    progress.show(++done);
-    return written;
-  });
-  progress.clear();
+  run_jobs<Drawing>(
+      options.files.size(), options.jobs, progress, read, [&](const Drawing &drawing) {
+        ok = print_drawing(drawing, options, extractor ? &*extractor : nullptr, progress) && ok;
+        written = flush_output();
+        return written;
+      });
   return written && ok ? 0 : 1;
 }
 
@@ -189,12 +186,8 @@ static bool print_answers(const Drawing &drawing, const Options &options, const 
 }
 
 static void print_messages(const Drawing &drawing, size_t first) {
-  for (size_t i = first; i < drawing.messages().size(); ++i) {
-    const Message &message = drawing.messages()[i];
-    fprintf(stderr, "%s: %s %d: %s\n", escaped(drawing.name()).c_str(),
-            message.severity == ORT_ERROR ? "error" : "warning", message.code,
-            escaped(message.text).c_str());
-  }
+  for (size_t i = first; i < drawing.messages().size(); ++i)
+    print_message(drawing.name(), drawing.messages()[i]);
 }
 
 static bool flush_output() {

@@ -2,15 +2,24 @@
 #include "tools/notes.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 #include <functional>
 
 #include "tools/records.h"
+#include "tools/utf8.h"
 
 static bool is_listed(const svg_e_node *element, const char *name);
 
 // As much of a value as is shown: many elements may share a long one.
 constexpr size_t LENIENT_BYTES = 240;
+
+void print_message(const std::string &drawing, const Message &message) {
+  const std::string code = message.code != 0 ? ' ' + std::to_string(message.code) : "";
+  fprintf(stderr, "%s: %s%s: %s\n", escaped(drawing).c_str(),
+          message.severity == ORT_ERROR ? "error" : "warning", code.c_str(),
+          escaped(message.text).c_str());
+}
 
 void Notes::on_message(ort_severity severity, int code, const char *text, const Place &sheet) {
   messages_.push_back({severity, code, text, sheet});

@@ -30,6 +30,9 @@ struct Message {
   Place place;
 };
 
+// Prints "DRAWING: warning CODE: TEXT", without a code that is 0, to standard error.
+void print_message(const std::string &drawing, const Message &message);
+
 // A name that the reader skips, and its first place.
 struct SkippedName {
   std::string name;

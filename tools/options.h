@@ -13,7 +13,7 @@ struct Options {
   ReadSettings reading;
   TextOptions text;
   std::vector<std::string> files;
-  std::vector<std::string> limits; // as they are written
+  bool no_external = false;
   int jobs = 1;
 
   // What to print: the whole document unless one of these says otherwise.

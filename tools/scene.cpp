@@ -1,20 +1,13 @@
 // scene.cpp: see scene.h. The library's callbacks become calls with one kind of record.
 #include "tools/scene.h"
 
-#include <span>
-#include <vector>
-
 namespace {
 
 // A walk in progress, the argument of its callbacks.
 struct Walk {
-  svg_scene *scene;
-  const svg_e_node *element;
   const Scene::Begin &begin;
   const std::function<void()> &end;
   int depth = 0;
-  std::vector<svg_pada> runs; // an outline where it is painted
-  std::vector<double> points;
 };
 
 } // namespace
@@ -24,8 +17,8 @@ static void end_group(void *user, const svg_scene_group *group);
 static void show_shape(void *user, const svg_scene_shape *shape);
 static void show_image(void *user, const svg_scene_image *image);
 static void show_run(void *user, const svg_scene_run *run);
-static std::optional<Box> box_of_outline(Walk &walk, const svg_scene_shape &shape);
-static std::optional<Box> box_of_area(Walk &walk, const svg_scene_image &image);
+static std::optional<Box> box_of_outline(const svg_scene_shape &shape);
+static std::optional<Box> box_of_area(const svg_scene_image &image);
 static std::optional<Point> origin_of(const svg_scene_run &run);
 static Point map(const double matrix[6], double x, double y);
 
@@ -37,47 +30,31 @@ const svg_e_node *server_of(const svg_scene_paint &paint) {
   }
 }
 
-Scene::Scene(const Drawing &drawing) : drawing_(drawing) {
-  const auto body = [](void *argument) {
-    auto *scene = static_cast<Scene *>(argument);
-    scene->scene_ = svg_scene_new(scene->drawing_.parser(), scene->drawing_.svg(), nullptr);
-  };
-  ort_protect(drawing.core(), body, this);
+Scene::Scene(const Drawing &drawing, const svg_scene_options &options) : drawing_(drawing) {
+  ::protect(drawing.core(),
+            [&] { scene_ = svg_scene_new(drawing.parser(), drawing.svg(), &options); });
 }
 
 bool Scene::list(const svg_e_node *element, const Begin &begin,
                  const std::function<void()> &end) const {
   static constexpr svg_scene_callbacks callbacks = {begin_group, end_group, show_shape,
                                                     show_image,  show_run,  nullptr};
-  Walk walk = {scene_, element, begin, end, 0, {}, {}};
-  const auto body = [](void *argument) {
-    const auto *of = static_cast<Walk *>(argument);
-    svg_scene_paint_element(of->scene, of->element, &callbacks, argument);
-  };
-  const bool ok = protect(body, &walk);
+  Walk walk = {begin, end};
+  const bool ok = protect([&] { svg_scene_paint_element(scene_, element, &callbacks, &walk); });
   while (walk.depth > 0) end_group(&walk, nullptr);
   return ok;
 }
 
-bool Scene::measure(const svg_e_node *element, bool stroked, std::optional<Box> &box) const {
-  struct Request {
-    svg_scene *scene;
-    const svg_e_node *element;
-    bool stroked, is_shown;
-    double box[4];
-  } request = {scene_, element, stroked, false, {}};
-  const auto body = [](void *argument) {
-    auto *r = static_cast<Request *>(argument);
-    r->is_shown = svg_scene_get_box(r->scene, r->element, nullptr, r->stroked, r->box) != 0;
+bool Scene::measure(const svg_e_node *element, const svg_e_node *ancestor, bool stroked,
+                    std::optional<Box> &box) const {
+  Box found;
+  bool is_shown = false;
+  const auto body = [&] {
+    is_shown = svg_scene_get_box(scene_, element, ancestor, stroked, found.data()) != 0;
   };
-  if (!protect(body, &request)) return false;
-  box.reset();
-  if (request.is_shown) box = std::to_array(request.box);
+  if (!protect(body)) return false;
+  box = is_shown ? std::optional(found) : std::nullopt;
   return true;
-}
-
-bool Scene::protect(void (*body)(void *argument), void *argument) const {
-  return scene_ && ort_protect(drawing_.core(), body, argument) == 0;
 }
 
 Point Scene::size() const {
@@ -104,7 +81,7 @@ static void show_shape(void *user, const svg_scene_shape *shape) {
   Walk &walk = walk_of(user);
   walk.begin({.item = &shape->item,
               .depth = walk.depth,
-              .box = box_of_outline(walk, *shape),
+              .box = box_of_outline(*shape),
               .shape = shape,
               .fill = &shape->fill,
               .stroke = &shape->stroke});
@@ -112,10 +89,8 @@ static void show_shape(void *user, const svg_scene_shape *shape) {
 
 static void show_image(void *user, const svg_scene_image *image) {
   Walk &walk = walk_of(user);
-  walk.begin({.item = &image->item,
-              .depth = walk.depth,
-              .box = box_of_area(walk, *image),
-              .image = image});
+  walk.begin(
+      {.item = &image->item, .depth = walk.depth, .box = box_of_area(*image), .image = image});
 }
 
 static void show_run(void *user, const svg_scene_run *run) {
@@ -128,30 +103,13 @@ static void show_run(void *user, const svg_scene_run *run) {
               .stroke = &run->stroke});
 }
 
-// A box of the mapped outline is tight where the mapped box of the outline is not. An affine map
-// of a curve is the curve of the mapped points.
-static std::optional<Box> box_of_outline(Walk &walk, const svg_scene_shape &shape) {
-  const std::span segments(shape.segments, shape.segment_count);
-  walk.runs.assign(segments.begin(), segments.end());
-  walk.points.clear();
-  for (const svg_pada &run : segments)
-    for (int i = 0; i < run.count; ++i) {
-      const Point at = map(shape.item.ctm, run.points[2 * i], run.points[2 * i + 1]);
-      walk.points.insert(walk.points.end(), at.begin(), at.end());
-    }
-  double *points = walk.points.data();
-  for (svg_pada &run : walk.runs) {
-    run.points = points;
-    points += 2 * run.count;
-  }
-  svg_scene_shape mapped = shape;
-  mapped.segments = walk.runs.data();
+static std::optional<Box> box_of_outline(const svg_scene_shape &shape) {
   Box box;
-  if (svg_scene_get_shape_box(&mapped, 0, box.data()) == 0) return {};
+  if (svg_scene_get_shape_box(&shape, shape.item.ctm, 0, box.data()) == 0) return {};
   return box;
 }
 
-static std::optional<Box> box_of_area(Walk &walk, const svg_scene_image &image) {
+static std::optional<Box> box_of_area(const svg_scene_image &image) {
   const auto &[x, y, width, height] = image.area;
   double corners[] = {x, y, x + width, y, x + width, y + height, x, y + height};
   const svg_pada runs[] = {{SVG_PADA_MOVETO, 1, corners}, {SVG_PADA_LINETO, 3, corners + 2}};
@@ -159,7 +117,7 @@ static std::optional<Box> box_of_area(Walk &walk, const svg_scene_image &image) 
   rectangle.item = image.item;
   rectangle.segments = runs;
   rectangle.segment_count = 2;
-  return box_of_outline(walk, rectangle);
+  return box_of_outline(rectangle);
 }
 
 static std::optional<Point> origin_of(const svg_scene_run &run) {

@@ -9,6 +9,7 @@
 
 #include "scene/svg_scene.h"
 #include "tools/drawing.h"
+#include "tools/protect.h"
 
 using Point = std::array<double, 2>; // x, y
 using Box = std::array<double, 4>;   // x, y, width, height
@@ -32,7 +33,7 @@ const svg_e_node *server_of(const svg_scene_paint &paint);
 // What fails is told among the drawing's messages, as any error.
 class Scene {
 public:
-  explicit Scene(const Drawing &drawing);
+  explicit Scene(const Drawing &drawing, const svg_scene_options &options = {});
   ~Scene() { svg_scene_delete(scene_); }
   Scene(const Scene &) = delete;
   Scene &operator=(const Scene &) = delete;
@@ -43,17 +44,22 @@ public:
   using Begin = std::function<void(const Painted &)>;
   bool list(const svg_e_node *element, const Begin &begin, const std::function<void()> &end) const;
 
-  // The box of an element in the space around the outermost svg, nothing when it shows nothing.
-  // Returns false after an error.
-  bool measure(const svg_e_node *element, bool stroked, std::optional<Box> &box) const;
+  // The box of an element as svg_scene_get_box has it, nothing when it shows nothing. Returns false
+  // after an error.
+  bool measure(const svg_e_node *element, const svg_e_node *ancestor, bool stroked,
+               std::optional<Box> &box) const;
 
-  // For a host of its own: the scene, null for lack of memory, and a call that may raise. Returns
-  // false after an error, and without a scene.
+  // For a host of its own: the scene, null for lack of memory, and calls that may raise
+  // (tools/protect.h): false after an error, and without a scene.
   svg_scene *get() const { return scene_; }
-  bool protect(void (*body)(void *argument), void *argument) const;
+  template <class Body> bool protect(const Body &body) const {
+    return scene_ && ::protect(drawing_.core(), body) == 0;
+  }
 
   // The drawing's width and height in pixels.
   Point size() const;
+
+  const Drawing &drawing() const { return drawing_; }
 
 private:
   const Drawing &drawing_;

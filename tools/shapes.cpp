@@ -40,7 +40,8 @@ bool print_boxes(FILE *out, const Drawing &drawing, const Elements &elements, bo
   const Scene scene(drawing);
   for (const svg_e_node *element : elements) {
     std::optional<Box> plain, stroked;
-    if (!scene.measure(element, false, plain) || !scene.measure(element, true, stroked))
+    if (!scene.measure(element, nullptr, false, plain) ||
+        !scene.measure(element, nullptr, true, stroked))
       return false;
     fprintf(out, "%s: %s\n", escaped(drawing.name()).c_str(),
             element_text(drawing, element, full).c_str());

@@ -28,7 +28,7 @@ bool Simplifier::run() {
     if (iri && iri->kind == SVG_IRI_LINK && iri->ref.target) targets_[iri->ref.target];
   });
   parts_.emplace_back();
-  return scene_.protect([](void *self) { static_cast<Simplifier *>(self)->paint(); }, this);
+  return scene_.protect([this] { paint(); });
 }
 
 void Simplifier::paint() {

@@ -27,7 +27,7 @@ const WalkCase cases[] = {
 group svg viewport=0 0 20 10
   shape r matrix=1 0 0 1 1 2 fill=#ff0000 M0 0 L5 0 5 4 0 4 Z
   group c matrix=2 0 0 2 0 0 opacity=0.5
-    group k matrix=1 0 0 1 3 0 opacity=0.25
+    group k matrix=1 0 0 1 3 0 opacity=0.25 single bounds=0 0 1 1
       shape k fill=#000000 M0 0 L1 0 1 1 0 1 Z
   group l link=http://x/
     shape n fill=#000000 stroke=#0000ff width=2 M0 0 L3 0
@@ -123,20 +123,47 @@ group svg viewport=0 0 20 10
   group g
     clip c
       group c
-        clip d matrix=9 0 0 9 0 0
+        clip d matrix=9 0 0 9 0 0 outline M0 0 L4.5 0 4.5 4.5 0 4.5 Z
           shape e fill=#000000 M0 0 L0.5 0 0.5 0.5 0 0.5 Z
         shape r fill=#000000 rule=evenodd M0 0 L5 0 5 4 0 4 Z
         group o
-          clip d matrix=2 0 0 2 0 0
+          clip d matrix=2 0 0 2 0 0 outline M0 0 L1 0 1 1 0 1 Z
             shape e fill=#000000 M0 0 L0.5 0 0.5 0.5 0 0.5 Z
           shape o fill=#000000 M0 0 L2 0 2 2 0 2 Z
         group f
           shape f fill=#000000 M0 0 L3 0 3 3 0 3 Z
-    group q matrix=1 0 0 1 1 1
-      clip d matrix=8 0 0 8 0 0
+    group q matrix=1 0 0 1 1 1 single bounds=0 0 8 8
+      clip d matrix=8 0 0 8 0 0 outline M0 0 L4 0 4 4 0 4 Z
         shape e fill=#000000 M0 0 L0.5 0 0.5 0.5 0 0.5 Z
       shape q fill=#000000 M0 0 L8 0 8 8 0 8 Z
 Element 'rect #f' in line 3: reference in a circle is ignored
+)"},
+    {"outlines of clip paths, groups of one shape",
+     USUAL,
+     R"(<clipPath id='c' transform='scale(2)' clip-rule='evenodd'><use xlink:href='#k' transform='translate(1 1)'/></clipPath><clipPath id='n'><text>x</text></clipPath>
+<clipPath id='e'><g><rect id='k' width='2' height='1'/></g></clipPath><clipPath id='t'><rect id='i' width='2' height='1'/><rect id='j' width='1' height='2'/></clipPath>
+<g id='a' clip-path='url(#c)'/><g id='b' clip-path='url(#e)'/><g id='d' clip-path='url(#t)'/><g id='f' clip-path='url(#n)'/>
+<path id='p' d='M0 0H4' opacity='.5' stroke='red' stroke-width='2'/><path id='q' d='M0 0H4' opacity='.5' fill='none' stroke='red' stroke-width='2' marker-end='url(#m)'/><marker id='m'/>)",
+     R"(
+group svg viewport=0 0 20 10
+  group a
+    clip c matrix=2 0 0 2 0 0 outline evenodd M2 2 L6 2 6 4 2 4 Z
+      group use matrix=1 0 0 1 1 1
+        shape k use=use fill=#000000 rule=evenodd M0 0 L2 0 2 1 0 1 Z
+  group b
+    clip e outline
+  group d
+    clip t
+      shape i fill=#000000 M0 0 L2 0 2 1 0 1 Z
+      shape j fill=#000000 M0 0 L1 0 1 2 0 2 Z
+  group f
+    clip n
+      text text 'x' x=0 y=0 chunk first last fill=#000000
+  group p opacity=0.5 bounds=0 -1 4 2
+    shape p fill=#000000 stroke=#ff0000 width=2 M0 0 L4 0
+  group q opacity=0.5
+    shape q stroke=#ff0000 width=2 M0 0 L4 0
+    group m matrix=2 0 0 2 4 0 viewport=0 0 3 3
 )"},
     {"masks",
      USUAL,
@@ -151,9 +178,9 @@ group svg viewport=0 0 20 10
     mask m area=1 1.2 12 9.6
       shape r fill=#ffffff M0 0 L5 0 5 4 0 4 Z
     shape q matrix=1 0 0 1 2 2 fill=#000000 M0 0 L10 0 10 8 0 8 Z
-  group p
+  group p single bounds=0 0 10 5
     mask n area=1 1 10 2 matrix=10 0 0 5 0 0
-      group s
+      group s single bounds=0 0 5 4
         shape s fill=#000000 M0 0 L5 0 5 4 0 4 Z
     shape p fill=#000000 M0 0 L10 0 10 5 0 5 Z
 Element 'rect #s' in line 3: reference in a circle is ignored

@@ -104,11 +104,26 @@ void add_group(Lines &lines, const svg_scene_group &group) {
   if (group.opacity != 1) line += " opacity=" + short_number(group.opacity);
   if (group.has_viewport) line += " viewport=" + short_numbers(group.viewport, 4);
   line += link_text(lines, group.link);
+  if (group.is_single) line += " single";
+  if (group.has_bounds) line += " bounds=" + short_numbers(group.bounds, 4);
   lines.add(line);
   lines.indent++;
-  if (group.clip)
-    lines.add("clip " + id_of(lines, group.clip->element) + matrix_text(group.clip->matrix) +
-              (group.clip->of_box ? " of box" : ""));
+}
+
+struct ClipOutline {
+  int32_t is_known;
+  const svg_pada *segments;
+  size_t count;
+  int32_t fill_rule;
+};
+
+void add_clip(Lines &lines, const svg_scene_clip &clip, const ClipOutline &outline) {
+  std::string line = "clip " + id_of(lines, clip.element) + matrix_text(clip.matrix) +
+                     (clip.of_box ? " of box" : "");
+  if (outline.is_known)
+    line += (outline.fill_rule == SVG_KW_evenodd ? " outline evenodd" : " outline") +
+            path_text({outline.segments, outline.count});
+  lines.add(line);
 }
 
 void add_mask(Lines &lines, const svg_scene_mask &mask) {
@@ -120,6 +135,10 @@ void add_mask(Lines &lines, const svg_scene_mask &mask) {
 void begin_group(void *user, const svg_scene_group *group) {
   add_group(lines(user), *group);
   if (group->clip) {
+    ClipOutline outline = {};
+    outline.is_known = svg_scene_get_clip_outline(lines(user).scene, group->clip, &outline.segments,
+                                                  &outline.count, &outline.fill_rule);
+    add_clip(lines(user), *group->clip, outline);
     lines(user).indent++;
     svg_scene_paint_clip(lines(user).scene, group->clip, &callbacks, user);
     lines(user).indent--;

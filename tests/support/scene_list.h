@@ -8,17 +8,17 @@
 
 // What is painted, a line each in order, indented by two blanks for each group around it:
 //
-//   group ID matrix=A B C D E F opacity=O viewport=X Y W H link=IRI
+//   group ID matrix=A B C D E F opacity=O viewport=X Y W H link=IRI single bounds=X Y W H
 //   shape ID use=ID matrix=A B C D E F fill=PAINT rule=evenodd stroke=PAINT width=W M0 0 L1 1 Z
 //   image ID matrix=... area=X Y W H IRI bytes=N align=KEYWORD slice visible
 //   text ID 'characters' x=X y=Y dx= dy= rotate= ...
 //
 // What is as usual is left out: the identity, opacity 1, an empty use. IDs of elements without one
 // are the elements' names. Clip paths, masks and patterns follow their line, more indented, with
-// their content within: "clip ID matrix=...", "mask ID area=... matrix=...", "pattern ID tile=...
-// matrix=... content=ID content-matrix=... visible". A PAINT is none, #rrggbb/OPACITY,
-// linear(X1 Y1 X2 Y2 SPREAD matrix=... OFFSET COLOR ...)/OPACITY, radial(CX CY R FX FY ...) or
-// pattern(ID)/OPACITY.
+// their content within: "clip ID matrix=... outline evenodd M0 0 Z", "mask ID area=... matrix=...",
+// "pattern ID tile=... matrix=... content=ID content-matrix=... visible". A PAINT is none,
+// #rrggbb/OPACITY, linear(X1 Y1 X2 Y2 SPREAD matrix=... OFFSET COLOR ...)/OPACITY, radial(CX CY R
+// FX FY ...) or pattern(ID)/OPACITY.
 //
 // element: null for the whole drawing. measured: the host measures text, each character being half
 // an em wide. Ends with "error CODE" when the walk raised.

@@ -154,8 +154,12 @@ class Drawing(unittest.TestCase):
     def test_what_is_not_drawn_is_said_once(self):
         outside = "<image width='9' height='9' xlink:href='x.png'/>"
         broken = f"<image width='9' height='9' xlink:href='{data('image/png', b'no')}'/>"
-        status, _, messages = draw(svg(2 * outside + 2 * broken, "width='9' height='9'"))
-        self.assertEqual((status, messages.count("warning: ")), (0, 2))
+        effects = "<filter/><foreignObject/><rect width='9' height='9'><animate/><set/></rect>"
+        inner = f"<image width='9' height='9' xlink:href='{data('image/svg+xml', svg(effects).encode())}'/>"
+        status, _, messages = draw(svg(2 * (outside + broken + effects + inner)))
+        self.assertEqual((status, messages), (0, "".join(f"standard input: warning: {text}\n" for text in (
+            "an embedded image is no whole PNG, JPEG or SVG of a possible size", "animations are not drawn",
+            "filters are not drawn", "foreignObject is not drawn", "images outside of the drawing are not opened"))))
 
     def test_files(self):
         with tempfile.TemporaryDirectory() as folder:
@@ -173,7 +177,8 @@ class Drawing(unittest.TestCase):
             os.mkdir(os.path.join(folder, "out"))
             self.assertEqual(run("--jobs", "2", "in.svg", "other.svg", "out", cwd=folder), (0, "", ""))
             self.assertEqual(sorted(os.listdir(os.path.join(folder, "out"))), ["in.png", "other.png"])
-            self.assertEqual(run("in.svg", "in.svg", cwd=folder)[0], 2)
+            for arguments in (("in.svg", "in.svg"), ("in.svg", "./in.svg", "out")):
+                self.assertEqual(run(*arguments, cwd=folder)[0], 2)
 
 
 if __name__ == "__main__":

@@ -1,103 +1,76 @@
-// options.cpp: reads the command line with CLI11.
+// options.cpp: the command line of svgdraw.
 #include "tools/svgdraw/options.h"
 
 #include <pango/pango.h>
 
-#include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
+#include <set>
+#include <string_view>
+#include <tuple>
 
-#include "tools/limits.h"
-#include "tools/utf8.h"
+#include "tools/command_line.h"
 
 namespace {
 
 // The options as they are written.
 struct Written {
   std::vector<std::string> paths;
-  std::vector<std::string> limits;
   std::string format;
   std::string background = "none";
 };
 
+constexpr std::string_view FORMATS[] = {"", "png", "pdf", "ps", "svg"}; // by PictureFormat
+
 } // namespace
 
-static void add_options(CLI::App &app, DrawOptions &options, Written &written);
 static std::string take(const Written &written, DrawOptions &options);
 static std::string take_outputs(const Written &written, DrawOptions &options);
 static std::string take_background(const std::string &text, double color[4]);
 static PictureFormat find_format(std::string name);
 
 int parse_draw_options(int argc, char **argv, DrawOptions &options) {
-  CLI::App app("svgdraw draws SVG 1.1 drawings, plain or gzip, as PNG, PDF, PS or SVG.", "svgdraw");
-  app.set_version_flag("--version", "svgdraw " SVGREADER_VERSION);
+  CommandLine line("svgdraw",
+                   "svgdraw draws SVG 1.1 drawings, plain or gzip, as PNG, PDF, PS or SVG.",
+                   "Exit status: 0 all drawings were drawn, 1 some were not, 2 wrong usage.\n"
+                   "The manual page svgdraw(1) tells more.");
   Written written;
-  add_options(app, options, written);
-  app.footer("Exit status: 0 all drawings were drawn, 1 some were not, 2 wrong usage.\n"
-             "The manual page svgdraw(1) tells more.");
-  std::string mistake;
-  try {
-    app.parse(argc, argv);
-    mistake = take(written, options);
-  } catch (const CLI::ParseError &error) {
-    if (error.get_exit_code() == 0) return app.exit(error);
-    mistake = error.what();
-  }
-  if (mistake.empty()) return -1;
-  fprintf(stderr, "svgdraw: %s\nRun svgdraw --help for more information.\n",
-          escaped(mistake).c_str());
-  return 2;
-}
-
-static void add_options(CLI::App &app, DrawOptions &options, Written &written) {
-  app.set_help_flag("--help", "Print this help message and exit"); // -h is the height
   PictureSettings &picture = options.picture;
-  const auto option = [&](const char *name, auto &value, const char *argument, const char *text) {
-    return app.add_option(name, value, text)->option_text(argument);
-  };
-  option("PATH", written.paths, " ",
-         "IN OUT: a drawing and its picture, - for standard input and output; or drawings and the "
-         "folder that their pictures go to");
-  option("-w,--width", picture.width, "PIXELS", "Width of the picture")->check(CLI::PositiveNumber);
-  option("-h,--height", picture.height, "PIXELS", "Height of the picture")
-      ->check(CLI::PositiveNumber);
-  app.add_flag("-a,--keep-aspect-ratio", picture.keep_aspect,
-               "Fit the picture into --width and --height");
-  option("-s,--scale", picture.scale, "FACTOR", "Make the picture so many times as large")
-      ->check(CLI::PositiveNumber);
-  option("-d,--dpi", picture.dpi, "N", "Pixels of an inch (default 96)")
-      ->check(CLI::PositiveNumber);
-  option("-b,--background", written.background, "COLOR", "Color below the drawing (default none)");
-  option("-f,--format", written.format, "FORMAT",
-         "png, pdf, ps or svg (default: as the picture's name ends, else png)");
-  option("-i,--id", picture.id, "ID", "Draw only the element with this id")
-      ->each([&](const std::string &) { picture.has_id = true; });
-  option("--language", options.reading.language, "TAG", "The user's language, for systemLanguage");
-  app.add_flag("--strict", options.reading.strict, "Read as SVG 1.1 says, nothing leniently");
-  option("--limit", written.limits, "NAME=N",
-         "Set pixels, layers, expanded or a limit of svgtree (repeatable)")
-      ->expected(1)
-      ->allow_extra_args(false)
-      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
-  option("--jobs", options.jobs, "N", "Draw so many drawings at a time")->check(CLI::Range(1, 256));
+  line.app().set_help_flag("--help", "Print this help message and exit"); // -h is the height
+  line.add("PATH", written.paths, " ",
+           "IN OUT: a drawing and its picture, - for standard input and output; or drawings and "
+           "the folder that their pictures go to");
+  for (const auto &[name, number, argument, text] :
+       {std::tuple("-w,--width", &picture.width, "PIXELS", "Width of the picture"),
+        std::tuple("-h,--height", &picture.height, "PIXELS", "Height of the picture"),
+        std::tuple("-s,--scale", &picture.scale, "FACTOR",
+                   "Make the picture so many times as large"),
+        std::tuple("-d,--dpi", &picture.dpi, "N", "Pixels of an inch (default 96)")})
+    line.add(name, *number, argument, text)->check(CLI::PositiveNumber);
+  line.add_flag("-a,--keep-aspect-ratio", picture.keep_aspect,
+                "Fit the picture into --width and --height");
+  line.add("-b,--background", written.background, "COLOR",
+           "Color below the drawing (default none)");
+  line.add("-f,--format", written.format, "FORMAT",
+           "png, pdf, ps or svg (default: as the picture's name ends, else png)");
+  line.add("-i,--id", picture.id, "ID", "Draw only the element with this id");
+  line.add("--style-dir", options.reading.style_folder, "DIR",
+           "Folder that style sheets may be read from (default: none are)");
+  line.add_reading(options.reading, options.jobs,
+                   {{"pixels", &picture.pixels}, {"layers", &picture.layers}});
+  return line.parse(argc, argv, [&] { return take(written, options); });
 }
 
 // What is wrong with the command line; "" when it was taken.
 static std::string take(const Written &written, DrawOptions &options) {
   PictureSettings &picture = options.picture;
-  for (const std::string &limit : written.limits)
-    if (std::string mistake = take_limit(
-            limit, options.reading, {{"pixels", &picture.pixels}, {"layers", &picture.layers}});
-        !mistake.empty())
-      return mistake;
-  if (!written.format.empty()) {
-    picture.format = find_format(written.format);
-    if (picture.format == PictureFormat::UNKNOWN)
-      return "--format " + written.format + ": png, pdf, ps or svg is wanted";
-  }
-  if (std::string mistake = take_background(written.background, picture.background);
-      !mistake.empty())
-    return mistake;
-  return take_outputs(written, options);
+  options.reading.external_sheets = !options.reading.style_folder.empty();
+  picture.format = find_format(written.format);
+  if (picture.format == PictureFormat::UNKNOWN && !written.format.empty())
+    return "--format " + written.format + ": png, pdf, ps or svg is wanted";
+  const std::string mistake = take_background(written.background, picture.background);
+  return mistake.empty() ? take_outputs(written, options) : mistake;
 }
 
 static std::string take_outputs(const Written &written, DrawOptions &options) {
@@ -105,29 +78,30 @@ static std::string take_outputs(const Written &written, DrawOptions &options) {
   if (written.paths.size() < 2) return "a drawing and a picture are wanted";
   options.inputs.assign(written.paths.begin(), written.paths.end() - 1);
   const std::string &last = written.paths.back();
-  std::error_code error;
+  const bool is_folder = fs::is_directory(last);
+  if (!is_folder && options.inputs.size() > 1)
+    return "'" + last + "' is no folder for several pictures";
   PictureFormat &format = options.picture.format;
-  if (fs::is_directory(last, error)) {
-    if (format == PictureFormat::UNKNOWN) format = PictureFormat::PNG;
-    static constexpr const char *endings[] = {"", ".png", ".pdf", ".ps", ".svg"};
-    for (const std::string &input : options.inputs) {
-      if (input == "-") return "the picture of standard input needs a name";
-      fs::path name = fs::path(input).filename();
-      if (name.extension() == ".gz") name.replace_extension();
-      name.replace_extension(endings[static_cast<int>(format)]);
-      options.outputs.push_back((fs::path(last) / name).string());
-    }
-    return "";
-  }
-  if (options.inputs.size() > 1) return "'" + last + "' is no folder for several pictures";
-  options.outputs = {last};
   if (format == PictureFormat::UNKNOWN) {
-    const std::string ending = fs::path(last).extension().string();
+    const std::string ending = is_folder ? "" : fs::path(last).extension().string();
     format = find_format(ending.empty() ? "png" : ending.substr(1));
     if (format == PictureFormat::UNKNOWN)
       return "'" + last + "' does not end in .png, .pdf, .ps or .svg";
   }
-  if (fs::equivalent(options.inputs[0], last, error)) return "'" + last + "' is the drawing itself";
+  std::set<fs::path> known;
+  for (const std::string &input : options.inputs) {
+    fs::path output = last;
+    if (is_folder) {
+      if (input == "-") return "the picture of standard input needs a name";
+      output /= fs::path(input).filename();
+      if (output.extension() == ".gz") output.replace_extension();
+      output.replace_extension(FORMATS[static_cast<size_t>(format)]);
+    }
+    std::error_code error;
+    if (fs::equivalent(input, output, error)) return "'" + input + "' is a drawing and its picture";
+    if (!known.insert(output).second) return "several drawings for '" + output.string() + "'";
+    options.outputs.push_back(output.string());
+  }
   return "";
 }
 
@@ -144,16 +118,9 @@ static std::string take_background(const std::string &text, double color[4]) {
 }
 
 static PictureFormat find_format(std::string name) {
-  static constexpr struct {
-    const char *name;
-    PictureFormat format;
-  } formats[] = {{"png", PictureFormat::PNG},
-                 {"pdf", PictureFormat::PDF},
-                 {"ps", PictureFormat::PS},
-                 {"svg", PictureFormat::SVG}};
   for (char &c : name)
     if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
-  for (const auto &entry : formats)
-    if (name == entry.name) return entry.format;
-  return PictureFormat::UNKNOWN;
+  const auto *found = std::ranges::find(FORMATS, name);
+  return found == std::end(FORMATS) ? PictureFormat::UNKNOWN
+                                    : static_cast<PictureFormat>(found - FORMATS);
 }

@@ -6,16 +6,31 @@
 
 static constexpr int TILE_MAX = 4096; // pixels of a tile's side; a larger one is drawn coarser
 
-static void set_color(cairo_t *context, uint32_t rgb, double opacity);
+namespace {
+
+struct Color {
+  double red, green, blue;
+};
+
+} // namespace
+
+static Color color_of(uint32_t rgb) {
+  return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
+}
+
 static cairo_pattern_t *make_gradient(const svg_scene_gradient &gradient, double opacity);
 
 // Makes the paint the source; false when there is nothing to paint with.
-bool Painter::set_source(const svg_scene_paint &paint, double opacity) {
-  opacity *= paint.opacity;
+bool Painter::set_source(const svg_scene_paint &paint) {
+  const double opacity = paint.opacity * groups_.back().opacity;
   cairo_pattern_t *pattern = nullptr;
   switch (paint.kind) {
   case SVG_SCENE_PAINT_NONE: return false;
-  case SVG_SCENE_PAINT_COLOR: set_color(cairo_, paint.rgb, opacity); return true;
+  case SVG_SCENE_PAINT_COLOR: {
+    const Color color = color_of(paint.rgb);
+    pattern = cairo_pattern_create_rgba(color.red, color.green, color.blue, opacity);
+    break;
+  }
   case SVG_SCENE_PAINT_GRADIENT: pattern = make_gradient(*paint.gradient, opacity); break;
   case SVG_SCENE_PAINT_PATTERN: pattern = make_pattern(*paint.pattern, opacity); break;
   }
@@ -39,21 +54,15 @@ void Painter::set_stroke(const svg_scene_style &style) {
                  style.stroke_dashoffset);
 }
 
-static void set_color(cairo_t *context, uint32_t rgb, double opacity) {
-  cairo_set_source_rgba(context, (rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0,
-                        (rgb & 255) / 255.0, opacity);
-}
-
 static cairo_pattern_t *make_gradient(const svg_scene_gradient &gradient, double opacity) {
   const svg_scene_gradient &g = gradient;
   cairo_pattern_t *pattern = g.radial != 0
                                  ? cairo_pattern_create_radial(g.fx, g.fy, 0, g.cx, g.cy, g.r)
                                  : cairo_pattern_create_linear(g.x1, g.y1, g.x2, g.y2);
   for (size_t i = 0; i < g.stop_count; ++i) {
-    const svg_scene_stop &stop = g.stops[i];
-    cairo_pattern_add_color_stop_rgba(pattern, stop.offset, (stop.rgb >> 16 & 255) / 255.0,
-                                      (stop.rgb >> 8 & 255) / 255.0, (stop.rgb & 255) / 255.0,
-                                      stop.opacity * opacity);
+    const Color color = color_of(g.stops[i].rgb);
+    cairo_pattern_add_color_stop_rgba(pattern, g.stops[i].offset, color.red, color.green,
+                                      color.blue, g.stops[i].opacity * opacity);
   }
   cairo_matrix_t matrix = to_cairo(g.matrix);
   cairo_matrix_invert(&matrix);
@@ -67,26 +76,25 @@ static cairo_pattern_t *make_gradient(const svg_scene_gradient &gradient, double
 // A tile, in pixels of the target or as a drawing, that repeats.
 cairo_pattern_t *Painter::make_pattern(const svg_scene_pattern &pattern, double opacity) {
   const double *tile = pattern.tile;
-  if (!can_apply(cairo_, pattern.matrix)) return nullptr;
-  cairo_matrix_t matrix;
+  cairo_matrix_t outer, matrix;
+  cairo_get_matrix(cairo_, &outer);
+  if (!apply(cairo_, pattern.matrix)) return nullptr;
   cairo_get_matrix(cairo_, &matrix);
-  const cairo_matrix_t own = to_cairo(pattern.matrix);
-  cairo_matrix_multiply(&matrix, &own, &matrix);
-  const double scale = target_.pixels_per_unit;
+  cairo_set_matrix(cairo_, &outer);
   const auto side = [&](double length, double x, double y) {
-    const double pixels = length * std::hypot(x, y) * scale;
+    const double pixels = length * std::hypot(x, y) * target_.pixels_per_unit;
     return static_cast<int>(std::ceil(std::clamp(pixels - 1e-6, 1.0, double{TILE_MAX})));
   };
   const int width = side(tile[2], matrix.xx, matrix.yx);
   const int height = side(tile[3], matrix.xy, matrix.yy);
   const uint64_t pixels =
-      target_.vector ? 0 : static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
+      target_.is_vector ? 0 : static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
   if (!account_.take(pixels)) return nullptr;
 
   const cairo_rectangle_t extents = {0, 0, double(width), double(height)};
   cairo_surface_t *surface =
-      target_.vector ? cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents)
-                     : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
+      target_.is_vector ? cairo_recording_surface_create(CAIRO_CONTENT_COLOR_ALPHA, &extents)
+                        : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, width, height);
   cairo_t *context = cairo_create(surface);
   cairo_matrix_t to_pixels;
   cairo_matrix_init_scale(&to_pixels, width / tile[2], height / tile[3]);
@@ -98,9 +106,8 @@ cairo_pattern_t *Painter::make_pattern(const svg_scene_pattern &pattern, double 
     for (int k = -around; k <= around; ++k) {
       cairo_set_matrix(context, &to_pixels);
       cairo_translate(context, i * tile[2], k * tile[3]);
-      if (!can_apply(context, pattern.content_matrix)) continue;
-      apply(context, pattern.content_matrix);
-      walk(context, Content::PATTERN, &pattern);
+      if (apply(context, pattern.content_matrix))
+        walk(context, [&] { svg_scene_paint_pattern(scene_, &pattern, &CALLBACKS, this); });
     }
   }
   if (opacity < 1) {
@@ -112,7 +119,7 @@ cairo_pattern_t *Painter::make_pattern(const svg_scene_pattern &pattern, double 
 
   cairo_pattern_t *result = cairo_pattern_create_for_surface(surface);
   cairo_surface_destroy(surface);
-  cairo_matrix_t from_user = own;
+  cairo_matrix_t from_user = to_cairo(pattern.matrix);
   cairo_matrix_invert(&from_user);
   cairo_matrix_multiply(&from_user, &from_user, &to_pixels);
   cairo_pattern_set_matrix(result, &from_user);

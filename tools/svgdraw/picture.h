@@ -3,6 +3,7 @@
 #define TOOLS_SVGDRAW_PICTURE_H
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,17 +17,22 @@ struct PictureSettings {
   bool keep_aspect = false;     // fit into width and height
   double scale = 1;
   double dpi = 96;
-  double background[4] = {}; // red, green, blue, alpha, 0 to 1
-  bool has_id = false;
-  std::string id;               // of the one element to draw
-  uint64_t pixels = 1 << 27;    // of the picture and its layers at a time
-  uint64_t layers = 1ull << 32; // pixels of all layers ever made
+  double background[4] = {};     // red, green, blue, alpha, 0 to 1
+  std::optional<std::string> id; // of the one element to draw
+  uint64_t pixels = 1 << 27;     // of the picture and its layers at a time
+  uint64_t layers = 1 << 30;     // pixels of all layers ever made
 };
 
-// Draws a drawing into a file, "-" being standard output. What went wrong, and what was not drawn,
-// is added to messages, with code 0 where it is no error of the library. False when there is no
-// picture; then there is no file, either.
-bool make_picture(const Drawing &drawing, const PictureSettings &settings, const std::string &path,
-                  std::vector<Message> &messages);
+// What became of a picture. The messages tell what went wrong and what was not drawn; their code is
+// 0 where it is no error of the library.
+struct Picture {
+  std::string name; // of the drawing
+  std::vector<Message> messages;
+  bool is_made = false; // else there is no file
+};
+
+// Draws a drawing into a file; "-" is standard input, and standard output.
+Picture make_picture(const std::string &input, const ReadSettings &reading,
+                     const PictureSettings &settings, const std::string &output);
 
 #endif

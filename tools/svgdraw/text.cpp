@@ -1,7 +1,7 @@
 // text.cpp: runs of text with Pango: how long they are, and how they are drawn.
 #include <pango/pangocairo.h>
 
-#include <cstring>
+#include <cmath>
 
 #include "tools/svgdraw/painter.h"
 
@@ -16,16 +16,13 @@ public:
   Line &operator=(const Line &) = delete;
 
   double width() const { return width_; }
-  // Adds the glyphs to the context's path, or shows them, from the current origin.
-  void add_outlines(cairo_t *context) const { place(context, pango_cairo_glyph_string_path); }
-  void show(cairo_t *context) const { place(context, pango_cairo_show_glyph_string); }
-  // The same for lines (SVG_DECORATION_*), over the whole width.
+  // Shows the glyphs from the origin on, or adds them to the context's path.
+  void draw(cairo_t *context, bool shows) const;
+  // Adds lines (SVG_DECORATION_*), over the whole width.
   void add_lines(cairo_t *context, int32_t lines) const;
 
 private:
-  using Draw = void (*)(cairo_t *, PangoFont *, PangoGlyphString *);
   void add_spacing(const svg_scene_run &run);
-  void place(cairo_t *context, Draw draw) const;
 
   PangoLayout *layout_;
   PangoLayoutLine *line_; // of the layout
@@ -39,52 +36,27 @@ static PangoFontDescription *make_font(const svg_scene_style &style);
 double Painter::measure(const svg_scene_run &run) { return Line(cairo_, run).width(); }
 
 void Painter::text(const svg_scene_run &run) {
-  if (hidden() || !can_apply(cairo_, run.item.matrix)) return;
-  cairo_save(cairo_);
-  apply(cairo_, run.item.matrix);
-  const bool has_link = begin_link(run.link);
-  // Paints are those of the text's user space, so they are set before the run has its place.
-  cairo_matrix_t matrix;
-  cairo_get_matrix(cairo_, &matrix);
-  const auto place = [&] {
+  if (!enter(run.item.matrix)) return;
+  const bool is_link = begin_link(run.link);
+  const Line line(cairo_, run);
+  // Paints and strokes are those of the text's user space, in which the run has its place.
+  const auto in_place = [&](const auto &add) {
+    cairo_matrix_t matrix;
+    cairo_get_matrix(cairo_, &matrix);
     cairo_translate(cairo_, run.x, run.y);
-    cairo_rotate(cairo_, run.rotate * (3.14159265358979323846 / 180));
+    cairo_rotate(cairo_, run.rotate * (M_PI / 180));
     cairo_scale(cairo_, run.stretch, 1);
-    cairo_new_path(cairo_);
+    add();
+    cairo_set_matrix(cairo_, &matrix);
   };
-  place();
-  const Line line(cairo_, run); // walk() lets no error of a pattern's content jump past it
-  cairo_set_matrix(cairo_, &matrix);
   for (size_t i = 0; i < run.decoration_count; ++i) {
     const svg_scene_decoration &decoration = run.decorations[i];
-    if (decoration.fill.kind != SVG_SCENE_PAINT_NONE && set_source(decoration.fill, 1)) {
-      place();
-      line.add_lines(cairo_, decoration.lines);
-      set_fill_rule(cairo_, SVG_KW_nonzero);
-      cairo_fill(cairo_);
-      cairo_set_matrix(cairo_, &matrix);
-    }
-    if (decoration.stroke.kind != SVG_SCENE_PAINT_NONE && set_source(decoration.stroke, 1)) {
-      place();
-      line.add_lines(cairo_, decoration.lines);
-      set_stroke(*decoration.style);
-      cairo_stroke(cairo_);
-      cairo_set_matrix(cairo_, &matrix);
-    }
+    paint(decoration.fill, decoration.stroke, *decoration.style, SVG_KW_nonzero,
+          [&](bool) { in_place([&] { line.add_lines(cairo_, decoration.lines); }); });
   }
-  if (run.fill.kind != SVG_SCENE_PAINT_NONE && set_source(run.fill, 1)) {
-    place();
-    line.show(cairo_);
-    cairo_set_matrix(cairo_, &matrix);
-  }
-  if (run.stroke.kind != SVG_SCENE_PAINT_NONE && set_source(run.stroke, 1)) {
-    place();
-    line.add_outlines(cairo_);
-    set_stroke(*run.item.style);
-    cairo_stroke(cairo_);
-  }
-  if (has_link) cairo_tag_end(cairo_, CAIRO_TAG_LINK);
-  cairo_new_path(cairo_);
+  paint(run.fill, run.stroke, *run.item.style, SVG_KW_nonzero,
+        [&](bool fills) { in_place([&] { line.draw(cairo_, fills); }); });
+  if (is_link) cairo_tag_end(cairo_, CAIRO_TAG_LINK);
   cairo_restore(cairo_);
 }
 
@@ -131,20 +103,21 @@ void Line::add_spacing(const svg_scene_run &run) {
         if (text[glyphs->log_clusters[i]] == ' ') spacing += run.item.style->word_spacing;
         glyph.geometry.width += static_cast<int>(spacing * PANGO_SCALE);
       }
-      width_ += glyph.geometry.width / double{PANGO_SCALE};
+      width_ += pango_units_to_double(glyph.geometry.width);
     }
   }
 }
 
-void Line::place(cairo_t *context, Draw draw) const {
+void Line::draw(cairo_t *context, bool shows) const {
   double x = 0;
   for (GSList *item = line_->runs; item; item = item->next) {
     const auto *glyph_item = static_cast<PangoGlyphItem *>(item->data);
     cairo_move_to(context, x, 0);
-    draw(context, glyph_item->item->analysis.font, glyph_item->glyphs);
-    for (int i = 0; i < glyph_item->glyphs->num_glyphs; ++i)
-      x += glyph_item->glyphs->glyphs[i].geometry.width / double{PANGO_SCALE};
+    (shows ? pango_cairo_show_glyph_string : pango_cairo_glyph_string_path)(
+        context, glyph_item->item->analysis.font, glyph_item->glyphs);
+    x += pango_units_to_double(pango_glyph_string_get_width(glyph_item->glyphs));
   }
+  if (shows) cairo_new_path(context);
 }
 
 void Line::add_lines(cairo_t *context, int32_t lines) const {
@@ -152,8 +125,8 @@ void Line::add_lines(cairo_t *context, int32_t lines) const {
       pango_layout_get_context(layout_), pango_layout_get_font_description(layout_), nullptr);
   const auto add = [&](int line, int top, int thickness) {
     if ((lines & line) != 0)
-      cairo_rectangle(context, 0, -top / double{PANGO_SCALE}, width_,
-                      thickness / double{PANGO_SCALE});
+      cairo_rectangle(context, 0, -pango_units_to_double(top), width_,
+                      pango_units_to_double(thickness));
   };
   const int thickness = pango_font_metrics_get_underline_thickness(metrics);
   add(SVG_DECORATION_UNDERLINE, pango_font_metrics_get_underline_position(metrics), thickness);
@@ -166,35 +139,25 @@ void Line::add_lines(cairo_t *context, int32_t lines) const {
 } // namespace
 
 static PangoFontDescription *make_font(const svg_scene_style &style) {
-  static constexpr struct {
-    int32_t keyword;
-    PangoStretch stretch;
-  } stretches[] = {
-      {SVG_KW_ultra_condensed, PANGO_STRETCH_ULTRA_CONDENSED},
-      {SVG_KW_extra_condensed, PANGO_STRETCH_EXTRA_CONDENSED},
-      {SVG_KW_condensed, PANGO_STRETCH_CONDENSED},
-      {SVG_KW_semi_condensed, PANGO_STRETCH_SEMI_CONDENSED},
-      {SVG_KW_semi_expanded, PANGO_STRETCH_SEMI_EXPANDED},
-      {SVG_KW_expanded, PANGO_STRETCH_EXPANDED},
-      {SVG_KW_extra_expanded, PANGO_STRETCH_EXTRA_EXPANDED},
-      {SVG_KW_ultra_expanded, PANGO_STRETCH_ULTRA_EXPANDED},
-  };
   std::string families;
   const svg_an_key_name_list *list = style.font_family;
   for (int32_t i = 0; list && i < list->count; ++i) {
     if (!families.empty()) families += ',';
     families += list->keys[i] != 0 ? svg_get_keyword_text(list->keys[i]) : list->names[i];
   }
+  // Pango knows these keywords by the same names.
+  PangoStretch stretch = PANGO_STRETCH_NORMAL;
+  PangoStyle slant = PANGO_STYLE_NORMAL;
+  PangoVariant variant = PANGO_VARIANT_NORMAL;
+  pango_parse_stretch(svg_get_keyword_text(style.font_stretch), &stretch, FALSE);
+  pango_parse_style(svg_get_keyword_text(style.font_style), &slant, FALSE);
+  pango_parse_variant(svg_get_keyword_text(style.font_variant), &variant, FALSE);
   PangoFontDescription *font = pango_font_description_new();
   pango_font_description_set_family(font, families.empty() ? "serif" : families.c_str());
   pango_font_description_set_absolute_size(font, style.font_size * PANGO_SCALE);
   pango_font_description_set_weight(font, static_cast<PangoWeight>(style.font_weight));
-  pango_font_description_set_style(font, style.font_style == SVG_KW_italic    ? PANGO_STYLE_ITALIC
-                                         : style.font_style == SVG_KW_oblique ? PANGO_STYLE_OBLIQUE
-                                                                              : PANGO_STYLE_NORMAL);
-  if (style.font_variant == SVG_KW_small_caps)
-    pango_font_description_set_variant(font, PANGO_VARIANT_SMALL_CAPS);
-  for (const auto &[keyword, stretch] : stretches)
-    if (style.font_stretch == keyword) pango_font_description_set_stretch(font, stretch);
+  pango_font_description_set_stretch(font, stretch);
+  pango_font_description_set_style(font, slant);
+  pango_font_description_set_variant(font, variant);
   return font;
 }
