@@ -1,19 +1,25 @@
 #!/usr/bin/env python3
-"""Reads attacks of full size with build/svgtree and prints the processor time and memory that each took.
+"""Reads attacks of full size with build/svgtree, draws others with build/svgdraw, and prints the processor time
+and memory that each took.
 
-Called by ./dev test --hostile. Every attack must end by itself, with a tree or an error, within SECONDS (or
-SHEET_SECONDS) and the default budgets.
+Called by ./dev test --hostile. Every attack must end by itself, with a tree, a picture or an error, within SECONDS
+(or SHEET_SECONDS, DRAW_SECONDS) and the default budgets.
 """
+import base64
 import gzip
 import multiprocessing
 import os
+import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 
-TOOL = "build/svgtree"
+CHECK = ["build/svgtree", "--check"]
+DRAW = ["build/svgdraw", "-f", "png"]
 SECONDS = 120
 SHEET_SECONDS = 3  # of a drawing of 1 MB whose style sheet is the attack: ORT_LIMIT_RULE_STEPS
+DRAW_SECONDS = 10
 MILLION = 1000000
 SVG = "<svg xmlns='http://www.w3.org/2000/svg' xmlns:xlink='http://www.w3.org/1999/xlink'>"
 
@@ -160,8 +166,102 @@ ATTACKS = {
         b"<?xml-stylesheet " + b"href='a' " * (11 * MILLION) + b"?>" + svg(),
 }
 
+WHOLE = "width='100%' height='100%'"
 
-def run(name, make, limit):
+
+def nest(start, end, number, inner=""):
+    return start * number + inner + end * number
+
+
+def chain(template, number):
+    """Definitions of which each refers to the one before: %d is its number, %p that before."""
+    return "".join(template.replace("%d", str(i)).replace("%p", str(i - 1)) for i in range(1, number))
+
+
+def large(*parts, side=8000):
+    return svg(*parts).replace(b"<svg ", f"<svg width='{side}' height='{side}' ".encode(), 1)
+
+
+def data(mime, content):
+    return f"<image {WHOLE} xlink:href='data:{mime};base64,{base64.b64encode(content).decode()}'/>"
+
+
+def png(width, height, *chunks):
+    def chunk(kind, content):
+        return struct.pack(">I", len(content)) + kind + content + struct.pack(">I", zlib.crc32(kind + content))
+    packer = zlib.compressobj(9)
+    row = bytes(width + 1)
+    packed = b"".join([packer.compress(row) for _ in range(height)]) + packer.flush()
+    head = struct.pack(">IIBBBBB", width, height, 8, 0, 0, 0, 0)
+    return b"\x89PNG\r\n\x1a\n" + b"".join(chunk(*each) for each in (
+        (b"IHDR", head), *chunks, (b"IDAT", packed), (b"IEND", b"")))
+
+
+def text_bomb():
+    """600 texts in a PNG, of which each inflates to 7 MB."""
+    return data("image/png", png(1, 1, *[(b"zTXt", b"a\0\0" + zlib.compress(b"x" * (7 * MILLION), 9))] * 600))
+
+
+def jpeg_scans():
+    """A progressive JPEG of 16000 x 8000 pixels: many scans of a few bytes each."""
+    head = (b"\xff\xd8\xff\xdb\0\x43\0" + b"\1" * 64 + b"\xff\xc2\0\x0b\x08" + struct.pack(">HH", 8000, 16000) +
+            b"\1\1\x11\0" + b"\xff\xc4\0\x14\0\1" + bytes(15) + b"\0" + b"\xff\xc4\0\x14\x10\1" + bytes(15) + b"\xe0")
+    scans = b"\xff\xda\0\x08\1\1\0\0\0\1" + bytes(8)
+    return data("image/jpeg", head + scans + (b"\xff\xda\0\x08\1\1\0\1\x3f\1" + bytes(64)) * 2000 + b"\xff\xd9")
+
+
+def matryoshka(depth):
+    inner = svg("<rect width='9' height='9'/>")
+    for _ in range(depth):
+        inner = svg(data("image/svg+xml", inner) * 3)
+    return inner
+
+
+DRAW_ATTACKS = {
+    "draw: patterns in patterns": lambda: large(chain(
+        "<pattern id='p%d' width='.1' height='.1' viewBox='0 0 9 9'>"
+        "<rect width='9' height='9' fill='url(#p%p)'/></pattern>", 60), f"<rect {WHOLE} fill='url(#p59)'/>"),
+    "draw: patterns, each twice": lambda: svg(chain(
+        "<pattern id='p%d' width='.5' height='.5'>" + "<rect width='99' height='99' fill='url(#p%p)'/>" * 2 +
+        "</pattern>", 40), f"<rect {WHOLE} fill='url(#p39)'/>"),
+    "draw: tiny tiles": lambda: large(
+        "<pattern id='p' width='.001' height='.001' patternUnits='userSpaceOnUse'><rect width='1' height='1'/></pattern>",
+        f"<rect {WHOLE} fill='url(#p)'/>"),
+    "draw: masks in masks": lambda: large(chain(
+        f"<mask id='m%d'><rect {WHOLE} fill='#fff' mask='url(#m%p)'/></mask>", 60), f"<rect {WHOLE} mask='url(#m59)'/>"),
+    "draw: clips of clips": lambda: large(chain(
+        f"<clipPath id='c%d' clip-path='url(#c%p)'><circle r='4000'/><rect {WHOLE}/></clipPath>", 60),
+        f"<rect {WHOLE} clip-path='url(#c59)'/>"),
+    "draw: a clip of 10^6 shapes": lambda: svg(
+        "<clipPath id='c'>", "<rect width='9' height='9'/>" * MILLION, "</clipPath>", f"<rect {WHOLE} clip-path='url(#c)'/>"),
+    "draw: 10^5 uses of a clip of 10^4 shapes": lambda: svg(
+        "<clipPath id='c'>", "<rect width='9' height='9'/>" * 10000, "</clipPath>",
+        f"<rect {WHOLE} clip-path='url(#c)'/>" * (MILLION // 10)),
+    "draw: 10^5 layers within each other": lambda: large(nest("<g opacity='.9'>", "</g>", MILLION // 10, f"<rect {WHOLE}/>")),
+    "draw: 10^5 layers one after another": lambda: large(
+        f"<g opacity='.9'><rect {WHOLE}/><rect {WHOLE}/></g>" * (MILLION // 10)),
+    "draw: a picture of 32767 x 32767": lambda: large(f"<rect {WHOLE}/>", side=32767),
+    "draw: 10^5 rectangles of 11000 x 11000": lambda: large(f"<rect {WHOLE}/>" * (MILLION // 10), side=11000),
+    "draw: tiny dashes on a long path": lambda: large(
+        "<path d='M0 5", "H8000H0" * 10000, "' stroke='red' stroke-dasharray='.001'/>"),
+    "draw: a path of 10^6 long lines": lambda: large("<path d='M0 0", million("L%d 9L0 8000"), "'/>"),
+    "draw: a round stroke of 10^6 joins": lambda: large(
+        "<path fill='none' stroke='red' stroke-width='5000' stroke-linejoin='round' d='M0 0", million("L%d 9"), "'/>"),
+    "draw: 10^6 letters": lambda: svg("<text y='9'>", "a " * (MILLION // 2), "</text>"),
+    "draw: 10^5 letters, each at its place": lambda: svg("<text y='9' x='", "1 " * (MILLION // 10), "'>", "a" * (MILLION // 10), "</text>"),
+    "draw: letters of 10^6 pixels": lambda: large("<text y='4000' font-size='1000000'>", "abcdefgh" * 1000, "</text>"),
+    "draw: a PNG of 30000 x 30000": lambda: svg(data("image/png", png(30000, 30000))),
+    "draw: 1000 times a PNG of 8000 x 8000": lambda: svg(
+        data("image/png", png(8000, 8000)).replace("<image", "<image id='i'"), "<use xlink:href='#i'/>" * 1000),
+    "draw: a PNG with texts of 4 GB": lambda: svg(text_bomb()),
+    "draw: a JPEG of 2000 scans": lambda: svg(jpeg_scans()),
+    "draw: drawings in drawings": lambda: matryoshka(8),
+    "draw: uses of uses": lambda: svg("<defs><g id='u0'><rect width='1' height='1'/></g>", chain(
+        "<g id='u%d'>" + "<use xlink:href='#u%p'/>" * 10 + "</g>", 12), "</defs><use xlink:href='#u11'/>"),
+}
+
+
+def run(name, make, command, limit):
     """Prints one row; true when the attack ended as it must, within limit seconds."""
     with tempfile.NamedTemporaryFile() as file:
         writer = multiprocessing.Process(target=lambda: (file.write(make()), file.flush()))
@@ -169,14 +269,15 @@ def run(name, make, limit):
         writer.join()
         size = os.path.getsize(file.name)
         with tempfile.TemporaryFile() as messages:
-            process = subprocess.Popen(["timeout", str(SECONDS), TOOL, "--check", file.name],
+            output = ["/dev/null"] if command is DRAW else []
+            process = subprocess.Popen(["timeout", str(SECONDS), *command, file.name, *output],
                                        stdout=messages, stderr=messages)
             _, status, usage = os.wait4(process.pid, 0)
             process.returncode = os.waitstatus_to_exitcode(status)
             seconds = usage.ru_utime + usage.ru_stime
             messages.seek(0)
             lines = messages.read(1 << 20).decode("utf-8", "replace").splitlines()
-    last = lines[0].split(": ", 1)[-1] if lines else "read"
+    last = lines[-1 if command is DRAW else 0].split(": ", 1)[-1] if lines else "read"
     ended = process.returncode in (0, 1) and seconds <= limit
     print(f"{name:40} {size / 1e6:7.1f} {seconds:8.2f} {usage.ru_maxrss / 1024:8.0f}  "
           f"{last[:60] if ended else f'FAILED: exit status {process.returncode}, {limit} s are allowed'}", flush=True)
@@ -186,8 +287,9 @@ def run(name, make, limit):
 def main():
     wanted = sys.argv[1:]
     print(f"{'attack':40} {'MB':>7} {'seconds':>8} {'peak MB':>8}  ended with")
-    rows = [(name, make, SECONDS) for name, make in ATTACKS.items()]
-    rows += [(name, make, SHEET_SECONDS) for name, make in SHEET_ATTACKS.items()]
+    rows = [(name, make, CHECK, SECONDS) for name, make in ATTACKS.items()]
+    rows += [(name, make, CHECK, SHEET_SECONDS) for name, make in SHEET_ATTACKS.items()]
+    rows += [(name, make, DRAW, DRAW_SECONDS) for name, make in DRAW_ATTACKS.items()]
     results = [run(name, *row) for name, *row in rows
                if not wanted or any(word in name for word in wanted)]
     return 0 if all(results) else 1

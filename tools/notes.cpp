@@ -90,6 +90,26 @@ void Notes::finish() {
   for (const auto &[name, place] : sheet_properties_) properties_.add(name, place);
 }
 
+std::set<std::string> Notes::not_drawn() const {
+  static constexpr std::pair<const char *, const char *> kinds[] = {
+      {"animate", "animations are"},
+      {"animateColor", "animations are"},
+      {"animateMotion", "animations are"},
+      {"animateTransform", "animations are"},
+      {"filter", "filters are"},
+      {"flowRoot", "texts in flowRoot are"},
+      {"foreignObject", "foreignObject is"},
+      {"hatch", "hatches are"},
+      {"meshgradient", "mesh gradients are"},
+      {"set", "animations are"},
+  };
+  std::set<std::string> result;
+  for (const SkippedName &element : elements_.names)
+    for (const auto &[name, kind] : kinds)
+      if (element.name == name) result.insert(std::string(kind) + " not drawn");
+  return result;
+}
+
 uint32_t Notes::line_of(const svg_e_node *element) const {
   const auto found = std::ranges::lower_bound(lines_, element, std::less(), &Line::element);
   return found != lines_.end() && found->element == element ? found->line : 0;

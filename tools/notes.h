@@ -7,6 +7,7 @@
 #define TOOLS_NOTES_H
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -82,6 +83,8 @@ public:
   const std::vector<SkippedName> &skipped_elements() const { return elements_.names; }
   const std::vector<SkippedName> &skipped_properties() const { return properties_.names; }
   const std::vector<RepeatedId> &repeated_ids() const { return repeated_ids_; }
+  // What would be seen of the skipped elements, by kind, as sentences.
+  std::set<std::string> not_drawn() const;
   size_t style_elements() const { return style_elements_; }
   uint32_t line_of(const svg_e_node *element) const;
   const ElementAttributes &attributes_of(const svg_e_node *element) const;

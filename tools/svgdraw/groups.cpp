@@ -147,15 +147,14 @@ static void clip_to_pixels_of(cairo_t *context, const double box[4]) {
   double x0, y0, x1, y1;
   cairo_new_path(context);
   cairo_rectangle(context, box[0], box[1], box[2], box[3]);
-  cairo_matrix_t matrix;
-  cairo_get_matrix(context, &matrix);
+  cairo_save(context); // the path is none of what is saved
   cairo_identity_matrix(context);
   cairo_path_extents(context, &x0, &y0, &x1, &y1);
   cairo_new_path(context);
-  const double pixels[] = {std::floor(x0), std::floor(y0), std::ceil(x1) - std::floor(x0),
-                           std::ceil(y1) - std::floor(y0)};
-  clip_to_box(context, pixels);
-  cairo_set_matrix(context, &matrix);
+  cairo_rectangle(context, std::floor(x0), std::floor(y0), std::ceil(x1) - std::floor(x0),
+                  std::ceil(y1) - std::floor(y0));
+  cairo_restore(context);
+  cairo_clip(context);
 }
 
 // SVG 1.1, 14.4: luminance times alpha; the pixels hold color times alpha already.

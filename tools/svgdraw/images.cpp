@@ -12,32 +12,18 @@
 static constexpr int NESTING_MAX = 4;  // drawings in drawings
 static constexpr int SIDE_MAX = 32767; // of an image in Cairo
 
-namespace {
-
 using Bytes = std::string_view;
 
-// What the head of a picture tells.
-struct Head {
-  bool is_png = false;
-  int width = 0, height = 0; // 0: it is no picture that can be read
-  int colors = 0;            // of JPEG
-  uint64_t passes = 1;       // in which its pixels are read
-};
-
-} // namespace
+static constexpr Bytes PNG = "\x89PNG\r\n\x1a\n", GZIP = "\x1f\x8b";
 
 static bool is_drawing(Bytes data);
-static Head read_head(Bytes data);
-static cairo_surface_t *read_png(Bytes data);
+static cairo_surface_t *read_png(Bytes data, Account &account);
 static std::string needed_chunks(Bytes data);
-static cairo_surface_t *read_jpeg(Bytes data, const Head &head);
+static cairo_surface_t *read_jpeg(Bytes data, Account &account);
+static void inks_to_colors(unsigned char *pixel, const unsigned char *end);
 
 static const unsigned char *bytes_of(Bytes data) {
   return reinterpret_cast<const unsigned char *>(data.data());
-}
-
-static Bytes data_of(const svg_scene_image &image) {
-  return {reinterpret_cast<const char *>(image.data), image.size};
 }
 
 static uint32_t number_at(Bytes data, size_t at) {
@@ -48,12 +34,16 @@ static uint32_t number_at(Bytes data, size_t at) {
 void Painter::image(const svg_scene_image &image) {
   if (!enter(image.item.matrix)) return;
   if (image.clipped != 0) clip_to_box(cairo_, image.area);
+  const uint64_t held = account_.pixels;
+  const Bytes data(reinterpret_cast<const char *>(image.data), image.size);
   if (!image.data)
     account_.notes.insert("images outside of the drawing are not opened");
-  else if (is_drawing(data_of(image)))
+  else if (is_drawing(data))
     draw_drawing(image);
   else
-    draw_pixels(image);
+    draw_pixels(image,
+                data.starts_with(PNG) ? read_png(data, account_) : read_jpeg(data, account_));
+  account_.pixels = held;
   cairo_restore(cairo_);
 }
 
@@ -63,7 +53,7 @@ void Painter::draw_drawing(const svg_scene_image &image) {
     return;
   }
   const Drawing inner(drawing_, image.data, image.size);
-  account_.note_skipped(inner.notes());
+  account_.notes.merge(inner.notes().not_drawn());
   if (!inner.ok()) {
     account_.notes.insert("an embedded drawing cannot be read");
     return;
@@ -76,24 +66,22 @@ void Painter::draw_drawing(const svg_scene_image &image) {
   --account_.nesting;
 }
 
-void Painter::draw_pixels(const svg_scene_image &image) {
-  const Bytes data = data_of(image);
-  const Head head = read_head(data);
-  const uint64_t pixels = static_cast<uint64_t>(head.width) * static_cast<uint64_t>(head.height);
-  if (!account_.take(pixels, head.passes)) return;
-  cairo_surface_t *picture = pixels == 0   ? nullptr
-                             : head.is_png ? read_png(data)
-                                           : read_jpeg(data, head);
+// Draws a picture, which is destroyed, or null.
+void Painter::draw_pixels(const svg_scene_image &image, cairo_surface_t *picture) {
+  if (account_.failed) return;
   if (!picture || cairo_surface_status(picture) != CAIRO_STATUS_SUCCESS) {
     account_.notes.insert("an embedded image is no whole PNG, JPEG or SVG of a possible size");
-  } else if (place(image, head.width, head.height)) {
+    return cairo_surface_destroy(picture);
+  }
+  const int width = cairo_image_surface_get_width(picture);
+  const int height = cairo_image_surface_get_height(picture);
+  if (place(image, width, height)) {
     cairo_set_source_surface(cairo_, picture, 0, 0);
     cairo_pattern_set_extend(cairo_get_source(cairo_), CAIRO_EXTEND_PAD);
-    cairo_rectangle(cairo_, 0, 0, head.width, head.height);
+    cairo_rectangle(cairo_, 0, 0, width, height);
     cairo_fill(cairo_);
   }
   cairo_surface_destroy(picture);
-  account_.give(pixels);
 }
 
 // Applies the matrix from a picture to the user space of its image element.
@@ -107,29 +95,19 @@ bool Painter::place(const svg_scene_image &image, double width, double height) {
 // By the first bytes: the MIME types that drawings give are often wrong.
 static bool is_drawing(Bytes data) {
   const bool is_text = !data.empty() && (data[0] & 0x80) == 0;
-  return data.starts_with("\x1f\x8b") || (is_text && data.substr(0, 256).find('<') != Bytes::npos);
+  return data.starts_with(GZIP) || (is_text && data.substr(0, 256).find('<') != Bytes::npos);
 }
 
-static Head read_head(Bytes data) {
-  Head head;
-  head.is_png = data.size() >= 24 && data.starts_with("\x89PNG\r\n\x1a\n");
-  if (head.is_png) { // the first chunk begins with width and height (PNG, 11.2.2)
-    head.width = static_cast<int>(number_at(data, 16));
-    head.height = static_cast<int>(number_at(data, 20));
-  } else if (tjhandle handle = tjInitDecompress()) {
-    int subsampling = 0;
-    tjDecompressHeader3(handle, bytes_of(data), data.size(), &head.width, &head.height,
-                        &subsampling, &head.colors);
-    tjDestroy(handle);
-    // A progressive picture goes through its pixels with each scan, which may be a few bytes.
-    for (size_t at = 0; (at = data.find("\xFF\xDA", at)) != Bytes::npos; ++at) ++head.passes;
-  }
-  if (head.width < 1 || head.height < 1 || head.width > SIDE_MAX || head.height > SIDE_MAX)
-    head.width = head.height = 0;
-  return head;
+// Whether a picture of this size can be held, and may be.
+static bool take(Account &account, int64_t width, int64_t height, uint64_t passes) {
+  return width > 0 && height > 0 && width <= SIDE_MAX && height <= SIDE_MAX &&
+         account.take(static_cast<uint64_t>(width * height), passes);
 }
 
-static cairo_surface_t *read_png(Bytes data) {
+static cairo_surface_t *read_png(Bytes data, Account &account) {
+  // The first chunk begins with width and height (PNG, 11.2.2).
+  if (data.size() < 24 || !take(account, number_at(data, 16), number_at(data, 20), 1))
+    return nullptr;
   const std::string chunks = needed_chunks(data);
   Bytes left = chunks;
   const auto read = [](void *user, unsigned char *buffer, unsigned length) {
@@ -144,43 +122,50 @@ static cairo_surface_t *read_png(Bytes data) {
 
 // Leaves out texts and profiles, which may inflate to gigabytes.
 static std::string needed_chunks(Bytes data) {
-  constexpr size_t head = 8, around = 12; // length, name, sum
-  std::string result(data.substr(0, head));
-  for (data.remove_prefix(head); data.size() >= around;) {
+  constexpr size_t around = 12; // length, name and sum of a chunk
+  std::string result(PNG);
+  for (data.remove_prefix(PNG.size()); data.size() >= around;) {
     const size_t length = std::min<size_t>(number_at(data, 0) + around, data.size());
-    const bool is_needed = (data[4] & 0x20) == 0 || data.substr(4).starts_with("tRNS");
-    if (is_needed) result.append(data.substr(0, length));
+    const bool is_critical = (data[4] & 0x20) == 0;
+    if (is_critical || data.substr(4).starts_with("tRNS")) result += data.substr(0, length);
     data.remove_prefix(length);
   }
   return result;
 }
 
 // A file that ends early is shown as far as it goes.
-static cairo_surface_t *read_jpeg(Bytes data, const Head &head) {
-  cairo_surface_t *picture =
-      cairo_image_surface_create(CAIRO_FORMAT_RGB24, head.width, head.height);
+static cairo_surface_t *read_jpeg(Bytes data, Account &account) {
+  const std::unique_ptr<void, int (*)(tjhandle)> handle(tjInitDecompress(), tjDestroy);
+  int width = 0, height = 0, sampling = 0, colors = 0;
+  // A progressive picture goes through its pixels with each scan, which may be a few bytes.
+  uint64_t scans = 1;
+  for (size_t at = 0; (at = data.find("\xFF\xDA", at)) != Bytes::npos; ++at) ++scans;
+  if (!handle ||
+      tjDecompressHeader3(handle.get(), bytes_of(data), data.size(), &width, &height, &sampling,
+                          &colors) != 0 ||
+      !take(account, width, height, scans))
+    return nullptr;
+  cairo_surface_t *picture = cairo_image_surface_create(CAIRO_FORMAT_RGB24, width, height);
   unsigned char *pixels = cairo_image_surface_get_data(picture);
   const int stride = cairo_image_surface_get_stride(picture);
-  const bool is_inks = head.colors == TJCS_CMYK || head.colors == TJCS_YCCK;
-  const std::unique_ptr<void, int (*)(tjhandle)> handle(tjInitDecompress(), tjDestroy);
-  // A pixel has four bytes either way.
+  const bool is_inks = colors == TJCS_CMYK || colors == TJCS_YCCK; // a pixel has four bytes, too
   const bool is_read =
-      handle && pixels &&
-      (tjDecompress2(handle.get(), bytes_of(data), data.size(), pixels, head.width, stride,
-                     head.height, is_inks ? TJPF_CMYK : TJPF_BGRX, 0) == 0 ||
-       tjGetErrorCode(handle.get()) == TJERR_WARNING);
-  if (!is_read) {
-    cairo_surface_destroy(picture);
-    return nullptr;
-  }
-  const unsigned char *end = pixels + static_cast<ptrdiff_t>(stride) * head.height;
-  for (unsigned char *p = pixels; is_inks && p < end; p += 4) {
-    // Inverted, as nearly all such files have their inks.
-    const int black = p[3];
-    const auto rgb = static_cast<uint32_t>((p[0] * black / 255) << 16 | (p[1] * black / 255) << 8 |
-                                           p[2] * black / 255);
-    memcpy(p, &rgb, 4);
-  }
+      pixels && (tjDecompress2(handle.get(), bytes_of(data), data.size(), pixels, width, stride,
+                               height, is_inks ? TJPF_CMYK : TJPF_BGRX, 0) == 0 ||
+                 tjGetErrorCode(handle.get()) == TJERR_WARNING);
+  if (is_read && is_inks) inks_to_colors(pixels, pixels + static_cast<ptrdiff_t>(stride) * height);
   cairo_surface_mark_dirty(picture);
-  return picture;
+  if (is_read) return picture;
+  cairo_surface_destroy(picture);
+  return nullptr;
+}
+
+// Inks are inverted, as in nearly all such files.
+static void inks_to_colors(unsigned char *pixel, const unsigned char *end) {
+  for (; pixel < end; pixel += 4) {
+    const int black = pixel[3];
+    const auto rgb = static_cast<uint32_t>((pixel[0] * black / 255) << 16 |
+                                           (pixel[1] * black / 255) << 8 | pixel[2] * black / 255);
+    memcpy(pixel, &rgb, sizeof rgb);
+  }
 }

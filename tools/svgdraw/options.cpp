@@ -3,11 +3,8 @@
 
 #include <pango/pango.h>
 
-#include <algorithm>
 #include <filesystem>
-#include <iterator>
 #include <set>
-#include <string_view>
 #include <tuple>
 
 #include "tools/command_line.h"
@@ -21,14 +18,11 @@ struct Written {
   std::string background = "none";
 };
 
-constexpr std::string_view FORMATS[] = {"", "png", "pdf", "ps", "svg"}; // by PictureFormat
-
 } // namespace
 
 static std::string take(const Written &written, DrawOptions &options);
 static std::string take_outputs(const Written &written, DrawOptions &options);
 static std::string take_background(const std::string &text, double color[4]);
-static PictureFormat find_format(std::string name);
 
 int parse_draw_options(int argc, char **argv, DrawOptions &options) {
   CommandLine line("svgdraw",
@@ -67,7 +61,7 @@ static std::string take(const Written &written, DrawOptions &options) {
   PictureSettings &picture = options.picture;
   options.reading.external_sheets = !options.reading.style_folder.empty();
   picture.format = find_format(written.format);
-  if (picture.format == PictureFormat::UNKNOWN && !written.format.empty())
+  if (!picture.format && !written.format.empty())
     return "--format " + written.format + ": png, pdf, ps or svg is wanted";
   const std::string mistake = take_background(written.background, picture.background);
   return mistake.empty() ? take_outputs(written, options) : mistake;
@@ -81,12 +75,11 @@ static std::string take_outputs(const Written &written, DrawOptions &options) {
   const bool is_folder = fs::is_directory(last);
   if (!is_folder && options.inputs.size() > 1)
     return "'" + last + "' is no folder for several pictures";
-  PictureFormat &format = options.picture.format;
-  if (format == PictureFormat::UNKNOWN) {
+  const PictureFormat *&format = options.picture.format;
+  if (!format) {
     const std::string ending = is_folder ? "" : fs::path(last).extension().string();
     format = find_format(ending.empty() ? "png" : ending.substr(1));
-    if (format == PictureFormat::UNKNOWN)
-      return "'" + last + "' does not end in .png, .pdf, .ps or .svg";
+    if (!format) return "'" + last + "' does not end in .png, .pdf, .ps or .svg";
   }
   std::set<fs::path> known;
   for (const std::string &input : options.inputs) {
@@ -95,7 +88,7 @@ static std::string take_outputs(const Written &written, DrawOptions &options) {
       if (input == "-") return "the picture of standard input needs a name";
       output /= fs::path(input).filename();
       if (output.extension() == ".gz") output.replace_extension();
-      output.replace_extension(FORMATS[static_cast<size_t>(format)]);
+      output.replace_extension(format->name);
     }
     std::error_code error;
     if (fs::equivalent(input, output, error)) return "'" + input + "' is a drawing and its picture";
@@ -115,12 +108,4 @@ static std::string take_background(const std::string &text, double color[4]) {
   const guint16 parts[] = {parsed.red, parsed.green, parsed.blue, alpha};
   for (int i = 0; i < 4; ++i) color[i] = parts[i] / 65535.0;
   return "";
-}
-
-static PictureFormat find_format(std::string name) {
-  for (char &c : name)
-    if (c >= 'A' && c <= 'Z') c += 'a' - 'A';
-  const auto *found = std::ranges::find(FORMATS, name);
-  return found == std::end(FORMATS) ? PictureFormat::UNKNOWN
-                                    : static_cast<PictureFormat>(found - FORMATS);
 }

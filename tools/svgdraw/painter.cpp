@@ -37,24 +37,6 @@ void Account::fail(int error, const std::string &message) {
   }
 }
 
-void Account::note_skipped(const Notes &reading) {
-  static constexpr std::pair<const char *, const char *> kinds[] = {
-      {"animate", "animations are"},
-      {"animateColor", "animations are"},
-      {"animateMotion", "animations are"},
-      {"animateTransform", "animations are"},
-      {"filter", "filters are"},
-      {"flowRoot", "texts in flowRoot are"},
-      {"foreignObject", "foreignObject is"},
-      {"hatch", "hatches are"},
-      {"meshgradient", "mesh gradients are"},
-      {"set", "animations are"},
-  };
-  for (const SkippedName &element : reading.skipped_elements())
-    for (const auto &[name, kind] : kinds)
-      if (element.name == name) notes.insert(std::string(kind) + " not drawn");
-}
-
 void Painter::paint(cairo_t *context, const svg_e_node *element) {
   walk(context, [&] { svg_scene_paint_element(scene_, element, &CALLBACKS, this); });
 }

@@ -34,7 +34,6 @@ struct Account {
   bool take(uint64_t count, uint64_t times = 1);
   void give(uint64_t count) { pixels -= count; }
   void fail(int error, const std::string &message);
-  void note_skipped(const Notes &reading); // what the tree of a drawing does not show
 };
 
 class Painter {
@@ -93,7 +92,7 @@ private:
 
   // images.cpp
   void image(const svg_scene_image &image);
-  void draw_pixels(const svg_scene_image &image);
+  void draw_pixels(const svg_scene_image &image, cairo_surface_t *picture);
   void draw_drawing(const svg_scene_image &image);
   bool place(const svg_scene_image &image, double width, double height);
 

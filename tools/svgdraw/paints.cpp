@@ -6,17 +6,8 @@
 
 static constexpr int TILE_MAX = 4096; // pixels of a tile's side; a larger one is drawn coarser
 
-namespace {
-
-struct Color {
-  double red, green, blue;
-};
-
-} // namespace
-
-static Color color_of(uint32_t rgb) {
-  return {(rgb >> 16 & 255) / 255.0, (rgb >> 8 & 255) / 255.0, (rgb & 255) / 255.0};
-}
+// Red, green or blue of a color, by its place.
+static double channel(uint32_t rgb, int shift) { return (rgb >> shift & 255) / 255.0; }
 
 static cairo_pattern_t *make_gradient(const svg_scene_gradient &gradient, double opacity);
 
@@ -26,11 +17,10 @@ bool Painter::set_source(const svg_scene_paint &paint) {
   cairo_pattern_t *pattern = nullptr;
   switch (paint.kind) {
   case SVG_SCENE_PAINT_NONE: return false;
-  case SVG_SCENE_PAINT_COLOR: {
-    const Color color = color_of(paint.rgb);
-    pattern = cairo_pattern_create_rgba(color.red, color.green, color.blue, opacity);
+  case SVG_SCENE_PAINT_COLOR:
+    pattern = cairo_pattern_create_rgba(channel(paint.rgb, 16), channel(paint.rgb, 8),
+                                        channel(paint.rgb, 0), opacity);
     break;
-  }
   case SVG_SCENE_PAINT_GRADIENT: pattern = make_gradient(*paint.gradient, opacity); break;
   case SVG_SCENE_PAINT_PATTERN: pattern = make_pattern(*paint.pattern, opacity); break;
   }
@@ -60,9 +50,10 @@ static cairo_pattern_t *make_gradient(const svg_scene_gradient &gradient, double
                                  ? cairo_pattern_create_radial(g.fx, g.fy, 0, g.cx, g.cy, g.r)
                                  : cairo_pattern_create_linear(g.x1, g.y1, g.x2, g.y2);
   for (size_t i = 0; i < g.stop_count; ++i) {
-    const Color color = color_of(g.stops[i].rgb);
-    cairo_pattern_add_color_stop_rgba(pattern, g.stops[i].offset, color.red, color.green,
-                                      color.blue, g.stops[i].opacity * opacity);
+    const svg_scene_stop &stop = g.stops[i];
+    cairo_pattern_add_color_stop_rgba(pattern, stop.offset, channel(stop.rgb, 16),
+                                      channel(stop.rgb, 8), channel(stop.rgb, 0),
+                                      stop.opacity * opacity);
   }
   cairo_matrix_t matrix = to_cairo(g.matrix);
   cairo_matrix_invert(&matrix);

@@ -4,6 +4,7 @@
 #include <cairo-pdf.h>
 #include <cairo-ps.h>
 #include <cairo-svg.h>
+#include <strings.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -32,11 +33,20 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
                        Frame &frame);
 static void write_picture(const Scene &scene, const PictureSettings &settings, const Frame &frame,
                           Account &account, const std::string &path);
-static cairo_surface_t *make_surface(PictureFormat format, double width, double height, FILE *file);
 static cairo_status_t write_bytes(void *file, const unsigned char *bytes, unsigned length);
 
 // A part of a pixel counts, what rounding leaves does not.
 static int whole(double side) { return std::max(1, static_cast<int>(std::ceil(side - 1e-6))); }
+
+const PictureFormat *find_format(const std::string &name) {
+  static constexpr PictureFormat formats[] = {{"png", nullptr},
+                                              {"pdf", cairo_pdf_surface_create_for_stream},
+                                              {"ps", cairo_ps_surface_create_for_stream},
+                                              {"svg", cairo_svg_surface_create_for_stream}};
+  for (const PictureFormat &format : formats)
+    if (strcasecmp(format.name, name.c_str()) == 0) return &format;
+  return nullptr;
+}
 
 Picture make_picture(const std::string &input, const ReadSettings &reading,
                      const PictureSettings &settings, const std::string &output) {
@@ -48,7 +58,7 @@ Picture make_picture(const std::string &input, const ReadSettings &reading,
     if (scene.get() && find_frame(scene, settings, account, frame))
       write_picture(scene, settings, frame, account, output);
   }
-  account.note_skipped(drawing.notes());
+  account.notes.merge(drawing.notes().not_drawn());
   Picture picture = {drawing.name(), drawing.messages(), drawing.ok() && !account.failed};
   for (const std::string &note : account.notes)
     picture.messages.push_back({ORT_WARNING, 0, note, {}});
@@ -83,7 +93,7 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
   if (settings.keep_aspect) x = y = std::min(x, y);
   frame.width = width * x;
   frame.height = height * y;
-  if (settings.format != PictureFormat::PNG)
+  if (settings.format->make)
     return (std::isfinite(frame.width) && std::isfinite(frame.height)) || fail("it is too large");
   if (!(frame.width <= SIDE_MAX && frame.height <= SIDE_MAX))
     return fail("a picture of " + std::to_string(std::llround(frame.width)) + " x " +
@@ -95,11 +105,13 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
                           Account &account, const std::string &path) {
   FILE *file = path == "-" ? stdout : fopen(path.c_str(), "wb");
   if (!file) return account.fail(0, "cannot write '" + path + "': " + strerror(errno));
-  const bool is_vector = settings.format != PictureFormat::PNG;
+  const bool is_vector = settings.format->make != nullptr;
   const double unit = is_vector ? POINTS_PER_INCH / settings.dpi : 1;
   const Box &area = frame.area;
   cairo_surface_t *surface =
-      make_surface(settings.format, frame.width * unit, frame.height * unit, file);
+      is_vector ? settings.format->make(write_bytes, file, frame.width * unit, frame.height * unit)
+                : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, whole(frame.width),
+                                             whole(frame.height));
   cairo_t *context = cairo_create(surface);
   if (settings.background[3] > 0) {
     const double *b = settings.background;
@@ -125,19 +137,6 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
   else if (status != CAIRO_STATUS_SUCCESS)
     account.fail(0, std::string("cannot draw: ") + cairo_status_to_string(status));
   if (account.failed && path != "-") remove(path.c_str());
-}
-
-static cairo_surface_t *make_surface(PictureFormat format, double width, double height,
-                                     FILE *file) {
-  switch (format) {
-  case PictureFormat::PDF:
-    return cairo_pdf_surface_create_for_stream(write_bytes, file, width, height);
-  case PictureFormat::PS:
-    return cairo_ps_surface_create_for_stream(write_bytes, file, width, height);
-  case PictureFormat::SVG:
-    return cairo_svg_surface_create_for_stream(write_bytes, file, width, height);
-  default: return cairo_image_surface_create(CAIRO_FORMAT_ARGB32, whole(width), whole(height));
-  }
 }
 
 static cairo_status_t write_bytes(void *file, const unsigned char *bytes, unsigned length) {

@@ -2,6 +2,8 @@
 #ifndef TOOLS_SVGDRAW_PICTURE_H
 #define TOOLS_SVGDRAW_PICTURE_H
 
+#include <cairo.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -9,10 +11,17 @@
 
 #include "tools/drawing.h"
 
-enum class PictureFormat { UNKNOWN, PNG, PDF, PS, SVG };
+struct PictureFormat {
+  const char *name; // also the ending of a file's
+  // Makes a surface of so many points that keeps what is drawn; null: pixels are drawn.
+  cairo_surface_t *(*make)(cairo_write_func_t, void *, double, double);
+};
+
+// Null when there is none of that name, whatever its case.
+const PictureFormat *find_format(const std::string &name);
 
 struct PictureSettings {
-  PictureFormat format = PictureFormat::UNKNOWN;
+  const PictureFormat *format = nullptr;
   double width = 0, height = 0; // of the picture, in pixels; 0: as the drawing says
   bool keep_aspect = false;     // fit into width and height
   double scale = 1;

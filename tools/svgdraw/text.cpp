@@ -5,40 +5,23 @@
 
 #include "tools/svgdraw/painter.h"
 
-namespace {
-
-// A run laid out as one line.
-class Line {
-public:
-  explicit Line(cairo_t *context, const svg_scene_run &run);
-  ~Line() { g_object_unref(layout_); }
-  Line(const Line &) = delete;
-  Line &operator=(const Line &) = delete;
-
-  double width() const { return width_; }
-  // Shows the glyphs from the origin on, or adds them to the context's path.
-  void draw(cairo_t *context, bool shows) const;
-  // Adds lines (SVG_DECORATION_*), over the whole width.
-  void add_lines(cairo_t *context, int32_t lines) const;
-
-private:
-  void add_spacing(const svg_scene_run &run);
-
-  PangoLayout *layout_;
-  PangoLayoutLine *line_; // of the layout
-  double width_ = 0;
-};
-
-} // namespace
-
+static PangoLayout *lay_out(cairo_t *context, const svg_scene_run &run);
 static PangoFontDescription *make_font(const svg_scene_style &style);
+static double add_spacing(PangoLayout *layout, const svg_scene_run &run);
+static void add_lines(cairo_t *context, PangoLayout *layout, int32_t lines, double width);
 
-double Painter::measure(const svg_scene_run &run) { return Line(cairo_, run).width(); }
+double Painter::measure(const svg_scene_run &run) {
+  PangoLayout *layout = lay_out(cairo_, run);
+  const double width = add_spacing(layout, run);
+  g_object_unref(layout);
+  return width;
+}
 
 void Painter::text(const svg_scene_run &run) {
   if (!enter(run.item.matrix)) return;
   const bool is_link = begin_link(run.link);
-  const Line line(cairo_, run);
+  PangoLayout *layout = lay_out(cairo_, run); // nothing below raises
+  const double width = add_spacing(layout, run);
   // Paints and strokes are those of the text's user space, in which the run has its place.
   const auto in_place = [&](const auto &add) {
     cairo_matrix_t matrix;
@@ -52,20 +35,24 @@ void Painter::text(const svg_scene_run &run) {
   for (size_t i = 0; i < run.decoration_count; ++i) {
     const svg_scene_decoration &decoration = run.decorations[i];
     paint(decoration.fill, decoration.stroke, *decoration.style, SVG_KW_nonzero,
-          [&](bool) { in_place([&] { line.add_lines(cairo_, decoration.lines); }); });
+          [&](bool) { in_place([&] { add_lines(cairo_, layout, decoration.lines, width); }); });
   }
-  paint(run.fill, run.stroke, *run.item.style, SVG_KW_nonzero,
-        [&](bool fills) { in_place([&] { line.draw(cairo_, fills); }); });
+  paint(run.fill, run.stroke, *run.item.style, SVG_KW_nonzero, [&](bool fills) {
+    in_place([&] {
+      cairo_move_to(cairo_, 0, 0);
+      PangoLayoutLine *line = pango_layout_get_line(layout, 0);
+      (fills ? pango_cairo_show_layout_line : pango_cairo_layout_line_path)(cairo_, line);
+    });
+  });
+  g_object_unref(layout);
   if (is_link) cairo_tag_end(cairo_, CAIRO_TAG_LINK);
   cairo_restore(cairo_);
 }
 
-namespace {
-
-Line::Line(cairo_t *context, const svg_scene_run &run)
-    : layout_(pango_cairo_create_layout(context)) {
-  const svg_scene_style &style = *run.item.style;
-  PangoContext *pango = pango_layout_get_context(layout_);
+// One line.
+static PangoLayout *lay_out(cairo_t *context, const svg_scene_run &run) {
+  PangoLayout *layout = pango_cairo_create_layout(context);
+  PangoContext *pango = pango_layout_get_context(layout);
   // Text has the same shape at every size: no hints, no rounding.
   cairo_font_options_t *options = cairo_font_options_create();
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
@@ -74,22 +61,22 @@ Line::Line(cairo_t *context, const svg_scene_run &run)
   pango_cairo_context_set_font_options(pango, options);
   cairo_font_options_destroy(options);
   pango_context_set_round_glyph_positions(pango, FALSE);
-  pango_context_set_base_dir(pango, style.direction == SVG_KW_rtl ? PANGO_DIRECTION_RTL
-                                                                  : PANGO_DIRECTION_LTR);
-  pango_layout_set_auto_dir(layout_, FALSE);
-  pango_layout_set_single_paragraph_mode(layout_, TRUE);
-  PangoFontDescription *font = make_font(style);
-  pango_layout_set_font_description(layout_, font);
+  pango_context_set_base_dir(pango, run.item.style->direction == SVG_KW_rtl ? PANGO_DIRECTION_RTL
+                                                                            : PANGO_DIRECTION_LTR);
+  pango_layout_set_auto_dir(layout, FALSE);
+  pango_layout_set_single_paragraph_mode(layout, TRUE);
+  PangoFontDescription *font = make_font(*run.item.style);
+  pango_layout_set_font_description(layout, font);
   pango_font_description_free(font);
-  pango_layout_set_text(layout_, run.text, static_cast<int>(run.length));
-  line_ = pango_layout_get_line(layout_, 0);
-  add_spacing(run);
+  pango_layout_set_text(layout, run.text, static_cast<int>(run.length));
+  return layout;
 }
 
 // After each character, as a scene wants it: Pango's own letter spacing leaves the ends of a line
-// without.
-void Line::add_spacing(const svg_scene_run &run) {
-  for (GSList *item = line_->runs; item; item = item->next) {
+// without. Returns the width.
+static double add_spacing(PangoLayout *layout, const svg_scene_run &run) {
+  double width = 0;
+  for (GSList *item = pango_layout_get_line(layout, 0)->runs; item; item = item->next) {
     const auto *glyph_item = static_cast<PangoGlyphItem *>(item->data);
     PangoGlyphString *glyphs = glyph_item->glyphs;
     const char *text = run.text + glyph_item->item->offset;
@@ -103,29 +90,18 @@ void Line::add_spacing(const svg_scene_run &run) {
         if (text[glyphs->log_clusters[i]] == ' ') spacing += run.item.style->word_spacing;
         glyph.geometry.width += static_cast<int>(spacing * PANGO_SCALE);
       }
-      width_ += pango_units_to_double(glyph.geometry.width);
+      width += pango_units_to_double(glyph.geometry.width);
     }
   }
+  return width;
 }
 
-void Line::draw(cairo_t *context, bool shows) const {
-  double x = 0;
-  for (GSList *item = line_->runs; item; item = item->next) {
-    const auto *glyph_item = static_cast<PangoGlyphItem *>(item->data);
-    cairo_move_to(context, x, 0);
-    (shows ? pango_cairo_show_glyph_string : pango_cairo_glyph_string_path)(
-        context, glyph_item->item->analysis.font, glyph_item->glyphs);
-    x += pango_units_to_double(pango_glyph_string_get_width(glyph_item->glyphs));
-  }
-  if (shows) cairo_new_path(context);
-}
-
-void Line::add_lines(cairo_t *context, int32_t lines) const {
+static void add_lines(cairo_t *context, PangoLayout *layout, int32_t lines, double width) {
   PangoFontMetrics *metrics = pango_context_get_metrics(
-      pango_layout_get_context(layout_), pango_layout_get_font_description(layout_), nullptr);
+      pango_layout_get_context(layout), pango_layout_get_font_description(layout), nullptr);
   const auto add = [&](int line, int top, int thickness) {
     if ((lines & line) != 0)
-      cairo_rectangle(context, 0, -pango_units_to_double(top), width_,
+      cairo_rectangle(context, 0, -pango_units_to_double(top), width,
                       pango_units_to_double(thickness));
   };
   const int thickness = pango_font_metrics_get_underline_thickness(metrics);
@@ -135,8 +111,6 @@ void Line::add_lines(cairo_t *context, int32_t lines) const {
       pango_font_metrics_get_strikethrough_thickness(metrics));
   pango_font_metrics_unref(metrics);
 }
-
-} // namespace
 
 static PangoFontDescription *make_font(const svg_scene_style &style) {
   std::string families;
