@@ -421,8 +421,8 @@ ORT_API void svg_scene_paint_pattern(svg_scene *scene, const svg_scene_pattern *
  * paths.
  * @param scene      the scene
  * @param clip       the clip path
- * @param segments   receives its runs, in the user space of what is clipped; valid until the next
- *     call with this scene
+ * @param segments   receives its runs, where the matrix of the clip path leads; valid until the
+ *     next call with this scene
  * @param count      receives their number; 0: nothing shows
  * @param fill_rule  receives SVG_KW_nonzero or SVG_KW_evenodd
  * @return 1, or 0 when it takes svg_scene_paint_clip: for several shapes, text, clips on clips

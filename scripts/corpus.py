@@ -22,6 +22,7 @@ LISTED_PER_PACKAGE = 200
 BATCH = 40
 SECONDS = 120
 FOLDER = "build/corpus"
+REFERENCES = "*-ref.png"  # pictures of what some drawings of librsvg2-tests show (pictures.py)
 TOOL = "build/svgtree"
 Result = collections.namedtuple("Result", "path fault error warnings elements expected unreadable")
 
@@ -67,7 +68,8 @@ def unpack(package, folder):
     archive, = (name for name in os.listdir(FOLDER) if name.startswith(package + "_"))
     with subprocess.Popen(["dpkg-deb", "--fsys-tarfile", os.path.join(FOLDER, archive)],
                           stdout=subprocess.PIPE) as unpacked:
-        subprocess.run(["tar", "-x", "-C", partial, "--wildcards", "*.svg*"],
+        subprocess.run(["tar", "-x", "-C", partial, "--wildcards", "*.svg*",
+                        *[REFERENCES] * (package == "librsvg2-tests")],
                        stdin=unpacked.stdout, check=True)
     os.remove(os.path.join(FOLDER, archive))
     os.rename(partial, folder)

@@ -4,12 +4,14 @@
 The same drawing is drawn twice and the pictures are compared. Without --draw, rsvg-convert draws the
 drawing and what svgtree --simplify makes of it: they differ when the simplified drawing is not the
 same drawing. With --draw, rsvg-convert and svgdraw draw it. With --references, svgdraw is compared
-with the pictures that librsvg2-tests brings.
+with the pictures that librsvg2-tests brings. With --time, the processor time of both is compared.
 """
 import argparse
 import collections
 import multiprocessing
 import os
+import resource
+import statistics
 import subprocess
 import sys
 
@@ -26,6 +28,9 @@ WORST = 10
 SECONDS = 60
 PICTURES = "build/pictures"
 TREE, DRAW = "build/svgtree", "build/svgdraw"
+TIMED = {"breeze-icon-theme": (0, 1 << 20, 25), "papirus-icon-theme": (0, 1 << 20, 25),  # bytes, how many
+         "openclipart-svg": (900_000, 1_200_000, 10)}
+REPETITIONS = 7
 FIT = ["-w", str(SIDE), "-h", str(SIDE), "-a"]
 Result = collections.namedtuple("Result", "path difference trouble")
 
@@ -35,6 +40,8 @@ def main():
     arguments.add_argument("--draw", action="store_true", help="compare svgdraw with rsvg-convert")
     arguments.add_argument("--references", action="store_true",
                            help="compare svgdraw with the pictures of librsvg2-tests")
+    arguments.add_argument("--time", action="store_true",
+                           help="compare the time that svgdraw and rsvg-convert take, processes as a whole")
     arguments.add_argument("--number", type=int, default=SAMPLE_PER_PACKAGE,
                            help=f"drawings of each package (default {SAMPLE_PER_PACKAGE})")
     arguments.add_argument("--worst", type=int, default=WORST,
@@ -42,12 +49,16 @@ def main():
     arguments.add_argument("FILE", nargs="*", help="these drawings only")
     options = arguments.parse_args()
     os.makedirs(PICTURES, exist_ok=True)
+    if options.time:
+        return compare_times(options.FILE)
     pair = draw_reference if options.references else draw_both if options.draw else draw_simplified
     groups = {"given": options.FILE} if options.FILE else {
         package: choose(drawings(package), options.number) for package in PACKAGES}
     if options.references:
         groups = {"librsvg2-tests": [path for path in drawings("librsvg2-tests")
                                      if os.path.exists(reference_of(path))]}
+        if not any(groups.values()):
+            sys.exit(f"pictures: no references; remove {FOLDER}/librsvg2-tests, so that it is unpacked again")
     results = []
     for group, paths in groups.items():
         with multiprocessing.Pool() as pool:
@@ -65,6 +76,34 @@ def main():
     for result in sorted(drawn, key=lambda r: -r.difference)[:options.worst]:
         print(f"{result.difference:.4f} {result.path}")
     return 0 if drawn else 1
+
+
+def compare_times(files):
+    """Medians of interleaved runs, in milliseconds of processor time; of a group, the median of its drawings."""
+    groups = {"given": files} if files else {
+        package: choose([path for path in drawings(package) if least <= os.path.getsize(path) < most], number)
+        for package, (least, most, number) in TIMED.items()}
+    picture = os.path.join(PICTURES, "timed.png")
+    for group, paths in groups.items():
+        rows = []
+        for path in paths:
+            runs = [(milliseconds([DRAW, path, picture]),
+                     milliseconds(["rsvg-convert", "--unlimited", "-o", picture, path]))
+                    for _ in range(REPETITIONS)]
+            rows.append([statistics.median(times) for times in zip(*runs)])
+        own, other = (statistics.median(times) for times in zip(*rows))
+        ratio = statistics.geometric_mean([mine / its for mine, its in rows])
+        slower = sum(mine > its for mine, its in rows)
+        print(f"{group}: {len(rows)} drawings, svgdraw {own:.1f} ms, rsvg-convert {other:.1f} ms, "
+              f"{ratio:.2f} times as long, {slower} drawn more slowly", flush=True)
+    return 0
+
+
+def milliseconds(command):
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
+    run(command)
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    return 1000 * (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime)
 
 
 def compare(pair, path):
