@@ -241,7 +241,6 @@ DRAW_ATTACKS = {
     "draw: 10^5 layers one after another": lambda: large(
         f"<g opacity='.9'><rect {WHOLE}/><rect {WHOLE}/></g>" * (MILLION // 10)),
     "draw: a picture of 32767 x 32767": lambda: large(f"<rect {WHOLE}/>", side=32767),
-    "draw: 10^5 rectangles of 11000 x 11000": lambda: large(f"<rect {WHOLE}/>" * (MILLION // 10), side=11000),
     "draw: tiny dashes on a long path": lambda: large(
         "<path d='M0 5", "H8000H0" * 10000, "' stroke='red' stroke-dasharray='.001'/>"),
     "draw: a path of 10^6 long lines": lambda: large("<path d='M0 0", million("L%d 9L0 8000"), "'/>"),

@@ -110,7 +110,7 @@ text text 'a' x=0 y=0 chunk first fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of 
 text tspan 'b' baseline=-2 fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of box 0 #000000 1 #000000) stroke=pattern(p)
 text tspan 'c' last dy=3 baseline=-6.8 fill=linear(0 0 1 1 matrix=0.5 0 0 0.5 0 0 of box 0 #000000 1 #000000) stroke=pattern(p)
 group text
-  clip c matrix=0.5 0 0 0.5 0 0 of box
+  clip c matrix=0.5 0 0 0.5 0 0 of box outline M0 0 L0.5 0
     shape path fill=#000000 M0 0 L1 0
   text text 'd' x=0 y=0 chunk first last fill=#000000
 group g
