@@ -122,10 +122,11 @@ struct ort_item_desc {
 // not pointers.
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment);
-ort_vtr *ort_vtr_take(ort_vtr *vector); // a new one, of the items of this one, which is then empty
-void ort_vtr_delete(ort_vtr *vector);   // releases the items; null is allowed
-void *ort_vtr_push(ort_vtr *vector);    // the new item, reclaimed
-void *ort_vtr_grow(ort_vtr *vector);    // the new item, to be filled by the caller at once
+// A new vector of the items of this one, which is then empty. room: so many bytes follow the items.
+ort_vtr *ort_vtr_take(ort_vtr *vector, const ort_item_desc *descriptor, size_t room);
+void ort_vtr_delete(ort_vtr *vector); // releases the items; null is allowed
+void *ort_vtr_push(ort_vtr *vector);  // the new item, reclaimed
+void *ort_vtr_grow(ort_vtr *vector);  // the new item, to be filled by the caller at once
 void ort_vtr_resize(ort_vtr *vector,
                     size_t count); // releases or reclaims the difference; keeps the storage
 void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *)); // stable

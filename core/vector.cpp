@@ -19,6 +19,8 @@ struct sort_order {
 
 } // namespace
 
+static ort_vtr *new_vector(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
+                           size_t room);
 static char *first_items(ort_vtr *vector);
 static void reserve(ort_vtr *vector, size_t count);
 static bool in_order(const sort_order &order, const char *a, const char *b);
@@ -30,19 +32,13 @@ static void swap_bytes(char *a, char *b, size_t size);
 
 ort_vtr *ort_vtr_new(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
                      size_t increment) {
-  if (capacity == 0) capacity = 1;
-  size_t bytes;
-  if (__builtin_mul_overflow(capacity, descriptor->item_size, &bytes) ||
-      __builtin_add_overflow(bytes, sizeof(ort_vtr), &bytes)) {
-    bytes = SIZE_MAX;
-  }
-  ort_vtr *vector = static_cast<ort_vtr *>(ort_malloc(core, bytes, "ort_vtr_new"));
-  *vector = {core, descriptor, first_items(vector), 0, capacity, increment};
+  ort_vtr *vector = new_vector(core, descriptor, capacity, 0);
+  vector->increment = increment;
   return vector;
 }
 
-ort_vtr *ort_vtr_take(ort_vtr *vector) {
-  ort_vtr *taken = ort_vtr_new(vector->core, vector->descriptor, vector->count, 0);
+ort_vtr *ort_vtr_take(ort_vtr *vector, const ort_item_desc *descriptor, size_t room) {
+  ort_vtr *taken = new_vector(vector->core, descriptor, vector->count, room);
   memcpy(taken->items, vector->items, vector->count * vector->descriptor->item_size);
   taken->count = vector->count;
   vector->count = 0;
@@ -93,6 +89,19 @@ void ort_vtr_release(ort_vtr *vector, size_t count) {
 void ort_vtr_sort_c(ort_vtr *vector, int (*compare)(const void *, const void *)) {
   ort_qsort_sc(vector->core, vector->items, vector->count, vector->descriptor->item_size, compare,
                0);
+}
+
+static ort_vtr *new_vector(ort_core *core, const ort_item_desc *descriptor, size_t capacity,
+                           size_t room) {
+  if (capacity == 0) capacity = 1;
+  size_t bytes;
+  if (__builtin_mul_overflow(capacity, descriptor->item_size, &bytes) ||
+      __builtin_add_overflow(bytes, sizeof(ort_vtr) + room, &bytes)) {
+    bytes = SIZE_MAX;
+  }
+  ort_vtr *vector = static_cast<ort_vtr *>(ort_malloc(core, bytes, "ort_vtr_new"));
+  *vector = {core, descriptor, first_items(vector), 0, capacity, 0};
+  return vector;
 }
 
 static char *first_items(ort_vtr *vector) { return reinterpret_cast<char *>(vector + 1); }

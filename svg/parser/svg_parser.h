@@ -21,7 +21,7 @@ constexpr int32_t SVG_NO_SKIP = INT32_MAX; // skip_level when nothing is skipped
 constexpr int32_t SVG_NO_ELEMENT = 39;     // savelem when nothing is captured
 constexpr size_t SVG_HOOK_SLOTS = 16;      // at least those of any element
 constexpr size_t SVG_LONGEST_LIST = 64;    // at least the attributes of any element
-constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered before a path record is completed
+constexpr size_t SVG_PADA_BUFFER = 5000;   // points gathered, and those of a path record, at most
 constexpr int SVG_BLOCK_SIZE = 8192;       // bytes read at a time
 
 // A namespace declaration in scope.
@@ -169,9 +169,11 @@ struct svg_color_alphas {
 };
 
 struct svg_path_maker {
-  int16_t pada_type = 0;
+  int16_t pada_type = 0; // of the pending record
   uint16_t pada_count = 0;
   int32_t pada_vertices = 0;
+  size_t pada_gathered = 0;         // points, those of the pending record included
+  size_t pada_stored = 0;           // records whose points are no longer among them
   double *pada_points = nullptr;    // SVG_PADA_BUFFER pairs, during one path
   ort_vtr *pada_segments = nullptr; // owned: svg_pada, of the path being parsed
 };

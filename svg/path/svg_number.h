@@ -34,8 +34,9 @@ double svg_decimal_value(const svg_decimal *number);
 // ---- Short numbers ------------------------------------------------------------------------------
 
 constexpr int SVG_EXACT_DIGITS = 15; // integers of so many digits are exact doubles
-constexpr double svg_powers[SVG_EXACT_DIGITS + 1] = {1,   1e1, 1e2,  1e3,  1e4,  1e5,  1e6,  1e7,
-                                                     1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
+// By the length of a fraction with its point.
+constexpr double svg_powers[SVG_EXACT_DIGITS + 2] = {
+    1, 1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14, 1e15};
 
 struct svg_short_number {
   const char *end; // after the number
@@ -48,25 +49,35 @@ struct svg_short_number {
 // holds exactly, as it does the power of ten, so that the quotient is the nearest double
 // (IEEE 754, 4.3). Any other text is not valid here.
 inline svg_short_number svg_read_short(const char *s) {
-  const auto digit = [&] { return static_cast<unsigned>(static_cast<unsigned char>(*s)) - '0'; };
-  uint64_t mantissa = 0;
+  const auto digit_of = [](char c) -> unsigned {
+    return static_cast<unsigned char>(c) - unsigned{'0'};
+  };
   const char *begin = s;
-  for (; digit() < 10; ++s) mantissa = 10 * mantissa + digit();
-  ptrdiff_t digits = s - begin, fraction = 0;
-  const bool real = *s == '.';
+  uint64_t mantissa = 0;
+  unsigned next = digit_of(*s);
+  const auto read_digits = [&] {
+    while (next < 10) {
+      mantissa = 10 * mantissa + next;
+      next = digit_of(*++s);
+    }
+  };
+  read_digits();
+  const char *point = s;
+  const bool real = next == digit_of('.');
   if (real) {
-    begin = ++s;
-    for (; digit() < 10; ++s) mantissa = 10 * mantissa + digit();
-    fraction = s - begin;
-    digits += fraction;
+    next = digit_of(*++s);
+    read_digits();
   }
-  if (digits == 0 || digits > SVG_EXACT_DIGITS || *s == 'e' || *s == 'E')
+  const auto digits = static_cast<size_t>(s - begin - real);
+  if (digits - 1 >= SVG_EXACT_DIGITS || next == digit_of('e') || next == digit_of('E'))
     return {s, 0, false, real};
-  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) / svg_powers[fraction], true,
+  return {s, static_cast<double>(static_cast<int64_t>(mantissa)) / svg_powers[s - point], true,
           real};
 }
 
-inline bool svg_is_numstart(char c) { return ort_isdigit(c) || c == '+' || c == '-' || c == '.'; }
+inline bool svg_is_numstart(char c) {
+  return (c >= '0' && c <= '9') || c == '-' || c == '.' || c == '+';
+}
 inline bool svg_is_expostart(char c) { return ort_isdigit(c) || c == '+' || c == '-'; }
 
 #endif

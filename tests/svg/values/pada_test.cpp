@@ -65,9 +65,24 @@ TEST(PathValue, KeepsEveryPoint) {
   EXPECT_EQ(value_text(document.parser, &path_of(document)->head), expected + " (5004 vertices)");
 }
 
+// More points than the work buffer holds, in several records: complete ones, and one that goes on.
+TEST(PathValue, KeepsThePointsOfManyRecords) {
+  const auto text = [](const std::string &path) {
+    const Document document(drawing_of(path));
+    return value_text(document.parser, &path_of(document)->head);
+  };
+  EXPECT_EQ(text(repeated("", 2000, "M1 2L3 4 5 6z")),
+            repeated("M 1,2 L 3,4 5,6 Z", 1999, " M 1,2 L 3,4 5,6 Z") + " (8000 vertices)");
+  EXPECT_EQ(text(repeated("M7 8L", 3000, "1 2 ") + repeated("M3 4L", 4000, "5 6 ")),
+            repeated("M 7,8 L", 3000, " 1,2") + repeated(" M 3,4 L", 4000, " 5,6") +
+                " (7002 vertices)");
+}
+
 TEST(PathValue, SurvivesLackOfMemory) {
-  const std::string drawing = drawing_of(repeated("M0 0l", 6000, "1 1 ") + "zM1 1c1 1 2 2 3 3z");
-  allocation_sweep([&](AccountingCore &core) { return read_once(core, drawing); });
+  const std::string path = "M1 1c1 1 2 2 3 3z";
+  for (const std::string &drawing :
+       {drawing_of(repeated("M0 0l", 6000, "1 1 ") + "z" + path), drawing_of(path)})
+    allocation_sweep([&](AccountingCore &core) { return read_once(core, drawing); });
 }
 
 // A host's own constructor prepares the accumulator and takes the records.
