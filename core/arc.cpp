@@ -58,13 +58,16 @@ int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matri
   const ort_vector u = from_circle(ux, uy), n = from_circle(side * uy, -side * ux);
   const ort_vector middle = {start.x / 2 + end.x / 2, start.y / 2 + end.y / 2};
 
-  const auto point = [&](double angle) -> arc_point {
-    const double along = std::sin(angle), slope = std::cos(angle);
+  const auto position = [&](double angle) -> ort_vector {
+    const double along = std::sin(angle);
     // cos(angle) - cos(half_angle), written as a product so that it is exact near the ends.
     const double bulge =
         2 * std::sin((half_angle + angle) / 2) * std::sin((half_angle - angle) / 2);
-    return {{middle.x + along * u.x + bulge * n.x, middle.y + along * u.y + bulge * n.y},
-            {slope * u.x - along * n.x, slope * u.y - along * n.y}};
+    return {middle.x + along * u.x + bulge * n.x, middle.y + along * u.y + bulge * n.y};
+  };
+  const auto tangent = [&](double angle) -> ort_vector {
+    const double along = std::sin(angle), slope = std::cos(angle);
+    return {slope * u.x - along * n.x, slope * u.y - along * n.y};
   };
 
   // At most a quarter each. Near a half circle the angle magnifies the rounding of the chord,
@@ -77,11 +80,10 @@ int ort_elliarc_to_bezier(double (*segments)[6], int32_t *count, const ort_matri
   const double handle = 4.0 / 3.0 * std::tan(step / 4);
 
   bool finite = true;
-  arc_point from = point(-half_angle);
-  from.position = start;
+  arc_point from = {start, tangent(-half_angle)};
   for (int i = 1; i <= needed; ++i) {
-    arc_point to = point(i * step - half_angle);
-    if (i == needed) to.position = end;
+    const double angle = i * step - half_angle;
+    const arc_point to = {i == needed ? end : position(angle), tangent(angle)};
     double *segment = segments[i - 1];
     finite &= put(segment, matrix, from, handle);
     finite &= put(segment + 2, matrix, to, -handle);
