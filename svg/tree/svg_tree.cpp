@@ -28,8 +28,11 @@ static bool add_plain_href(svg_parser *p, int id, const svg_given_attr *attrs, c
 static void add_style(svg_parser *p, const svg_given_attr *attrs);
 static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
+static void sort_values(svg_a_node *const *begin, svg_a_node *const *end, svg_a_node **to);
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
 static void delete_element_data(ort_core *core, svg_e_node *element);
+
+constexpr uint32_t PRIORITIES = 6; // of values, from 1
 
 namespace {
 
@@ -175,14 +178,22 @@ static void add_defaults(svg_parser *p, const svg_elem_def *row) {
 static void store_values(svg_parser *p, svg_e_node *node) {
   const size_t count = ort_vtr_count(p->an_values);
   if (count == 0) return;
+  auto *const *values = static_cast<svg_a_node **>(ort_vtr_at(p->an_values, 0));
   node->values = static_cast<svg_a_node **>(
       ort_malloc(p->core, count * sizeof(svg_a_node *), "svg_add_e_node"));
-  memcpy(node->values, ort_vtr_at(p->an_values, 0), count * sizeof(svg_a_node *));
+  for (size_t i = 0; i < count; ++i) pass_bbox_need(p, node, values[i]);
+  sort_values(values, values + count, node->values);
   node->values_num = static_cast<int32_t>(count);
-  // From here on the node owns the values; nothing may raise in between.
   ort_vtr_shorten(p->an_values, 0);
-  for (size_t i = 0; i < count; ++i) pass_bbox_need(p, node, node->values[i]);
-  ort_qsort_sc(p->core, node->values, count, sizeof(svg_a_node *), svg_cmp_an_prio, 0);
+}
+
+// By priority; those of one priority stay in their order.
+static void sort_values(svg_a_node *const *begin, svg_a_node *const *end, svg_a_node **to) {
+  const auto priority_of = [](const svg_a_node *value) { return svg_attr_table[value->row].prio; };
+  size_t places[PRIORITIES + 1] = {};
+  for (auto value = begin; value < end; ++value) ++places[priority_of(*value)];
+  for (size_t i = 1; i <= PRIORITIES; ++i) places[i] += places[i - 1];
+  for (auto value = begin; value < end; ++value) to[places[priority_of(*value) - 1]++] = *value;
 }
 
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value) {

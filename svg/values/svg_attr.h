@@ -17,6 +17,4 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
 // have been its owner, is null afterwards.
 void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector);
 
-int svg_cmp_an_prio(const void *a, const void *b);
-
 #endif
