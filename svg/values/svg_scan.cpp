@@ -21,6 +21,8 @@ static int read_word(svg_scanner *p);
 static const svg_key_entry *find_key(const svg_scanner *p, const char *text,
                                      const svg_key_entry *keys, int32_t count);
 static int next_token(svg_scanner *p, bool numbers);
+// Apart, so that plain numbers and tokens that were pushed back do not pay for its frame.
+[[gnu::noinline]] static int read_token(svg_scanner *p, bool numbers);
 static bool read_plain_number(svg_scanner *p);
 static bool read_lenient_number(svg_scanner *p);
 static bool set_unit(svg_scanner *p, const char *begin, const char *end);
@@ -157,6 +159,10 @@ static int next_token(svg_scanner *p, bool numbers) {
     return p->tok_type;
   }
   if (numbers && read_plain_number(p)) return p->tok_type;
+  return read_token(p, numbers);
+}
+
+static int read_token(svg_scanner *p, bool numbers) {
   if (numbers && p->lenient != 0 && read_lenient_number(p)) return p->tok_type;
   if (svg_get_token(p) != SVG_TOK_WORD) return p->tok_type;
   if (!numbers || !svg_is_numstart(*p->tok_text) || !svg_try_unumtok(p))
