@@ -1,21 +1,28 @@
-// arena.cpp: memory that is given back block by block or all at once. What the CSS engine keeps of
-// sheets and what the reader records of a drawing lie in arenas. Growing may raise ORT_E_NO_MEMORY
-// and then changes nothing.
+// arena.cpp: memory that is given back block by block or all at once. The tree of a drawing, what
+// the CSS engine keeps of sheets and what the reader records lie in arenas. Growing may raise
+// ORT_E_NO_MEMORY and then changes nothing.
 #include <algorithm>
 #include <string.h>
 
 #include "core/ort_core.h"
 
+#ifdef ORT_SANITIZE
+constexpr size_t SMALLEST_BLOCK = 0, LARGEST_BLOCK = 0; // so that it sees where each piece ends
+#else
 constexpr size_t SMALLEST_BLOCK = 1 << 9, LARGEST_BLOCK = 1 << 15;
+#endif
+constexpr size_t GROWTH = 4; // a block is so much smaller than all before it
 
 void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
-  size = (size + 7) / 8 * 8;
+  if (SMALLEST_BLOCK > 0) size = (size + 7) / 8 * 8;
   if (!ort_arena_has_room(arena, size)) {
-    const size_t as_much_again = std::clamp(arena->size, SMALLEST_BLOCK, LARGEST_BLOCK);
-    ort_arena_grow(core, arena, std::max(size, as_much_again - sizeof(ort_arena_block)), tag);
+    const size_t wanted = std::clamp(arena->size / GROWTH, SMALLEST_BLOCK, LARGEST_BLOCK);
+    ort_arena_grow(core, arena,
+                   std::max(size + sizeof(ort_arena_block), wanted) - sizeof(ort_arena_block), tag);
+    memset(arena->last->bytes(), 0, arena->last->size);
   }
   ort_arena_block *block = arena->last;
-  void *taken = memset(block->bytes() + block->used, 0, size);
+  void *taken = block->bytes() + block->used;
   block->used += size;
   return taken;
 }

@@ -229,7 +229,7 @@ struct ort_arena {
   size_t size; // of all blocks
 };
 
-// Zeroed memory; the blocks that are made for it double the arena.
+// Zeroed memory, in blocks that grow with the arena; for arenas that grow in no other way.
 void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag);
 void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag); // a block more
 bool ort_arena_try_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag);

@@ -32,10 +32,11 @@ struct svg_nsp_entry {
   int32_t outer; // place in the stack, from 1, of the next outer declaration of the same name, or 0
 };
 
-// An open element that was built (or the root), and where its next child is linked.
+// An open element that was built, or the root.
 struct svg_pe_entry {
-  const svg_elem_def *row; // null for the root
-  svg_node **link;
+  svg_e_node *node;
+  svg_node **link;        // where its next child is linked
+  svg_e_node *last_child; // last element child built so far, or null
 };
 
 struct svg_place {
@@ -68,12 +69,6 @@ struct svg_unres_link {
   char *id;
   svg_iri *iri;
   svg_e_node *source; // null for a link in a style sheet
-};
-
-// The elements that style matching looks back at: one per open built element, the root included.
-struct svg_open_element {
-  svg_e_node *node;
-  svg_e_node *last_child; // last element child built so far, or null
 };
 
 struct svg_expat_memory; // svg_expat.cpp
@@ -281,11 +276,11 @@ struct svg_tree {
   svg_a_node *hook_slots[SVG_HOOK_SLOTS] = {};
   // Owned:
   css_parser *css = nullptr; // null until a style sheet exists
+  ort_arena kept = {};       // the tree: nodes, their values, and what both hold but values own
   svg_e_node *root = nullptr;
-  ort_vtr *elem_stack = nullptr;    // svg_pe_entry
-  ort_vtr *open_elements = nullptr; // svg_open_element
-  ort_vtr *an_values = nullptr;     // svg_a_node *, not owned
-  ort_vtr *prop_values = nullptr;   // svg_a_node *, owned
+  ort_vtr *elem_stack = nullptr;  // svg_pe_entry: by level
+  ort_vtr *an_values = nullptr;   // svg_a_node *, not owned
+  ort_vtr *prop_values = nullptr; // svg_a_node *, owned
   unsigned char *elems_used = nullptr;
   // Of the element being built, in bits: attributes by their place in its list, properties by row.
   unsigned char attrs_set[SVG_LONGEST_LIST / 8] = {};

@@ -5,6 +5,8 @@
 // SVG_E_PROPERTY_REFUSED and lack of memory; the questions about elements raise nothing.
 #include "svg/style/svg_select.h"
 
+#include <cstring>
+
 #include "svg/names/svg_schema.h"
 #include "svg/values/svg_attr.h"
 #include "svg/values/svg_css_color.h"
@@ -28,7 +30,7 @@ static void check_selector(svg_parser *p, const char *selector);
 static void tell_facts(svg_parser *p, svg_e_node *node);
 static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *text);
 static void add_longhand(svg_parser *p, const char *name, const char *text);
-static const svg_open_element *open_element(const svg_tree *p, int32_t level);
+static const svg_pe_entry *open_element(const svg_tree *p, int32_t level);
 static const char *log_important(bool important) { return important ? " !important" : ""; }
 static svg_e_node *log_found(const svg_host *p, const char *what, svg_e_node *node);
 
@@ -59,10 +61,10 @@ void svg_css_create_parser(svg_parser *p) {
 svg_e_node *svg_css_find_parent(svg_parser *p, svg_e_node *node, int16_t nid) {
   if (!node) return nullptr;
   int32_t level = node->level - 1;
-  const svg_open_element *self = open_element(p, node->level);
-  const svg_open_element *outer = open_element(p, level);
+  const svg_pe_entry *self = open_element(p, node->level);
+  const svg_pe_entry *outer = open_element(p, level);
   svg_e_node *parent = node->prev;
-  if (outer && (node == p->cur_enode || (self && self->node == node))) {
+  if (outer && self && self->node == node) {
     parent = outer->node;
   }
   while (parent && parent->head.id != SVG_ID_ROOT && parent->level != level) {
@@ -76,7 +78,7 @@ svg_e_node *svg_css_find_parent(svg_parser *p, svg_e_node *node, int16_t nid) {
 // child's content.
 svg_e_node *svg_css_find_sibling(svg_parser *p, svg_e_node *node, int16_t nid) {
   if (!node) return nullptr;
-  const svg_open_element *outer = open_element(p, node->level - 1);
+  const svg_pe_entry *outer = open_element(p, node->level - 1);
   svg_e_node *other = node->prev;
   if (node == p->cur_enode && outer && outer->last_child != node) {
     other = outer->last_child;
@@ -98,20 +100,14 @@ void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const svg_given_attr
     const char *local = attrs->name->local();
     int16_t nid = css_get_attr_nid(p->css, local);
     if (nid == CSS_NO_NID) continue;
-    auto *attr = ort_new<svg_css_attr>(p->core, "svg_css_attr_new");
-    attr->nid = nid;
-    attr->next = node->css_attrs;
+    const size_t size = strlen(attrs->text) + 1;
+    void *taken =
+        ort_arena_take(p->core, &p->kept, sizeof(svg_css_attr) + size, "svg_css_attr_new");
+    auto *attr = static_cast<svg_css_attr *>(taken);
+    auto *value = static_cast<char *>(memcpy(attr + 1, attrs->text, size));
+    *attr = {nid, value, node->css_attrs};
     node->css_attrs = attr;
-    attr->value = ort_strdup(p->core, attrs->text);
     svg_note(p, 5, "\t\t\t[%a=\"%a\"]\n", local, attrs->text);
-  }
-}
-
-void svg_css_delete_attrs(ort_core *core, svg_e_node *node) {
-  while (svg_css_attr *attr = node->css_attrs) {
-    node->css_attrs = attr->next;
-    ort_free(core, attr->value);
-    ort_free(core, attr);
   }
 }
 
@@ -310,10 +306,9 @@ static void add_longhand(svg_parser *p, const char *name, const char *text) {
   if (node) css_add_value(p->css, name, node);
 }
 
-static const svg_open_element *open_element(const svg_tree *p, int32_t level) {
+static const svg_pe_entry *open_element(const svg_tree *p, int32_t level) {
   auto i = static_cast<size_t>(level);
-  return i < ort_vtr_count(p->open_elements) ? &ort_item<svg_open_element>(p->open_elements, i)
-                                             : nullptr;
+  return i < ort_vtr_count(p->elem_stack) ? &ort_item<svg_pe_entry>(p->elem_stack, i) : nullptr;
 }
 
 static svg_e_node *log_found(const svg_host *p, const char *what, svg_e_node *node) {

@@ -20,6 +20,4 @@ void svg_delete_queries(svg_parser *p);
 void svg_css_collect_attrs(svg_parser *p, svg_e_node *node, const svg_given_attr *attrs);
 void svg_css_apply_rules(svg_parser *p, svg_e_node *node);
 
-void svg_css_delete_attrs(ort_core *core, svg_e_node *node); // those that were noted
-
 #endif

@@ -77,13 +77,13 @@ template <class Visit> static void visit_main_pass(svg_main_pass *p, Visit visit
   visit(p->link_slots);
 
   visit(p->elem_stack, AT_ONCE | READING, ITEMS<svg_pe_entry>, 8);
-  visit(p->open_elements, AT_ONCE | READING, ITEMS<svg_open_element>, 8);
   visit(p->an_values, AT_ONCE | READING, ITEMS<svg_a_node *>, 8);
   visit(p->prop_values, AT_ONCE, ITEMS<svg_a_node *, release_value>, 8);
   visit(p->elems_used);
 
   visit(p->font_face);
   visit(p->fonts);
+  visit(p->kept); // last: what it holds is needed until all values are deleted
 }
 
 template <class Visit> static void visit_owned(svg_parser *p, Visit visit) {
@@ -103,11 +103,15 @@ static bool exists(const void *owned) { return owned != nullptr; }
 
 static bool exists(const ort_name_index &) { return true; }
 
+static bool exists(const ort_arena &) { return true; }
+
 // ---- Making -------------------------------------------------------------------------------------
 
 template <class Owned> static void make(ort_core *, Owned *&) {} // by whoever needs it first
 
 static void make(ort_core *, ort_name_index &) {} // is made already
+
+static void make(ort_core *, ort_arena &) {} // likewise
 
 static void make(ort_core *core, ort_bs *&text) { text = ort_bs_new(core); }
 
@@ -140,9 +144,8 @@ void svg_prepare_document(svg_parser *p) {
   }
   p->origin = SVG_SHEET_NONE;
   svg_css_add_queries(p);
-  p->root = svg_e_node_new(p->core, SVG_ID_ROOT);
-  ort_push(p->elem_stack, svg_pe_entry{nullptr, &p->root->first_child});
-  ort_push(p->open_elements, svg_open_element{p->root, nullptr});
+  p->root = svg_e_node_new(p, SVG_ID_ROOT);
+  ort_push(p->elem_stack, svg_pe_entry{p->root, &p->root->first_child, nullptr});
 }
 
 // ---- Deleting and restarting --------------------------------------------------------------------
@@ -156,6 +159,8 @@ static void free_it(ort_core *, ort_hvtr *handles) { ort_hvtr_delete(handles); }
 static void free_it(ort_core *core, void *block) { ort_free(core, block); }
 
 static void discard(ort_core *core, ort_name_index &index) { ort_index_clear(core, &index); }
+
+static void discard(ort_core *core, ort_arena &arena) { ort_arena_clear(core, &arena); }
 
 template <class Owned> static void discard(ort_core *core, Owned *&owned) {
   free_it(core, owned);

@@ -32,7 +32,7 @@ template <class Record> static Record *slot_value(svg_tree *p, const svg_e_node 
 static svg_unum slot_number(svg_tree *p, const svg_e_node *node, int row);
 static viewport_side get_side(svg_parser *p, const svg_e_node *node, const char *name, int row);
 static void log_viewport(const svg_parser *p, bool embedded);
-static svg_an_trafo *new_trafo(svg_host *p, int type, size_t numbers);
+static svg_an_trafo *new_trafo(svg_parser *p, int type, size_t numbers);
 static void add_translation(svg_parser *p, const svg_e_node *node, double x, double y);
 static void translate(svg_parser *p, const svg_e_node *node, svg_an_trafo *trafo, double x,
                       double y);
@@ -188,9 +188,9 @@ static void log_viewport(const svg_parser *p, bool embedded) {
     ort_logg(p->core, "\t\t\tviewBox width=%g, height=%g\n", p->viewbox_width, p->viewbox_height);
 }
 
-static svg_an_trafo *new_trafo(svg_host *p, int type, size_t numbers) {
+static svg_an_trafo *new_trafo(svg_parser *p, int type, size_t numbers) {
   const size_t size = offsetof(svg_an_trafo, numbers) + numbers * sizeof(double);
-  auto *trafo = static_cast<svg_an_trafo *>(ort_calloc(p->core, 1, size, "svg_beg_use"));
+  auto *trafo = reinterpret_cast<svg_an_trafo *>(svg_a_node_new(p, size));
   trafo->head.row = SVG_ATTR_transform;
   trafo->type = type;
   return trafo;

@@ -30,7 +30,7 @@ static void add_defaults(svg_parser *p, const svg_elem_def *row);
 static void store_values(svg_parser *p, svg_e_node *node);
 static void sort_values(svg_a_node *const *begin, svg_a_node *const *end, svg_a_node **to);
 static void pass_bbox_need(svg_parser *p, svg_e_node *node, const svg_a_node *value);
-static void delete_element_data(ort_core *core, svg_e_node *element);
+static void delete_values(ort_core *core, svg_e_node *element);
 
 constexpr uint32_t PRIORITIES = 6; // of values, from 1
 
@@ -44,11 +44,9 @@ struct element_block {
 
 } // namespace
 
-svg_e_node *svg_e_node_new(ort_core *core, int id) {
-  auto *block =
-      static_cast<element_block *>(ort_malloc(core, sizeof(element_block), "svg_e_node_new"));
-  *block = element_block{};
-  svg_e_node *node = &block->node;
+svg_e_node *svg_e_node_new(svg_parser *p, int id) {
+  void *taken = ort_arena_take(p->core, &p->kept, sizeof(element_block), "svg_e_node_new");
+  svg_e_node *node = &static_cast<element_block *>(taken)->node;
   node->head.id = static_cast<int16_t>(id);
   node->id_nid = CSS_NO_NID;
   return node;
@@ -64,16 +62,16 @@ void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   if (!p->elems_used) p->elems_used = ort_bitarr_new(p->core, SVG_ELEM_COUNT);
   ort_setbit(p->elems_used, static_cast<size_t>(id));
 
-  svg_e_node *node = svg_e_node_new(p->core, id);
+  svg_e_node *node = svg_e_node_new(p, id);
   node->level = p->level;
   node->prev = p->cur_enode;
   node->line = static_cast<uint32_t>(svg_xml_line(p));
-  reinterpret_cast<element_block *>(node)->parent =
-      p->level > 1 ? ort_top<svg_open_element>(p->open_elements).node : nullptr;
+  if (p->level > 1)
+    reinterpret_cast<element_block *>(node)->parent = ort_top<svg_pe_entry>(p->elem_stack).node;
   node->head.flags = initial_flags(id);
   link_child(p, &node->head);
   p->cur_enode = node;
-  ort_push(p->elem_stack, svg_pe_entry{row, &node->first_child});
+  ort_push(p->elem_stack, svg_pe_entry{node, &node->first_child, nullptr});
 
   memset(p->attrs_set, 0, sizeof p->attrs_set);
   memset(p->props_set, 0, sizeof p->props_set);
@@ -94,8 +92,7 @@ void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs) {
   p->cur_href = nullptr;
   svg_note(p, 6, "\n");
 
-  ort_top<svg_open_element>(p->open_elements).last_child = node;
-  ort_push(p->open_elements, svg_open_element{node, nullptr});
+  ort_item<svg_pe_entry>(p->elem_stack, ort_vtr_count(p->elem_stack) - 2).last_child = node;
   svg_css_answer_queries(p, node);
 }
 
@@ -180,7 +177,7 @@ static void store_values(svg_parser *p, svg_e_node *node) {
   if (count == 0) return;
   auto *const *values = static_cast<svg_a_node **>(ort_vtr_at(p->an_values, 0));
   node->values = static_cast<svg_a_node **>(
-      ort_malloc(p->core, count * sizeof(svg_a_node *), "svg_add_e_node"));
+      ort_arena_take(p->core, &p->kept, count * sizeof(svg_a_node *), "svg_add_e_node"));
   for (size_t i = 0; i < count; ++i) pass_bbox_need(p, node, values[i]);
   sort_values(values, values + count, node->values);
   node->values_num = static_cast<int32_t>(count);
@@ -222,13 +219,11 @@ void svg_add_t_node(svg_parser *p) {
   count_node(p);
   const bool skipped = p->level >= p->skip_level;
   const size_t length = skipped ? 0 : ort_bs_length(p->chardata);
-  auto *node = static_cast<svg_t_node *>(
-      ort_malloc(p->core, sizeof(svg_t_node) + length + 1, "svg_add_t_node"));
-  *node = svg_t_node{};
+  const size_t size = sizeof(svg_t_node) + length + 1;
+  auto *node = static_cast<svg_t_node *>(ort_arena_take(p->core, &p->kept, size, "svg_add_t_node"));
   node->head.id = SVG_ID_TEXT;
   node->text = reinterpret_cast<char *>(node + 1);
   memcpy(node->text, ort_bs_text(p->chardata), length);
-  node->text[length] = '\0';
   link_child(p, &node->head);
   if (p->chardata_nonblank && p->text_depth > 0 && !skipped) p->last_tnode = node;
   p->chardata_nonblank = 0;
@@ -240,8 +235,8 @@ void svg_add_t_node(svg_parser *p) {
   }
 }
 
-// The elements whose children are being freed are a list, by first_child: depth costs no stack, and
-// each node is visited once.
+// The elements whose children are being visited are a list, by first_child: depth costs no stack,
+// and each node is visited once.
 void svg_del_e_node(ort_core *core, svg_e_node *root) {
   if (!root) return;
   root->head.next = nullptr;
@@ -249,7 +244,7 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
   for (svg_node *node = &root->head; node;) {
     __builtin_prefetch(node->next);
     if (svg_e_node *element = svg_as_element(node)) {
-      delete_element_data(core, element);
+      delete_values(core, element);
       if (svg_node *child = element->first_child) {
         element->first_child = parents;
         parents = node;
@@ -258,22 +253,16 @@ void svg_del_e_node(ort_core *core, svg_e_node *root) {
       }
     }
     svg_node *next = node->next;
-    ort_free(core, node);
     while (!next && parents) {
-      node = parents;
-      parents = svg_as_element(node)->first_child;
-      next = node->next;
-      ort_free(core, node);
+      next = parents->next;
+      parents = svg_as_element(parents)->first_child;
     }
     node = next;
   }
 }
 
-static void delete_element_data(ort_core *core, svg_e_node *element) {
+static void delete_values(ort_core *core, svg_e_node *element) {
   for (int32_t i = 0; i < element->values_num; ++i)
     if (!svg_is_property(element->values[i]->row)) // property values belong to prop_values
       svg_a_node_delete(core, element->values[i]);
-  ort_free(core, element->values);
-  svg_css_delete_attrs(core, element);
-  ort_free(core, element->class_nids);
 }

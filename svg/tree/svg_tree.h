@@ -4,9 +4,10 @@
 
 #include "svg/names/svg_schema.h"
 
-svg_e_node *svg_e_node_new(ort_core *core, int id);
+svg_e_node *svg_e_node_new(svg_parser *p, int id);
 void svg_add_e_node(svg_parser *p, int id, const svg_given_attr *attrs);
 void svg_add_t_node(svg_parser *p);
-void svg_del_e_node(ort_core *core, svg_e_node *root); // null is allowed; not recursive
+// Frees what the values of a tree own; the nodes go with p->kept. Null is allowed; not recursive.
+void svg_del_e_node(ort_core *core, svg_e_node *root);
 
 #endif

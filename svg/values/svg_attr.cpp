@@ -56,8 +56,7 @@ static void make_value(svg_parser *p, int32_t row) {
   if (def->anew)
     p->new_value = def->anew(p);
   else if (def->value_size > 0)
-    p->new_value = static_cast<svg_a_node *>(
-        ort_calloc(p->core, 1, static_cast<size_t>(def->value_size), "svg_parse_attr"));
+    p->new_value = svg_a_node_new(p, static_cast<size_t>(def->value_size));
   if (p->new_value) p->new_value->row = static_cast<int16_t>(row);
   if (def->ctor) def->ctor(p, p->new_value);
 }

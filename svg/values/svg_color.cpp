@@ -46,8 +46,8 @@ static void convert_values(svg_color *color);
 static void log_extension(const svg_host *p, const svg_color *color, const double *numbers,
                           int count);
 static void drop_extension(ort_core *core, svg_color *color);
-static svg_a_node *new_paint(svg_host *p, uint8_t kind, size_t size);
-static svg_a_node *new_color_paint(svg_scanner *p);
+static svg_a_node *new_paint(svg_parser *p, uint8_t kind, size_t size);
+static svg_a_node *new_color_paint(svg_parser *p);
 
 int32_t svg_find_color(const char *name) {
   return find_color(name, svg_rgb_table, SVG_COLOR_COUNT);
@@ -96,8 +96,10 @@ int32_t svg_get_color(svg_scanner *p, svg_color *color) {
 
 void svg_ctor_an_color(svg_parser *p, svg_a_node *node) {
   svg_color color;
-  if (svg_ntok_nonum(p) == SVG_TOK_KEYWORD && svg_is_lenient(p, SVG_LENIENT_FALLBACKS))
-    return svg_drop_value(p); // "inherit", for which the record has no place
+  if (svg_ntok_nonum(p) == SVG_TOK_KEYWORD && svg_is_lenient(p, SVG_LENIENT_FALLBACKS)) {
+    p->new_value = nullptr; // "inherit", for which the record has no place
+    return;
+  }
   svg_get_color(p, &color);
   drop_extension(p->core, &color);
   svg_record<svg_an_color>(node)->rgb = color.rgb;
@@ -310,13 +312,13 @@ static void drop_extension(ort_core *core, svg_color *color) {
 }
 
 // Just large enough for its kind; zeroed.
-static svg_a_node *new_paint(svg_host *p, uint8_t kind, size_t size) {
-  auto *node = static_cast<svg_a_node *>(ort_calloc(p->core, 1, size, "svg_anew_an_paint"));
+static svg_a_node *new_paint(svg_parser *p, uint8_t kind, size_t size) {
+  auto *node = svg_a_node_new(p, size);
   node->kind = kind & 0x7F;
   return node;
 }
 
-static svg_a_node *new_color_paint(svg_scanner *p) {
+static svg_a_node *new_color_paint(svg_parser *p) {
   svg_color color;
   svg_a_node *node = nullptr;
   if (!svg_get_color(p, &color)) {

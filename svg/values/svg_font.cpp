@@ -65,7 +65,6 @@ void svg_parse_font_prop(svg_parser *p, const char *text) {
 }
 
 void svg_ctor_an_font(svg_parser *p, svg_a_node *) {
-  ort_free(p->core, p->new_value);
   p->new_value = nullptr;
   svg_scan_reset(p);
   svg_parse_font_prop(p, p->scan_pos);

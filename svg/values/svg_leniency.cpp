@@ -39,11 +39,6 @@ bool svg_is_lenient(svg_scanner *p, uint32_t flag) {
   return (p->lenient & flag) != 0;
 }
 
-void svg_drop_value(svg_parser *p) {
-  ort_free(p->core, p->new_value);
-  p->new_value = nullptr;
-}
-
 void svg_tell_lenient(svg_parser *p, uint32_t flags, const char *text, long line) {
   tell(p, {.flags = flags,
            .line = static_cast<uint32_t>(line),

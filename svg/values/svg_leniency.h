@@ -8,8 +8,6 @@
 uint32_t svg_leniency_for(const svg_host *p, int32_t row);
 // Whether the value being read may make use of a flag, which is noted.
 bool svg_is_lenient(svg_scanner *p, uint32_t flag);
-// The value being read is none: its element is as without it.
-void svg_drop_value(svg_parser *p);
 void svg_tell_lenient(svg_parser *p, uint32_t flags, const char *text, long line);
 // Once for a document, however often it is read.
 void svg_tell_encoding(svg_parser *p, const char *name);

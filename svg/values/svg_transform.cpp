@@ -12,7 +12,7 @@
 
 static int svg_get_trafo(svg_scanner *p, int keyword, ort_matrix *matrix, double parameters[3]);
 static void turn_about(ort_matrix *rotation, double x, double y);
-static svg_a_node *new_record(svg_host *p, int type, const double *numbers, size_t count);
+static svg_a_node *new_record(svg_parser *p, int type, const double *numbers, size_t count);
 
 svg_a_node *svg_anew_an_trafo(svg_parser *p) {
   ort_matrix matrix = {};
@@ -104,9 +104,9 @@ static void turn_about(ort_matrix *rotation, double x, double y) {
   *rotation = turned;
 }
 
-static svg_a_node *new_record(svg_host *p, int type, const double *numbers, size_t count) {
+static svg_a_node *new_record(svg_parser *p, int type, const double *numbers, size_t count) {
   const size_t size = offsetof(svg_an_trafo, numbers) + count * sizeof(double);
-  auto *record = static_cast<svg_an_trafo *>(ort_calloc(p->core, 1, size, "svg_anew_an_trafo"));
+  auto *record = reinterpret_cast<svg_an_trafo *>(svg_a_node_new(p, size));
   record->type = type;
   memcpy(record->numbers, numbers, count * sizeof(double));
   return &record->head;

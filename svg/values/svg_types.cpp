@@ -1,8 +1,10 @@
 // svg_types.cpp: the table of attributes and properties, joined with the functions of their types.
 //
 // svg_parse_attr makes values by it, svg_a_node_delete frees them by it, and hosts read names,
-// defaults and keywords in it. Nothing here raises.
+// defaults and keywords in it. Making one raises for lack of memory.
 #include "svg/values/svg_types.h"
+
+#include "svg/parser/svg_parser.h"
 
 #include "core/ort_core.h"
 #include "svg/svg.h"
@@ -46,8 +48,11 @@ svg_record_kind svg_get_record_kind(int32_t row) {
              : SVG_RECORD_NONE;
 }
 
+svg_a_node *svg_a_node_new(svg_parser *p, size_t size) {
+  return static_cast<svg_a_node *>(ort_arena_take(p->core, &p->kept, size, "svg_a_node_new"));
+}
+
 void svg_a_node_delete(ort_core *core, svg_a_node *value) {
   if (!value) return;
   if (auto *dtor = svg_attr_table[value->row].dtor) dtor(core, value);
-  ort_free(core, value);
 }

@@ -12,7 +12,8 @@
 // References to constants that the compiler computes and proves (svg/tables/schema.h).
 extern const svg_attr_def (&svg_attr_table)[SVG_ATTR_COUNT];
 
-void svg_a_node_delete(ort_core *core, svg_a_node *value); // null is allowed
+svg_a_node *svg_a_node_new(svg_parser *p, size_t size);    // zeroed, among the nodes of the tree
+void svg_a_node_delete(ort_core *core, svg_a_node *value); // what it owns; null is allowed
 
 // ---- Functions ----------------------------------------------------------------------------------
 

@@ -22,7 +22,7 @@ void svg_ctor_an_keyword(svg_parser *p, svg_a_node *node) {
 // Of the properties only stop-opacity: its record has no place for "inherit".
 void svg_ctor_an_number(svg_parser *p, svg_a_node *node) {
   if (svg_ntok(p) == SVG_TOK_KEYWORD && svg_is_lenient(p, SVG_LENIENT_FALLBACKS))
-    svg_drop_value(p);
+    p->new_value = nullptr;
   else
     svg_record<svg_an_number>(node)->value = svg_ctok_as_num(p);
 }
@@ -109,11 +109,10 @@ void svg_ctor_an_class(svg_parser *p, svg_a_node *) {
   }
   const size_t count = ort_vtr_count(p->class_nids);
   if (count == 0) return;
-  auto *nids =
-      static_cast<int16_t *>(ort_malloc(p->core, count * sizeof(int16_t), "svg_ctor_an_class"));
-  memcpy(nids, ort_vtr_at(p->class_nids, 0), count * sizeof(int16_t));
-  ort_free(p->core, p->cur_enode->class_nids); // of "class" beside "svg:class"
-  p->cur_enode->class_nids = nids;
+  const size_t size = count * sizeof(int16_t);
+  void *nids = ort_arena_take(p->core, &p->kept, size, "svg_ctor_an_class");
+  memcpy(nids, ort_vtr_at(p->class_nids, 0), size);
+  p->cur_enode->class_nids = static_cast<int16_t *>(nids);
   p->cur_enode->class_num = static_cast<int32_t>(count);
 }
 

@@ -9,6 +9,7 @@
 
 #include "svg/names/svg_namespace.h"
 #include "svg/names/svg_schema.h"
+#include "svg/tree/svg_elements.h"
 #include "svg/tree/svg_tree.h"
 #include "svg/xml/svg_expat.h"
 #include "svg/xml/svg_growth.h"
@@ -165,15 +166,15 @@ void svg_end_element(svg_parser *p, const svg_name *name) {
   }
   finish_text(p);
   if (p->level < p->skip_level)
-    if (const svg_elem_def *row = ort_top<svg_pe_entry>(p->elem_stack).row; row->end_hook)
-      row->end_hook(p);
+    if (auto *end_hook =
+            svg_elem_table[ort_top<svg_pe_entry>(p->elem_stack).node->head.id].end_hook)
+      end_hook(p);
   if (p->log_level >= 3) echo_end(p, prefix, local);
   --p->level;
   if (p->level == p->skip_level - 1) {
     p->skip_level = SVG_NO_SKIP;
   } else if (p->level < p->skip_level) {
     ort_vtr_pop(p->elem_stack);
-    ort_vtr_pop(p->open_elements);
   }
 }
 

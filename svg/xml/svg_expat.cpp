@@ -148,9 +148,9 @@ static void *expat_realloc(void *block, size_t size) {
 static void make_memory(svg_parser *p) {
   ort_arena arena = {};
   ort_arena_grow(p->core, &arena, FIRST_OF_ARENA, "svg_parse_xml");
-  p->expat_memory = static_cast<svg_expat_memory *>(
-      ort_arena_take(p->core, &arena, sizeof(svg_expat_memory), "svg_parse_xml"));
-  p->expat_memory->arena = arena;
+  p->expat_memory = reinterpret_cast<svg_expat_memory *>(arena.last->bytes());
+  arena.last->used = sizeof(svg_expat_memory);
+  *p->expat_memory = {.arena = arena, .waiting = {}, .large = nullptr};
   p->expat_bytes = FIRST_OF_ARENA;
 }
 

@@ -1,6 +1,7 @@
 // Values that are not lists: what each constructor takes, and what it refuses.
 #include <gtest/gtest.h>
 
+#include "svg/parser/svg_parser.h"
 #include "tests/support/reader.h"
 
 TEST(Values, Keywords) {
@@ -46,13 +47,16 @@ a xlink:title: \s"x" y\s -> " \"x\" y " | \s\s -> -
 )t");
 }
 
-// The record, what it points to, and its place among the element's values.
+// The record, what it points to, and its place among the element's values. Records are aligned.
 TEST(Values, TakeNoMoreThanTheyHold) {
   const auto bytes = [](const std::string &attribute) {
     const Document document("<svg><g " + attribute + "/></svg>");
     ort_statistics statistics;
     ort_get_statistics(document.core, &statistics);
-    return statistics.live_bytes;
+    uint64_t bytes = statistics.live_bytes;
+    for (auto *block = document.parser->kept.first; block; block = block->next)
+      bytes -= sizeof *block + block->size - block->used;
+    return bytes;
   };
   constexpr size_t trafo = offsetof(svg_an_trafo, numbers);
   const std::pair<const char *, size_t> cases[] = {
@@ -67,7 +71,8 @@ TEST(Values, TakeNoMoreThanTheyHold) {
       {"stroke-dasharray='1 2 3'", sizeof(svg_an_key_unum_list) + 3 * (sizeof(double) + 1)},
       {"font-family='abc'", sizeof(svg_an_key_name_list) + sizeof(int32_t) + sizeof(char *) + 4}};
   for (const auto &[attribute, expected] : cases)
-    EXPECT_EQ(bytes(attribute) - bytes(""), expected + sizeof(svg_a_node *)) << attribute;
+    EXPECT_LT(bytes(attribute) - bytes("") - expected - sizeof(svg_a_node *), alignof(double))
+        << attribute;
 }
 
 // class, id and name make no values; their effect is seen in the element and among the ids.
