@@ -227,9 +227,9 @@ typedef void (*svg_skip_observer_fn)(void *user, svg_skipped what, const char *n
  * @param user      its first argument; may be null */
 ORT_API void svg_set_skip_observer(svg_parser *parser, svg_skip_observer_fn observer, void *user);
 
-/** Told of each style sheet outside of the drawing that an xml-stylesheet instruction or an @import
- * names, before the css_context is asked for it, if there is one. href is what css_read_fn gets,
- * valid during the call. The function must return. */
+/** Told of each style sheet outside of the drawing that an xml-stylesheet instruction or an
+ * `@import` names, before the css_context is asked for it, if there is one. href is what
+ * css_read_fn gets, valid during the call. The function must return. */
 typedef void (*svg_sheet_observer_fn)(void *user, const char *href);
 
 /** Sets the observer of external sheets before svg_parse.
@@ -246,7 +246,7 @@ typedef enum svg_sheet_origin {
 } svg_sheet_origin;
 
 /** Where the style sheet stands that is being read: for observers, and for the function that gets
- * messages. In a `style` element it is the place of the declaration or the @import, also for what
+ * messages. In a `style` element it is the place of the declaration or the `@import`, also for what
  * an imported sheet holds; else that of the instruction. Never raises.
  * @param parser  the parser
  * @param line    receives the line of the drawing, from 1

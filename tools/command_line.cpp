@@ -64,7 +64,7 @@ std::string CommandLine::take_limits() {
     std::string_view name;
     uint64_t number = 0;
     if (const std::string mistake = read_limit(text, name, number); !mistake.empty())
-      return "--limit " + text + ": " + mistake;
+      return std::string("--limit ").append(text).append(": ").append(mistake);
     svg_limits &limits = reading_->limits;
     const auto place =
         std::ranges::find(limits_, name, [](const auto &limit) { return limit.first; });
