@@ -125,7 +125,7 @@ TEST(Hostile, BudgetsEndAttacks) {
        "Limit of 10000 attribute declarations exceeded"},
       {"namespace", "<svg xmlns:a='" + times(1001, "u") + "'/>",
        "Limit of 1000 bytes in the name of a namespace exceeded"},
-      {"nodes", "<svg>" + times(9001, "<g/>") + "</svg>", "Limit of 9000 nodes exceeded"},
+      {"nodes", "<svg>" + times(6001, "<g/>") + "</svg>", "Limit of 6000 nodes exceeded"},
       {"depth", "<svg>" + times(1000, "<x>"), "Limit of 1000 nested elements exceeded"},
       {"one attribute", "<svg a='" + times(1 << 20, "abc") + "'/>", no_memory},
       {"ids", "<svg>" + numbered(9000, "<g id='" + times(99, "i"), "'/>") + "</svg>", no_memory},
@@ -138,7 +138,7 @@ TEST(Hostile, BudgetsEndAttacks) {
   options.memory_budget = options.inflate_budget = 1 << 20;
   for (const auto &c : cases) {
     Document document(c.drawing, options, [](svg_parser *p) {
-      const svg_limits limits = {9000, 1000, 2, 100000, 0, 0};
+      const svg_limits limits = {6000, 1000, 2, 100000, 0, 0};
       svg_set_limits(p, &limits);
     });
     EXPECT_NE(document.messages().find(c.message), std::string::npos)
