@@ -11,7 +11,7 @@ constexpr size_t SMALLEST_BLOCK = 0, LARGEST_BLOCK = 0; // so that it sees where
 #else
 constexpr size_t SMALLEST_BLOCK = 1 << 9, LARGEST_BLOCK = 1 << 15;
 #endif
-constexpr size_t GROWTH = 4; // a block is so much smaller than all before it
+constexpr size_t GROWTH = 8; // a block is so much smaller than all before it
 
 void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
   if (SMALLEST_BLOCK > 0) size = (size + 7) / 8 * 8;

@@ -1,6 +1,7 @@
 // scene_group.cpp: groups, with what is applied to them as a whole: opacity, clip, mask, link.
 // Called by the walk for elements and by those who show leaves that have such effects.
 #include <algorithm>
+#include <numbers>
 
 #include "scene/scene_paint.h"
 #include "scene/scene_walk.h"
@@ -9,6 +10,7 @@ static void add_effects(svg_scene_walk *walk, const svg_scene_frame *frame,
                         const svg_scene_path *path, svg_scene_group *group);
 static void describe_shape(const svg_scene_style &style, const svg_scene_path &path,
                            svg_scene_group *group);
+static double farthest_of_stroke(const svg_scene_style &style);
 static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,
                               const svg_scene_path *path, double room[4]);
 
@@ -81,10 +83,20 @@ static void describe_shape(const svg_scene_style &style, const svg_scene_path &p
   group->is_single = !is_stroked || style.fill.kind == SVG_PAINT_NONE;
   svg_scene_extent extent;
   svg_scene_add_path(&extent, path.runs, path.count, SVG_SCENE_IDENTITY);
-  if (is_stroked)
-    svg_scene_add_stroke(&extent, path.runs, path.count, svg_scene_pen_of(style),
-                         SVG_SCENE_IDENTITY);
-  group->has_bounds = svg_scene_get_extent(extent, group->bounds);
+  if (!svg_scene_get_extent(extent, group->bounds)) return;
+  // Where exactly the stroke ends would cost more than all else of a walk.
+  const double reach = is_stroked ? farthest_of_stroke(style) : 0;
+  group->bounds[0] -= reach;
+  group->bounds[1] -= reach;
+  group->bounds[2] += 2 * reach;
+  group->bounds[3] += 2 * reach;
+  group->has_bounds = svg_scene_are_finite(group->bounds, 4);
+}
+
+// How far from the path it can reach: as far as a miter, or the corner of a square cap.
+static double farthest_of_stroke(const svg_scene_style &style) {
+  const double miter = style.stroke_linejoin == SVG_KW_miter ? style.stroke_miterlimit : 1;
+  return style.stroke_width / 2 * std::max(miter, std::numbers::sqrt2);
 }
 
 static const double *find_box(svg_scene_walk *walk, const svg_scene_frame *frame,

@@ -273,7 +273,7 @@ typedef struct svg_scene_group {
   int32_t has_viewport;       /**< not 0: nothing shows outside of viewport */
   double viewport[4];         /**< the overflow clip of svg, symbol, marker */
   int32_t has_bounds;         /**< not 0: bounds are known, as those of a shape without markers */
-  double bounds[4];           /**< a box around all that is in it, with strokes */
+  double bounds[4];           /**< a box around all that is in it, with strokes; it may be larger */
   const svg_iri *link;        /**< target of an a element, else null */
 } svg_scene_group;
 

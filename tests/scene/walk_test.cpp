@@ -159,7 +159,7 @@ group svg viewport=0 0 20 10
   group f
     clip n
       text text 'x' x=0 y=0 chunk first last fill=#000000
-  group p opacity=0.5 bounds=0 -1 4 2
+  group p opacity=0.5 bounds=-4 -4 12 8
     shape p fill=#000000 stroke=#ff0000 width=2 M0 0 L4 0
   group q opacity=0.5
     shape q stroke=#ff0000 width=2 M0 0 L4 0

@@ -116,7 +116,8 @@ class Streams(unittest.TestCase):
             if size == 1 << 30 and status != 0:
                 self.skipTest("an instrumented tool needs more than that to start")
             if status != 127:  # else the dynamic loader found no room
-                self.assertIn((status, messages.endswith("ut of memory\n")), [(0, False), (1, True)], size)
+                last = messages.splitlines()[-1]  # it may tell the place of a value that was being made
+                self.assertIn((status, "ut of memory" in last), [(0, False), (1, True)], size)
 
     def test_mistakes(self):
         for arguments in MISTAKES:
