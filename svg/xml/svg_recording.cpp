@@ -69,7 +69,7 @@ struct svg_recording {
   bool incomplete;             // events to come were dropped
   uint64_t sheets;             // bytes of style sheets
   svg_given_attr *attributes;  // of the start tag being played
-  ort_vtr *open;               // const svg_name *: of the open elements, where names are shown
+  ort_vtr *open;               // const svg_name *: of the open elements; null until names are shown
   ort_arena_block *name_block; // the next new name is here
   size_t name_at;
 };
@@ -114,7 +114,6 @@ bool svg_recording_play(svg_parser *p) {
   recording->name_block = recording->names.first;
   recording->attributes =
       ort_new_array<svg_given_attr>(p->core, recording->most_attributes + 1, "svg_recording");
-  recording->open = ort_vtr_new(p->core, &open_ced, 0, 0);
   recording->sheets = svg_css_sheet_bytes(p);
   p->declared_attributes = 0; // what they add to start tags has been counted
   p->to_skip = 0;
@@ -393,7 +392,10 @@ static const char *play(svg_parser *p, const char *at) {
 // A capture shows the name of its own end tag, too, but not of the tags around it.
 static void play_start(svg_parser *p, const svg_name *name) {
   svg_start_element(p, *name, p->recording->attributes);
-  if (svg_shows_names(p)) ort_push(p->recording->open, name);
+  if (!svg_shows_names(p)) return;
+  ort_vtr *&open = p->recording->open;
+  if (!open) open = ort_vtr_new(p->core, &open_ced, 0, 0);
+  ort_push(open, name);
 }
 
 static void play_end(svg_parser *p) {
