@@ -88,6 +88,7 @@ WRONG = (  # arguments, status, message
     (("-w", "99999", "in.svg", "y.png"), 1, "a picture of 99999 x 50000 pixels is too large"),
     (("--limit", "pixels=100", "in.svg", "y.png"), 1, "error 1930: Limit of 100 pixels exceeded"),
     (("bad.svg", "y.png"), 1, "error 1700: XML: "),
+    (("in.svg", "full.png"), 1, "cannot write 'full.png': No space left on device"),
 )
 
 
@@ -168,12 +169,14 @@ class Drawing(unittest.TestCase):
                     file.write(svg(""))
             with open(os.path.join(folder, "bad.svg"), "w", encoding="utf-8") as file:
                 file.write("<svg")
+            os.symlink("/dev/full", os.path.join(folder, "full.png"))
             for arguments, status, message in WRONG:
                 with self.subTest(arguments):
                     found = run(*arguments, cwd=folder)
                     self.assertEqual(found[:2], (status, ""))
                     self.assertIn(message, found[2])
                     self.assertFalse(os.path.exists(os.path.join(folder, "y.png")))
+                    self.assertTrue(os.path.islink(os.path.join(folder, "full.png")))
             os.mkdir(os.path.join(folder, "out"))
             self.assertEqual(run("--jobs", "2", "in.svg", "other.svg", "out", cwd=folder), (0, "", ""))
             self.assertEqual(sorted(os.listdir(os.path.join(folder, "out"))), ["in.png", "other.png"])

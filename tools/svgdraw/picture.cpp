@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 
 #include "tools/svgdraw/painter.h"
 
@@ -34,6 +35,7 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
 static void write_picture(const Scene &scene, const PictureSettings &settings, const Frame &frame,
                           Account &account, const std::string &path);
 static cairo_status_t write_bytes(void *file, const unsigned char *bytes, unsigned length);
+static void remove_file(const std::string &path);
 
 // A part of a pixel counts, what rounding leaves does not.
 static int whole(double side) { return std::max(1, static_cast<int>(std::ceil(side - 1e-6))); }
@@ -136,7 +138,13 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
     account.fail(0, "cannot write '" + path + "': " + strerror(errno));
   else if (status != CAIRO_STATUS_SUCCESS)
     account.fail(0, std::string("cannot draw: ") + cairo_status_to_string(status));
-  if (account.failed && path != "-") remove(path.c_str());
+  if (account.failed && path != "-") remove_file(path);
+}
+
+// Devices and links stay: the user made them, not this program.
+static void remove_file(const std::string &path) {
+  std::error_code error;
+  if (is_regular_file(std::filesystem::symlink_status(path, error))) remove(path.c_str());
 }
 
 static cairo_status_t write_bytes(void *file, const unsigned char *bytes, unsigned length) {
