@@ -22,6 +22,21 @@ void svg_scene_add_box(svg_scene_extent *extent, const double box[4], const doub
                               box[1] + (corner & 2 ? box[3] : 0)));
 }
 
+// In variables of its own, which need not be stored for each point.
+svg_scene_extent svg_scene_hull(const svg_pada *runs, size_t count) {
+  double left = HUGE_VAL, top = HUGE_VAL, right = -HUGE_VAL, bottom = -HUGE_VAL;
+  for (size_t i = 0; i < count; ++i) {
+    const double *point = runs[i].points;
+    for (int k = runs[i].count; k > 0; --k, point += 2) {
+      left = std::min(left, point[0]);
+      right = std::max(right, point[0]);
+      top = std::min(top, point[1]);
+      bottom = std::max(bottom, point[1]);
+    }
+  }
+  return {left, top, right, bottom};
+}
+
 void svg_scene_add_path(svg_scene_extent *extent, const svg_pada *runs, size_t count,
                         const double matrix[6]) {
   svg_scene_steps steps(runs, count);

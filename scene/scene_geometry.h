@@ -98,6 +98,9 @@ bool svg_scene_get_extent(const svg_scene_extent &extent, double box[4]);
 // The corners of a box under a matrix.
 void svg_scene_add_box(svg_scene_extent *extent, const double box[4], const double matrix[6]);
 
+// A box around segments: that of all points, also those that only control a curve.
+svg_scene_extent svg_scene_hull(const svg_pada *runs, size_t count);
+
 // The tightest box around the segments under a matrix. A moveto that nothing follows counts not.
 void svg_scene_add_path(svg_scene_extent *extent, const svg_pada *runs, size_t count,
                         const double matrix[6]);

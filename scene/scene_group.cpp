@@ -81,10 +81,8 @@ static void describe_shape(const svg_scene_style &style, const svg_scene_path &p
   if (style.marker_start || style.marker_mid || style.marker_end) return;
   const bool is_stroked = style.stroke.kind != SVG_PAINT_NONE && style.stroke_width > 0;
   group->is_single = !is_stroked || style.fill.kind == SVG_PAINT_NONE;
-  svg_scene_extent extent;
-  svg_scene_add_path(&extent, path.runs, path.count, SVG_SCENE_IDENTITY);
-  if (!svg_scene_get_extent(extent, group->bounds)) return;
-  // Where exactly the stroke ends would cost more than all else of a walk.
+  // Where exactly curves and strokes end would cost more than all else of a walk.
+  if (!svg_scene_get_extent(svg_scene_hull(path.runs, path.count), group->bounds)) return;
   const double reach = is_stroked ? farthest_of_stroke(style) : 0;
   group->bounds[0] -= reach;
   group->bounds[1] -= reach;

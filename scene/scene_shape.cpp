@@ -41,17 +41,10 @@ bool svg_scene_show_shape(svg_scene_walk *walk, svg_scene_frame *frame, const do
   return false;
 }
 
-// No point overflows where it is painted. Outlines are finite themselves. Two maxima do not wait
-// for each other, as one of all numbers would.
+// No point overflows where it is painted. Outlines are finite themselves.
 static bool is_drawable(const svg_scene_path &path, const double ctm[6]) {
-  double x = 0, y = 0;
-  for (size_t i = 0; i < path.count; ++i) {
-    const double *point = path.runs[i].points;
-    for (int k = path.runs[i].count; k > 0; --k, point += 2) {
-      x = std::max(x, std::fabs(point[0]));
-      y = std::max(y, std::fabs(point[1]));
-    }
-  }
+  const svg_scene_extent hull = svg_scene_hull(path.runs, path.count);
+  const double x = std::max(-hull.left, hull.right), y = std::max(-hull.top, hull.bottom);
   return std::isfinite(std::fabs(ctm[0]) * x + std::fabs(ctm[2]) * y + std::fabs(ctm[4])) &&
          std::isfinite(std::fabs(ctm[1]) * x + std::fabs(ctm[3]) * y + std::fabs(ctm[5]));
 }
