@@ -16,7 +16,7 @@ import tempfile
 import zlib
 
 CHECK = ["build/svgtree", "--check"]
-DRAW = ["build/svgdraw", "-f", "png"]
+DRAW, DRAW_PDF = (["build/svgdraw", "-f", name] for name in ("png", "pdf"))
 SECONDS = 120
 SHEET_SECONDS = 3  # of a drawing of 1 MB whose style sheet is the attack: ORT_LIMIT_RULE_STEPS
 DRAW_SECONDS = 10
@@ -178,6 +178,11 @@ def chain(template, number):
     return "".join(template.replace("%d", str(i)).replace("%p", str(i - 1)) for i in range(1, number))
 
 
+def lines(number, height):
+    """Of path data: they go up and down, and most cross each other."""
+    return "".join(f"L{i * 7919 % 8000} {i % 2 * height}" for i in range(number))
+
+
 def large(*parts, side=8000):
     return svg(*parts).replace(b"<svg ", f"<svg width='{side}' height='{side}' ".encode(), 1)
 
@@ -243,9 +248,26 @@ DRAW_ATTACKS = {
     "draw: a picture of 32767 x 32767": lambda: large(f"<rect {WHOLE}/>", side=32767),
     "draw: tiny dashes on a long path": lambda: large(
         "<path d='M0 5", "H8000H0" * 10000, "' stroke='red' stroke-dasharray='.001'/>"),
+    "draw: 10^5 fills, one over the other": lambda: large(f"<rect {WHOLE} fill-opacity='.5'/>" * (MILLION // 10), side=11000),
+    "draw: 10^5 radial gradients": lambda: large(
+        "<radialGradient id='g'><stop/><stop offset='1' stop-color='red'/></radialGradient>",
+        f"<rect {WHOLE} fill='url(#g)'/>" * (MILLION // 10)),
+    "draw: 10^6 uses of a long path": lambda: svg(
+        "<path id='p' d='M0 0", "L1 1" * 10000, "'/>", "<use xlink:href='#p'/>" * MILLION),
+    "draw: 10^6 uses of a long path, PDF": lambda: svg(
+        "<path id='p' d='M0 0", "L1 1" * 10000, "'/>", "<use xlink:href='#p'/>" * MILLION),
     "draw: a path of 10^6 long lines": lambda: large("<path d='M0 0", million("L%d 9L0 8000"), "'/>"),
-    "draw: a round stroke of 10^6 joins": lambda: large(
-        "<path fill='none' stroke='red' stroke-width='5000' stroke-linejoin='round' d='M0 0", million("L%d 9"), "'/>"),
+    "draw: a path of 10^6 lines in a row of pixels": lambda: large("<path d='M0 0", lines(MILLION, 1), "'/>"),
+    "draw: a stroke of 10^5 lines in a row of pixels": lambda: large(
+        "<path fill='none' stroke='red' stroke-width='.1' d='M0 0", lines(MILLION // 10, 1), "'/>"),
+    "draw: a wide stroke of 10^6 joins": lambda: large(
+        "<path fill='none' stroke='red' stroke-width='5000' stroke-linejoin='round' d='M0 0", lines(MILLION, 99), "'/>"),
+    "draw: 10^4 lines in a clip path": lambda: large(
+        "<clipPath id='c'><circle r='9999'/></clipPath><g clip-path='url(#c)'><path stroke='red' d='M0 0",
+        lines(MILLION // 100, 8000), "'/></g>"),
+    "draw: a clip path of 10^4 lines": lambda: large(
+        "<clipPath id='c'><path d='M0 0", lines(MILLION // 100, 8000), "'/></clipPath><g clip-path='url(#c)'>",
+        "<circle r='9999'/>" * 1000, "</g>"),
     "draw: 10^6 letters": lambda: svg("<text y='9'>", "a " * (MILLION // 2), "</text>"),
     "draw: 10^5 letters, each at its place": lambda: svg("<text y='9' x='", "1 " * (MILLION // 10), "'>", "a" * (MILLION // 10), "</text>"),
     "draw: letters of 10^6 pixels": lambda: large("<text y='4000' font-size='1000000'>", "abcdefgh" * 1000, "</text>"),
@@ -268,7 +290,7 @@ def run(name, make, command, limit):
         writer.join()
         size = os.path.getsize(file.name)
         with tempfile.TemporaryFile() as messages:
-            output = ["/dev/null"] if command is DRAW else []
+            output = ["/dev/null"] if command is not CHECK else []
             process = subprocess.Popen(["timeout", str(SECONDS), *command, file.name, *output],
                                        stdout=messages, stderr=messages)
             _, status, usage = os.wait4(process.pid, 0)
@@ -276,7 +298,7 @@ def run(name, make, command, limit):
             seconds = usage.ru_utime + usage.ru_stime
             messages.seek(0)
             lines = messages.read(1 << 20).decode("utf-8", "replace").splitlines()
-    last = lines[-1 if command is DRAW else 0].split(": ", 1)[-1] if lines else "read"
+    last = lines[0 if command is CHECK else -1].split(": ", 1)[-1] if lines else "read"
     ended = process.returncode in (0, 1) and seconds <= limit
     print(f"{name:40} {size / 1e6:7.1f} {seconds:8.2f} {usage.ru_maxrss / 1024:8.0f}  "
           f"{last[:60] if ended else f'FAILED: exit status {process.returncode}, {limit} s are allowed'}", flush=True)
@@ -288,7 +310,7 @@ def main():
     print(f"{'attack':40} {'MB':>7} {'seconds':>8} {'peak MB':>8}  ended with")
     rows = [(name, make, CHECK, SECONDS) for name, make in ATTACKS.items()]
     rows += [(name, make, CHECK, SHEET_SECONDS) for name, make in SHEET_ATTACKS.items()]
-    rows += [(name, make, DRAW, DRAW_SECONDS) for name, make in DRAW_ATTACKS.items()]
+    rows += [(name, make, DRAW_PDF if name.endswith("PDF") else DRAW, DRAW_SECONDS) for name, make in DRAW_ATTACKS.items()]
     results = [run(name, *row) for name, *row in rows
                if not wanted or any(word in name for word in wanted)]
     return 0 if all(results) else 1

@@ -20,7 +20,6 @@ static void show_run(void *user, const svg_scene_run *run);
 static std::optional<Box> box_of_outline(const svg_scene_shape &shape);
 static std::optional<Box> box_of_area(const svg_scene_image &image);
 static std::optional<Point> origin_of(const svg_scene_run &run);
-static Point map(const double matrix[6], double x, double y);
 
 const svg_e_node *server_of(const svg_scene_paint &paint) {
   switch (paint.kind) {
@@ -126,6 +125,6 @@ static std::optional<Point> origin_of(const svg_scene_run &run) {
   return map(run.item.ctm, run.x + run.dx, run.y + run.dy + run.baseline);
 }
 
-static Point map(const double m[6], double x, double y) {
+Point map(const double m[6], double x, double y) {
   return {m[0] * x + m[2] * y + m[4], m[1] * x + m[3] * y + m[5]};
 }

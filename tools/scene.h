@@ -14,6 +14,8 @@
 using Point = std::array<double, 2>; // x, y
 using Box = std::array<double, 4>;   // x, y, width, height
 
+Point map(const double matrix[6], double x, double y);
+
 // Something that is painted. What it points to lasts as long as the call that receives it.
 struct Painted {
   const svg_scene_item *item = nullptr;

@@ -87,6 +87,7 @@ WRONG = (  # arguments, status, message
     (("--id", "none", "in.svg", "y.png"), 1, "no element has the id 'none'"),
     (("-w", "99999", "in.svg", "y.png"), 1, "a picture of 99999 x 50000 pixels is too large"),
     (("--limit", "pixels=100", "in.svg", "y.png"), 1, "error 1930: Limit of 100 pixels exceeded"),
+    (("--limit", "painted=100", "in.svg", "y.png"), 1, "error 1930: Limit of 100 painted pixels exceeded"),
     (("bad.svg", "y.png"), 1, "error 1700: XML: "),
     (("in.svg", "full.png"), 1, "cannot write 'full.png': No space left on device"),
 )

@@ -6,6 +6,9 @@
 #include "tools/protect.h"
 #include "tools/svgdraw/painter.h"
 
+static constexpr double CROSSINGS_MAX = 10000; // of a clip path that Cairo is given as a path
+static constexpr double LAYER = 4;             // times a color: to clear one, to show it
+
 static void clip_to_pixels_of(cairo_t *context, const double box[4]);
 static void luminance_to_alpha(cairo_surface_t *surface);
 
@@ -15,6 +18,7 @@ void Painter::begin_group(const svg_scene_group &group) {
   record.is_hidden = group.opacity <= 0 || !enter(group.item.matrix);
   if (record.is_hidden) cairo_save(cairo_);
   if (!record.is_hidden && group.has_viewport != 0) clip_to_box(cairo_, group.viewport);
+  record.is_cut = groups_.back().is_cut;
   if (!record.is_hidden && group.clip) clip_to(*group.clip, record);
   if (!record.is_hidden) {
     if (group.mask || record.is_masked || (group.opacity < 1 && group.is_single == 0))
@@ -47,6 +51,11 @@ void Painter::clip_to(const svg_scene_clip &clip, Group &record) {
   if (code != 0) account_.fail(code, ort_error_text(drawing_.core()));
   record.is_hidden = code != 0 || (!record.is_masked && count == 0);
   if (record.is_hidden || record.is_masked) return;
+  const Effort effort = effort_of(segments, count, nullptr);
+  account_.spend(effort.time);
+  record.is_masked = !target_.is_vector && effort.crossings > CROSSINGS_MAX;
+  if (record.is_masked) return;
+  record.is_cut = true;
   cairo_new_path(cairo_);
   add_segments(cairo_, segments, count);
   set_fill_rule(cairo_, fill_rule);
@@ -58,10 +67,10 @@ void Painter::clip_to(const svg_scene_clip &clip, Group &record) {
 void Painter::push_layer(const svg_scene_group &group, Group &record) {
   if (!target_.is_vector) {
     if (group.has_bounds != 0) clip_to_pixels_of(cairo_, group.bounds);
-    const cairo_rectangle_int_t area = visible_pixels();
-    record.pixels = static_cast<uint64_t>(area.width) * static_cast<uint64_t>(area.height);
+    const Box area = visible_pixels();
+    record.pixels = static_cast<uint64_t>(area[2] * area[3]);
   }
-  record.is_pushed = account_.take(record.pixels);
+  record.is_pushed = account_.take(record.pixels, LAYER);
   if (record.is_pushed) cairo_push_group(cairo_);
 }
 
@@ -81,13 +90,13 @@ void Painter::show_layer(const svg_scene_group &group, const Group &record) {
 // clip path. Null when nothing shows.
 cairo_surface_t *Painter::make_mask(const svg_scene_group &group, const Group &record) {
   const double scale = target_.pixels_per_unit;
-  const cairo_rectangle_int_t area = visible_pixels();
-  const uint64_t pixels = (record.is_masked ? 2 : 1) * static_cast<uint64_t>(area.width) *
-                          static_cast<uint64_t>(area.height);
-  if (pixels == 0 || !account_.take(pixels)) return nullptr;
-  cairo_surface_t *layer = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, area.width, area.height);
+  const Box area = visible_pixels();
+  const auto pixels = static_cast<uint64_t>((record.is_masked ? 2 : 1) * area[2] * area[3]);
+  if (pixels == 0 || !account_.take(pixels, LAYER)) return nullptr;
+  cairo_surface_t *layer =
+      cairo_image_surface_create(CAIRO_FORMAT_ARGB32, int(area[2]), int(area[3]));
   cairo_surface_set_device_scale(layer, scale, scale);
-  cairo_surface_set_device_offset(layer, -area.x, -area.y);
+  cairo_surface_set_device_offset(layer, -area[0], -area[1]);
   cairo_t *context = cairo_create(layer);
   cairo_matrix_t matrix;
   cairo_get_matrix(cairo_, &matrix);
@@ -128,18 +137,16 @@ bool Painter::begin_link(const svg_iri *link) {
   return true;
 }
 
-// What the clip leaves, in pixels of the target.
-cairo_rectangle_int_t Painter::visible_pixels() const {
+// What the clip leaves, in whole pixels of the target.
+Box Painter::visible_pixels() const {
   double x0, y0, x1, y1;
   cairo_save(cairo_);
   cairo_identity_matrix(cairo_);
   cairo_clip_extents(cairo_, &x0, &y0, &x1, &y1);
   cairo_restore(cairo_);
   const double scale = target_.pixels_per_unit;
-  const int left = static_cast<int>(std::floor(x0 * scale));
-  const int top = static_cast<int>(std::floor(y0 * scale));
-  return {left, top, static_cast<int>(std::ceil(x1 * scale)) - left,
-          static_cast<int>(std::ceil(y1 * scale)) - top};
+  const double left = std::floor(x0 * scale), top = std::floor(y0 * scale);
+  return {left, top, std::ceil(x1 * scale) - left, std::ceil(y1 * scale) - top};
 }
 
 // Whole pixels: an edge that cuts one would show twice.

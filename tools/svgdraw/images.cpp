@@ -11,6 +11,7 @@
 
 static constexpr int NESTING_MAX = 4;  // drawings in drawings
 static constexpr int SIDE_MAX = 32767; // of an image in Cairo
+static constexpr double IMAGE = 64;    // times a color: to read a picture and to show it smaller
 
 using Bytes = std::string_view;
 
@@ -101,7 +102,7 @@ static bool is_drawing(Bytes data) {
 // Whether a picture of this size can be held, and may be.
 static bool take(Account &account, int64_t width, int64_t height, uint64_t passes) {
   return width > 0 && height > 0 && width <= SIDE_MAX && height <= SIDE_MAX &&
-         account.take(static_cast<uint64_t>(width * height), passes);
+         account.take(static_cast<uint64_t>(width * height), IMAGE * static_cast<double>(passes));
 }
 
 static cairo_surface_t *read_png(Bytes data, Account &account) {

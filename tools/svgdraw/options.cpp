@@ -52,7 +52,7 @@ int parse_draw_options(int argc, char **argv, DrawOptions &options) {
   line.add("--style-dir", options.reading.style_folder, "DIR",
            "Folder that style sheets may be read from (default: none are)");
   line.add_reading(options.reading, options.jobs,
-                   {{"pixels", &picture.pixels}, {"layers", &picture.layers}});
+                   {{"pixels", &picture.pixels}, {"painted", &picture.painted}});
   return line.parse(argc, argv, [&] { return take(written, options); });
 }
 

@@ -6,6 +6,8 @@
 
 #include "tools/protect.h"
 
+static constexpr double COMPOSED = 16; // times that of a color: a gradient or pattern
+
 template <auto METHOD, class Record> static auto call(void *user, const Record *record) {
   return (static_cast<Painter *>(user)->*METHOD)(*record);
 }
@@ -19,14 +21,17 @@ const svg_scene_callbacks Painter::CALLBACKS = {
     .measure = call<&Painter::measure>,
 };
 
-bool Account::take(uint64_t count, uint64_t times) {
-  if (failed) return false;
+bool Account::take(uint64_t count, double times) {
   pixels += count;
-  layers += count * times;
   if (pixels > pixels_limit)
     fail(ORT_E_LIMIT, "Limit of " + std::to_string(pixels_limit) + " pixels exceeded");
-  if (layers > layers_limit)
-    fail(ORT_E_LIMIT, "Limit of " + std::to_string(layers_limit) + " pixels of layers exceeded");
+  return spend(static_cast<double>(count) * times);
+}
+
+bool Account::spend(double time) {
+  painted += time;
+  if (painted > static_cast<double>(painted_limit))
+    fail(ORT_E_LIMIT, "Limit of " + std::to_string(painted_limit) + " painted pixels exceeded");
   return !failed;
 }
 
@@ -65,8 +70,12 @@ bool Painter::enter(const double matrix[6]) {
 
 void Painter::shape(const svg_scene_shape &shape) {
   if (!enter(shape.item.matrix)) return;
-  paint(shape.fill, shape.stroke, *shape.item.style, shape.fill_rule,
-        [&](bool) { add_segments(cairo_, shape.segments, shape.segment_count); });
+  paint(
+      shape.fill, shape.stroke, *shape.item.style, shape.fill_rule,
+      [&](const svg_scene_style *stroke) {
+        return effort_of(shape.segments, shape.segment_count, stroke);
+      },
+      [&](bool) { add_segments(cairo_, shape.segments, shape.segment_count); });
   cairo_restore(cairo_);
 }
 
@@ -74,17 +83,40 @@ void Painter::shape(const svg_scene_shape &shape) {
 // drawn while its source is made, so the path comes after it.
 void Painter::paint(const svg_scene_paint &fill, const svg_scene_paint &stroke,
                     const svg_scene_style &style, int32_t fill_rule,
+                    const std::function<Effort(const svg_scene_style *stroke)> &effort_to,
                     const std::function<void(bool fills)> &add) {
-  cairo_new_path(cairo_);
-  if (set_source(fill)) {
-    add(true);
-    set_fill_rule(cairo_, fill_rule);
-    cairo_fill(cairo_);
-  }
-  if (set_source(stroke)) {
-    add(false);
-    set_stroke(style);
-    cairo_stroke(cairo_);
+  for (const bool fills : {true, false}) {
+    const svg_scene_paint &paint = fills ? fill : stroke;
+    if (paint.kind == SVG_SCENE_PAINT_NONE) continue;
+    const Effort effort = effort_to(fills ? nullptr : &style);
+    const double weight = paint.kind == SVG_SCENE_PAINT_COLOR ? 1 : COMPOSED;
+    cairo_new_path(cairo_);
+    if (!account_.spend(effort.time + weight * effort.area)) return;
+    cairo_save(cairo_);
+    if (effort.apart) {
+      cairo_matrix_t matrix;
+      cairo_get_matrix(cairo_, &matrix);
+      cairo_identity_matrix(cairo_);
+      clip_to_box(cairo_, effort.apart->data());
+      cairo_set_matrix(cairo_, &matrix);
+      cairo_push_group(cairo_);
+      cairo_reset_clip(cairo_);
+    }
+    if (set_source(paint)) {
+      add(fills);
+      if (fills) {
+        set_fill_rule(cairo_, fill_rule);
+        cairo_fill(cairo_);
+      } else {
+        set_stroke(style);
+        cairo_stroke(cairo_);
+      }
+    }
+    if (effort.apart) {
+      cairo_pop_group_to_source(cairo_);
+      cairo_paint(cairo_);
+    }
+    cairo_restore(cairo_);
   }
 }
 

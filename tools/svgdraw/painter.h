@@ -9,6 +9,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -17,10 +18,10 @@
 
 // What one picture may cost, and what is to be said about it; shared by the drawings inside of it.
 struct Account {
-  uint64_t pixels_limit = 0; // of the picture and the layers alive with it
-  uint64_t layers_limit = 0; // of all layers ever made
+  uint64_t pixels_limit = 0;  // of the picture and the layers alive with it
+  uint64_t painted_limit = 0; // pixels of one color that could be painted in all the time
   uint64_t pixels = 0;
-  uint64_t layers = 0;
+  double painted = 0;
   int nesting = 0;                  // of drawings in drawings
   std::set<std::string> notes = {}; // what was not drawn, each once
 
@@ -29,11 +30,20 @@ struct Account {
   int code = 0;
   std::string text = {};
 
-  // Takes pixels for a layer, and as many again for each further time that they are gone through;
-  // false when there are none left, which is an error.
-  bool take(uint64_t count, uint64_t times = 1);
+  // Takes pixels for a layer or an image, which are gone through so often; false when there are
+  // none left, which is an error.
+  bool take(uint64_t count, double times);
   void give(uint64_t count) { pixels -= count; }
+  bool spend(double time); // the same of time
   void fail(int error, const std::string &message);
+};
+
+// What it takes to fill or stroke something.
+struct Effort {
+  double time = 0;
+  double area = 0;               // pixels, which take longer with other paints than a color
+  double crossings = 0;          // of edges
+  std::optional<Box> apart = {}; // to be drawn on a layer of this box, because of the clip path
 };
 
 class Painter {
@@ -60,6 +70,7 @@ private:
     bool is_pushed = false; // it goes through a layer
     bool is_masked = false; // by a mask of its clip path
     bool is_link = false;   // a link of the PDF is open
+    bool is_cut = false;    // by a clip path that is no rectangle, or a group around is
     double opacity = 1;     // for the one paint in it
     uint64_t pixels = 0;    // of the layer
   };
@@ -72,8 +83,14 @@ private:
   bool enter(const double matrix[6]);
   void paint(const svg_scene_paint &fill, const svg_scene_paint &stroke,
              const svg_scene_style &style, int32_t fill_rule,
+             const std::function<Effort(const svg_scene_style *stroke)> &effort,
              const std::function<void(bool fills)> &add);
   void shape(const svg_scene_shape &shape);
+
+  // effort.cpp
+  Effort effort_of(const svg_pada *segments, size_t count, const svg_scene_style *stroke) const;
+  Effort effort_of(const svg_scene_run &run, bool strokes) const;
+  double pixels_of_unit() const;
 
   // groups.cpp
   void begin_group(const svg_scene_group &group);
@@ -83,7 +100,7 @@ private:
   void show_layer(const svg_scene_group &group, const Group &record);
   cairo_surface_t *make_mask(const svg_scene_group &group, const Group &record);
   bool begin_link(const svg_iri *link);
-  cairo_rectangle_int_t visible_pixels() const;
+  Box visible_pixels() const;
 
   // paints.cpp
   bool set_source(const svg_scene_paint &paint);

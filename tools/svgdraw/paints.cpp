@@ -5,6 +5,7 @@
 #include "tools/svgdraw/painter.h"
 
 static constexpr int TILE_MAX = 4096; // pixels of a tile's side; a larger one is drawn coarser
+static constexpr double STOP = 64;    // times as long as a pixel
 
 // Red, green or blue of a color, by its place.
 static double channel(uint32_t rgb, int shift) { return (rgb >> shift & 255) / 255.0; }
@@ -21,7 +22,10 @@ bool Painter::set_source(const svg_scene_paint &paint) {
     pattern = cairo_pattern_create_rgba(channel(paint.rgb, 16), channel(paint.rgb, 8),
                                         channel(paint.rgb, 0), opacity);
     break;
-  case SVG_SCENE_PAINT_GRADIENT: pattern = make_gradient(*paint.gradient, opacity); break;
+  case SVG_SCENE_PAINT_GRADIENT:
+    if (!account_.spend(STOP * static_cast<double>(paint.gradient->stop_count))) return false;
+    pattern = make_gradient(*paint.gradient, opacity);
+    break;
   case SVG_SCENE_PAINT_PATTERN: pattern = make_pattern(*paint.pattern, opacity); break;
   }
   if (!pattern) return false;
@@ -80,7 +84,7 @@ cairo_pattern_t *Painter::make_pattern(const svg_scene_pattern &pattern, double 
   const int height = side(tile[3], matrix.xy, matrix.yy);
   const uint64_t pixels =
       target_.is_vector ? 0 : static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
-  if (!account_.take(pixels)) return nullptr;
+  if (!account_.take(pixels, 1)) return nullptr;
 
   const cairo_rectangle_t extents = {0, 0, double(width), double(height)};
   cairo_surface_t *surface =

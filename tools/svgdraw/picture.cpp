@@ -53,7 +53,7 @@ const PictureFormat *find_format(const std::string &name) {
 Picture make_picture(const std::string &input, const ReadSettings &reading,
                      const PictureSettings &settings, const std::string &output) {
   const Drawing drawing(input, reading);
-  Account account = {settings.pixels, settings.layers};
+  Account account = {settings.pixels, settings.painted};
   if (drawing.ok()) {
     const Scene scene(drawing, {settings.dpi, 0, 0, 0});
     Frame frame;
@@ -100,7 +100,7 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
   if (!(frame.width <= SIDE_MAX && frame.height <= SIDE_MAX))
     return fail("a picture of " + std::to_string(std::llround(frame.width)) + " x " +
                 std::to_string(std::llround(frame.height)) + " pixels is too large");
-  return account.take(uint64_t(whole(frame.width)) * uint64_t(whole(frame.height)));
+  return account.take(uint64_t(whole(frame.width)) * uint64_t(whole(frame.height)), 1);
 }
 
 static void write_picture(const Scene &scene, const PictureSettings &settings, const Frame &frame,

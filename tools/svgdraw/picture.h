@@ -28,8 +28,8 @@ struct PictureSettings {
   double dpi = 96;
   double background[4] = {};     // red, green, blue, alpha, 0 to 1
   std::optional<std::string> id; // of the one element to draw
-  uint64_t pixels = 1 << 27;     // of the picture and its layers at a time
-  uint64_t layers = 1 << 30;     // pixels of all layers ever made
+  uint64_t pixels = 1 << 28;     // of the picture and its layers at a time
+  uint64_t painted = 1ULL << 33; // pixels of one color that could be painted in all the time
 };
 
 // What became of a picture. The messages tell what went wrong and what was not drawn; their code is

@@ -32,12 +32,15 @@ void Painter::text(const svg_scene_run &run) {
     add();
     cairo_set_matrix(cairo_, &matrix);
   };
+  const auto effort = [&](const svg_scene_style *stroke) {
+    return effort_of(run, stroke != nullptr);
+  };
   for (size_t i = 0; i < run.decoration_count; ++i) {
     const svg_scene_decoration &decoration = run.decorations[i];
-    paint(decoration.fill, decoration.stroke, *decoration.style, SVG_KW_nonzero,
+    paint(decoration.fill, decoration.stroke, *decoration.style, SVG_KW_nonzero, effort,
           [&](bool) { in_place([&] { add_lines(cairo_, layout, decoration.lines, width); }); });
   }
-  paint(run.fill, run.stroke, *run.item.style, SVG_KW_nonzero, [&](bool fills) {
+  paint(run.fill, run.stroke, *run.item.style, SVG_KW_nonzero, effort, [&](bool fills) {
     in_place([&] {
       cairo_move_to(cairo_, 0, 0);
       PangoLayoutLine *line = pango_layout_get_line(layout, 0);
