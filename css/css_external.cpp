@@ -274,7 +274,7 @@ static std::string_view find_charset(std::string_view bytes) {
   if (!bytes.starts_with(charset)) return "";
   std::string_view name = bytes.substr(charset.size(), sizeof sheet_encoding::name);
   const size_t end = name.find("\";");
-  if (end >= sizeof sheet_encoding::name) return "";
+  if (end == name.npos) return "";
   name = name.substr(0, end);
   for (char c : name)
     if (!ort_isalpha(c) && !ort_isdigit(c) && !strchr("-_.:", c)) return "";
@@ -288,7 +288,7 @@ static void open_converter(reading *r, const char *encoding) {
 
 static bool keeps_ascii(iconv_t converter) {
   constexpr std::string_view ascii = "@charset";
-  char text[ascii.size()], result[4 * ascii.size()], *from = text, *to = result;
+  char text[ascii.size()], result[ascii.size()], *from = text, *to = result;
   size_t length = ascii.copy(text, ascii.size()), room = sizeof result;
   iconv(converter, &from, &length, &to, &room);
   iconv(converter, nullptr, nullptr, nullptr, nullptr); // back to the initial state

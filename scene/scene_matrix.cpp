@@ -55,7 +55,6 @@ bool svg_scene_fit(double matrix[6], const double from[4], const double to[4], i
   int x = 0, y = 0;
   if (align != SVG_KW_none) {
     sx = sy = meet != 0 ? std::min(sx, sy) : std::max(sx, sy);
-    x = y = 1;
     for (const alignment &known : alignments)
       if (known.key == align) x = known.x, y = known.y;
   }

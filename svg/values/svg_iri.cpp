@@ -227,11 +227,7 @@ static char *new_file_digest(svg_parser *p, const void *bytes, size_t length) {
 }
 
 static char *new_file_name(svg_parser *p, int mime, const char *digest) {
-  const char *suffix = ort_errprintf(p->core, " (%s file embedded in SVG)",
-                                     ort_get_keyword(mime, svg_mime_keylist2));
-  const size_t digest_length = strlen(digest), suffix_size = strlen(suffix) + 1;
-  auto *name = static_cast<char *>(ort_malloc(p->core, digest_length + suffix_size, "svg_get_iri"));
-  memcpy(name, digest, digest_length);
-  memcpy(name + digest_length, suffix, suffix_size);
-  return name;
+  const char *name = ort_errprintf(p->core, "%s (%s file embedded in SVG)", digest,
+                                   ort_get_keyword(mime, svg_mime_keylist2));
+  return ort_strdup_ext(p->core, name, ORT_DUP_PLAIN, "svg_get_iri");
 }

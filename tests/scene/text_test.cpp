@@ -134,12 +134,12 @@ text a 'd' x=18 y=0 last advance=6 fill=#0000ff decoration=1 #ff0000 decoration=
 )"},
     {"the first and the last run",
      "<font horiz-adv-x='500'><font-face font-family='F'/><glyph unicode='f' d='M0 0V200'/></font>"
-     "<text font-family='F' font-size='10'>f<a xlink:href='http://x/'>f<tspan>f</tspan></a><tspan x='5' font-family='G' visibility='hidden'>a</tspan>"
+     "<text font-family='F' font-size='10'>f<a xlink:href='http://x/'>zf<tspan>f</tspan></a><tspan x='5' font-family='G' visibility='hidden'>a</tspan>"
      "<tspan font-family='G'>b</tspan>f<textPath xlink:href='#none' font-family='G'>c</textPath></text>", false, R"(
 shape glyph fill=#000000 M0 0 L0 -2
 group a link=http://x/
-  shape glyph fill=#000000 M5 0 L5 -2
   shape glyph fill=#000000 M10 0 L10 -2
+  shape glyph fill=#000000 M15 0 L15 -2
 text tspan 'a' x=5 chunk first fill=none
 text tspan 'b' fill=#000000
 text text 'f' last fill=#000000
@@ -183,18 +183,26 @@ shape glyph fill=#000000 stroke=#ff0000 width=2 M5 0 L8 0
 };
 // clang-format on
 
+std::string list_of(const std::string &content, bool measured) {
+  const Document document("<svg xmlns='http://www.w3.org/2000/svg' "
+                          "xmlns:xlink='http://www.w3.org/1999/xlink' width='200' height='100' "
+                          "overflow='visible'>" +
+                          content + "</svg>");
+  const Scene scene(document);
+  return scene_list(scene, nullptr, measured) + document.messages();
+}
+
 TEST(SceneText, Lists) {
-  for (const TextCase &test : cases) {
-    SCOPED_TRACE(test.name);
-    const Document document(
-        std::string("<svg xmlns='http://www.w3.org/2000/svg' "
-                    "xmlns:xlink='http://www.w3.org/1999/xlink' width='200' height='100' "
-                    "overflow='visible'>") +
-        test.content + "</svg>");
-    const Scene scene(document);
-    EXPECT_EQ("\n" + scene_list(scene, nullptr, test.measured), test.expected);
-    EXPECT_EQ(document.messages(), "");
-  }
+  for (const TextCase &test : cases)
+    EXPECT_EQ("\n" + list_of(test.content, test.measured), test.expected) << test.name;
+}
+
+TEST(SceneText, SixteenElementsDecorate) {
+  std::string text = "<text>x</text>", lines;
+  for (int i = 0; i < 20; ++i) text = "<g text-decoration='overline'>" + text + "</g>";
+  for (int i = 0; i < 16; ++i) lines += " decoration=2 #000000";
+  EXPECT_EQ(list_of(text, false),
+            "text text 'x' x=0 y=0 chunk first last fill=#000000" + lines + "\n");
 }
 
 } // namespace

@@ -241,7 +241,7 @@ group svg viewport=0 0 20 10
      USUAL,
      R"(<image id='a' width='4' height='2' xlink:href='a.png' transform='scale(2)'/>
 <image id='b' width='50%' height='2' xlink:href='data:image/png;base64,AAAA' preserveAspectRatio='xMinYMin slice' overflow='visible' opacity='.5'/>
-<image id='c' width='0' height='2' xlink:href='a.png'/><image id='d' width='1' height='1' xlink:href='#a'/>)",
+<image width='0' height='2' xlink:href='a.png'/><image width='2' height='0' xlink:href='a.png'/><image id='d' width='1' height='1' xlink:href='#a'/>)",
      R"(
 group svg viewport=0 0 20 10
   image a matrix=2 0 0 2 0 0 area=0 0 4 2 a.png align=xMidYMid
