@@ -1,6 +1,7 @@
 // scene_extent.cpp: the tightest box around a path. Called for boxes of elements and for units of
 // bounding boxes; nothing here raises.
 #include <algorithm>
+#include <span>
 
 #include "scene/scene_geometry.h"
 #include "scene/svg_scene.h"
@@ -25,15 +26,13 @@ void svg_scene_add_box(svg_scene_extent *extent, const double box[4], const doub
 // In variables of its own, which need not be stored for each point.
 svg_scene_extent svg_scene_hull(const svg_pada *runs, size_t count) {
   double left = HUGE_VAL, top = HUGE_VAL, right = -HUGE_VAL, bottom = -HUGE_VAL;
-  for (size_t i = 0; i < count; ++i) {
-    const double *point = runs[i].points;
-    for (int k = runs[i].count; k > 0; --k, point += 2) {
-      left = std::min(left, point[0]);
-      right = std::max(right, point[0]);
-      top = std::min(top, point[1]);
-      bottom = std::max(bottom, point[1]);
+  for (const svg_pada &run : std::span(runs, count))
+    for (const double *p = run.points; p != run.points + 2 * run.count; p += 2) {
+      left = std::min(left, p[0]);
+      right = std::max(right, p[0]);
+      top = std::min(top, p[1]);
+      bottom = std::max(bottom, p[1]);
     }
-  }
   return {left, top, right, bottom};
 }
 

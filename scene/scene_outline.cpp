@@ -2,6 +2,7 @@
 // for all that it paints, measures or clips.
 #include <algorithm>
 #include <initializer_list>
+#include <span>
 
 #include "scene/scene_geometry.h"
 #include "scene/scene_outline.h"
@@ -94,16 +95,15 @@ svg_scene_path svg_scene_map_path(svg_scene *scene, const svg_scene_path &path,
 
 size_t svg_scene_count_points(const svg_pada *runs, size_t count) {
   size_t points = 0;
-  for (size_t i = 0; i < count; ++i) points += static_cast<size_t>(runs[i].count);
+  for (const svg_pada &run : std::span(runs, count)) points += run.count;
   return points;
 }
 
 bool svg_scene_map_runs(const svg_scene_path &path, const double matrix[6], svg_pada *runs,
                         double *numbers) {
   double *next = numbers;
-  for (size_t i = 0; i < path.count; ++i) {
-    const svg_pada &run = path.runs[i];
-    runs[i] = {run.type, run.count, next};
+  for (const svg_pada &run : std::span(path.runs, path.count)) {
+    *runs++ = {run.type, run.count, next};
     for (int32_t k = 0; k < run.count; ++k, next += 2) {
       const svg_scene_point p = svg_scene_map(matrix, run.points[2 * k], run.points[2 * k + 1]);
       next[0] = p.x;

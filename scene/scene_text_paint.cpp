@@ -203,7 +203,7 @@ void svg_scene_make_run(const svg_scene_text *text, const svg_scene_piece *piece
 static void paint_run(const svg_scene_text *text, const svg_scene_piece *piece,
                       const double matrix[6], bool is_first, bool is_last) {
   const svg_scene_walk *walk = text->walk;
-  if (!walk->callbacks || !walk->callbacks->text) return;
+  if (!walk->callbacks->text) return;
   const svg_scene_span *span = piece->span;
   svg_scene_run run = {};
   svg_scene_make_run(text, piece, &run);
@@ -256,7 +256,7 @@ static void paint_outline(const svg_scene_text *text, const svg_scene_span *span
                           const double to_text[6], const double matrix[6]) {
   const svg_scene_walk *walk = text->walk;
   svg_scene *scene = walk->scene;
-  if (path.count == 0 || !walk->callbacks || !walk->callbacks->shape) return;
+  if (!walk->callbacks->shape) return;
   const svg_scene_mark mark = scene->top;
   svg_scene_count(scene, 1);
   const svg_scene_path mapped = svg_scene_map_path(scene, path, to_text);
