@@ -1,21 +1,24 @@
-// path_effort.h: what makes a path slow to fill or stroke, whatever draws it.
+// path_effort.h: how long a path takes to fill or stroke, told before it is done: what draws cannot
+// be stopped, and its time grows with the square of the edges that cross.
 #ifndef TOOLS_PATH_EFFORT_H
 #define TOOLS_PATH_EFFORT_H
 
 #include "tools/scene.h"
 
-// All in pixels of the surface, of the edges of the control polygon.
+// Times are those of so many pixels painted with one color.
 struct PathEffort {
-  double points = 0;
-  double length = 0;    // of all edges
-  double rows = 0;      // that the edges go through where they are visible, added up
-  double crossings = 0; // how many pairs of visible edges may cross, nearly
-  Box box = {};         // of what is visible
+  double time = 0;      // without that of the pixels inside
+  Box box = {};         // around what is visible
+  double points = 0;    // of the path, or of the outline of its stroke
+  double crossings = 0; // about how many pairs of visible edges may cross
 };
 
-// Measures a path that a matrix brings to the surface, of which only a box is visible. Edges are
-// wider by a margin on each side.
+// Of a path that a matrix brings to pixels, of which only a box is visible; with a style, of its
+// stroke.
 PathEffort measure_effort(const svg_pada *segments, size_t count, const double matrix[6],
-                          const Box &visible, double margin);
+                          const Box &visible, const svg_scene_style *stroke);
+
+// How many pixels a unit before the matrix is long, at most.
+double longest_unit(const double matrix[6]);
 
 #endif

@@ -9,7 +9,6 @@
 static constexpr double CROSSINGS_MAX = 10000; // of a clip path that Cairo is given as a path
 static constexpr double LAYER = 4;             // times a color: to clear one, to show it
 
-static void clip_to_pixels_of(cairo_t *context, const double box[4]);
 static void luminance_to_alpha(cairo_surface_t *surface);
 
 // The context is saved until the end of the group, whatever becomes of it.
@@ -149,8 +148,8 @@ Box Painter::visible_pixels() const {
   return {left, top, std::ceil(x1 * scale) - left, std::ceil(y1 * scale) - top};
 }
 
-// Whole pixels: an edge that cuts one would show twice.
-static void clip_to_pixels_of(cairo_t *context, const double box[4]) {
+// An edge that cuts a pixel would show twice.
+void clip_to_pixels_of(cairo_t *context, const double box[4]) {
   double x0, y0, x1, y1;
   cairo_new_path(context);
   cairo_rectangle(context, box[0], box[1], box[2], box[3]);

@@ -23,16 +23,23 @@ const svg_scene_callbacks Painter::CALLBACKS = {
 
 bool Account::take(uint64_t count, double times) {
   pixels += count;
-  if (pixels > pixels_limit)
-    fail(ORT_E_LIMIT, "Limit of " + std::to_string(pixels_limit) + " pixels exceeded");
+  if (pixels > pixels_limit) return exceed(pixels_limit, "pixels");
   return spend(static_cast<double>(count) * times);
 }
 
 bool Account::spend(double time) {
   painted += time;
-  if (painted > static_cast<double>(painted_limit))
-    fail(ORT_E_LIMIT, "Limit of " + std::to_string(painted_limit) + " painted pixels exceeded");
+  if (painted > static_cast<double>(painted_limit)) return exceed(painted_limit, "painted pixels");
   return !failed;
+}
+
+bool Account::exceed(uint64_t limit, const char *what) {
+  const int error = protect(core, [&] {
+    ort_error(core, ORT_E_LIMIT, what, ort_errprintf(core, "%ld", static_cast<long>(limit)),
+              nullptr, nullptr);
+  });
+  fail(error, ort_error_text(core));
+  return false;
 }
 
 void Account::fail(int error, const std::string &message) {
@@ -60,8 +67,10 @@ void Painter::walk(cairo_t *context, const Body &body) {
 }
 
 // Saves the context and applies a matrix. False, and nothing done, when nothing is to be drawn.
+// After an error the walk ends here, where no callback has begun its work.
 bool Painter::enter(const double matrix[6]) {
-  if (account_.failed || groups_.back().is_hidden) return false;
+  if (account_.failed) ort_error(drawing_.core(), -1, nullptr, nullptr, nullptr, nullptr);
+  if (groups_.back().is_hidden) return false;
   cairo_save(cairo_);
   if (apply(cairo_, matrix)) return true;
   cairo_restore(cairo_);
@@ -97,7 +106,7 @@ void Painter::paint(const svg_scene_paint &fill, const svg_scene_paint &stroke,
       cairo_matrix_t matrix;
       cairo_get_matrix(cairo_, &matrix);
       cairo_identity_matrix(cairo_);
-      clip_to_box(cairo_, effort.apart->data());
+      clip_to_pixels_of(cairo_, effort.apart->data());
       cairo_set_matrix(cairo_, &matrix);
       cairo_push_group(cairo_);
       cairo_reset_clip(cairo_);

@@ -14,10 +14,12 @@
 #include <string>
 #include <vector>
 
+#include "tools/path_effort.h"
 #include "tools/scene.h"
 
 // What one picture may cost, and what is to be said about it; shared by the drawings inside of it.
 struct Account {
+  ort_core *core;
   uint64_t pixels_limit = 0;  // of the picture and the layers alive with it
   uint64_t painted_limit = 0; // pixels of one color that could be painted in all the time
   uint64_t pixels = 0;
@@ -34,7 +36,8 @@ struct Account {
   // none left, which is an error.
   bool take(uint64_t count, double times);
   void give(uint64_t count) { pixels -= count; }
-  bool spend(double time); // the same of time
+  bool spend(double time);                       // the same of time
+  bool exceed(uint64_t limit, const char *what); // fails
   void fail(int error, const std::string &message);
 };
 
@@ -43,7 +46,7 @@ struct Effort {
   double time = 0;
   double area = 0;               // pixels, which take longer with other paints than a color
   double crossings = 0;          // of edges
-  std::optional<Box> apart = {}; // to be drawn on a layer of this box, because of the clip path
+  std::optional<Box> apart = {}; // in device space, for a layer to draw on because of the clip path
 };
 
 class Painter {
@@ -90,7 +93,7 @@ private:
   // effort.cpp
   Effort effort_of(const svg_pada *segments, size_t count, const svg_scene_style *stroke) const;
   Effort effort_of(const svg_scene_run &run, bool strokes) const;
-  double pixels_of_unit() const;
+  std::array<double, 6> to_pixels() const;
 
   // groups.cpp
   void begin_group(const svg_scene_group &group);
@@ -137,6 +140,8 @@ inline void clip_to_box(cairo_t *context, const double box[4]) {
   cairo_rectangle(context, box[0], box[1], box[2], box[3]);
   cairo_clip(context);
 }
+
+void clip_to_pixels_of(cairo_t *context, const double box[4]); // whole ones
 
 void set_fill_rule(cairo_t *context, int32_t keyword); // of fill-rule or clip-rule
 

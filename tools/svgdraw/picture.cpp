@@ -53,7 +53,7 @@ const PictureFormat *find_format(const std::string &name) {
 Picture make_picture(const std::string &input, const ReadSettings &reading,
                      const PictureSettings &settings, const std::string &output) {
   const Drawing drawing(input, reading);
-  Account account = {settings.pixels, settings.painted};
+  Account account = {drawing.core(), settings.pixels, settings.painted};
   if (drawing.ok()) {
     const Scene scene(drawing, {settings.dpi, 0, 0, 0});
     Frame frame;
