@@ -49,7 +49,6 @@ void svg_scene_vertices::begin_subpath(svg_scene_step step) {
   svg_scene_steps rest = steps_;
   bool has_direction = false;
   first_ = last_ = {1, 0};
-  is_closed_ = false;
   do {
     svg_scene_point out, in;
     if (step.kind != SVG_PADA_MOVETO && svg_scene_directions(step, &out, &in)) {

@@ -197,6 +197,20 @@ TEST(SceneText, Lists) {
     EXPECT_EQ("\n" + list_of(test.content, test.measured), test.expected) << test.name;
 }
 
+TEST(SceneText, EachOfManyGlyphsIsFound) {
+  std::string glyphs, text, lines;
+  for (int c = 'A'; c <= 'z'; ++c) {
+    const std::string number = std::to_string(c);
+    glyphs += "<glyph unicode='&#" + number + ";' d='M0 0H" + number + "'/>";
+    text += static_cast<char>(c);
+    lines += "shape glyph fill=#000000 M0 0 L" + number + " 0\n";
+  }
+  EXPECT_EQ(list_of("<font horiz-adv-x='0'><font-face font-family='F'/>" + glyphs +
+                        "</font><text font-family='F' font-size='1000'>" + text + "</text>",
+                    false),
+            lines);
+}
+
 TEST(SceneText, SixteenElementsDecorate) {
   std::string text = "<text>x</text>", lines;
   for (int i = 0; i < 20; ++i) text = "<g text-decoration='overline'>" + text + "</g>";
