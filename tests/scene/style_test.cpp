@@ -78,7 +78,11 @@ const StyleCase cases[] = {
      "c kerning -> 3 | d stroke-width -> 3.53553 | d stroke-dashoffset -> 0\n"
      "v stroke-width -> 158.114 | e stroke-width -> 100"},
     // Font sizes, weights, stretches.
-    {"<g id='a' font-size='xx-small'/><g id='b' font-size='x-large'><g id='c' font-size='larger'/>"
+    {"<g id='p' font-size='x-small'/><g id='q' font-size='small' text-decoration='line-through blink'/>"
+     "<g id='r' font-size='medium' font-weight='bolder'/><g id='s' font-size='xx-large'/>"
+     "<g font-weight='600'><g id='t' font-weight='bolder'/><g id='u' font-weight='lighter'/></g>"
+     "<g font-weight='800'><g id='v' font-weight='lighter'/></g>"
+     "<g id='a' font-size='xx-small'/><g id='b' font-size='x-large'><g id='c' font-size='larger'/>"
      "<g id='d' font-size='smaller'/><g id='e' font-size='50%'/><g id='f' font-size='2ex'/>"
      "<g id='h' font-size='-1'/></g>"
      "<g id='i' font-weight='bold' font-stretch='condensed' font-size-adjust='.5'><g id='j' "
@@ -87,6 +91,9 @@ const StyleCase cases[] = {
      "<g font-weight='300'><g id='l' font-weight='bolder'/><g id='m' font-weight='lighter'/></g>"
      "<g font-stretch='ultra-expanded'><g id='n' font-stretch='wider'/></g>"
      "<g id='o' font='italic small-caps bold 10pt/2 \"B C\", monospace'/>",
+     "p font-size -> 9 | q font-size -> 10.6667 | q text-decoration -> line-through blink\n"
+     "r font-size -> 12 | r font-weight -> 700 | s font-size -> 24 | t font-weight -> 900\n"
+     "u font-weight -> 400 | v font-weight -> 700\n"
      "a font-size -> 7.2 | b font-size -> 18 | c font-size -> 21.6 | d font-size -> 15\n"
      "e font-size -> 9 | f font-size -> 18 | h font-size -> 18\n"
      "i font-size-adjust -> 0.5 | i font-weight -> 700 | j font-weight -> 900 | j font-stretch -> "

@@ -42,12 +42,13 @@ text text 'b' last rotate=5 fill=#000000
     {"anchors and chunks",
      "<text x='100' y='5' font-size='10' text-anchor='middle'>abcd<tspan dx='10' font-size='20'>e</tspan>"
      "<tspan x='50' text-anchor='end'>fg</tspan>h</text>"
-     "<text x='100' text-anchor='start' direction='rtl' font-size='10'>ab</text>", true, R"(
+     "<text x='100' text-anchor='start' direction='rtl' font-size='10'>ab</text><text x='100' text-anchor='end' direction='rtl' font-size='10'>ab</text>", true, R"(
 text text 'abcd' x=80 y=5 chunk first advance=20 fill=#000000
 text tspan 'e' x=110 y=5 advance=10 fill=#000000
 text tspan 'fg' x=35 y=5 chunk advance=10 fill=#000000
 text text 'h' x=45 y=5 last advance=5 fill=#000000
 text text 'ab' x=90 y=0 chunk first last advance=10 fill=#000000
+text text 'ab' x=100 y=0 chunk first last advance=10 fill=#000000
 )"},
     {"lengths and spacing",
      "<text font-size='10' textLength='40' letter-spacing='1'>abc</text>"
@@ -72,11 +73,11 @@ group text opacity=0.5
 )"},
     {"tref, and what is no part of a text",
      "<defs><text id='t'>one <tspan>two</tspan></text></defs><text>a<tref id='r' xlink:href='#t' fill='red'>not</tref>"
-     "<tref xlink:href='#none'/><rect width='1' height='1'/><a xlink:href='http://x/'>b</a></text>", false, R"(
+     "<tref xlink:href='#none'/><rect width='1' height='1'/><a xlink:href='http://x/' baseline-shift='sub'>b</a></text>", false, R"(
 text text 'a' x=0 y=0 chunk first fill=#000000
 text r 'one ' fill=#ff0000
 text r 'two' fill=#ff0000
-text a 'b' last fill=#000000 link=http://x/
+text a 'b' last baseline=2.4 fill=#000000 link=http://x/
 )"},
     {"a path",
      "<path id='p' d='M0 10H10V40' transform='translate(1)' fill='none'/>"
@@ -145,7 +146,7 @@ text tspan 'b' fill=#000000
 text text 'f' last fill=#000000
 )"},
     {"lines that go down",
-     "<font horiz-adv-x='500'><font-face font-family='F' units-per-em='1000'/><glyph unicode='f' d='M0 0V200'/></font>"
+     "<font horiz-adv-x='500' horiz-origin-x='300' horiz-origin-y='400'><font-face font-family='F' units-per-em='1000' descent='-300'/><glyph unicode='f' d='M0 0V200'/></font>"
      "<text writing-mode='tb' x='50' y='10' font-size='10' textLength='50'>ab漢字<tspan baseline-shift='2' text-decoration='underline'>cあ</tspan></text>"
      "<text writing-mode='tb-rl' x='50' y='10' font-size='10' text-anchor='middle' glyph-orientation-vertical='180'>a<tspan glyph-orientation-vertical='270' dx='1' dy='2'>bc</tspan>"
      "<tspan glyph-orientation-vertical='0' letter-spacing='1'>d</tspan><tspan y='90' font-family='F' writing-mode='lr'>f</tspan></text>", true, R"(
@@ -158,7 +159,7 @@ text text 'a' x=52.5 y=-4.5 chunk first rotate=180 advance=5 fill=#000000
 text tspan 'b' x=54 y=10.5 rotate=270 advance=5 fill=#000000
 text tspan 'c' x=54 y=15.5 rotate=270 advance=5 fill=#000000
 text tspan 'd' x=48.5 y=23.5 last spacing=1 advance=6 fill=#000000
-shape glyph fill=#000000 M53.5 87 L53.5 89
+shape glyph fill=#000000 M56.5 84 L56.5 86
 )"},
     {"lines that go down, not measured", "<text writing-mode='tb' y='10'>a漢</text>", false, R"(
 text text 'a漢' x=0 y=10 chunk first last fill=#000000
@@ -168,10 +169,11 @@ text text 'a漢' x=0 y=10 chunk first last fill=#000000
      "<missing-glyph d='M0 0H100'/><glyph unicode='fi' horiz-adv-x='900' d='M0 0V100'/><glyph unicode='f' d='M0 0V200'/>"
      "<glyph unicode='i' glyph-name='i' d='M0 0V300'/><glyph unicode='x'/><hkern u1='x,U+66' g2='i' k='100'/>"
      "<hkern u1='X+66,U-66,U+6G,U+67-65,U+66-,U+5?,U+66-66-66,U+6x' u2='f' k='5000'/><hkern u1='u+60-6f' u2='f' k='9'/></font>"
-     "<text x='20' y='10' font-family='none, F' font-size='10' text-anchor='end' text-decoration='underline overline'>fixi?ff</text>"
+     "<text x='20' y='10' font-family='none, F' font-size='10' text-anchor='end' text-decoration='underline overline line-through'>fixi?ff</text>"
      "<text x='0' y='0' font-family='F' font-size='10' rotate='90' stroke='red' stroke-width='2'>ii</text>", false, R"(
 shape text fill=#000000 M-12.91 11 L20 11 20 11.5 -12.91 11.5 Z
 shape text fill=#000000 M-12.91 2 L20 2 20 2.5 -12.91 2.5 Z
+shape text fill=#000000 M-12.91 7.2 L20 7.2 20 7.7 -12.91 7.7 Z
 shape glyph fill=#000000 M-12.91 10 L-12.91 9
 shape glyph fill=#000000 M0.09 10 L0.09 7
 shape missing-glyph fill=#000000 M5.09 10 L6.09 10

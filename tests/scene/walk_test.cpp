@@ -145,7 +145,8 @@ Element 'rect #f' in line 3: reference in a circle is ignored
      R"(<clipPath id='c' transform='scale(2)' clip-rule='evenodd'><use xlink:href='#k' transform='translate(1 1)'/></clipPath><clipPath id='n'><text>x</text></clipPath>
 <clipPath id='e'><g><rect id='k' width='2' height='1'/></g></clipPath><clipPath id='t'><rect id='i' width='2' height='1'/><rect id='j' width='1' height='2'/></clipPath>
 <g id='a' clip-path='url(#c)'/><g id='b' clip-path='url(#e)'/><g id='d' clip-path='url(#t)'/><g id='f' clip-path='url(#n)'/>
-<path id='p' d='M0 0H4' opacity='.5' stroke='red' stroke-width='2'/><path id='q' d='M0 0H4' opacity='.5' fill='none' stroke='red' stroke-width='2' marker-end='url(#m)'/><marker id='m'/>)",
+<path id='p' d='M0 0H4' opacity='.5' stroke='red' stroke-width='2'/><path id='q' d='M0 0H4' opacity='.5' fill='none' stroke='red' stroke-width='2' marker-end='url(#m)'/><marker id='m'/>
+<g opacity='.5'><path id='r' d='M0 0H4' opacity='.5' fill='none' stroke='red' stroke-width='2' stroke-linejoin='round'/><path id='s' d='M0 0H4' opacity='.5' stroke='red' stroke-width='0'/></g>)",
      R"(
 group svg viewport=0 0 20 10
   group a
@@ -166,6 +167,11 @@ group svg viewport=0 0 20 10
   group q opacity=0.5
     shape q stroke=#ff0000 width=2 M0 0 L4 0
     group m matrix=2 0 0 2 4 0 viewport=0 0 3 3
+  group g opacity=0.5
+    group r opacity=0.5 single bounds=-1.41421 -1.41421 6.82843 2.82843
+      shape r stroke=#ff0000 width=2 M0 0 L4 0
+    group s opacity=0.5 single bounds=0 0 4 0
+      shape s fill=#000000 M0 0 L4 0
 )"},
     {"masks",
      USUAL,
@@ -211,7 +217,9 @@ Element 'rect #t' in line 3: reference in a circle is ignored
 <path id='q' d='M0 0L1 1' marker-end='url(#n)' stroke='red'/></marker>
 <path id='p' d='M0 0L5 0 9 0' fill='none' stroke='blue' stroke-width='2' marker-start='url(#m)' marker-end='url(#m)' marker-mid='url(#n)' transform='translate(1 1)'/>
 <path id='o' d='M0 0L5 0' opacity='.5' marker-end='url(#n)' transform='translate(1 1)'/>
-<rect marker='url(#m)' id='x' width='1' height='1'/><line stroke-width='0' marker='url(#m)' id='y' x2='1'/>)",
+<rect marker='url(#m)' id='x' width='1' height='1'/><line stroke-width='0' marker='url(#m)' id='y' x2='1'/>
+<marker id='k' markerUnits='userSpaceOnUse' overflow='visible' orient='100grad'/><marker id='l' markerUnits='userSpaceOnUse' overflow='visible' orient='3.1415926535897932rad'/>
+<line marker-start='url(#k)' x2='1'/><polyline marker-start='url(#k)' points='2 0 3 0'/><polygon marker-start='url(#l)' points='4 0 5 0'/>)",
      R"(
 group svg viewport=0 0 20 10
   shape p matrix=1 0 0 1 1 1 stroke=#0000ff width=2 M0 0 L5 0 9 0
@@ -227,6 +235,12 @@ group svg viewport=0 0 20 10
       shape q fill=#000000 stroke=#ff0000 width=1 M0 0 L1 1
   shape x fill=#000000 M0 0 L1 0 1 1 0 1 Z
   shape y fill=#000000 M0 0 L1 0
+  shape line fill=#000000 M0 0 L1 0
+  group k matrix=0 1 -1 0 0 0
+  shape polyline fill=#000000 M2 0 L3 0
+  group k matrix=0 1 -1 0 2 0
+  shape polygon fill=#000000 M4 0 L5 0 Z
+  group l matrix=-1 0 0 -1 4 0
 Element 'path #q' in line 4: reference in a circle is ignored
 )"},
     {"switch and language",
@@ -252,7 +266,7 @@ group svg viewport=0 0 20 10
 )"},
     {"numbers past the largest",
      USUAL,
-     R"(<path id='a' d='M100000 1L1 1' transform='scale(1e307)'/>
+     R"(<path id='a' d='M100000 1L1 1' transform='scale(1e307)'/><path d='M100000 1L1 1' transform='matrix(1 1e307 0 1 0 0)'/><path d='M1-100000L1 1' transform='matrix(1 0 1e307 1 0 0)'/>
 <g transform='scale(1e200)'><g transform='scale(1e200)'><rect id='b' width='1' height='1'/></g></g>
 <rect id='d' x='1.7e308' width='1.7e308' height='1'/><rect id='f' width='1' height='1e308' transform='translate(0 1e308)'/>
 <rect id='g' width='1e308' height='1' transform='translate(1e308)'/><rect id='e' width='1' height='1' transform='translate(1e999)'/>)",
@@ -301,7 +315,7 @@ TEST(SceneWalk, Boxes) {
       "<rect id='a' x='1' y='2' width='4' height='3' transform='rotate(90)' stroke='red'"
       " stroke-width='2' fill='none'/><use id='u' xlink:href='#s' width='10' height='10'/></g>"
       "<symbol id='s' viewBox='0 0 1 1'><circle r='1' id='k'/></symbol><clipPath id='c'/>"
-      "<g id='e'><rect visibility='hidden' width='1' height='1'/></g>"
+      "<g id='e'><rect visibility='hidden' width='1' height='1'/></g><svg width='0'><path id='z' d='M0 0h1'/></svg>"
       "<path id='p' d='M0 0C0 4 4 4 4 0' marker-end='url(#m)'/>"
       "<marker id='m' overflow='visible'><rect width='9' height='9'/></marker>"));
   const Scene scene(document);
@@ -316,6 +330,7 @@ TEST(SceneWalk, Boxes) {
   EXPECT_EQ(box("g", "", true), "-40 -40 80 80");
   EXPECT_EQ(box("s", "s", false), "-1 -1 2 2");
   EXPECT_EQ(box("e", "", false), "none");
+  EXPECT_EQ(box("z", "", false), "none");
   EXPECT_EQ(box("p", "p", false), "0 0 4 3");
   EXPECT_EQ(box("p", "p", true), "0 0 13 9");
   EXPECT_EQ(box("", "", false), "-40 -40 80 80");
