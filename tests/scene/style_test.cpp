@@ -78,7 +78,8 @@ const StyleCase cases[] = {
      "c kerning -> 3 | d stroke-width -> 3.53553 | d stroke-dashoffset -> 0\n"
      "v stroke-width -> 158.114 | e stroke-width -> 100"},
     // Font sizes, weights, stretches.
-    {"<g id='p' font-size='x-small'/><g id='q' font-size='small' text-decoration='line-through blink'/>"
+    {"<g id='p' font-size='x-small'/><g id='q' font-size='small' text-decoration='line-through "
+     "blink'/>"
      "<g id='r' font-size='medium' font-weight='bolder'/><g id='s' font-size='xx-large'/>"
      "<g font-weight='600'><g id='t' font-weight='bolder'/><g id='u' font-weight='lighter'/></g>"
      "<g font-weight='800'><g id='v' font-weight='lighter'/></g>"

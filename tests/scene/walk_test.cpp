@@ -315,7 +315,8 @@ TEST(SceneWalk, Boxes) {
       "<rect id='a' x='1' y='2' width='4' height='3' transform='rotate(90)' stroke='red'"
       " stroke-width='2' fill='none'/><use id='u' xlink:href='#s' width='10' height='10'/></g>"
       "<symbol id='s' viewBox='0 0 1 1'><circle r='1' id='k'/></symbol><clipPath id='c'/>"
-      "<g id='e'><rect visibility='hidden' width='1' height='1'/></g><svg width='0'><path id='z' d='M0 0h1'/></svg>"
+      "<g id='e'><rect visibility='hidden' width='1' height='1'/></g><svg width='0'><path id='z' "
+      "d='M0 0h1'/></svg>"
       "<path id='p' d='M0 0C0 4 4 4 4 0' marker-end='url(#m)'/>"
       "<marker id='m' overflow='visible'><rect width='9' height='9'/></marker>"));
   const Scene scene(document);
