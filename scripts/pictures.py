@@ -4,12 +4,14 @@
 The same drawing is drawn twice and the pictures are compared. Without --draw, rsvg-convert draws the
 drawing and what svgtree --simplify makes of it: they differ when the simplified drawing is not the
 same drawing. With --draw, rsvg-convert and svgdraw draw it. With --references, svgdraw is compared
-with the pictures that librsvg2-tests brings. With --time, the processor time of both is compared.
+with the pictures that librsvg2-tests brings, of drawings with nothing that svgdraw says it does not
+draw. With --time, the processor time of both is compared.
 """
 import argparse
 import collections
 import multiprocessing
 import os
+import re
 import resource
 import statistics
 import subprocess
@@ -31,6 +33,7 @@ TREE, DRAW = "build/svgtree", "build/svgdraw"
 TIMED = {"breeze-icon-theme": (0, 1 << 20, 25), "papirus-icon-theme": (0, 1 << 20, 25),  # bytes, how many
          "openclipart-svg": (900_000, 1_200_000, 10)}
 REPETITIONS = 7
+NOT_DRAWN = re.compile(rb"[^:]* (is|are) not (drawn|opened)")
 FIT = ["-w", str(SIDE), "-h", str(SIDE), "-a"]
 Result = collections.namedtuple("Result", "path difference trouble")
 
@@ -131,7 +134,10 @@ def draw_reference(path, scratch):
     reference = reference_of(path)
     with Image.open(reference) as picture:
         width, height = picture.size
-    run([DRAW, "-w", str(width), "-h", str(height), path, scratch + "-2.png"])
+    messages = run([DRAW, "-w", str(width), "-h", str(height), path, scratch + "-2.png"])
+    left_out = NOT_DRAWN.search(messages)
+    if left_out:
+        raise OSError(left_out[0].decode())
     return reference, scratch + "-2.png"
 
 
@@ -145,7 +151,7 @@ def convert(path, picture):
 
 
 def run(command, stdout=subprocess.DEVNULL):
-    subprocess.run(command, check=True, timeout=SECONDS, stdout=stdout, stderr=subprocess.PIPE)
+    return subprocess.run(command, check=True, timeout=SECONDS, stdout=stdout, stderr=subprocess.PIPE).stderr
 
 
 def difference(first, second):

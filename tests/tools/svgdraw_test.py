@@ -74,6 +74,8 @@ DRAWN = (  # name, content of a drawing of 20 by 10, pixels: (x, y, rrggbbaa)
      ((4, 5, "ff0000ff"), (13, 4, "00ff00ff"), (17, 4, NOTHING))),
     ("text", "<text y='10' font-size='12' font-family='DejaVu Sans' textLength='20' lengthAdjust='spacingAndGlyphs'"
      " font-weight='bold' fill='red'>\u2588</text>", ((10, 5, "ff0000ff"),)),
+    ("text in a stretched space", "<text y='2' font-size='3' font-family='DejaVu Sans' transform='scale(1 4)'>"
+     "\u2588\u2588\u2588\u2588</text>", (*((x, 6, BLACK) for x in (1, 3, 5, 8)), (11, 6, NOTHING))),
     ("lenient numbers", "<rect width='5' height='5' transform='translate(10-1.5)'/>", ((12, 2, BLACK), (12, 4, NOTHING))),
 )
 WRONG = (  # arguments, status, message

@@ -1,18 +1,27 @@
 // text.cpp: runs of text with Pango: how long they are, and how they are drawn.
 #include <pango/pangocairo.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "tools/svgdraw/painter.h"
 
-static PangoLayout *lay_out(cairo_t *context, const svg_scene_run &run);
+// Text is laid out at this size, whatever its own: Pango rounds what is small, and widens letters
+// when the context's matrix makes them taller.
+static constexpr double SIZE = 64;
+
+static PangoLayout *lay_out(const svg_scene_run &run);
 static PangoFontDescription *make_font(const svg_scene_style &style);
 static double add_spacing(PangoLayout *layout, const svg_scene_run &run);
 static void add_lines(cairo_t *context, PangoLayout *layout, int32_t lines, double width);
 
+static double scale_of(const svg_scene_run &run) {
+  return std::max(run.item.style->font_size, 1e-6) / SIZE;
+}
+
 double Painter::measure(const svg_scene_run &run) {
-  PangoLayout *layout = lay_out(cairo_, run);
-  const double width = add_spacing(layout, run);
+  PangoLayout *layout = lay_out(run);
+  const double width = add_spacing(layout, run) * scale_of(run);
   g_object_unref(layout);
   return width;
 }
@@ -20,7 +29,7 @@ double Painter::measure(const svg_scene_run &run) {
 void Painter::text(const svg_scene_run &run) {
   if (!enter(run.item.matrix)) return;
   const bool is_link = begin_link(run.link);
-  PangoLayout *layout = lay_out(cairo_, run); // nothing below raises
+  PangoLayout *layout = lay_out(run); // nothing below raises
   const double width = add_spacing(layout, run);
   // Paints and strokes are those of the text's user space, in which the run has its place.
   const auto in_place = [&](const auto &add) {
@@ -28,7 +37,7 @@ void Painter::text(const svg_scene_run &run) {
     cairo_get_matrix(cairo_, &matrix);
     cairo_translate(cairo_, run.x, run.y);
     cairo_rotate(cairo_, run.rotate * (M_PI / 180));
-    cairo_scale(cairo_, run.stretch, 1);
+    cairo_scale(cairo_, run.stretch * scale_of(run), scale_of(run));
     add();
     cairo_set_matrix(cairo_, &matrix);
   };
@@ -53,9 +62,10 @@ void Painter::text(const svg_scene_run &run) {
 }
 
 // One line.
-static PangoLayout *lay_out(cairo_t *context, const svg_scene_run &run) {
-  PangoLayout *layout = pango_cairo_create_layout(context);
-  PangoContext *pango = pango_layout_get_context(layout);
+static PangoLayout *lay_out(const svg_scene_run &run) {
+  PangoContext *pango = pango_font_map_create_context(pango_cairo_font_map_get_default());
+  PangoLayout *layout = pango_layout_new(pango);
+  g_object_unref(pango); // the layout has it
   // Text has the same shape at every size: no hints, no rounding.
   cairo_font_options_t *options = cairo_font_options_create();
   cairo_font_options_set_hint_style(options, CAIRO_HINT_STYLE_NONE);
@@ -76,7 +86,7 @@ static PangoLayout *lay_out(cairo_t *context, const svg_scene_run &run) {
 }
 
 // After each character, as a scene wants it: Pango's own letter spacing leaves the ends of a line
-// without. Returns the width.
+// without. Returns the width of the layout.
 static double add_spacing(PangoLayout *layout, const svg_scene_run &run) {
   double width = 0;
   for (GSList *item = pango_layout_get_line(layout, 0)->runs; item; item = item->next) {
@@ -91,7 +101,7 @@ static double add_spacing(PangoLayout *layout, const svg_scene_run &run) {
       if (last) {
         double spacing = run.spacing;
         if (text[glyphs->log_clusters[i]] == ' ') spacing += run.item.style->word_spacing;
-        glyph.geometry.width += static_cast<int>(spacing * PANGO_SCALE);
+        glyph.geometry.width += static_cast<int>(spacing / scale_of(run) * PANGO_SCALE);
       }
       width += pango_units_to_double(glyph.geometry.width);
     }
@@ -131,7 +141,7 @@ static PangoFontDescription *make_font(const svg_scene_style &style) {
   pango_parse_variant(svg_get_keyword_text(style.font_variant), &variant, FALSE);
   PangoFontDescription *font = pango_font_description_new();
   pango_font_description_set_family(font, families.empty() ? "serif" : families.c_str());
-  pango_font_description_set_absolute_size(font, style.font_size * PANGO_SCALE);
+  pango_font_description_set_absolute_size(font, SIZE * PANGO_SCALE);
   pango_font_description_set_weight(font, static_cast<PangoWeight>(style.font_weight));
   pango_font_description_set_stretch(font, stretch);
   pango_font_description_set_style(font, slant);
