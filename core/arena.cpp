@@ -7,24 +7,17 @@
 #include "core/ort_core.h"
 
 #ifdef ORT_SANITIZE
-constexpr size_t SMALLEST_BLOCK = 0, LARGEST_BLOCK = 0; // so that it sees where each piece ends
+constexpr size_t SMALLEST_BLOCK = 0, LARGEST_BLOCK = 0;
 #else
 constexpr size_t SMALLEST_BLOCK = 1 << 9, LARGEST_BLOCK = 1 << 15;
 #endif
 constexpr size_t GROWTH = 8; // a block is so much smaller than all before it
 
-void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
-  if (SMALLEST_BLOCK > 0) size = (size + 7) / 8 * 8;
-  if (!ort_arena_has_room(arena, size)) {
-    const size_t wanted = std::clamp(arena->size / GROWTH, SMALLEST_BLOCK, LARGEST_BLOCK);
-    ort_arena_grow(core, arena,
-                   std::max(size + sizeof(ort_arena_block), wanted) - sizeof(ort_arena_block), tag);
-    memset(arena->last->bytes(), 0, arena->last->size);
-  }
-  ort_arena_block *block = arena->last;
-  void *taken = block->bytes() + block->used;
-  block->used += size;
-  return taken;
+void ort_arena_make_room(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
+  const size_t wanted = std::clamp(arena->size / GROWTH, SMALLEST_BLOCK, LARGEST_BLOCK);
+  ort_arena_grow(core, arena,
+                 std::max(size + sizeof(ort_arena_block), wanted) - sizeof(ort_arena_block), tag);
+  memset(arena->last->bytes(), 0, arena->last->size);
 }
 
 void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag) {

@@ -229,14 +229,28 @@ struct ort_arena {
   size_t size; // of all blocks
 };
 
-// Zeroed memory, in blocks that grow with the arena; for arenas that grow in no other way.
-void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag);
 void ort_arena_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag); // a block more
 bool ort_arena_try_grow(ort_core *core, ort_arena *arena, size_t size, const char *tag);
 void ort_arena_shrink(ort_core *core, ort_arena *arena); // frees the first block
 void ort_arena_clear(ort_core *core, ort_arena *arena);  // frees all
 inline bool ort_arena_has_room(const ort_arena *arena, size_t size) {
   return arena->last && arena->last->size - arena->last->used >= size;
+}
+
+// Zeroed memory, in blocks that grow with the arena; for arenas that grow in no other way.
+#ifdef ORT_SANITIZE
+constexpr size_t ORT_ARENA_GRAIN = 1; // a block for each, so that its end is seen
+#else
+constexpr size_t ORT_ARENA_GRAIN = 8;
+#endif
+void ort_arena_make_room(ort_core *core, ort_arena *arena, size_t size, const char *tag);
+inline void *ort_arena_take(ort_core *core, ort_arena *arena, size_t size, const char *tag) {
+  size = (size + ORT_ARENA_GRAIN - 1) / ORT_ARENA_GRAIN * ORT_ARENA_GRAIN;
+  if (!ort_arena_has_room(arena, size)) ort_arena_make_room(core, arena, size, tag);
+  ort_arena_block *block = arena->last;
+  void *taken = block->bytes() + block->used;
+  block->used += size;
+  return taken;
 }
 
 // ---- Byte strings (bytes.cpp) -------------------------------------------------------------------
