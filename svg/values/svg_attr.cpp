@@ -15,7 +15,9 @@
 #include "svg/values/svg_types.h"
 
 static void begin_value(svg_parser *p, int32_t row, const char *text);
+static bool is_plain_number(svg_parser *p, int32_t row);
 static void make_value(svg_parser *p, int32_t row);
+static void construct(svg_parser *p, int32_t row);
 // Apart, so that good values do not pay for its frame.
 [[gnu::noinline]] static void refuse(svg_parser *p, int32_t row, const char *text, uint32_t line);
 static bool read_leniently(svg_parser *p, int32_t row, const char *text, uint32_t line);
@@ -34,7 +36,10 @@ void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line)
   if (*given == '\0') return;
 
   begin_value(p, row, text);
-  if (!ort_protected(p->core, [=] { make_value(p, row); })) refuse(p, row, text, line);
+  if (is_plain_number(p, row))
+    construct(p, row);
+  else if (!ort_protected(p->core, [=] { make_value(p, row); }))
+    refuse(p, row, text, line);
 }
 
 static void begin_value(svg_parser *p, int32_t row, const char *text) {
@@ -45,6 +50,21 @@ static void begin_value(svg_parser *p, int32_t row, const char *text) {
   p->value_link = -1;
 }
 
+// Making a number raises nothing once it has been read and there is room for its record.
+static bool is_plain_number(svg_parser *p, int32_t row) {
+  switch (svg_get_record_kind(row)) {
+  case SVG_RECORD_NUMBER:
+  case SVG_RECORD_UNUM:
+  case SVG_RECORD_KEY_NUMBER:
+  case SVG_RECORD_KEY_UNUM: break;
+  default: return false;
+  }
+  const auto size = static_cast<size_t>(svg_attr_table[row].value_size);
+  if (!ort_arena_has_room(&p->kept, size) || !svg_read_plain_number(p)) return false;
+  p->tok_pushed = 1;
+  return true;
+}
+
 static void make_value(svg_parser *p, int32_t row) {
   const svg_attr_def *def = &svg_attr_table[row];
   p->tok_pushed = 0;
@@ -53,6 +73,11 @@ static void make_value(svg_parser *p, int32_t row) {
   else
     svg_ntok(p);
   p->tok_pushed = 1;
+  construct(p, row);
+}
+
+static void construct(svg_parser *p, int32_t row) {
+  const svg_attr_def *def = &svg_attr_table[row];
   if (def->anew)
     p->new_value = def->anew(p);
   else if (def->value_size > 0)

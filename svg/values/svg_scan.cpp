@@ -23,7 +23,6 @@ static const svg_key_entry *find_key(const svg_scanner *p, const char *text,
 static int next_token(svg_scanner *p, bool numbers);
 // Apart, so that plain numbers and tokens that were pushed back do not pay for its frame.
 [[gnu::noinline]] static int read_token(svg_scanner *p, bool numbers);
-static bool read_plain_number(svg_scanner *p);
 static bool read_lenient_number(svg_scanner *p);
 static bool set_unit(svg_scanner *p, const char *begin, const char *end);
 static void set_number(svg_scanner *p, const svg_decimal &number, bool negative);
@@ -158,7 +157,7 @@ static int next_token(svg_scanner *p, bool numbers) {
     p->tok_pushed = 0;
     return p->tok_type;
   }
-  if (numbers && read_plain_number(p)) return p->tok_type;
+  if (numbers && svg_read_plain_number(p)) return p->tok_type;
   return read_token(p, numbers);
 }
 
@@ -170,9 +169,8 @@ static int read_token(svg_scanner *p, bool numbers) {
   return p->tok_type;
 }
 
-// Nearly all tokens where a number may stand are numbers without exponent and unit. They are read
-// where they are; a text of its own is made only for an error.
-static bool read_plain_number(svg_scanner *p) {
+// A text of its own is made only for an error.
+bool svg_read_plain_number(svg_scanner *p) {
   const char *begin = p->scan_pos;
   while (ort_isspace(*begin)) ++begin;
   const bool negative = *begin == '-';

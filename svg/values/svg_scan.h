@@ -25,6 +25,9 @@ int svg_get_token(svg_scanner *p);
 int svg_ntok(svg_scanner *p);       // with number recognition
 int svg_ntok_nonum(svg_scanner *p); // a plain word is a string
 int svg_try_unumtok(svg_scanner *p);
+// Nearly all tokens where a number may stand are numbers without exponent and unit. False, and
+// nothing read: this is another one.
+bool svg_read_plain_number(svg_scanner *p);
 const char *svg_tok_text(svg_scanner *p); // of the current token
 int32_t svg_ctok_as_key(svg_scanner *p);  // the current token as a keyword id
 double svg_ctok_as_num(svg_scanner *p);
