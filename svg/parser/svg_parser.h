@@ -280,7 +280,7 @@ struct svg_tree {
   svg_e_node *root = nullptr;
   ort_vtr *elem_stack = nullptr;  // svg_pe_entry: by level
   ort_vtr *an_values = nullptr;   // svg_a_node *, not owned
-  ort_vtr *prop_values = nullptr; // svg_a_node *, owned
+  ort_vtr *prop_values = nullptr; // svg_a_node *, owned; only those that own something themselves
   unsigned char *elems_used = nullptr;
   // Of the element being built, in bits: attributes by their place in its list, properties by row.
   unsigned char attrs_set[SVG_LONGEST_LIST / 8] = {};

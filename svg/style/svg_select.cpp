@@ -293,8 +293,7 @@ static svg_a_node *parse_declaration(svg_parser *p, int32_t row, const char *tex
     char given[SVG_ALPHA_SIZE];
     const char *opacity = svg_take_alpha(p, node, given);
     node->important = p->source == SVG_SOURCE_IMPORTANT;
-    ort_push<svg_a_node *>(p->prop_values, node);
-    p->new_value = nullptr;
+    svg_keep_prop(p, node);
     if (opacity) add_longhand(p, opacity, given);
   }
   return node;

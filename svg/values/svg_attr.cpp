@@ -160,8 +160,7 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
       char given[SVG_ALPHA_SIZE];
       const char *opacity = svg_take_alpha(p, value, given);
       svg_note(p, 6, "\t\t\t[add property %a=\"%a\"]\n", name, text);
-      ort_push(p->prop_values, value);
-      p->new_value = nullptr;
+      svg_keep_prop(p, value);
       svg_collect_value(p, value, nullptr);
       if (p->in_style_attr != 0) ort_setbit(p->props_set, static_cast<size_t>(row));
       if (opacity) svg_add_prop(p, opacity, given);
@@ -169,6 +168,11 @@ void svg_add_prop_row(svg_parser *p, int32_t row, const char *name, const char *
   }
   p->css_mode = 0;
   p->prop_name = nullptr;
+}
+
+void svg_keep_prop(svg_parser *p, svg_a_node *value) {
+  if (svg_a_node_owns(value)) ort_push(p->prop_values, value);
+  p->new_value = nullptr;
 }
 
 void svg_collect_value(svg_parser *p, svg_a_node *value, const char *selector) {

@@ -52,6 +52,12 @@ svg_a_node *svg_a_node_new(svg_parser *p, size_t size) {
   return static_cast<svg_a_node *>(ort_arena_take(p->core, &p->kept, size, "svg_a_node_new"));
 }
 
+bool svg_a_node_owns(const svg_a_node *value) {
+  if (!svg_attr_table[value->row].dtor) return false;
+  return svg_get_record_kind(value->row) != SVG_RECORD_PAINT || value->kind == SVG_PAINT_IRI ||
+         value->kind == SVG_PAINT_COLOR;
+}
+
 void svg_a_node_delete(ort_core *core, svg_a_node *value) {
   if (!value) return;
   if (auto *dtor = svg_attr_table[value->row].dtor) dtor(core, value);

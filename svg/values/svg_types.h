@@ -13,6 +13,7 @@
 extern const svg_attr_def (&svg_attr_table)[SVG_ATTR_COUNT];
 
 svg_a_node *svg_a_node_new(svg_parser *p, size_t size);    // zeroed, among the nodes of the tree
+bool svg_a_node_owns(const svg_a_node *value);             // whether deleting it frees anything
 void svg_a_node_delete(ort_core *core, svg_a_node *value); // what it owns; null is allowed
 
 // ---- Functions ----------------------------------------------------------------------------------
