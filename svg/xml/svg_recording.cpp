@@ -26,7 +26,7 @@ namespace {
 // An event begins with a byte, its kind and above it the number of attributes, or `MANY`. Then come
 // the number of lines since the event before, the number of many attributes, and with no gaps:
 enum class kind : uint8_t {
-  start, // name; of each attribute its name, and its value with a NUL
+  start, // name; of each attribute its name, a byte of length, and its value with a NUL
   end,
   text,            // text_head, the characters
   namespace_start, // prefix, name
@@ -36,6 +36,9 @@ enum class kind : uint8_t {
 constexpr int KIND_BITS = 3;
 constexpr uint32_t MANY = 0xff >> KIND_BITS;
 constexpr size_t MOST_OF_HEAD = 1 + 5 + 5; // a number takes up to 5 bytes
+
+// Of a value: it is as long as it is.
+constexpr uint8_t LONG = 0xff;
 
 struct text_head {
   uint32_t length, pieces; // Expat delivers a text in pieces, which only the log shows
@@ -164,16 +167,22 @@ template <class T> static char *put(char *room, T value) {
   return room + sizeof value;
 }
 
+static char *put_value(char *room, const char *value) {
+  char *begin = room + 1, *end = stpcpy(begin, value);
+  put(room, static_cast<uint8_t>(std::min<ptrdiff_t>(end - begin, LONG)));
+  return end + 1;
+}
+
 static void cb_start(void *parser, const XML_Char *name, const XML_Char **attrs) {
   auto *p = static_cast<svg_parser *>(parser);
   uint32_t count = 0;
   size_t size = 1;
-  for (; attrs[2 * count]; ++count) size += 1 + strlen(attrs[2 * count + 1]) + 1;
+  for (; attrs[2 * count]; ++count) size += 2 + strlen(attrs[2 * count + 1]) + 1;
   char *room = add_event(p, kind::start, count, size);
   room = put_name(p, room, name);
   for (uint32_t i = 0; i < count; ++i) {
     room = put_name(p, room, attrs[2 * i]);
-    if (room) room = stpcpy(room, attrs[2 * i + 1]) + 1;
+    if (room) room = put_value(room, attrs[2 * i + 1]);
   }
   end_event(p, room);
   svg_cb_elem_start_css(parser, name, attrs);
@@ -363,8 +372,10 @@ static const char *play(svg_parser *p, const char *at) {
     const svg_name *name = take_name(recording, &at);
     svg_given_attr *attribute = recording->attributes;
     for (uint32_t i = 0; i < count; ++i) {
-      *attribute++ = {take_name(recording, &at), at};
-      at += strlen(at) + 1;
+      const svg_name *attribute_name = take_name(recording, &at);
+      const auto length = take<uint8_t>(&at);
+      *attribute++ = {attribute_name, at};
+      at += (length < LONG ? length : strlen(at)) + 1;
     }
     *attribute = {};
     play_start(p, name);
