@@ -36,33 +36,36 @@ const ort_errtab_entry *ort_find_error(const ort_core *core, int code);
 
 // Public, and here with defaults for C++.
 // NOLINTBEGIN(readability-redundant-declaration)
-ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1 = nullptr,
-                            const char *p2 = nullptr, const char *p3 = nullptr,
-                            const char *p4 = nullptr);
-void ort_warning(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
-                 const char *p3 = nullptr, const char *p4 = nullptr);
+[[gnu::cold]] ORT_NORETURN void ort_error(ort_core *core, int code, const char *p1 = nullptr,
+                                          const char *p2 = nullptr, const char *p3 = nullptr,
+                                          const char *p4 = nullptr);
+[[gnu::cold]] void ort_warning(ort_core *core, int code, const char *p1 = nullptr,
+                               const char *p2 = nullptr, const char *p3 = nullptr,
+                               const char *p4 = nullptr);
 // NOLINTEND(readability-redundant-declaration)
 
 // As ort_error; bit i of mask says that parameter i + 1 is text of the document. Such a text, like
 // every parameter, is escaped as by ort_escape, and cut at a character boundary to
 // ORT_LIMIT_MESSAGE_PARAMETER bytes.
-ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
+[[gnu::cold]] ORT_NORETURN void ort_ascii_error(ort_core *core, int code, int mask, const char *p1,
+                                                const char *p2 = nullptr, const char *p3 = nullptr,
+                                                const char *p4 = nullptr);
+
+// Composes the pending error without raising it.
+[[gnu::cold]] void ort_set_errmsg(ort_core *core, int code, const char *p1 = nullptr,
                                   const char *p2 = nullptr, const char *p3 = nullptr,
                                   const char *p4 = nullptr);
 
-// Composes the pending error without raising it.
-void ort_set_errmsg(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
-                    const char *p3 = nullptr, const char *p4 = nullptr);
-
 // Appends the text of code to the pending error, whose code stays.
-void ort_push2_errmsg(ort_core *core, int code, const char *p1 = nullptr, const char *p2 = nullptr,
-                      const char *p3 = nullptr, const char *p4 = nullptr);
+[[gnu::cold]] void ort_push2_errmsg(ort_core *core, int code, const char *p1 = nullptr,
+                                    const char *p2 = nullptr, const char *p3 = nullptr,
+                                    const char *p4 = nullptr);
 
 // Raises the pending error.
-ORT_NORETURN void ort_rethrow(ort_core *core);
+[[gnu::cold]] ORT_NORETURN void ort_rethrow(ort_core *core);
 
 // Raises ORT_E_INTERNAL. source names the file.
-ORT_NORETURN void ort_internal_error(ort_core *core, const char *source, int line);
+[[gnu::cold]] ORT_NORETURN void ort_internal_error(ort_core *core, const char *source, int line);
 
 // ---- Memory (memory.cpp) ------------------------------------------------------------------------
 
@@ -331,10 +334,10 @@ size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsign
 // Formats: %a document text (escaped as by ort_escape, never cut; null is ""), %s plain
 // text, %d int, %ld long, %g double, %p pointer, %c, %X, each with an optional width ("%02ld",
 // "%*s", "%06X"). Locale-independent.
-void ort_logg(ort_core *core, const char *format, ...);
-void ort_logg_cond(ort_core *core, int level, int log_class, const char *format, ...);
-void ort_logg_unitext(ort_core *core, const char *text, int reserved1, int reserved2,
-                      int quoted); // quoted: in "..."
+[[gnu::cold]] void ort_logg(ort_core *core, const char *format, ...);
+[[gnu::cold]] void ort_logg_cond(ort_core *core, int level, int log_class, const char *format, ...);
+[[gnu::cold]] void ort_logg_unitext(ort_core *core, const char *text, int reserved1, int reserved2,
+                                    int quoted); // quoted: in "..."
 
 // Shortest "%g"-like text of a double with 6 significant digits, as C's "%g" in the "C" locale.
 // buffer holds 32 bytes; returns the length.

@@ -6,13 +6,13 @@
 
 // Raises the current token as unexpected, or the value as incomplete when it is the end. A warning
 // in the end: svg_parse_attr drops the value.
-ORT_NORETURN void svg_err_value(svg_scanner *p);
+[[gnu::cold]] ORT_NORETURN void svg_err_value(svg_scanner *p);
 // The same for a rest of the text instead of the token.
-ORT_NORETURN void svg_err_rest(svg_scanner *p, const char *rest);
+[[gnu::cold]] ORT_NORETURN void svg_err_rest(svg_scanner *p, const char *rest);
 // The same for the end of the text, wherever the scanner is.
-ORT_NORETURN void svg_err_end(svg_scanner *p);
+[[gnu::cold]] ORT_NORETURN void svg_err_end(svg_scanner *p);
 // Raises the value as incomplete for want of its embedded data, and that ends the parse.
-ORT_NORETURN void svg_err_no_data(svg_scanner *p);
+[[gnu::cold]] ORT_NORETURN void svg_err_no_data(svg_scanner *p);
 // Whether one of the functions above raises this code.
 bool svg_is_value_error(int code);
 
