@@ -193,7 +193,12 @@ static bool resolve_pattern(svg_scene *scene, const svg_scene_server *server,
   std::copy_n(SVG_SCENE_IDENTITY, 6, pattern->matrix);
   if (const svg_a_node *transform = server->values[SVG_SCENE_SERVER_TRANSFORM])
     svg_get_matrix(reinterpret_cast<const svg_an_trafo *>(transform), pattern->matrix);
+  pattern->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
+  pattern->content_of_box = (content_of_box || (view && of_box)) && box == SVG_SCENE_UNIT_BOX;
   std::copy_n(content_of_box ? units : SVG_SCENE_IDENTITY, 6, pattern->content_matrix);
+  // The content's origin is the tile's, where both are known in the same space.
+  if (pattern->of_box == pattern->content_of_box)
+    std::copy_n(pattern->tile, 2, pattern->content_matrix + 4);
   if (view) {
     const auto *aspect =
         reinterpret_cast<const svg_an_aspect *>(server->values[SVG_SCENE_SERVER_ASPECT]);
@@ -207,8 +212,6 @@ static bool resolve_pattern(svg_scene *scene, const svg_scene_server *server,
   pattern->element = server->element;
   pattern->content = server->content;
   pattern->clipped = is_clipped(server->element);
-  pattern->of_box = of_box && box == SVG_SCENE_UNIT_BOX;
-  pattern->content_of_box = (content_of_box || (view && of_box)) && box == SVG_SCENE_UNIT_BOX;
   paint->kind = SVG_SCENE_PAINT_PATTERN;
   paint->pattern = pattern;
   return true;

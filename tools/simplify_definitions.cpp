@@ -68,7 +68,11 @@ void Simplifier::push_gradient(const svg_scene_gradient &gradient) {
 void Simplifier::push_pattern(const svg_scene_pattern &pattern) {
   parts_.emplace_back();
   svg_scene_paint_pattern(scene_.get(), &pattern, &CALLBACKS, this);
-  const std::string content = content_text(take_part().pieces, pattern.content_matrix);
+  double matrix[6]; // the origin of what is written is the tile's
+  std::copy_n(pattern.content_matrix, 6, matrix);
+  if (pattern.of_box == pattern.content_of_box)
+    for (int i = 0; i < 2; ++i) matrix[4 + i] -= pattern.tile[i];
+  const std::string content = content_text(take_part().pieces, matrix);
   if (content.empty()) {
     texts_.emplace_back("none");
     return;

@@ -121,7 +121,7 @@ TEST(ScenePaint, FollowsChains) {
 <lin id='a' to='#b'/><pat id='b'/> -> none | <lin id='a' to='#none'>STOPS</lin> -> 0 0 1 0 [100 0 0 50 10 20] 0 #ff0000 1 #0000ff
 <lin id='a' to='#b'/><lin id='b' to='#c' x2='9'/><lin id='c' to='#b' USER>STOPS</lin> -> 0 0 9 0 [1 0 0 1 0 0] 0 #ff0000 1 #0000ff ! Element 'linearGradient #c' in line 1: reference in a circle is ignored
 <pat id='a' to='#a'/> -> none ! Element 'pattern #a' in line 1: reference in a circle is ignored
-<pat id='a' to='#b' width='1'/><pat id='b' to='#c' width='3' height='2' patternContentUnits='objectBoundingBox'><desc/></pat><pat id='c' patternUnits='userSpaceOnUse' x='7'><g/></pat> -> 7 0 1 2 [1 0 0 1 0 0] b [100 0 0 50 10 20])",
+<pat id='a' to='#b' width='1'/><pat id='b' to='#c' width='3' height='2' patternContentUnits='objectBoundingBox'><desc/></pat><pat id='c' patternUnits='userSpaceOnUse' x='7'><g/></pat> -> 7 0 1 2 [1 0 0 1 0 0] b [100 0 0 50 7 0])",
                [&](const std::string &text) {
                  std::string result = filled(text);
                  while (!result.empty() && result.back() == '\n') result.pop_back();
@@ -131,8 +131,8 @@ TEST(ScenePaint, FollowsChains) {
 
 TEST(ScenePaint, ResolvesPatterns) {
   expect_cases(R"(
-<pat id='a' x='.1' y='10%' width='.5' height='1'><g/></pat> -> 20 25 50 50 [1 0 0 1 0 0] a [1 0 0 1 0 0]
-<pat id='a' patternUnits='userSpaceOnUse' x='1em' width='10%' height='10%' patternTransform='scale(2)' overflow='visible'><g/></pat> -> 10 0 20 10 [2 0 0 2 0 0] a [1 0 0 1 0 0] open
+<pat id='a' x='.1' y='10%' width='.5' height='1'><g/></pat> -> 20 25 50 50 [1 0 0 1 0 0] a [1 0 0 1 20 25]
+<pat id='a' patternUnits='userSpaceOnUse' x='1em' width='10%' height='10%' patternTransform='scale(2)' overflow='visible'><g/></pat> -> 10 0 20 10 [2 0 0 2 0 0] a [1 0 0 1 10 0] open
 <pat id='a' width='1' height='1' viewBox='0 0 10 10' patternContentUnits='objectBoundingBox'><g/></pat> -> 10 20 100 50 [1 0 0 1 0 0] a [5 0 0 5 35 20]
 <pat id='a' width='1' height='1' viewBox='0 0 10 10' preserveAspectRatio='none'><g/></pat> -> 10 20 100 50 [1 0 0 1 0 0] a [10 0 0 5 10 20]
 <pat id='a' width='1' height='1'/> -> none | <pat id='a' width='1' height='0'><g/></pat> -> none | <pat id='a' width='0' height='1'><g/></pat> -> none | <pat id='a' width='1'><g/></pat> -> none
