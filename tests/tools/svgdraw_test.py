@@ -84,6 +84,7 @@ WRONG = (  # arguments, status, message
     (("-b", "nocolor", "x.svg", "y.png"), 2, "--background nocolor: no color"),
     (("-f", "gif", "x.svg", "y.png"), 2, "--format gif: png, pdf, ps or svg is wanted"),
     (("a.svg", "b.svg", "nowhere.png"), 2, "'nowhere.png' is no folder for several pictures"),
+    (("-w", "inf", "x.svg", "y.png"), 2, "--width: a number above 0 is wanted"),
     (("--limit", "pixels=0", "x.svg", "y.png"), 2, "--limit pixels=0: no number above 0"),
     (("in.svg", "nowhere/y.png"), 1, "cannot write 'nowhere/y.png': No such file or directory"),
     (("--id", "none", "in.svg", "y.png"), 1, "no element has the id 'none'"),
@@ -137,10 +138,11 @@ class Drawing(unittest.TestCase):
                     self.assertEqual(rows[y][x], expected, (x, y))
 
     def test_sizes(self):
-        drawing = svg("<rect id='r' x='1' y='1' width='2' height='3' stroke='red'/>")
+        drawing = svg("<rect id='r' x='1' y='1' width='2' height='3' stroke='red'/><text id='t' x='9' y='-9' "
+                      "font-size='10' font-family='DejaVu Sans' textLength='20' lengthAdjust='spacingAndGlyphs'>\u2588</text>")
         for options, size in (((), (20, 10)), (("-s", "1.5"), (30, 15)), (("-w", "50"), (50, 25)),
                               (("-w", "50", "-h", "50"), (50, 50)), (("-a", "-w", "50", "-h", "50"), (50, 25)),
-                              (("-i", "r"), (3, 4))):
+                              (("-i", "r"), (3, 4)), (("-i", "t"), (21, 12))):
             with self.subTest(options):
                 self.assertEqual(decode(draw(drawing, *options)[1])[:2], size)
         self.assertEqual(decode(draw(svg("", "width='1in' height='1mm'"), "-d", "254")[1])[:2], (254, 10))

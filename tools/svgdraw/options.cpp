@@ -3,6 +3,7 @@
 
 #include <pango/pango.h>
 
+#include <cmath>
 #include <filesystem>
 #include <set>
 #include <tuple>
@@ -24,6 +25,13 @@ static std::string take(const Written &written, DrawOptions &options);
 static std::string take_outputs(const Written &written, DrawOptions &options);
 static std::string take_background(const std::string &text, double color[4]);
 
+// What is wrong with the number of an option; "" when nothing is.
+static std::string is_above_0(const std::string &text) {
+  double number = 0;
+  const bool is_number = CLI::detail::lexical_cast(text, number);
+  return is_number && std::isfinite(number) && number > 0 ? "" : "a number above 0 is wanted";
+}
+
 int parse_draw_options(int argc, char **argv, DrawOptions &options) {
   CommandLine line("svgdraw",
                    "svgdraw draws SVG 1.1 drawings, plain or gzip, as PNG, PDF, PS or SVG.",
@@ -41,7 +49,7 @@ int parse_draw_options(int argc, char **argv, DrawOptions &options) {
         std::tuple("-s,--scale", &picture.scale, "FACTOR",
                    "Make the picture so many times as large"),
         std::tuple("-d,--dpi", &picture.dpi, "N", "Pixels of an inch (default 96)")})
-    line.add(name, *number, argument, text)->check(CLI::PositiveNumber);
+    line.add(name, *number, argument, text)->check(is_above_0);
   line.add_flag("-a,--keep-aspect-ratio", picture.keep_aspect,
                 "Fit the picture into --width and --height");
   line.add("-b,--background", written.background, "COLOR",

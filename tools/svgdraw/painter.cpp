@@ -21,6 +21,9 @@ const svg_scene_callbacks Painter::CALLBACKS = {
     .measure = call<&Painter::measure>,
 };
 
+const svg_scene_callbacks Painter::TEXT_ONLY = {
+    nullptr, nullptr, nullptr, nullptr, call<&Painter::bound_text>, call<&Painter::measure>};
+
 bool Account::take(uint64_t count, double times) {
   pixels += count;
   if (pixels > pixels_limit) return exceed(pixels_limit, "pixels");
@@ -51,6 +54,18 @@ void Account::fail(int error, const std::string &message) {
 
 void Painter::paint(cairo_t *context, const svg_e_node *element) {
   walk(context, [&] { svg_scene_paint_element(scene_, element, &CALLBACKS, this); });
+}
+
+std::optional<Box> Painter::find_text(const svg_e_node *element) {
+  cairo_surface_t *surface = cairo_recording_surface_create(CAIRO_CONTENT_ALPHA, nullptr);
+  cairo_t *context = cairo_create(surface);
+  walk(context, [&] { svg_scene_paint_element(scene_, element, &TEXT_ONLY, this); });
+  double x0, y0, x1, y1;
+  cairo_identity_matrix(context);
+  cairo_path_extents(context, &x0, &y0, &x1, &y1);
+  cairo_destroy(context);
+  cairo_surface_destroy(surface);
+  return x0 < x1 && y0 < y1 ? std::optional(Box{x0, y0, x1 - x0, y1 - y0}) : std::nullopt;
 }
 
 // Paints onto another context. Groups that an error leaves open stay so on this context, which is

@@ -66,6 +66,9 @@ public:
   // goes wrong is in the account.
   void paint(cairo_t *context, const svg_e_node *element);
 
+  // The box around an element's text in fonts that the scene does not know.
+  std::optional<Box> find_text(const svg_e_node *element);
+
 private:
   // A group that is open; hidden ones show nothing.
   struct Group {
@@ -79,7 +82,7 @@ private:
   };
   using Body = std::function<void()>;
 
-  static const svg_scene_callbacks CALLBACKS;
+  static const svg_scene_callbacks CALLBACKS, TEXT_ONLY;
 
   // painter.cpp
   void walk(cairo_t *context, const Body &body);
@@ -119,6 +122,7 @@ private:
   // text.cpp
   void text(const svg_scene_run &run);
   double measure(const svg_scene_run &run);
+  void bound_text(const svg_scene_run &run); // adds it to the path
 
   const Drawing &drawing_;
   svg_scene *scene_;

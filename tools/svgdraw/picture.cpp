@@ -70,6 +70,15 @@ Picture make_picture(const std::string &input, const ReadSettings &reading,
   return picture;
 }
 
+static std::optional<Box> around(const std::optional<Box> &a, const std::optional<Box> &b) {
+  if (!a || !b) return a ? a : b;
+  const auto &[x, y, width, height] = *b;
+  Box box = {std::min((*a)[0], x), std::min((*a)[1], y)};
+  box[2] = std::max((*a)[0] + (*a)[2], x + width) - box[0];
+  box[3] = std::max((*a)[1] + (*a)[3], y + height) - box[1];
+  return box;
+}
+
 static bool find_frame(const Scene &scene, const PictureSettings &settings, Account &account,
                        Frame &frame) {
   const auto fail = [&](const std::string &text) {
@@ -83,6 +92,7 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
     frame.element = svg_find_name(drawing.parser(), settings.id->c_str());
     if (!frame.element) return fail("no element has the id '" + *settings.id + "'");
     if (!scene.measure(frame.element, svg_get_parent(frame.element), true, area)) return fail("");
+    area = around(area, Painter(scene, account, {}).find_text(frame.element));
     if (!area) return fail("the element shows nothing that can be measured");
   }
   frame.area = *area;
@@ -105,8 +115,12 @@ static bool find_frame(const Scene &scene, const PictureSettings &settings, Acco
 
 static void write_picture(const Scene &scene, const PictureSettings &settings, const Frame &frame,
                           Account &account, const std::string &path) {
+  const auto fail = [&] {
+    const std::string name = path == "-" ? "standard output" : "'" + path + "'";
+    account.fail(0, "cannot write " + name + ": " + strerror(errno));
+  };
   FILE *file = path == "-" ? stdout : fopen(path.c_str(), "wb");
-  if (!file) return account.fail(0, "cannot write '" + path + "': " + strerror(errno));
+  if (!file) return fail();
   const bool is_vector = settings.format->make != nullptr;
   const double unit = is_vector ? POINTS_PER_INCH / settings.dpi : 1;
   const Box &area = frame.area;
@@ -135,7 +149,7 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
   cairo_surface_destroy(surface);
   const bool is_written = (path == "-" ? fflush(file) : fclose(file)) == 0;
   if (status == CAIRO_STATUS_WRITE_ERROR || !is_written)
-    account.fail(0, "cannot write '" + path + "': " + strerror(errno));
+    fail();
   else if (status != CAIRO_STATUS_SUCCESS)
     account.fail(0, std::string("cannot draw: ") + cairo_status_to_string(status));
   if (account.failed && path != "-") remove_file(path);

@@ -26,6 +26,27 @@ double Painter::measure(const svg_scene_run &run) {
   return width;
 }
 
+// Where the run is laid out.
+static void go_to(cairo_t *context, const svg_scene_run &run) {
+  cairo_translate(context, run.x, run.y);
+  cairo_rotate(context, run.rotate * (M_PI / 180));
+  cairo_scale(context, run.stretch * scale_of(run), scale_of(run));
+}
+
+void Painter::bound_text(const svg_scene_run &run) {
+  cairo_identity_matrix(cairo_);
+  if (!apply(cairo_, run.item.ctm)) return;
+  PangoLayout *layout = lay_out(run);
+  add_spacing(layout, run);
+  PangoRectangle ink;
+  pango_layout_get_extents(layout, &ink, nullptr);
+  const int baseline = pango_layout_get_baseline(layout);
+  go_to(cairo_, run);
+  cairo_rectangle(cairo_, pango_units_to_double(ink.x), pango_units_to_double(ink.y - baseline),
+                  pango_units_to_double(ink.width), pango_units_to_double(ink.height));
+  g_object_unref(layout);
+}
+
 void Painter::text(const svg_scene_run &run) {
   if (!enter(run.item.matrix)) return;
   const bool is_link = begin_link(run.link);
@@ -35,9 +56,7 @@ void Painter::text(const svg_scene_run &run) {
   const auto in_place = [&](const auto &add) {
     cairo_matrix_t matrix;
     cairo_get_matrix(cairo_, &matrix);
-    cairo_translate(cairo_, run.x, run.y);
-    cairo_rotate(cairo_, run.rotate * (M_PI / 180));
-    cairo_scale(cairo_, run.stretch * scale_of(run), scale_of(run));
+    go_to(cairo_, run);
     add();
     cairo_set_matrix(cairo_, &matrix);
   };
