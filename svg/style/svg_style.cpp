@@ -5,6 +5,7 @@
 // dispatcher; raises what svg_add_prop raises.
 #include "svg/style/svg_style.h"
 
+#include <array>
 #include <cstring>
 
 #include "svg/values/svg_attr.h"
@@ -49,10 +50,19 @@ static const char *skip_space(const char *s) {
 }
 
 static const char *skip_ident(const char *s) {
-  const auto begins = [](char c) { return c == '_' || ort_isalpha(c); };
+  enum { NO_NAME, NAME, NAME_BEGIN };
+  static constexpr auto kinds = [] {
+    std::array<uint8_t, 256> table = {};
+    for (size_t c = 'a'; c <= 'z'; ++c) table[c] = table[c - 'a' + 'A'] = NAME_BEGIN;
+    for (size_t c = '0'; c <= '9'; ++c) table[c] = NAME;
+    table['_'] = NAME_BEGIN;
+    table['-'] = NAME;
+    return table;
+  }();
+  const auto kind_of = [](char c) { return kinds[static_cast<unsigned char>(c)]; };
   const char *name = *s == '-' ? s + 1 : s;
-  if (!begins(*name)) return s;
-  while (*name == '-' || begins(*name) || ort_isdigit(*name)) ++name;
+  if (kind_of(*name) != NAME_BEGIN) return s;
+  while (kind_of(*name) != NO_NAME) ++name;
   return name;
 }
 

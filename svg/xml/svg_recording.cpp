@@ -24,7 +24,8 @@
 namespace {
 
 // An event begins with a byte, its kind and above it the number of attributes, or `MANY`. Then come
-// the number of lines since the event before, the number of many attributes, and with no gaps:
+// the number of lines since the event before, the number of many attributes, and with no gaps the
+// rest. Below log level 3 nobody asks for the lines of others than start tags.
 enum class kind : uint8_t {
   start, // name; of each attribute its name, a byte of length, and its value with a NUL
   end,
@@ -243,7 +244,8 @@ static char *add_event(svg_parser *p, kind what, uint32_t count, size_t size) {
   char *room = find_room(p, &p->recording->events, MOST_OF_HEAD + size);
   if (!room) return nullptr;
   svg_recording *recording = p->recording;
-  const auto line = svg_expat_line(p);
+  const bool tells_line = what == kind::start || p->log_level >= 3;
+  const uint32_t line = tells_line ? svg_expat_line(p) : recording->line;
   recording->last_text = nullptr;
   recording->most_attributes = std::max<size_t>(recording->most_attributes, count);
   *room++ = static_cast<char>(static_cast<uint32_t>(what) | std::min(count, MANY) << KIND_BITS);
