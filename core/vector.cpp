@@ -168,6 +168,10 @@ static void sort_run(const sort_order &order, char *items, size_t count) {
 static void merge(const sort_order &order, char *to, const char *a, const char *b,
                   const char *end) {
   const char *const middle = b;
+  if (b < end && in_order(order, b - order.item_size, b)) { // much was made in its order
+    memcpy(to, a, static_cast<size_t>(end - a));
+    return;
+  }
   while (a < middle && b < end) {
     const char *&next = in_order(order, a, b) ? a : b;
     memcpy(to, next, order.item_size);
