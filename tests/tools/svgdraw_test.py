@@ -156,6 +156,8 @@ class Drawing(unittest.TestCase):
                 status, picture, messages = draw(drawing, "-f", name)
                 self.assertEqual((status, picture[:len(start)], messages), (0, start, ""))
         self.assertIn(b"http://x/", draw(drawing, "-f", "pdf")[1])
+        self.assertNotIn(b"http://x/", draw(drawing.replace("<a", "<g opacity='.5'><rect width='4' height='4'/><a").replace(
+            "</a>", "</a></g>"), "-f", "pdf")[1])
 
     def test_what_is_not_drawn_is_said_once(self):
         outside = "<image width='9' height='9' xlink:href='x.png'/>"

@@ -24,7 +24,7 @@ void Painter::begin_group(const svg_scene_group &group) {
       push_layer(group, record);
     else
       record.opacity = group.opacity;
-    if (!record.is_pushed) record.is_link = begin_link(group.link);
+    record.is_link = begin_link(group.link);
   }
   groups_.push_back(record);
 }
@@ -125,8 +125,12 @@ cairo_surface_t *Painter::make_mask(const svg_scene_group &group, const Group &r
   return layer;
 }
 
+// Only on the page itself: Cairo 1.16 goes wrong with links in what it records, groups and
+// patterns.
 bool Painter::begin_link(const svg_iri *link) {
-  if (!target_.is_vector || !link || link->kind != SVG_IRI_NAME || !link->ref.text) return false;
+  if (!link || link->kind != SVG_IRI_NAME || !link->ref.text) return false;
+  if (cairo_surface_get_type(cairo_get_group_target(cairo_)) != CAIRO_SURFACE_TYPE_PDF)
+    return false;
   std::string attributes = "uri='";
   for (const char *c = link->ref.text; *c != 0; ++c) {
     if (*c == '\'' || *c == '\\') attributes += '\\';

@@ -128,6 +128,10 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
       is_vector ? settings.format->make(write_bytes, file, frame.width * unit, frame.height * unit)
                 : cairo_image_surface_create(CAIRO_FORMAT_ARGB32, whole(frame.width),
                                              whole(frame.height));
+  // Of what a vector target cannot keep, a sixteenth of the pixels will do: a page of A4.
+  const double pixels = double(settings.pixels) / 16 / frame.width / frame.height;
+  const double resolution = std::min(LAYER_RESOLUTION, settings.dpi * std::sqrt(pixels));
+  cairo_surface_set_fallback_resolution(surface, resolution, resolution);
   cairo_t *context = cairo_create(surface);
   if (settings.background[3] > 0) {
     const double *b = settings.background;
@@ -137,8 +141,7 @@ static void write_picture(const Scene &scene, const PictureSettings &settings, c
   cairo_scale(context, frame.width * unit / area[2], frame.height * unit / area[3]);
   cairo_translate(context, -area[0], -area[1]);
   if (is_vector) clip_to_box(context, area.data());
-  Painter painter(scene, account,
-                  {is_vector, is_vector ? LAYER_RESOLUTION / POINTS_PER_INCH : 1.0});
+  Painter painter(scene, account, {is_vector, is_vector ? resolution / POINTS_PER_INCH : 1.0});
   painter.paint(context, frame.element);
   cairo_status_t status = cairo_status(context);
   cairo_destroy(context);
