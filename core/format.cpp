@@ -153,9 +153,8 @@ static void put_padded(ort_out *out, const conversion &c, const char *bytes, siz
   size_t sign = 0;
   if (c.zeros && length && *bytes == '-') sign = 1;
   if (sign) out->put(out, bytes, 1);
-  size_t padding = c.width > 0 && static_cast<size_t>(c.width) > length
-                       ? static_cast<size_t>(c.width) - length
-                       : 0;
+  const auto width = static_cast<size_t>(c.width);
+  size_t padding = width > length ? width - length : 0;
   const char *pad = c.zeros ? "0000000000000000" : "                ";
   while (padding > 0) {
     const size_t part = padding < 16 ? padding : 16;

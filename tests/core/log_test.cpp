@@ -8,7 +8,7 @@
 
 TEST(Log, FormatsValues) {
   AccountingCore core;
-  ort_logg(core, "[%02ld|%2d|%d|%d]", 7L, 5, INT_MIN, 123);
+  ort_logg(core, "[%02ld|%2d|%d|%2d]", 7L, 5, INT_MIN, 123);
   ort_logg(core, "%*s<%s>%a%%", 20, "", "text", "a\nb");
   ort_logg(core, "%06X %X %c%4d %04d", 0xABCDE, 255U, 'z', -3, -3);
   ort_logg(core, " %p%a%s %lX%03d%", nullptr, nullptr, nullptr, 0xFFFFFFFFFFUL, 7);
