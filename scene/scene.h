@@ -145,6 +145,10 @@ bool svg_scene_has_properties(const svg_e_node *element);
 // The place of an element in the tree; its style lies on the stack.
 void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place);
 
+// The same, and visits the places of all elements around it on the way, outer ones first.
+void svg_scene_go_down(svg_scene *scene, const svg_e_node *element, svg_scene_place *place,
+                       void (*visit)(void *user, const svg_scene_place &around), void *user);
+
 // The same, but the viewport is that of its children. A null element is outside of the drawing.
 void svg_scene_find_inside(svg_scene *scene, const svg_e_node *element, svg_scene_place *place);
 

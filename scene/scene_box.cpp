@@ -18,11 +18,19 @@ struct subject {
   bool is_bare;
 };
 
+// From the user space of an ancestor (null: from outside of the drawing) down to that around an
+// element.
+struct way {
+  svg_scene *scene;
+  const svg_e_node *ancestor;
+  double *matrix;
+  bool has_begun; // at the ancestor
+  bool is_there;
+};
+
 } // namespace
 
-static bool find_way(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
-                     double matrix[6]);
-static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double matrix[6]);
+static void descend(void *user, const svg_scene_place &around);
 static void measure(svg_scene *scene, const subject &of, bool is_stroked, svg_scene_extent *extent);
 static void start(svg_scene_walk *walk, const void *argument);
 
@@ -33,35 +41,32 @@ int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg
   double ctm[6];
   std::copy_n(SVG_SCENE_IDENTITY, 6, ctm);
   const svg_scene_mark mark = scene->top;
-  const bool is_there = is_bare || find_way(scene, element, ancestor, ctm);
+  svg_scene_place place;
+  way way = {scene, ancestor, ctm, !ancestor, true};
+  if (!is_bare) svg_scene_go_down(scene, element, &place, descend, &way);
   svg_scene_release(scene, mark);
   svg_scene_extent extent;
-  if (is_there) measure(scene, {element, nullptr, ctm, is_bare}, stroked != 0, &extent);
+  if (way.is_there && svg_scene_are_finite(ctm, 6))
+    measure(scene, {element, nullptr, ctm, is_bare}, stroked != 0, &extent);
   return svg_scene_get_extent(extent, box);
 }
 
-// The matrix from the space around an element to the user space of its ancestor.
-static bool find_way(svg_scene *scene, const svg_e_node *element, const svg_e_node *ancestor,
-                     double matrix[6]) {
-  for (const svg_e_node *e = element; e != scene->svg;) {
-    e = svg_get_parent(e);
-    if (!e || e == ancestor) break;
+// Adds what an element around does. One without a view shows nothing.
+static void descend(void *user, const svg_scene_place &around) {
+  auto *way = static_cast<struct way *>(user);
+  if (way->has_begun) {
     double own[6];
-    if (!find_own_matrix(scene, e, own)) return false;
-    svg_scene_multiply(matrix, own, matrix);
+    svg_scene_matrix_of(around.element, SVG_ATTR_transform, own);
+    if (around.element->head.id == SVG_ELEM_svg) {
+      svg_scene_view view;
+      if (svg_scene_find_view(way->scene, around, nullptr, &view))
+        std::copy_n(view.matrix, 6, own);
+      else
+        way->is_there = false;
+    }
+    svg_scene_multiply(way->matrix, way->matrix, own);
   }
-  return svg_scene_are_finite(matrix, 6);
-}
-
-static bool find_own_matrix(svg_scene *scene, const svg_e_node *element, double matrix[6]) {
-  svg_scene_matrix_of(element, SVG_ATTR_transform, matrix);
-  if (element->head.id != SVG_ELEM_svg) return true;
-  svg_scene_place place;
-  svg_scene_view view;
-  svg_scene_find_place(scene, element, &place);
-  if (!svg_scene_find_view(scene, place, nullptr, &view)) return false;
-  std::copy_n(view.matrix, 6, matrix);
-  return true;
+  way->has_begun = way->has_begun || around.element == way->ancestor;
 }
 
 const double *svg_scene_measure(svg_scene_walk *walk, const svg_scene_frame *frame,

@@ -108,7 +108,6 @@ static void read_facts(svg_scene_font *font) {
 static void add_glyphs(svg_scene *scene, svg_scene_font *font) {
   const double usual = number_of(font->element, SVG_ATTR_font_horiz_adv_x, 0);
   font->missing.advance = usual;
-  uint64_t probes = 0;
   for (svg_node *node = font->element->first_child; node; node = node->next) {
     if (node->id == SVG_ID_TEXT) continue;
     const svg_e_node *element = svg_as_element(node);
@@ -118,10 +117,7 @@ static void add_glyphs(svg_scene *scene, svg_scene_font *font) {
     if (node->id != SVG_ELEM_glyph) continue;
     const auto *unicode = svg_scene_find<svg_an_string>(element, SVG_ATTR_unicode);
     font->glyphs[font->glyph_count] = {element, unicode ? unicode->text : "", advance};
-    probes += index_glyph(font, font->glyph_count++);
-    if (probes < PROBES) continue;
-    svg_scene_count(scene, probes / PROBES);
-    probes = 0;
+    svg_scene_count(scene, index_glyph(font, font->glyph_count++) / PROBES);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "scene/scene_geometry.h"
 #include "scene/scene_paint.h"
 #include "scene/scene_servers.h"
+#include "scene/scene_walk.h"
 
 namespace {
 
@@ -283,6 +284,7 @@ static double length_of(svg_scene *scene, const frame &of, const svg_a_node *val
   if (length.unit == SVG_UNIT_EM || length.unit == SVG_UNIT_EX) {
     const svg_scene_mark mark = scene->top;
     svg_scene_place place;
+    svg_scene_count_place(scene, of.element);
     svg_scene_find_place(scene, of.element, &place);
     font_size = place.style->font_size;
     svg_scene_release(scene, mark);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "scene/scene_servers.h"
+#include "scene/scene_walk.h"
 
 static svg_scene_server *find_record(svg_scene *scene, const svg_e_node *element);
 static svg_scene_server **find_slot(const svg_scene_server_table &table, const svg_e_node *element);
@@ -163,7 +164,10 @@ static const svg_scene_stop *compute_stops(svg_scene *scene, const svg_e_node *e
   for (svg_node *child = element->first_child; child; child = child->next) {
     if (child->id != SVG_ELEM_stop) continue;
     const svg_e_node *stop = svg_as_element(child);
-    if (!place.element && depends_on_parent(stop)) svg_scene_find_place(scene, element, &place);
+    if (!place.element && depends_on_parent(stop)) {
+      svg_scene_count_place(scene, element);
+      svg_scene_find_place(scene, element, &place);
+    }
     const svg_scene_mark style_mark = scene->top;
     auto *style = svg_scene_take_one<svg_scene_style>(scene);
     const double no_viewport[2] = {0, 0};

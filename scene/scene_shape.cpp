@@ -23,6 +23,7 @@ static bool is_visible(const svg_scene_frame *frame) {
 bool svg_scene_show_shape(svg_scene_walk *walk, svg_scene_frame *frame, const double matrix[6]) {
   if (!is_visible(frame)) return false;
   const svg_scene_path path = svg_scene_outline(walk->scene, svg_scene_place_of(frame));
+  svg_scene_count(walk->scene, svg_scene_count_points(path.runs, path.count) / 64);
   if (path.count == 0 || !is_drawable(path, frame->ctm)) return false;
   const bool is_group = svg_scene_has_effects(walk, frame);
   if (is_group) {

@@ -157,9 +157,15 @@ void svg_scene_get_style(svg_scene *scene, const svg_e_node *element, svg_scene_
   svg_scene_end_result(scene);
 }
 
+void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place) {
+  svg_scene_go_down(
+      scene, element, place, [](void *, const svg_scene_place &) {}, nullptr);
+}
+
 // The ancestors are listed from the element up, then their styles are computed from the top down;
 // those with decorations stay.
-void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene_place *place) {
+void svg_scene_go_down(svg_scene *scene, const svg_e_node *element, svg_scene_place *place,
+                       void (*visit)(void *user, const svg_scene_place &around), void *user) {
   auto *style = svg_scene_take_one<svg_scene_style>(scene);
   auto *parent_style = svg_scene_take_one<svg_scene_style>(scene);
   const auto depth = static_cast<size_t>(element ? element->level : 0);
@@ -169,7 +175,10 @@ void svg_scene_find_place(svg_scene *scene, const svg_e_node *element, svg_scene
   set_initial(scene, style);
   *place = {nullptr, style, {scene->size[0], scene->size[1]}};
   while (count-- > 0) {
-    if (place->element) enter_viewport(scene, place);
+    if (place->element) {
+      visit(user, *place);
+      enter_viewport(scene, place);
+    }
     std::swap(style, parent_style);
     if (style->text_decoration != 0) style = svg_scene_take_one<svg_scene_style>(scene);
     svg_scene_compute_style(scene, chain[count], parent_style, place->viewport, style);

@@ -188,6 +188,8 @@ static const svg_scene_track *make_track(gathering *g, const svg_scene_span *spa
   place.element = target;
   const svg_scene_path path = transformed_path(g->scene, place);
   if (path.count == 0) return track;
+  // To measure a curve takes as long as to show a dozen elements.
+  svg_scene_count(g->scene, 4 * svg_scene_count_points(path.runs, path.count));
   const svg_scene_ruler *measure = svg_scene_measure_path(g->scene, path);
   const double length = svg_scene_path_length(measure);
   const auto *offset = svg_scene_find<svg_an_unum>(span->element, SVG_ATTR_startOffset);

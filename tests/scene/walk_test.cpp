@@ -175,7 +175,7 @@ group svg viewport=0 0 20 10
 )"},
     {"masks",
      USUAL,
-     R"(<mask id='m' opacity='.5'><rect id='r' width='5' height='4' fill='white'/></mask>
+     R"(<clipPath id='k'/><mask id='m' opacity='.5' clip-path='url(#k)'><rect id='r' width='5' height='4' fill='white'/></mask>
 <mask id='n' maskUnits='userSpaceOnUse' x='1' y='1' width='50%' height='2' maskContentUnits='objectBoundingBox'>
 <rect id='s' width='5' height='4' mask='url(#n)'/></mask>
 <g id='g' mask='url(#m)' transform='translate(1 1)'><rect id='q' width='10' height='8' transform='translate(2 2)'/></g>
@@ -184,7 +184,9 @@ group svg viewport=0 0 20 10
 group svg viewport=0 0 20 10
   group g matrix=1 0 0 1 1 1
     mask m area=1 1.2 12 9.6
-      shape r fill=#ffffff M0 0 L5 0 5 4 0 4 Z
+      group m
+        clip k outline
+        shape r fill=#ffffff M0 0 L5 0 5 4 0 4 Z
     shape q matrix=1 0 0 1 2 2 fill=#000000 M0 0 L10 0 10 8 0 8 Z
   group p single bounds=0 0 10 5
     mask n area=1 1 10 2 matrix=10 0 0 5 0 0
@@ -337,13 +339,18 @@ TEST(SceneWalk, Boxes) {
   EXPECT_EQ(box("", "", false), "-40 -40 80 80");
 }
 
+std::string times(int number, const std::string &text) {
+  std::string result;
+  for (int i = 0; i < number; i++) result += text;
+  return result;
+}
+
 // Ten levels of ten uses each, and references nested deeper than the stack would bear.
 TEST(SceneWalk, ExpansionHasABudget) {
   std::string uses = "<g id='l0'><rect width='1' height='1'/></g>", masks;
   for (int level = 1; level <= 10; level++) {
-    uses += "<g id='l" + std::to_string(level) + "'>";
-    for (int i = 0; i < 10; i++) uses += "<use xlink:href='#l" + std::to_string(level - 1) + "'/>";
-    uses += "</g>";
+    uses += "<g id='l" + std::to_string(level) + "'>" +
+            times(10, "<use xlink:href='#l" + std::to_string(level - 1) + "'/>") + "</g>";
   }
   const auto limit = [](svg_parser *p) {
     const svg_limits limits = {0, 0, 0, 0, 0, 10000};
@@ -355,18 +362,24 @@ TEST(SceneWalk, ExpansionHasABudget) {
   EXPECT_TRUE(list.ends_with("error 1930\n"));
   EXPECT_EQ(many.messages(), "Limit of 10000 shown elements exceeded\n");
   EXPECT_EQ(scene_box(scene, "l1", "", false), "0 0 1 1");
-  std::string dots = "<marker id='m'/><path marker-mid='url(#m)' d='M0 0";
-  for (int i = 0; i < 10000; i++) dots += " 1 1";
-  const Document dotted(drawing(USUAL, dots + "'/>"), AccountingCore::defaults(), limit);
-  EXPECT_TRUE(scene_list(Scene(dotted)).ends_with("error 1930\n"));
-
-  // What is measured counts, too: each of these groups for its own clip and for those around.
-  std::string groups = "<clipPath id='c' clipPathUnits='objectBoundingBox'/>";
-  for (int level = 0; level < 150; level++) groups += "<g clip-path='url(#c)'>";
-  groups += "<rect width='1' height='1'/>";
-  for (int level = 0; level < 150; level++) groups += "</g>";
-  const Document nested(drawing(USUAL, groups), AccountingCore::defaults(), limit);
-  EXPECT_TRUE(scene_list(Scene(nested)).ends_with("error 1930\n"));
+  // What takes long counts, too: markers, points, what is measured for a clip and for those around
+  // it, paths that text follows, and styles of elements that are referred to, far down.
+  const std::string path = "<path id='p' d='M0 0" + times(10000, " 1 1") + "'";
+  const std::string gradient = "<linearGradient id='l' gradientUnits='userSpaceOnUse' x1='1em'>"
+                               "<stop/><stop offset='1'/></linearGradient>";
+  for (const std::string &content : {
+           "<marker id='m'/>" + path + " marker-mid='url(#m)'/>",
+           path + "/>" + times(70, "<use xlink:href='#p'/>"),
+           path + " display='none'/><text><textPath xlink:href='#p'>a</textPath></text>",
+           "<clipPath id='c' clipPathUnits='objectBoundingBox'/>" +
+               times(150, "<g clip-path='url(#c)'>") + "<rect width='1' height='1'/>" +
+               times(150, "</g>"),
+           times(1000, "<g>") + gradient + times(1000, "</g>") +
+               times(80, "<rect width='1' height='1' fill='url(#l)'/>"),
+       }) {
+    const Document costly(drawing(USUAL, content), AccountingCore::defaults(), limit);
+    EXPECT_TRUE(scene_list(Scene(costly)).ends_with("error 1930\n")) << content.substr(0, 100);
+  }
 
   for (int level = 0; level < 100; level++)
     masks += "<mask id='m" + std::to_string(level) +
