@@ -10,6 +10,7 @@ import collections
 import json
 import multiprocessing
 import os
+import signal
 import subprocess
 import sys
 import time
@@ -37,6 +38,7 @@ def main():
     number = LISTED_PER_PACKAGE if options.list else None if options.all else SAMPLE_PER_PACKAGE
     paths = [path for package in PACKAGES for path in choose(drawings(package), number)]
     if options.list:
+        signal.signal(signal.SIGPIPE, signal.SIG_DFL)  # as of other tools that write lists
         print("\n".join(paths))
         return 0
     started = time.monotonic()
