@@ -243,6 +243,8 @@ DRAW_ATTACKS = {
         "<clipPath id='c'>", "<rect width='9' height='9'/>" * 10000, "</clipPath>",
         f"<rect {WHOLE} clip-path='url(#c)'/>" * (MILLION // 10)),
     "draw: 10^5 layers within each other": lambda: large(nest("<g opacity='.9'>", "</g>", MILLION // 10, f"<rect {WHOLE}/>")),
+    "draw: 10^5 layers within each other, PDF": lambda: svg(
+        nest("<g opacity='.9'>", "</g>", MILLION // 10, f"<rect {WHOLE}/>")),
     "draw: 10^5 layers one after another": lambda: large(
         f"<g opacity='.9'><rect {WHOLE}/><rect {WHOLE}/></g>" * (MILLION // 10)),
     "draw: a picture of 32767 x 32767": lambda: large(f"<rect {WHOLE}/>", side=32767),
@@ -261,6 +263,8 @@ DRAW_ATTACKS = {
     "draw: a stroke of 10^5 lines in a row of pixels": lambda: large(
         "<path fill='none' stroke='red' stroke-width='.1' d='M0 0", lines(MILLION // 10, 1), "'/>"),
     "draw: a wide stroke of 10^6 joins": lambda: large(
+        "<path fill='none' stroke='red' stroke-width='5000' stroke-linejoin='round' d='M0 0", lines(MILLION, 99), "'/>"),
+    "draw: a wide stroke of 10^6 joins, PDF": lambda: large(
         "<path fill='none' stroke='red' stroke-width='5000' stroke-linejoin='round' d='M0 0", lines(MILLION, 99), "'/>"),
     "draw: 10^4 lines in a clip path": lambda: large(
         "<clipPath id='c'><circle r='9999'/></clipPath><g clip-path='url(#c)'><path stroke='red' d='M0 0",

@@ -13,7 +13,7 @@ Effort Painter::effort_of(const svg_pada *segments, size_t count,
                           const svg_scene_style *stroke) const {
   const PathEffort path =
       measure_effort(segments, count, to_pixels().data(), visible_pixels(), stroke);
-  if (target_.is_vector) return {.time = KEPT_POINT * (1 + path.points)};
+  if (target_.is_vector) return {.time = path.time + KEPT_POINT * path.points};
   Effort effort = {path.time, path.box[2] * path.box[3], path.crossings};
   if (groups_.back().is_cut) {
     const double direct = CLIPPED_CROSSING * (path.crossings + path.points);

@@ -7,6 +7,7 @@
 #include "tools/svgdraw/painter.h"
 
 static constexpr double CROSSINGS_MAX = 10000; // of a clip path that Cairo is given as a path
+static constexpr uint64_t VECTOR_DEPTH = 256;  // of layers that are kept as drawings
 static constexpr double LAYER = 4;             // times a color: to clear one, to show it
 
 static void luminance_to_alpha(cairo_surface_t *surface);
@@ -61,15 +62,17 @@ void Painter::clip_to(const svg_scene_clip &clip, Group &record) {
   cairo_clip(cairo_);
 }
 
-// Everything up to the end of the group goes to a layer. What a vector target keeps as a drawing
-// costs no pixels.
+// Everything up to the end of the group goes to a layer. A vector target keeps it as a drawing,
+// which takes no pixels, but Cairo recurses into layers within layers.
 void Painter::push_layer(const svg_scene_group &group, Group &record) {
-  if (!target_.is_vector) {
+  if (target_.is_vector) {
+    record.pixels = account_.pixels_limit / VECTOR_DEPTH;
+  } else {
     if (group.has_bounds != 0) clip_to_pixels_of(cairo_, group.bounds);
     const Box area = visible_pixels();
     record.pixels = static_cast<uint64_t>(area[2] * area[3]);
   }
-  record.is_pushed = account_.take(record.pixels, LAYER);
+  record.is_pushed = account_.take(record.pixels, target_.is_vector ? 0 : LAYER);
   if (record.is_pushed) cairo_push_group(cairo_);
 }
 
