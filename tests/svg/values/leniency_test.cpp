@@ -117,7 +117,7 @@ rect fill: rgb(255 128 0) -> ! 128 => #ff8000 | rgb(1,2,3,.5) -> ! , => #010203 
 rect fill: RGBA( 1 , 2 , 3 , 50% ) -> ! RGBA => #010203 | rgba(50%,0%,100%,1) -> ! rgba => #7f00ff
 rect fill: rgba(1,2,3) -> ! rgba => #010203 | rgba(1 2 3 / 1e999) -> ! rgba => #010203
 rect fill: rgb(300,-5,127.5) -> #000000 => #ff0080 | rgb(150%,50%,-1%) -> #007f00 => #ff7f00
-rect fill: rgb(1,foo,3) -> #010003 => ! foo,3) | rgb(1,2px,3) -> #010003 => ! px,3) | rgb(1,2,3) -> #010203
+rect fill: rgb(1,foo,3) -> #010003 => ! foo,3) | rgb(1,2px,3) -> #010003 => ! px,3) | rgb(0%,100%,0) -> #00ff00 | rgb(1,2,255) -> #0102ff
 rect fill: rgb(1 2,3) -> ! 2 => ! ,3) | rgb(1,2 3) -> ! 3 => ! 3) | rgba(1,2,3/.5) -> ! rgba => ! /.5)
 rect fill: rgba(1 2 3 .5) -> ! rgba => ! .5) | rgba(1,2,3,.5 -> ! rgba => ! | rgba 1 -> ! rgba => ! 1
 rect fill: rgb(1deg,2,3) -> #000203 => ! (1deg,2,3) | hsl(10%,2%,3%) -> ! hsl => ! (10%,2%,3%)
