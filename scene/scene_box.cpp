@@ -20,7 +20,7 @@ struct subject {
 
 // From the user space of an ancestor (null: from outside of the drawing) down to that around an
 // element.
-struct way {
+struct descent {
   svg_scene *scene;
   const svg_e_node *ancestor;
   double *matrix;
@@ -42,7 +42,7 @@ int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg
   std::copy_n(SVG_SCENE_IDENTITY, 6, ctm);
   const svg_scene_mark mark = scene->top;
   svg_scene_place place;
-  way way = {scene, ancestor, ctm, !ancestor, true};
+  descent way = {scene, ancestor, ctm, !ancestor, true};
   if (!is_bare) svg_scene_go_down(scene, element, &place, descend, &way);
   svg_scene_release(scene, mark);
   svg_scene_extent extent;
@@ -53,7 +53,7 @@ int32_t svg_scene_get_box(svg_scene *scene, const svg_e_node *element, const svg
 
 // Adds what an element around does. One without a view shows nothing.
 static void descend(void *user, const svg_scene_place &around) {
-  auto *way = static_cast<struct way *>(user);
+  auto *way = static_cast<descent *>(user);
   if (way->has_begun) {
     double own[6];
     svg_scene_matrix_of(around.element, SVG_ATTR_transform, own);
