@@ -16,7 +16,7 @@ import tempfile
 import zlib
 
 CHECK = ["build/svgtree", "--check"]
-DRAW, DRAW_PDF = (["build/svgdraw", "-f", name] for name in ("png", "pdf"))
+DRAW, DRAW_PDF, DRAW_PS = (["build/svgdraw", "-f", name] for name in ("png", "pdf", "ps"))
 SECONDS = 120
 SHEET_SECONDS = 3  # of a drawing of 1 MB whose style sheet is the attack: ORT_LIMIT_RULE_STEPS
 DRAW_SECONDS = 10
@@ -251,6 +251,8 @@ DRAW_ATTACKS = {
     "draw: tiny dashes on a long path": lambda: large(
         "<path d='M0 5", "H8000H0" * 10000, "' stroke='red' stroke-dasharray='.001'/>"),
     "draw: 10^5 fills, one over the other": lambda: large(f"<rect {WHOLE} fill-opacity='.5'/>" * (MILLION // 10), side=11000),
+    "draw: 10^5 fills, one over the other, PostScript": lambda: large(
+        f"<rect {WHOLE} fill-opacity='.5'/>" * (MILLION // 10), side=11000),
     "draw: 10^5 radial gradients": lambda: large(
         "<radialGradient id='g'><stop/><stop offset='1' stop-color='red'/></radialGradient>",
         f"<rect {WHOLE} fill='url(#g)'/>" * (MILLION // 10)),
@@ -314,7 +316,8 @@ def main():
     print(f"{'attack':40} {'MB':>7} {'seconds':>8} {'peak MB':>8}  ended with")
     rows = [(name, make, CHECK, SECONDS) for name, make in ATTACKS.items()]
     rows += [(name, make, CHECK, SHEET_SECONDS) for name, make in SHEET_ATTACKS.items()]
-    rows += [(name, make, DRAW_PDF if name.endswith("PDF") else DRAW, DRAW_SECONDS) for name, make in DRAW_ATTACKS.items()]
+    others = {"PDF": DRAW_PDF, "PostScript": DRAW_PS}
+    rows += [(name, make, others.get(name.rsplit(", ")[-1], DRAW), DRAW_SECONDS) for name, make in DRAW_ATTACKS.items()]
     results = [run(name, *row) for name, *row in rows
                if not wanted or any(word in name for word in wanted)]
     return 0 if all(results) else 1

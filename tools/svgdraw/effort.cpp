@@ -13,9 +13,9 @@ Effort Painter::effort_of(const svg_pada *segments, size_t count,
                           const svg_scene_style *stroke) const {
   const PathEffort path =
       measure_effort(segments, count, to_pixels().data(), visible_pixels(), stroke);
-  if (target_.is_vector) return {.time = path.time + KEPT_POINT * path.points};
+  if (!makes_pixels()) return {.time = path.time + KEPT_POINT * path.points};
   Effort effort = {path.time, path.box[2] * path.box[3], path.crossings};
-  if (groups_.back().is_cut) {
+  if (groups_.back().is_cut && !target_.is_vector) {
     const double direct = CLIPPED_CROSSING * (path.crossings + path.points);
     effort.time += std::min(direct, LAYER * effort.area);
     const double scale = target_.pixels_per_unit;
@@ -29,12 +29,18 @@ Effort Painter::effort_of(const svg_pada *segments, size_t count,
 // Letters lie where the run says, but how large they are is known.
 Effort Painter::effort_of(const svg_scene_run &run, bool strokes) const {
   const auto letters = static_cast<double>(run.length);
-  if (target_.is_vector) return {.time = KEPT_POINT * (1 + letters)};
+  if (!makes_pixels()) return {.time = KEPT_POINT * (1 + letters)};
   const Box visible = visible_pixels();
   const double size = run.item.style->font_size * longest_unit(to_pixels().data());
   const double height = std::min(size, visible[3]);
   return {.time = letters * (LETTER + (strokes ? 2 : 1) * LETTER_ROW * height),
           .area = letters * height * std::min(size, visible[2])};
+}
+
+// PostScript has no opacity: Cairo makes pixels of what needs it, and of all below.
+bool Painter::makes_pixels() const {
+  return !target_.is_vector ||
+         cairo_surface_get_type(cairo_get_target(cairo_)) == CAIRO_SURFACE_TYPE_PS;
 }
 
 // From user space.

@@ -65,14 +65,13 @@ void Painter::clip_to(const svg_scene_clip &clip, Group &record) {
 // Everything up to the end of the group goes to a layer. A vector target keeps it as a drawing,
 // which takes no pixels, but Cairo recurses into layers within layers.
 void Painter::push_layer(const svg_scene_group &group, Group &record) {
-  if (target_.is_vector) {
-    record.pixels = account_.pixels_limit / VECTOR_DEPTH;
-  } else {
-    if (group.has_bounds != 0) clip_to_pixels_of(cairo_, group.bounds);
-    const Box area = visible_pixels();
-    record.pixels = static_cast<uint64_t>(area[2] * area[3]);
-  }
-  record.is_pushed = account_.take(record.pixels, target_.is_vector ? 0 : LAYER);
+  if (!target_.is_vector && group.has_bounds != 0) clip_to_pixels_of(cairo_, group.bounds);
+  const Box area = visible_pixels();
+  const double pixels = area[2] * area[3];
+  record.pixels = target_.is_vector ? account_.pixels_limit / VECTOR_DEPTH //
+                                    : static_cast<uint64_t>(pixels);
+  record.is_pushed =
+      account_.take(record.pixels, 0) && account_.spend(makes_pixels() ? LAYER * pixels : 0);
   if (record.is_pushed) cairo_push_group(cairo_);
 }
 

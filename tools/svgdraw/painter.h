@@ -96,6 +96,7 @@ private:
   // effort.cpp
   Effort effort_of(const svg_pada *segments, size_t count, const svg_scene_style *stroke) const;
   Effort effort_of(const svg_scene_run &run, bool strokes) const;
+  bool makes_pixels() const;
   std::array<double, 6> to_pixels() const;
 
   // groups.cpp
