@@ -2,8 +2,9 @@
 #include "core/ort_core.h"
 
 namespace {
-constexpr unsigned char S = ORT_SPACE, D = ORT_DIGIT, U = ORT_UPPER, L = ORT_LOWER;
-}
+constexpr unsigned char S = ORT_SPACE, D = ORT_DIGIT | ORT_HEX, U = ORT_UPPER, L = ORT_LOWER;
+constexpr unsigned char V = U | ORT_HEX, M = L | ORT_HEX;
+} // namespace
 
 // clang-format off
 const unsigned char ort_ctype[256] = {
@@ -11,9 +12,9 @@ const unsigned char ort_ctype[256] = {
     0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, // 10
     S, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, // 20
     D, D, D, D, D, D, D, D, D, D, 0, 0, 0, 0, 0, 0, // 30
-    0, U, U, U, U, U, U, U, U, U, U, U, U, U, U, U, // 40
+    0, V, V, V, V, V, V, U, U, U, U, U, U, U, U, U, // 40
     U, U, U, U, U, U, U, U, U, U, U, 0, 0, 0, 0, 0, // 50
-    0, L, L, L, L, L, L, L, L, L, L, L, L, L, L, L, // 60
+    0, M, M, M, M, M, M, L, L, L, L, L, L, L, L, L, // 60
     L, L, L, L, L, L, L, L, L, L, L, 0, 0, 0, 0, 0, // 70
 };
 // clang-format on

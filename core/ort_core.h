@@ -278,7 +278,7 @@ inline bool ort_getbit(const unsigned char *array, size_t bit) {
 
 // ---- Text (ctype.cpp, text.cpp, keywords.cpp) ---------------------------------------------------
 
-enum : unsigned char { ORT_SPACE = 1, ORT_DIGIT = 2, ORT_UPPER = 4, ORT_LOWER = 8 };
+enum : unsigned char { ORT_SPACE = 1, ORT_DIGIT = 2, ORT_UPPER = 4, ORT_LOWER = 8, ORT_HEX = 16 };
 extern const unsigned char ort_ctype[256]; // bytes above 127 belong to no class
 
 inline bool ort_isspace(char c) {
@@ -286,6 +286,9 @@ inline bool ort_isspace(char c) {
 }
 inline bool ort_isdigit(char c) {
   return (ort_ctype[static_cast<unsigned char>(c)] & ORT_DIGIT) != 0;
+}
+inline bool ort_isxdigit(char c) {
+  return (ort_ctype[static_cast<unsigned char>(c)] & ORT_HEX) != 0;
 }
 inline bool ort_isupper(char c) {
   return (ort_ctype[static_cast<unsigned char>(c)] & ORT_UPPER) != 0;

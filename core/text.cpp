@@ -5,7 +5,6 @@
 #include "core/ort_core.h"
 
 static int hex_digit(char c);
-static bool is_hex_digit(char c);
 static int base64_digit(unsigned char c);
 static unsigned char lower(char c);
 
@@ -59,12 +58,11 @@ int ort_hex2bin_a(const char *text, int mode) {
   return 16 * digit + (text[0] ? hex_digit(text[1]) : 0);
 }
 
+// Another character counts as 0.
 static int hex_digit(char c) {
-  if (!is_hex_digit(c)) return 0;
-  return ort_isdigit(c) ? c - '0' : lower(c) - 'a' + 10;
+  if (!ort_isxdigit(c)) return 0;
+  return (c & 0xF) + (ort_isdigit(c) ? 0 : 9);
 }
-
-static bool is_hex_digit(char c) { return ort_isdigit(c) || (lower(c) >= 'a' && lower(c) <= 'f'); }
 
 uint32_t ort_get_be_ulong3(const unsigned char *bytes) {
   return static_cast<uint32_t>(bytes[0] << 16 | bytes[1] << 8 | bytes[2]);
@@ -93,7 +91,7 @@ size_t ort_decode_base64(ort_core *core, const char *text, size_t length, unsign
   int bit_count = 0;
   for (size_t i = 0; i < length && text[i] != '='; ++i) {
     auto byte = static_cast<unsigned char>(text[i]);
-    if (byte == '%' && length - i > 2 && is_hex_digit(text[i + 1]) && is_hex_digit(text[i + 2])) {
+    if (byte == '%' && length - i > 2 && ort_isxdigit(text[i + 1]) && ort_isxdigit(text[i + 2])) {
       byte = static_cast<unsigned char>(ort_hex2bin_a(text + i + 1, ORT_HEX_PAIR));
       if (byte == '=') break;
       i += 2;

@@ -160,9 +160,8 @@ static bool get_local_name(const char *href, char *name, size_t size) {
   size_t length = 0;
   for (size_t i = 0; i < path.size(); ++i) {
     if (length + 1 >= size) return false;
-    auto is_hex = [href](size_t k) { // what ends the path is no digit
-      return ort_isdigit(href[k]) || (ort_isalpha(href[k]) && (href[k] | 32) <= 'f');
-    };
+    // What ends the path is no digit.
+    auto is_hex = [href](size_t k) { return ort_isxdigit(href[k]); };
     name[length] = path[i];
     if (path[i] == '%' && is_hex(i + 1) && is_hex(i + 2)) {
       name[length] = static_cast<char>(ort_hex2bin_a(&path[i + 1], ORT_HEX_PAIR));

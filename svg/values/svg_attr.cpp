@@ -6,6 +6,8 @@
 // "data:" without data), and SVG_E_PROPERTY_REFUSED.
 #include "svg/values/svg_attr.h"
 
+#include <algorithm>
+
 #include "svg/names/svg_schema.h"
 #include "svg/values/svg_css_color.h"
 #include "svg/values/svg_errors.h"
@@ -15,7 +17,7 @@
 #include "svg/values/svg_types.h"
 
 static void begin_value(svg_parser *p, int32_t row, const char *text);
-static bool is_plain_number(svg_parser *p, int32_t row);
+static bool is_plain(svg_parser *p, int32_t row);
 static void make_value(svg_parser *p, int32_t row);
 static void construct(svg_parser *p, int32_t row);
 // Apart, so that good values do not pay for its frame.
@@ -36,7 +38,7 @@ void svg_parse_attr(svg_parser *p, int32_t row, const char *text, uint32_t line)
   if (*given == '\0') return;
 
   begin_value(p, row, text);
-  if (is_plain_number(p, row))
+  if (is_plain(p, row))
     construct(p, row);
   else if (!ort_protected(p->core, [=] { make_value(p, row); }))
     refuse(p, row, text, line);
@@ -50,19 +52,23 @@ static void begin_value(svg_parser *p, int32_t row, const char *text) {
   p->value_link = -1;
 }
 
-// Making a number raises nothing once it has been read and there is room for its record.
-static bool is_plain_number(svg_parser *p, int32_t row) {
+// Nearly all numbers and colors are plain, and making one raises nothing once it has been read and
+// there is room for its record.
+static bool is_plain(svg_parser *p, int32_t row) {
+  constexpr size_t most =
+      std::max({sizeof(svg_an_number), sizeof(svg_an_unum), sizeof(svg_an_key_number),
+                sizeof(svg_an_key_unum), sizeof(svg_an_color), sizeof(svg_an_paint_rgb)});
+  if (!ort_arena_has_room(&p->kept, most)) return false;
   switch (svg_get_record_kind(row)) {
   case SVG_RECORD_NUMBER:
   case SVG_RECORD_UNUM:
   case SVG_RECORD_KEY_NUMBER:
-  case SVG_RECORD_KEY_UNUM: break;
+  case SVG_RECORD_KEY_UNUM: p->tok_pushed = svg_read_plain_number(p); break;
+  case SVG_RECORD_COLOR:
+  case SVG_RECORD_PAINT: p->tok_pushed = svg_read_plain_color(p); break;
   default: return false;
   }
-  const auto size = static_cast<size_t>(svg_attr_table[row].value_size);
-  if (!ort_arena_has_room(&p->kept, size) || !svg_read_plain_number(p)) return false;
-  p->tok_pushed = 1;
-  return true;
+  return p->tok_pushed != 0;
 }
 
 static void make_value(svg_parser *p, int32_t row) {

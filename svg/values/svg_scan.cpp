@@ -189,6 +189,17 @@ bool svg_read_plain_number(svg_scanner *p) {
   return true;
 }
 
+bool svg_read_plain_color(svg_scanner *p) {
+  const char *begin = p->scan_pos;
+  while (ort_isspace(*begin)) ++begin;
+  if (*begin != '#') return false;
+  const char *end = begin + 1;
+  while (ort_isxdigit(*end)) ++end;
+  if (*end != '\0' || (end - begin != 4 && end - begin != 7)) return false;
+  set_token(p, SVG_TOK_STRING, begin, end);
+  return true;
+}
+
 // A number that ends where another begins, after its unit if it has one, or has a unit of CSS 3.
 static bool read_lenient_number(svg_scanner *p) {
   const char *begin = p->scan_pos;

@@ -28,8 +28,9 @@ int svg_try_unumtok(svg_scanner *p);
 // Nearly all tokens where a number may stand are numbers without exponent and unit. False, and
 // nothing read: this is another one.
 bool svg_read_plain_number(svg_scanner *p);
-const char *svg_tok_text(svg_scanner *p); // of the current token
-int32_t svg_ctok_as_key(svg_scanner *p);  // the current token as a keyword id
+bool svg_read_plain_color(svg_scanner *p); // the same of #rgb and #rrggbb with nothing after it
+const char *svg_tok_text(svg_scanner *p);  // of the current token
+int32_t svg_ctok_as_key(svg_scanner *p);   // the current token as a keyword id
 double svg_ctok_as_num(svg_scanner *p);
 double svg_get_num(svg_scanner *p);
 double svg_ctok_as_unum(svg_scanner *p, uint8_t *unit);
