@@ -111,7 +111,9 @@ static void stretch(svg_scene_text *text, const svg_scene_stretch &stretch) {
   const svg_scene_piece *const end = stretch.last->next;
   double length = 0, characters = 0;
   bool has_upright = false;
+  uint64_t pieces = 0; // which parts of parts have in common
   for (const svg_scene_piece *piece = first; piece != end; piece = piece->next) {
+    if (++pieces % 16 == 0) svg_scene_count(text->walk->scene, 1);
     if (!piece->is_measured) return;
     has_upright = has_upright || piece->is_upright;
     length += length_of(*piece) + (piece == first ? 0 : move_of(text, *piece));

@@ -363,7 +363,8 @@ TEST(SceneWalk, ExpansionHasABudget) {
   EXPECT_EQ(many.messages(), "Limit of 10000 shown elements exceeded\n");
   EXPECT_EQ(scene_box(scene, "l1", "", false), "0 0 1 1");
   // What takes long counts, too: markers, points, what is measured for a clip and for those around
-  // it, paths that text follows, and styles of elements that are referred to, far down.
+  // it, paths that text follows, parts of texts in others, and styles of elements that are referred
+  // to, far down.
   const std::string path = "<path id='p' d='M0 0" + times(10000, " 1 1") + "'";
   const std::string gradient = "<linearGradient id='l' gradientUnits='userSpaceOnUse' x1='1em'>"
                                "<stop/><stop offset='1'/></linearGradient>";
@@ -374,6 +375,8 @@ TEST(SceneWalk, ExpansionHasABudget) {
            "<clipPath id='c' clipPathUnits='objectBoundingBox'/>" +
                times(150, "<g clip-path='url(#c)'>") + "<rect width='1' height='1'/>" +
                times(150, "</g>"),
+           "<font horiz-adv-x='9'><font-face font-family='F'/></font><text font-family='F'>" +
+               times(600, "<tspan textLength='9'>f") + times(600, "</tspan>") + "</text>",
            times(1000, "<g>") + gradient + times(1000, "</g>") +
                times(80, "<rect width='1' height='1' fill='url(#l)'/>"),
        }) {
