@@ -37,7 +37,7 @@ PathEffort measure_effort(const svg_pada *segments, size_t count, const double m
   double points = 0, length = 0, rows = 0, crossings = 0;
   for (size_t i = 0; i < count; ++i) points += segments[i].count;
   const auto step = static_cast<uint64_t>(std::max(1.0, std::sqrt(points) / 2));
-  const auto shown = [&](double value, int axis) {
+  const auto shown = [&](double value, size_t axis) {
     return std::clamp(value, visible[axis], visible[axis] + visible[axis + 2]);
   };
   uint64_t choice = 0;
