@@ -279,6 +279,7 @@ static void add_character(gathering *g, const char *bytes, size_t size, char **r
   svg_scene_piece *piece = text->last;
   if (!g->is_open || is_alone || piece->span != span || piece->rotate != 0 || piece->is_upright ||
       given.is_upright || piece->turn != given.turn) {
+    svg_scene_count(g->scene, 1);
     if (g->is_open) ++*room; // the NUL of the piece before
     piece = svg_scene_take_one<svg_scene_piece>(g->scene);
     *piece = given;

@@ -3,8 +3,8 @@
 //
 // The walk calls the functions at the end. scene_text.cpp gathers the pieces, scene_text_layout.cpp
 // places them, scene_text_paint.cpp paints them. All of a text lies on the scene's stack (scene.h)
-// until the walk releases it. What takes memory raises ORT_E_NO_MEMORY; characters count as shown
-// elements, 64 of them as one, and raise ORT_E_LIMIT.
+// until the walk releases it. What takes memory raises ORT_E_NO_MEMORY; pieces and characters count
+// as shown elements, 64 characters as one, and raise ORT_E_LIMIT.
 #ifndef SCENE_TEXT_H
 #define SCENE_TEXT_H
 
