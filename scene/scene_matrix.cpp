@@ -42,21 +42,15 @@ int32_t svg_scene_invert(double inverse[6], const double m[6]) {
 
 bool svg_scene_fit(double matrix[6], const double from[4], const double to[4], int32_t align,
                    int32_t meet) {
-  struct alignment {
-    int32_t key;
-    int x, y; // in halves of the room that is left
-  };
-  static constexpr alignment alignments[] = {
-      {SVG_KW_xMinYMin, 0, 0}, {SVG_KW_xMidYMin, 1, 0}, {SVG_KW_xMaxYMin, 2, 0},
-      {SVG_KW_xMinYMid, 0, 1}, {SVG_KW_xMidYMid, 1, 1}, {SVG_KW_xMaxYMid, 2, 1},
-      {SVG_KW_xMinYMax, 0, 2}, {SVG_KW_xMidYMax, 1, 2}, {SVG_KW_xMaxYMax, 2, 2}};
   if (!(from[2] > 0 && from[3] > 0)) return false;
   double sx = to[2] / from[2], sy = to[3] / from[3];
-  int x = 0, y = 0;
+  int x = 0, y = 0; // in halves of the room that is left
   if (align != SVG_KW_none) {
     sx = sy = meet != 0 ? std::min(sx, sy) : std::max(sx, sy);
-    for (const alignment &known : alignments)
-      if (known.key == align) x = known.x, y = known.y;
+    // Numbered in the order of their texts: Max, Mid, Min for x, and for y within each.
+    const int place = SVG_KW_xMinYMin - align;
+    x = place / 3;
+    y = place % 3;
   }
   const double fitted[6] = {sx,
                             0,

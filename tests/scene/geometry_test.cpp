@@ -86,6 +86,7 @@ TEST_F(Geometry, FitsBoxesIntoViewports) {
 xMidYMid 1 0 0 100 100 -> 1 1 60 20 | xMinYMin 1 5 6 100 100 -> 1 1 5 14
 xMaxYMax 1 0 0 100 100 -> 1 1 110 20 | xMidYMid 0 0 0 100 100 -> 2 2 10 -30
 xMinYMax 0 0 0 100 100 -> 2 2 10 -80 | xMaxYMin 0 0 0 100 100 -> 2 2 10 20
+xMidYMin 1 0 0 100 100 -> 1 1 60 20 | xMidYMin 1 0 0 100 10 -> 2 2 10 20
 xMidYMax 1 -10 0 100 10 -> 2 2 30 100 | xMinYMid 1 0 0 100 10 -> 2 2 10 60
 none 1 10 10 100 200 -> 2 0.5 -10 15 | xMaxYMid 1 0 0 100 10 -> 2 2 10 60
 none 0 0 0 0 100 -> none | none 0 0 0 100 -1 -> none | none 1 0 0 1e-300 1e-320 -> none
