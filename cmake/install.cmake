@@ -36,19 +36,19 @@ cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX
 configure_file(cmake/svgreader.pc.in svgreader.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/svgreader.pc DESTINATION ${pc_folder} COMPONENT development)
 
-if(SVGREADER_TOOLS)
-  add_dependencies(installed svgtree)
-  install(TARGETS svgtree COMPONENT tools)
-  install(FILES docs/svgtree.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+# Each tool with its manual page and completions.
+foreach(tool svgtree svgdraw)
+  if(TARGET ${tool})
+    add_dependencies(installed ${tool})
+    install(TARGETS ${tool} COMPONENT tools)
+    install(FILES docs/${tool}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+    install(FILES tools/completions/${tool}.bash RENAME ${tool}
+      DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
+    install(FILES tools/completions/_${tool} DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
+      COMPONENT tools)
+  endif()
+endforeach()
+if(TARGET svgtree)
   install(FILES docs/json.schema.json DESTINATION ${CMAKE_INSTALL_DATADIR}/svgreader
     COMPONENT tools)
-  install(FILES tools/completions/svgtree.bash RENAME svgtree
-    DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions COMPONENT tools)
-  install(FILES tools/completions/_svgtree DESTINATION ${CMAKE_INSTALL_DATADIR}/zsh/site-functions
-    COMPONENT tools)
-endif()
-if(TARGET svgdraw)
-  add_dependencies(installed svgdraw)
-  install(TARGETS svgdraw COMPONENT tools)
-  install(FILES docs/svgdraw.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
 endif()

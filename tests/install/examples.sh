@@ -21,8 +21,14 @@ run() {
 
 quiet cmake --install "$build" --prefix "$work/first"
 mv "$work/first" "$prefix"
-for file in bin/svgtree share/man/man1/svgtree.1 share/bash-completion/completions/svgtree \
-  share/zsh/site-functions/_svgtree share/svgreader/json.schema.json share/doc/svgreader/LICENSE; do
+for tool in svgtree svgdraw; do
+  [[ -x $build/$tool ]] || continue
+  for file in bin/$tool share/man/man1/$tool.1 share/bash-completion/completions/$tool \
+    share/zsh/site-functions/_$tool; do
+    [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
+  done
+done
+for file in share/svgreader/json.schema.json share/doc/svgreader/LICENSE; do
   [[ -s $prefix/$file ]] || { echo "$file is not installed"; exit 1; }
 done
 

@@ -11,6 +11,7 @@ import tempfile
 import time
 import unittest
 
+import tool
 from tool import main, run, samples, svg
 
 PNG = "data:image/png;base64,iVBORw0="
@@ -133,13 +134,7 @@ class Streams(unittest.TestCase):
             self.assertIn(text, output)
 
     def test_options_are_those_of_completions_and_manual(self):
-        options = re.findall(r"--[a-z-]+", run("--help")[1])
-        for path, pattern in (("tools/completions/svgtree.bash", r"--[a-z-]+\b(?![*-])"),
-                              ("tools/completions/_svgtree", r"'(?:\([^']*\)|\*)?(--[a-z-]+)"),
-                              ("docs/svgtree.1", r"\\-\\-[a-z\\-]+")):
-            with open(path, encoding="utf-8") as file:
-                found = re.findall(pattern, file.read())
-            self.assertEqual({name.replace("\\", "") for name in found}, set(options), path)
+        tool.check_options(self)
 
     def test_output_that_cannot_be_written(self):
         reading, writing = os.pipe()

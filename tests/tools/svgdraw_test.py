@@ -190,6 +190,9 @@ class Drawing(unittest.TestCase):
             for arguments in (("in.svg", "in.svg"), ("in.svg", "./in.svg", "out")):
                 self.assertEqual(run(*arguments, cwd=folder)[0], 2)
 
+    def test_options_are_those_of_completions_and_manual(self):
+        tool.check_options(self)
+
 
 if __name__ == "__main__":
     main()

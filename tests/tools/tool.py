@@ -28,6 +28,18 @@ def run(*arguments, stdin=b"", **options):
     return done.returncode, (done.stdout or b"").decode(), (done.stderr or b"").decode()
 
 
+def check_options(test):
+    """The completions and the manual page know the options of --help."""
+    name = os.path.basename(TOOL)
+    options = set(re.findall(r"--[a-z-]+", run("--help")[1]))
+    for path, pattern in ((f"tools/completions/{name}.bash", r"--[a-z-]+\b(?![*-])"),
+                          (f"tools/completions/_{name}", r"[',)*](--[a-z-]+)"),
+                          (f"docs/{name}.1", r"\\-\\-[a-z\\-]+")):
+        with open(path, encoding="utf-8") as file:
+            found = re.findall(pattern, file.read())
+        test.assertEqual({option.replace("\\", "") for option in found}, options, path)
+
+
 def svg(markup, attributes=""):
     return (f'<svg xmlns="http://www.w3.org/2000/svg" xmlns:xlink="http://www.w3.org/1999/xlink" '
             f'width="9" height="9" {attributes}>{markup}</svg>').encode()
