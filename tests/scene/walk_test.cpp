@@ -65,7 +65,7 @@ group svg viewport=0 0 20 10
 <rect id='q' width='100%' height='4'/></svg>
 <svg id='m' width='10' height='10' clip='rect(1 2 3 4)'><rect id='p' width='50%' height='4'/></svg>
 <use id='x' xlink:href='#m' width='25%'/>
-<svg id='h' width='.5' height='.5'><rect width='1' height='1'/></svg><svg width='0'><rect width='1' height='1'/></svg><svg viewBox='0 0 0 1'><rect width='1' height='1'/></svg>)",
+<svg id='h' width='.5' height='.5'><rect width='1' height='1'/></svg><svg width='0'><rect width='1' height='1'/></svg><svg viewBox='0 0 0 1'><rect width='1' height='1'/></svg><svg viewBox='0 0 1 0'><rect width='1' height='1'/></svg>)",
      R"(
 group svg viewport=0 0 200 100
   group s use=u opacity=0.5
