@@ -195,4 +195,4 @@ class Drawing(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    main()
+    main(name="svgdraw")

@@ -11,10 +11,11 @@ TOOL = ""
 GOLDEN = os.path.join(os.path.dirname(__file__), "golden")
 
 
-def main(update=None):
-    """Runs the tests of the calling script: SCRIPT TOOL [unittest's arguments], or SCRIPT TOOL --update."""
+def main(update=None, name="svgtree"):
+    """Runs the tests of the calling script: SCRIPT TOOL [unittest's arguments], or SCRIPT TOOL --update. TOOL is
+    any tool of the build: the script takes the one that it is about."""
     global TOOL
-    TOOL = os.path.abspath(sys.argv.pop(1))
+    TOOL = os.path.join(os.path.dirname(os.path.abspath(sys.argv.pop(1))), name)
     if update and sys.argv[1:] == ["--update"]:
         update()
     else:
