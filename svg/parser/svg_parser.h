@@ -281,6 +281,7 @@ struct svg_tree {
   ort_vtr *elem_stack = nullptr;  // svg_pe_entry: by level
   ort_vtr *an_values = nullptr;   // svg_a_node *, not owned
   ort_vtr *prop_values = nullptr; // svg_a_node *, owned; only those that own something themselves
+  bool attr_values_own = false;   // a value of an attribute owns something
   unsigned char *elems_used = nullptr;
   // Of the element being built, in bits: attributes by their place in its list, properties by row.
   unsigned char attrs_set[SVG_LONGEST_LIST / 8] = {};

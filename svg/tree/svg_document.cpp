@@ -196,8 +196,10 @@ void svg_restart_document(svg_parser *p) {
 // that its elements share: so every value is destroyed exactly once.
 static void clear_document(svg_parser *p) {
   css_parser_delete(p->css);
-  delete_attribute_values(p->core, p->an_values);
-  svg_del_e_node(p->core, p->root);
+  if (p->attr_values_own) {
+    delete_attribute_values(p->core, p->an_values);
+    svg_del_e_node(p->core, p->root);
+  }
   svg_a_node_delete(p->core, p->new_value);
   p->new_value = nullptr;
   visit_main_pass(p, [=](auto &owned, auto...) { discard(p->core, owned); });

@@ -142,6 +142,7 @@ void svg_add_attr(svg_parser *p, const svg_elem_def *element, int esa_index, con
   if (!value) return;
 
   svg_note(p, 6, "\t\t\t[add attribute %a=\"%a\"]\n", def->name, text);
+  p->attr_values_own |= svg_a_node_owns(value);
   svg_collect_value(p, value, nullptr);
   ort_setbit(p->attrs_set, static_cast<size_t>(esa_index));
   if (element->beg_hook && (def->flags & SVG_AF_ATTRIBUTE) != 0)
