@@ -144,7 +144,7 @@ static const char *skip_comment(const char *at) {
 static const char *read_escape(const char *at, uint32_t *code) {
   const char *from = ++at;
   *code = 0;
-  for (; at - from < 6 && (ort_isdigit(*at) || (ort_isalpha(*at) && (*at | 32) <= 'f')); ++at)
+  for (; at - from < 6 && ort_isxdigit(*at); ++at)
     *code = *code * 16 + static_cast<uint32_t>(ort_hex2bin_a(at, ORT_HEX_DIGIT));
   if (at == from) {
     *code = static_cast<unsigned char>(*at);

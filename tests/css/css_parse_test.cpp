@@ -21,7 +21,7 @@ a{@{}p:1;q:2} -> a{q:2} | a{p:url(data:x;/*,y})} -> =
 a{p:url( ')' );q:2} -> = | a{p:f(;}[)]);q:{;}} -> = | \sa\t{ p : 1 ; q:2;; }\s -> a{p:1;q:2}
 a{p:1;q:2 -> a{p:1;q:2} | a{p:1}a{q:2} -> a{q:2} a{p:1} | <!-- a{p:1} --> a{q:2} -> a{q:2} a{p:1}
 @media screen{a{p:1}}a{q:2} -> a{q:2} a{p:1} | @media print{a{p:1}a}a{q:2} -> a{q:2} a{p:1}
-/*x*/a/*{*/{/*;*/p/**/:/*}*/1/*}*/} -> a{p:1} | p @here {q:2} a{p:1} -> a{p:1}
+/*x*/a/*{*/{/*;*/p/**/:/*}*/1/*}*/} -> a{p:1} | /* * / a{p:1} */ a{q:\0000651} -> a{q:e1} | p @here {q:2} a{p:1} -> a{p:1}
 }} {{ - }} a{p:1} -> a{p:1} | ) ( {} ) p {q:2} a{p:1} -> a{p:1} | a; a{q:2} a{p:1} -> a{p:1}
 a['\n]{q:2} a{p:1} -> a{p:1} | @foo @bar; a{p:1} -> a{p:1} | @charset "x";a{p:1} -> a{p:1}
 @page :first{p:1}a{p:1} -> a{p:1} | @MEDIA tv , PRINT {a{p:1}} -> a{p:1} | @media{a{p:1}} -> a{p:1}
