@@ -48,6 +48,7 @@ bool svg_scene_fit(double matrix[6], const double from[4], const double to[4], i
   if (align != SVG_KW_none) {
     sx = sy = meet != 0 ? std::min(sx, sy) : std::max(sx, sy);
     // Numbered in the order of their texts: Max, Mid, Min for x, and for y within each.
+    static_assert(SVG_KW_xMinYMin - SVG_KW_xMaxYMax == 8);
     const int place = SVG_KW_xMinYMin - align;
     x = place / 3;
     y = place % 3;
