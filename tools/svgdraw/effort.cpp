@@ -5,7 +5,7 @@
 #include "tools/svgdraw/painter.h"
 
 // Times, as those of so many pixels painted with a color.
-static constexpr double LETTER = 512, LETTER_ROW = 512, LAYER = 4;
+static constexpr double LETTER = 512, LETTER_ROW = 512;
 static constexpr double KEPT_POINT = 512;        // by a vector target: it takes room in the file
 static constexpr double CLIPPED_CROSSING = 2000; // where Cairo intersects a path with a clip path
 

@@ -8,7 +8,6 @@
 
 static constexpr double CROSSINGS_MAX = 10000; // of a clip path that Cairo is given as a path
 static constexpr uint64_t VECTOR_DEPTH = 256;  // of layers that are kept as drawings
-static constexpr double LAYER = 4;             // times a color: to clear one, to show it
 
 static void luminance_to_alpha(cairo_surface_t *surface);
 

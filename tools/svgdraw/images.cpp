@@ -9,9 +9,8 @@
 
 #include "tools/svgdraw/painter.h"
 
-static constexpr int NESTING_MAX = 4;  // drawings in drawings
-static constexpr int SIDE_MAX = 32767; // of an image in Cairo
-static constexpr double IMAGE = 64;    // times a color: to read a picture and to show it smaller
+static constexpr int NESTING_MAX = 4; // drawings in drawings
+static constexpr double IMAGE = 64;   // times a color: to read a picture and to show it smaller
 
 using Bytes = std::string_view;
 

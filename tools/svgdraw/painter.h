@@ -17,6 +17,9 @@
 #include "tools/path_effort.h"
 #include "tools/scene.h"
 
+constexpr int SIDE_MAX = 32767; // of an image in Cairo
+constexpr double LAYER = 4;     // times a color: to clear a layer, to show it
+
 // What one picture may cost, and what is to be said about it; shared by the drawings inside of it.
 struct Account {
   ort_core *core;

@@ -15,7 +15,6 @@
 
 #include "tools/svgdraw/painter.h"
 
-static constexpr double SIDE_MAX = 32767;       // of an image in Cairo
 static constexpr double LAYER_RESOLUTION = 300; // dots an inch, of what a vector target cannot keep
 static constexpr double POINTS_PER_INCH = 72;
 
