@@ -3,7 +3,6 @@
 #include <cmath>
 #include <utility>
 
-#include "tools/protect.h"
 #include "tools/svgdraw/painter.h"
 
 static constexpr double CROSSINGS_MAX = 10000; // of a clip path that Cairo is given as a path
@@ -43,12 +42,11 @@ void Painter::clip_to(const svg_scene_clip &clip, Group &record) {
   const svg_pada *segments;
   size_t count = 0;
   int32_t fill_rule = 0;
-  const int code = protect(drawing_.core(), [&] {
+  const bool is_told = account_.attempt([&] {
     record.is_masked =
         svg_scene_get_clip_outline(scene_, &clip, &segments, &count, &fill_rule) == 0;
   });
-  if (code != 0) account_.fail(code, ort_error_text(drawing_.core()));
-  record.is_hidden = code != 0 || (!record.is_masked && count == 0);
+  record.is_hidden = !is_told || (!record.is_masked && count == 0);
   if (record.is_hidden || record.is_masked) return;
   const Effort effort = effort_of(segments, count, nullptr);
   account_.spend(effort.time);

@@ -4,8 +4,6 @@
 #include <cmath>
 #include <utility>
 
-#include "tools/protect.h"
-
 static constexpr double COMPOSED = 16; // times that of a color: a gradient or pattern
 
 template <auto METHOD, class Record> static auto call(void *user, const Record *record) {
@@ -37,11 +35,10 @@ bool Account::spend(double time) {
 }
 
 bool Account::exceed(uint64_t limit, const char *what) {
-  const int error = protect(core, [&] {
+  attempt([&] {
     ort_error(core, ORT_E_LIMIT, what, ort_errprintf(core, "%ld", static_cast<long>(limit)),
               nullptr, nullptr);
   });
-  fail(error, ort_error_text(core));
   return false;
 }
 
@@ -75,8 +72,7 @@ void Painter::walk(cairo_t *context, const Body &body) {
   cairo_t *outer = std::exchange(cairo_, context);
   const size_t open = groups_.size();
   groups_.emplace_back(); // no group around concerns the content
-  if (const int code = protect(drawing_.core(), body); code != 0)
-    account_.fail(code, ort_error_text(drawing_.core()));
+  account_.attempt(body);
   groups_.resize(open);
   cairo_ = outer;
 }

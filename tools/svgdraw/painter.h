@@ -1,7 +1,7 @@
 // painter.h: draws what a scene tells with Cairo: groups, shapes, images and text.
 //
 // Made by picture.cpp for each picture, and by images.cpp for a drawing inside of a drawing. A
-// callback that calls the scene does so by walk() or protect(), so that no error jumps past it.
+// callback that calls the scene does so by walk() or attempt(), so that no error jumps past it.
 #ifndef TOOLS_SVGDRAW_PAINTER_H
 #define TOOLS_SVGDRAW_PAINTER_H
 
@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "tools/path_effort.h"
+#include "tools/protect.h"
 #include "tools/scene.h"
 
 constexpr int SIDE_MAX = 32767; // of an image in Cairo
@@ -42,6 +43,13 @@ struct Account {
   bool spend(double time);                       // the same of time
   bool exceed(uint64_t limit, const char *what); // fails
   void fail(int error, const std::string &message);
+
+  // Calls the library as protect does; false: it raised, and that is the error.
+  template <class Body> bool attempt(const Body &body) {
+    const int error = protect(core, body);
+    if (error != 0) fail(error, ort_error_text(core));
+    return error == 0;
+  }
 };
 
 // What it takes to fill or stroke something.
